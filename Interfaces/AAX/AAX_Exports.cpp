@@ -1,0 +1,59 @@
+#include "Interfaces/AAX/AAX_Module.h"
+
+/**
+ * The module's border: the seven functions that a host finds by name. No exception passes them.
+ */
+#define AAX_ENTRY_POINT extern "C" __attribute__((visibility("default"))) ACFRESULT
+
+namespace
+{
+template <class Call>
+ACFRESULT Guarded(Call inCall) noexcept
+{
+    try
+    {
+        return inCall();
+    }
+    catch (...)
+    {
+        return ACF_E_UNEXPECTED;
+    }
+}
+} // namespace
+
+AAX_ENTRY_POINT ACFRegisterPlugin(IACFUnknown* inHost, IACFPluginDefinition** outDefinition)
+{
+    return Guarded([=] { return AAXRegisterPlugin(inHost, outDefinition); });
+}
+
+AAX_ENTRY_POINT ACFRegisterComponent(IACFUnknown* inHost, acfUInt32 inIndex,
+                                     IACFComponentDefinition** outDefinition)
+{
+    return Guarded([=] { return AAXRegisterComponent(inHost, inIndex, outDefinition); });
+}
+
+AAX_ENTRY_POINT ACFGetClassFactory(IACFUnknown* inHost, const acfCLSID& inClass, const acfIID& inIid,
+                                   void** outFactory)
+{
+    return Guarded([&] { return AAXGetClassFactory(inHost, inClass, inIid, outFactory); });
+}
+
+AAX_ENTRY_POINT ACFCanUnloadNow(IACFUnknown* inHost)
+{
+    return Guarded([=] { return AAXCanUnloadNow(inHost); });
+}
+
+AAX_ENTRY_POINT ACFStartup(IACFUnknown* inHost)
+{
+    return Guarded([=] { return AAXStartup(inHost); });
+}
+
+AAX_ENTRY_POINT ACFShutdown(IACFUnknown* inHost)
+{
+    return Guarded([=] { return AAXShutdown(inHost); });
+}
+
+AAX_ENTRY_POINT ACFGetSDKVersion(std::uint64_t* outVersion)
+{
+    return Guarded([=] { return AAXGetSDKVersion(outVersion); });
+}

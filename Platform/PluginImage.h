@@ -1,0 +1,36 @@
+#pragma once
+#include <memory>
+
+/**
+ * A plug-in's file or bundle on disk, and the executable in it once that is loaded.
+ *
+ * Threads: one at a time; loading and unloading belong to the main thread.
+ */
+class IPluginImage
+{
+public:
+    IPluginImage() = default;
+    IPluginImage(const IPluginImage&) = delete;
+    IPluginImage& operator=(const IPluginImage&) = delete;
+    /** Leaves the executable loaded and the bundle held: code of the plug-in may still run. Unload() gives
+     * both up. */
+    virtual ~IPluginImage() = default;
+
+    /** @return false when the executable is missing, broken or of another architecture. */
+    [[nodiscard]] virtual bool LoadExecutable() noexcept = 0;
+    /** @return null when the executable is not loaded or exports no such symbol. */
+    virtual void* FindSymbol(const char* inName) const noexcept = 0;
+    /** Unloads the executable and releases the bundle; nothing of the plug-in may be called any more. */
+    virtual void Unload() noexcept = 0;
+};
+
+/**
+ * @param inUtf8Path absolute path of the plug-in: a shared object or a bundle folder, as the system has it.
+ * @return null when no image can be made of that path; whether its executable loads is seen in
+ * LoadExecutable().
+ */
+std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path);
+
+/** @return the entry function's name that only this system's plug-ins use beside the common ones; null when
+ * it has none. */
+const char* PlatformEntrySymbol() noexcept;

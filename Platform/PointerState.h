@@ -1,0 +1,19 @@
+#pragma once
+
+/** Mouse buttons and modifier keys that are down. */
+struct SPointerState
+{
+    bool primaryButton = false;
+    bool secondaryButton = false;
+    bool shift = false;
+    bool command = false; // the Super key where keyboards have no command key
+    bool option = false;
+    bool control = false;
+};
+
+/**
+ * @return what is down right now; nothing when the system can't say (on Linux: no display server).
+ *
+ * Threads: any; may wait for the display server, so not for the render path.
+ */
+SPointerState GetPointerState() noexcept;

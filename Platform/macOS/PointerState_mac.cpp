@@ -1,0 +1,25 @@
+#include "Platform/PointerState.h"
+
+#include <cstdint>
+
+#include <Carbon/Carbon.h>
+
+namespace
+{
+constexpr std::uint32_t kPrimaryButton = 1U << 0;
+constexpr std::uint32_t kSecondaryButton = 1U << 1;
+} // namespace
+
+SPointerState GetPointerState() noexcept
+{
+    const std::uint32_t buttons = GetCurrentButtonState();
+    const std::uint32_t keys = GetCurrentKeyModifiers();
+    SPointerState state;
+    state.primaryButton = (buttons & kPrimaryButton) != 0;
+    state.secondaryButton = (buttons & kSecondaryButton) != 0;
+    state.shift = (keys & static_cast<std::uint32_t>(shiftKey)) != 0;
+    state.command = (keys & static_cast<std::uint32_t>(cmdKey)) != 0;
+    state.option = (keys & static_cast<std::uint32_t>(optionKey)) != 0;
+    state.control = (keys & static_cast<std::uint32_t>(controlKey)) != 0;
+    return state;
+}

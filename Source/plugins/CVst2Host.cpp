@@ -1,0 +1,274 @@
+#include "Source/plugins/CVst2Host.h"
+
+#include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/EffectRegistry.h"
+#include "Source/plugins/IEditHost.h"
+#include "Source/plugins/IMainHost.h"
+#include "Source/plugins/MouseModifiers.h"
+#include "Source/plugins/ProductOptions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <mutex>
+
+std::vector<CVst2Host*> gVctHosts;
+std::atomic<CVst2Host*> pVst2Host = nullptr;
+
+namespace
+{
+constexpr char kProductString[] = "IsmAaxVstHost";
+constexpr VstIntPtr kHostVersion = 2400;
+
+/** Guards gVctHosts and the count below among threads that make and destroy hosts. */
+std::mutex gHostsGuard;
+std::uint32_t gHostsMade = 0;
+
+void CopyProductString(void* outText) noexcept
+{
+    if (outText != nullptr)
+    {
+        std::memcpy(outText, kProductString, sizeof(kProductString));
+    }
+}
+} // namespace
+
+VstIntPtr AnswerUnmatchedCall(std::int32_t inOpcode, void* inPointer, std::int32_t inEntryVersion) noexcept
+{
+    switch (inOpcode)
+    {
+    case audioMasterVersion: return inEntryVersion;
+    case audioMasterGetProductString:
+        if (pVst2Host.load() != nullptr)
+        {
+            CopyProductString(inPointer);
+        }
+        return 0;
+    default: return 0;
+    }
+}
+
+CVst2Host::CVst2Host()
+{
+    InitTimeInfo();
+    const std::lock_guard lock(gHostsGuard);
+    mSerial = ++gHostsMade;
+    gVctHosts.push_back(this);
+    if (pVst2Host.load() == nullptr)
+    {
+        pVst2Host.store(this);
+    }
+}
+
+CVst2Host::~CVst2Host()
+{
+    {
+        const std::lock_guard lock(gHostsGuard);
+        std::erase(gVctHosts, this);
+    }
+    for (const auto& plugin : mPlugins)
+    {
+        plugin->Unregister();
+    }
+    CVst2Host::Reset();
+    // Null even when another host is alive: the next one to be made or to be marked becomes the current one.
+    pVst2Host.store(nullptr);
+}
+
+CVst2Plugin* CVst2Host::LoadPlugin(const char* inUtf8Path)
+{
+    // Listed before it is loaded, so that a call that it makes meanwhile finds it.
+    CVst2Plugin* const plugin = mPlugins.emplace_back(std::make_unique<CVst2Plugin>()).get();
+    if (!plugin->Load(inUtf8Path, this))
+    {
+        mPlugins.pop_back();
+        return nullptr;
+    }
+    const bool canInitialize = mBlockSize >= 1 && mSampleRate > 0.0F;
+    return !canInitialize || plugin->Initialize(mBlockSize, mSampleRate) ? plugin : nullptr;
+}
+
+void CVst2Host::Reset()
+{
+    // Closed while all are still listed: closing makes a plug-in call its host.
+    for (const auto& plugin : mPlugins)
+    {
+        plugin->Close();
+    }
+    mPlugins.clear();
+}
+
+bool CVst2Host::ClosePlugin(IPlugin* inPlugin)
+{
+    const auto found = std::find_if(mPlugins.begin(), mPlugins.end(),
+                                    [inPlugin](const auto& inListed) { return inListed.get() == inPlugin; });
+    if (inPlugin == nullptr || found == mPlugins.end())
+    {
+        return false;
+    }
+    (*found)->Close();
+    mPlugins.erase(found);
+    return true;
+}
+
+bool CVst2Host::InitPlugins()
+{
+    bool allDone = true;
+    for (const auto& plugin : mPlugins)
+    {
+        allDone = plugin->Initialize(mBlockSize, mSampleRate) && allDone;
+    }
+    return allDone;
+}
+
+long CVst2Host::GetEffectIndex(const AEffect* inEffect) const
+{
+    const auto found =
+        std::find_if(mPlugins.begin(), mPlugins.end(),
+                     [inEffect](const auto& inListed) { return inListed->GetEffect() == inEffect; });
+    return inEffect == nullptr || found == mPlugins.end() ? -1 : std::distance(mPlugins.begin(), found);
+}
+
+void CVst2Host::SetSampleRate(float inHertz)
+{
+    mSampleRate = inHertz;
+    mTimeInfo.sampleRate = inHertz;
+}
+
+void CVst2Host::SetTempo(float inTempo)
+{
+    mTempo = inTempo;
+    if (inTempo > 0.0F)
+    {
+        mTimeInfo.tempo = inTempo;
+        mTimeInfo.flags |= kVstTempoValid;
+    }
+    else
+    {
+        mTimeInfo.flags &= ~kVstTempoValid;
+    }
+}
+
+void CVst2Host::InitTimeInfo()
+{
+    mTimeInfo = {};
+    mTimeInfo.sampleRate = 44100.0;
+    mTimeInfo.tempo = 120.0;
+    mTimeInfo.timeSigNumerator = 4;
+    mTimeInfo.timeSigDenominator = 4;
+    mTimeInfo.smpteFrameRate = 25; // frames per second, not one of the interface's frame-rate codes
+    mTimeInfo.flags = kVstTransportPlaying | kVstTempoValid;
+}
+
+void CVst2Host::ProcessEvents(std::span<const SMidiMsg> inMessages)
+{
+    for (const auto& plugin : mPlugins)
+    {
+        plugin->ProcessEvents(inMessages);
+    }
+}
+
+void CVst2Host::Process()
+{
+    for (const auto& plugin : mPlugins)
+    {
+        plugin->EffectIdle();
+    }
+}
+
+VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                                         VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/) noexcept
+{
+    const CEffectRegistry::SOwner owner = GetEffectRegistry().Find(inEffect);
+    if (owner.host == nullptr)
+    {
+        return AnswerUnmatchedCall(inOpcode, inPointer, kEntryHostVersion);
+    }
+    try
+    {
+        return owner.host->Answer(owner.plugin, inOpcode, inIndex, inPointer);
+    }
+    catch (...)
+    {
+        // The answer may lead into the plug-in or a listener; nothing they throw may cross the plug-in's
+        // frames.
+        return 0;
+    }
+}
+
+VstIntPtr CVst2Host::OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                                           VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/)
+{
+    return Answer(GetEffectRegistry().Find(inEffect, this).plugin, inOpcode, inIndex, inPointer);
+}
+
+VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
+                            void* inPointer)
+{
+    IEditHost* const editor = mEditListener.load();
+    switch (inOpcode)
+    {
+    case audioMasterAutomate: OnAutomate(inPlugin, inIndex); return 0;
+    case audioMasterVersion: return kHostVersion;
+    case audioMasterWantMidi:
+        if (inPlugin != nullptr)
+        {
+            inPlugin->ForceMidi();
+        }
+        return 0;
+    case audioMasterGetTime: return reinterpret_cast<VstIntPtr>(&mTimeInfo);
+    case audioMasterNeedIdle:
+        if (inPlugin != nullptr)
+        {
+            inPlugin->RequestIdle();
+        }
+        return 0;
+    case audioMasterGetProductString: CopyProductString(inPointer); return 0;
+    case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); return 1;
+    case audioMasterBeginEdit:
+        if (editor != nullptr)
+        {
+            (void)editor->HandleParameterMouseDown(inIndex,
+                                                   getMouseMods()); // the plug-in is told 0 in any case
+        }
+        return 0;
+    case audioMasterEndEdit:
+        if (editor != nullptr)
+        {
+            (void)editor->HandleParameterMouseUp(inIndex,
+                                                 getMouseMods()); // the plug-in is told 0 in any case
+        }
+        return 0;
+    // Sample rate and block size too: plug-ins learn them from effSetSampleRate, effSetBlockSize and the time
+    // info.
+    default: return 0;
+    }
+}
+
+void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
+{
+    // The plug-in's own value counts, not the one that came with the call: that is not always normalised.
+    IMainHost* const listener = mMainListener.load();
+    if (listener != nullptr && inPlugin != nullptr)
+    {
+        listener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
+    }
+    if (IEditHost* const editor = mEditListener.load(); editor != nullptr)
+    {
+        (void)editor->HandleParameterMouseDrag(inIndex, getMouseMods()); // the plug-in is told 0 in any case
+    }
+    IMainHost* const ownListener = inPlugin != nullptr ? inPlugin->GetAutomationListener() : nullptr;
+    if (ownListener != nullptr)
+    {
+        ownListener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
+    }
+}
+
+void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)
+{
+    IMainHost* const listener = mMainListener.load();
+    if (listener != nullptr && inPlugin != nullptr && inPlugin->GetNumPrograms() >= 2)
+    {
+        listener->UpdateParameters();
+    }
+}

@@ -1,0 +1,108 @@
+#pragma once
+#include "Interfaces/VST2/AEffect.h"
+#include "Source/plugins/SMidiMsg.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+class CVst2Host;
+class CVst2Plugin;
+class IEditHost;
+class IMainHost;
+class IPlugin;
+
+/** Every host alive, in order of construction, not owned. For the thread that makes hosts; callbacks don't
+ * look here. */
+extern std::vector<CVst2Host*> gVctHosts;
+/** The current host; null when there is none. Main thread writes, host callbacks read. */
+extern std::atomic<CVst2Host*> pVst2Host;
+
+/**
+ * The host side of the VST 2 interface: owns the plug-ins of one instance and answers their calls.
+ *
+ * Threads: everything on the main thread, except that ProcessEvents, TimeInfo and SetTempo belong to the
+ * render thread once audio runs, and that plug-ins may use the callback on any thread, also while other hosts
+ * are made and destroyed. The time information is read by the plug-in without a lock.
+ */
+class CVst2Host final
+{
+public:
+    CVst2Host();
+    CVst2Host(const CVst2Host&) = delete;
+    CVst2Host& operator=(const CVst2Host&) = delete;
+    /** Closes every plug-in; their calls are unmatched ones by then. Afterwards there is no current host. */
+    ~CVst2Host();
+
+    /**
+     * Loads a plug-in, and initialises it when block size (at least 1) and sample rate (above 0) are known.
+     * @return owned by this host; null when it can't be loaded, or when initialising failed (it stays listed
+     * then). An exception of the plug-in's while it is initialised passes; the plug-in stays listed then as
+     * well.
+     */
+    virtual CVst2Plugin* LoadPlugin(const char* inUtf8Path);
+    /** Closes and destroys every plug-in, in order of loading. */
+    virtual void Reset();
+
+    /** @return false when it is none of this host's plug-ins; nothing is destroyed then. */
+    bool ClosePlugin(IPlugin* inPlugin);
+    /** @return whether all could be initialised; true when there are none. */
+    bool InitPlugins();
+    /** @return the place of the effect's plug-in in the order of loading, or -1; -1 for null. */
+    long GetEffectIndex(const AEffect* inEffect) const;
+    /** @param inFrames the largest block; plug-ins that are initialised already are not told. */
+    void SetBufferSize(long inFrames) { mBlockSize = inFrames; }
+    void SetSampleRate(float inHertz);
+    /** @param inTempo beats per minute; 0, negative or NaN: the tempo is unknown from now on. */
+    void SetTempo(float inTempo);
+    void InitTimeInfo();
+    void ProcessEvents(std::span<const SMidiMsg> inMessages);
+    /** Gives idle time to every plug-in that asked for it; moves no audio. */
+    void Process();
+    /** Makes this host the current one. */
+    void SetActualAAXHost() { pVst2Host.store(this); }
+
+    /** What every plug-in's entry gets. Finds the caller's host at a cost that doesn't depend on how many
+     * there are. */
+    static VstIntPtr AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                                         VstIntPtr inValue, void* inPointer, float inOpt) noexcept;
+    /** The answer to a call of one of this host's plug-ins; for another caller what concerns its plug-in is
+     * skipped. */
+    VstIntPtr OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                                    VstIntPtr inValue, void* inPointer, float inOpt);
+
+    /** Not owned, null for none; must outlive the host or be taken back. */
+    void SetMainListener(IMainHost* inListener) { mMainListener.store(inListener); }
+    void SetEditListener(IEditHost* inListener) { mEditListener.store(inListener); }
+    /** The one record that plug-ins are given; written by the render thread before each block. */
+    VstTimeInfo& TimeInfo() { return mTimeInfo; }
+    std::span<const std::unique_ptr<CVst2Plugin>> Plugins() const { return mPlugins; }
+    long GetBufferSize() const { return mBlockSize; }
+    float GetSampleRate() const { return mSampleRate; }
+    float GetTempo() const { return mTempo; }
+    /** Rises with each host made in this process; decides between hosts that share one effect. */
+    std::uint32_t GetSerial() const { return mSerial; }
+
+private:
+    VstIntPtr Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex, void* inPointer);
+    void OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex);
+    void OnUpdateDisplay(CVst2Plugin* inPlugin);
+
+    std::vector<std::unique_ptr<CVst2Plugin>> mPlugins;
+    long mBlockSize = -1;      // frames
+    float mSampleRate = -1.0F; // Hz
+    float mTempo = 0.0F;       // beats per minute
+    VstTimeInfo mTimeInfo{};
+    std::atomic<IMainHost*> mMainListener = nullptr; // main thread writes, host callbacks read
+    std::atomic<IEditHost*> mEditListener = nullptr; // main thread writes, host callbacks read
+    std::uint32_t mSerial = 0;
+};
+
+/**
+ * The answer to a host call that belongs to no loaded plug-in, in particular one made inside a plug-in's
+ * entry.
+ * @param inEntryVersion answered to audioMasterVersion; all else is answered 0.
+ */
+VstIntPtr AnswerUnmatchedCall(std::int32_t inOpcode, void* inPointer, std::int32_t inEntryVersion) noexcept;

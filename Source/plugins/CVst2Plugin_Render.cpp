@@ -1,0 +1,141 @@
+#include "Source/plugins/CVst2Plugin.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+
+namespace
+{
+/** Points the plug-in's channels at the buffers that a map names; false leaves them as they were. */
+bool MapChannels(std::span<float*> outPointers, float** inBuffers, long inBufferCount, const long* inMap)
+{
+    const auto count = static_cast<long>(outPointers.size());
+    if (count == 0 || count > inBufferCount)
+    {
+        return false;
+    }
+    for (float*& pointer : outPointers)
+    {
+        pointer = inBuffers[*inMap++];
+    }
+    return true;
+}
+} // namespace
+
+void CVst2Plugin::CallReplacing(float** inInputs, float** inOutputs, long inFrames)
+{
+    if (mEffect != nullptr && mEffect->processReplacing != nullptr)
+    {
+        mEffect->processReplacing(mEffect, inInputs, inOutputs, static_cast<std::int32_t>(inFrames));
+    }
+}
+
+void CVst2Plugin::Process(float** inInputs, float** inOutputs, long inFrames)
+{
+    CallReplacing(inInputs, inOutputs, inFrames);
+}
+
+void CVst2Plugin::Process(float** inBuffers, long inFrames, long inInputBufferCount, long* inInputMap,
+                          long inOutputBufferCount, long* inOutputMap)
+{
+    if (mState != kStateInitialized)
+    {
+        return;
+    }
+    (void)MapChannels(mInputPointers, inBuffers, inInputBufferCount,
+                      inInputMap); // else the previous buffers serve on
+    (void)MapChannels(mOutputPointers, inBuffers, inOutputBufferCount, inOutputMap);
+    CallReplacing(mInputPointers.data(), mOutputPointers.data(), inFrames);
+}
+
+float** CVst2Plugin::Process(long inFrames, long& outOutputCount)
+{
+    outOutputCount = mOutputCount;
+    float** const buffers = ChannelBuffers();
+    if (mState == kStateInitialized && buffers != nullptr)
+    {
+        CallReplacing(buffers, buffers, inFrames);
+    }
+    return buffers;
+}
+
+float** CVst2Plugin::Process()
+{
+    long outputCount = 0;
+    return Process(GetBlockSize(), outputCount);
+}
+
+inline void CVst2Plugin::SetEvent(long inSlot, std::uint32_t inMidiBytes, std::int32_t inOffset)
+{
+    const auto slot = static_cast<std::size_t>(inSlot);
+    VstMidiEvent& event = mMidiEvents[slot];
+    event.type = kVstMidiType;
+    event.byteSize = sizeof(VstMidiEvent);
+    event.deltaFrames = inOffset;
+    std::memcpy(event.midiData, &inMidiBytes, sizeof(event.midiData));
+    event.detune = 0;
+    // Set again each time: plug-ins sort the pointers in place.
+    mEventBlock.events[slot] = &event;
+}
+
+void CVst2Plugin::ProcessEvents(long inCount, unsigned long* inMessages, unsigned long* inOffsets)
+{
+    mEventBlock.numEvents = static_cast<std::int32_t>(inCount);
+    if (inCount == 0)
+    {
+        return;
+    }
+    const long count = std::min(inCount, kMaxEvents);
+    if (inOffsets != nullptr)
+    {
+        for (long i = 0; i < count; ++i)
+        {
+            SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), static_cast<std::int32_t>(inOffsets[i]));
+        }
+    }
+    else
+    {
+        for (long i = 0; i < count; ++i)
+        {
+            SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), 0);
+        }
+    }
+    ProcessEvents(EventBlock());
+}
+
+void CVst2Plugin::ProcessEvents(std::span<const SMidiMsg> inMessages)
+{
+    if (!AcceptsMidi())
+    {
+        return;
+    }
+    long filled = 0;
+    const std::size_t examined = std::min(inMessages.size(), static_cast<std::size_t>(kMaxEvents));
+    for (const SMidiMsg& message : inMessages.first(examined))
+    {
+        if (message.target < 0 || message.target == GetMasterIndex())
+        {
+            std::uint32_t midiBytes = 0;
+            std::memcpy(&midiBytes, message.midiBytes.data(), sizeof(midiBytes));
+            SetEvent(filled++, midiBytes, 0);
+        }
+    }
+    mEventBlock.numEvents = static_cast<std::int32_t>(filled);
+    ProcessEvents(EventBlock());
+}
+
+void CVst2Plugin::ProcessEvents(VstEvents* inEvents)
+{
+    if (AcceptsMidi() && mEffect != nullptr && inEvents->numEvents > 0)
+    {
+        (void)Dispatch(effProcessEvents, 0, 0, inEvents); // the interface gives the result no meaning
+    }
+}
+
+VstEvents* CVst2Plugin::EventBlock()
+{
+    static_assert(std::is_standard_layout_v<SEventBlock>);
+    static_assert(offsetof(SEventBlock, numEvents) == offsetof(VstEvents, numEvents));
+    static_assert(offsetof(SEventBlock, events) == offsetof(VstEvents, events));
+    return reinterpret_cast<VstEvents*>(&mEventBlock);
+}

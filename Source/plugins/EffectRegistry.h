@@ -1,0 +1,72 @@
+#pragma once
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+
+class CVst2Host;
+class CVst2Plugin;
+struct AEffect;
+
+/**
+ * Which plug-in object an effect pointer belongs to.
+ *
+ * Threads: Find on any, without a lock and at a cost that doesn't grow with the number of effects; Add and
+ * Remove lock among each other. A table of chains: a chain only ever grows, so a reader can walk it while it
+ * is written; the place of a removed effect is used again by the next one in the same chain, and memory is
+ * freed with the registry.
+ */
+class CEffectRegistry
+{
+public:
+    constexpr CEffectRegistry() = default;
+    CEffectRegistry(const CEffectRegistry&) = delete;
+    CEffectRegistry& operator=(const CEffectRegistry&) = delete;
+    ~CEffectRegistry();
+
+    /**
+     * @param inEffect not null. Some plug-ins hand out one effect for all instances, so one may be added
+     * repeatedly.
+     * @param inHost   its serial decides which of several plug-ins with the same effect is found: the lowest,
+     * and within one host the one that was added first.
+     */
+    void Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inPlugin, std::uint32_t inHostSerial);
+    /** Does nothing when that pair was not added. */
+    void Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept;
+
+    struct SOwner
+    {
+        CVst2Host* host = nullptr;
+        CVst2Plugin* plugin = nullptr;
+    };
+    /**
+     * @param inHost when not null, only this host's plug-ins are looked at.
+     * @return nulls when nobody owns the effect, or it is null.
+     */
+    SOwner Find(const AEffect* inEffect, const CVst2Host* inHost = nullptr) const noexcept;
+
+private:
+    static constexpr std::size_t kBucketCount = 1024;
+
+    /** Written by one thread under the mutex, `effect` last; readers check `effect` before and after the
+     * rest. */
+    struct SSlot
+    {
+        std::atomic<AEffect*> effect = nullptr; // null: free
+        std::atomic<CVst2Host*> host = nullptr;
+        std::atomic<CVst2Plugin*> plugin = nullptr;
+        std::atomic<std::uint64_t> order = 0;
+        std::atomic<SSlot*> next = nullptr;
+    };
+
+    static std::size_t BucketOf(const AEffect* inEffect) noexcept;
+    SSlot& FreeSlot(SSlot& inFirst);
+
+    std::array<SSlot, kBucketCount> mBuckets{};
+    std::mutex mWriters;
+    std::uint32_t mAdded = 0;
+};
+
+/** The registry of this module: every loaded plug-in of every host. */
+CEffectRegistry& GetEffectRegistry() noexcept;

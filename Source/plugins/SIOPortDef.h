@@ -1,0 +1,9 @@
+#pragma once
+#include <array>
+
+/** One input or output port of a wrapped plug-in. */
+struct SIOPortDef
+{
+    std::array<char, 128> name{}; // NUL-terminated; always empty for outputs
+    long channelCount = 1;        // 1 mono, 2 stereo
+};

@@ -1,0 +1,127 @@
+#pragma once
+#include "Interfaces/VST2/AEffect.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+class ScriptedEffect;
+
+/** One dispatcher call as a hook sees it. */
+struct SDispatch
+{
+    std::int32_t index = 0;
+    VstIntPtr value = 0;
+    void* pointer = nullptr;
+    float opt = 0.0F;
+};
+
+struct SScriptedPin
+{
+    std::string label;
+    std::int32_t flags = 0;
+};
+
+/** What a scripted plug-in is and does, the same for all its instances; a test may set it at any time. */
+struct SPluginSettings
+{
+    using Hook = std::function<void(ScriptedEffect&, const SDispatch&)>;
+
+    static constexpr std::int32_t kEntry = -1; // in place of an opcode among the faults
+
+    SPluginSettings();
+
+    AEffect shape{}; // counts, flags and identity of new instances
+    std::map<std::pair<std::int32_t, std::int32_t>, std::string>
+        texts;                                 // by opcode and index; else nothing is written
+    std::map<std::int32_t, VstIntPtr> results; // by opcode; go before what would be answered
+    std::vector<SScriptedPin> inputPins;       // pins beyond the last answer 0
+    std::vector<SScriptedPin> outputPins;
+    std::vector<float> parameters; // of new instances
+    std::vector<std::uint8_t> bankChunk;
+    std::vector<std::uint8_t> programChunk;
+    std::vector<std::string> midiPrograms;
+    std::int32_t midiParent = -1; // the category of each of them
+    std::vector<std::string> midiCategories;
+    ERect editorSize{};
+    bool givesEditorSize = true;
+
+    std::map<std::int32_t, Hook> hooks; // run after the call is logged and before it is answered; may throw
+    std::function<void(audioMasterCallback)> onEntry; // may throw
+    std::function<void(AEffect&)> onCreate;           // last touch to an instance's record
+    std::function<void(ScriptedEffect&, float**, float**, std::int32_t)>
+        onProcess;                 // else inputs are copied to outputs
+    std::set<std::int32_t> faults; // opcodes that throw an exception type of the plug-in's own
+    bool entryReturnsNull = false;
+    bool sharesOneEffect = false; // every entry call gives the first instance
+};
+
+/**
+ * The settings of a scripted plug-in and what came of them.
+ *
+ * The log has one line a call: the opcode's name and, where it has one, its telling argument
+ * ("effSetBlockSize 1024"), besides "setParameter 3 0.5" and "processReplacing 512". getParameter is not
+ * logged.
+ */
+struct SPluginScript : SPluginSettings
+{
+    std::vector<std::unique_ptr<ScriptedEffect>> instances;
+    std::vector<std::vector<VstMidiEvent>>
+        events;               // of each effProcessEvents, as many as its record says, at most 300
+    long outOfRangeCalls = 0; // parameter calls with an index that does not exist
+
+    /** Back to the state of a freshly loaded file. */
+    void Reset();
+    void Log(const std::string& inLine);
+    std::vector<std::string> TakeLog(); // and empties it
+    /** What the plug-in's entry does. */
+    AEffect* Enter(audioMasterCallback inHost);
+
+private:
+    std::mutex mLogGuard;
+    std::vector<std::string> mLog;
+};
+
+/** One instance of a scripted plug-in; frees itself on effClose. */
+class ScriptedEffect
+{
+public:
+    ScriptedEffect(SPluginScript& inScript, audioMasterCallback inHost);
+    ScriptedEffect(const ScriptedEffect&) = delete;
+    ScriptedEffect& operator=(const ScriptedEffect&) = delete;
+    ~ScriptedEffect() = default;
+
+    AEffect& Effect() { return mEffect; }
+    std::vector<float>& Parameters() { return mParameters; }
+    VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, void* inPointer = nullptr,
+                       float inOpt = 0.0F);
+
+private:
+    static VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                              VstIntPtr inValue, void* inPointer, float inOpt);
+    static void SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue);
+    static float GetParameter(AEffect* inEffect, std::int32_t inIndex);
+    static void Process(AEffect* inEffect, float** inInputs, float** inOutputs, std::int32_t inFrames);
+
+    VstIntPtr Answer(std::int32_t inOpcode, const SDispatch& inCall);
+    VstIntPtr AnswerPin(const std::vector<SScriptedPin>& inPins, const SDispatch& inCall) const;
+    VstIntPtr AnswerMidi(std::int32_t inOpcode, const SDispatch& inCall) const;
+    void RecordEvents(const VstEvents& inEvents);
+
+    SPluginScript& mScript;
+    audioMasterCallback mHost;
+    AEffect mEffect{};
+    std::vector<float> mParameters;
+    std::vector<std::uint8_t> mBankChunk;
+    std::vector<std::uint8_t> mProgramChunk;
+    std::int32_t mProgram = 0;
+};
+
+/** The one function that every scripted plug-in exports beside its entry. */
+extern "C" SPluginScript* GetPluginScript();

@@ -1,0 +1,158 @@
+#include "Source/plugins/EffectRegistry.h"
+#include "Interfaces/VST2/AEffect.h"
+
+#include "Source/plugins/CVst2Host.h"
+#include "Source/plugins/CVst2Plugin.h"
+#include "Tests/doubles/ScriptedModule.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace
+{
+/** The registry never looks into what it hands out, so any distinct addresses serve. */
+template <typename Type>
+Type* Address(std::size_t inNumber)
+{
+    constexpr std::size_t kCount = 5000;
+    static std::vector<AEffect> places(kCount);
+    return reinterpret_cast<Type*>(&places.at(inNumber));
+}
+
+TEST(EffectRegistry, EffectsOfOneChainAreToldApartAndTheirPlacesUsedAgain)
+{
+    auto registry = std::make_unique<CEffectRegistry>();
+    constexpr std::size_t kCount = 5000; // several to each chain
+    for (int round = 0; round < 3; ++round)
+    {
+        for (std::size_t i = 0; i < kCount; ++i)
+        {
+            registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
+        }
+        for (std::size_t i = 0; i < kCount; i += 2)
+        {
+            registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
+        }
+        for (std::size_t i = 0; i < kCount; ++i)
+        {
+            const auto owner = registry->Find(Address<AEffect>(i));
+            ASSERT_EQ(owner.plugin, i % 2 == 0 ? nullptr : Address<CVst2Plugin>(i));
+            ASSERT_EQ(owner.host, i % 2 == 0 ? nullptr : Address<CVst2Host>(i));
+        }
+        for (std::size_t i = 1; i < kCount; i += 2)
+        {
+            registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
+        }
+    }
+    EXPECT_EQ(registry->Find(nullptr).host, nullptr);
+}
+
+TEST(EffectRegistry, SharedEffectBelongsToTheOldestHostAndThenToTheNext)
+{
+    ScriptedModule module;
+    module.Script().sharesOneEffect = true;
+    auto first = std::make_unique<CVst2Host>();
+    CVst2Host second;
+    CVst2Plugin* const late = second.LoadPlugin(module.Path());
+    CVst2Plugin* const early = first->LoadPlugin(module.Path());
+    CVst2Plugin* const alsoEarly = first->LoadPlugin(module.Path());
+    ASSERT_TRUE(late != nullptr && early != nullptr && alsoEarly != nullptr);
+    AEffect* const effect = late->GetEffect();
+    ASSERT_EQ(effect, early->GetEffect());
+    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, early);
+    EXPECT_EQ(GetEffectRegistry().Find(effect, &second).plugin, late);
+    EXPECT_TRUE(first->ClosePlugin(early));
+    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, alsoEarly);
+    first.reset();
+    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, late);
+}
+
+TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
+{
+    auto registry = std::make_unique<CEffectRegistry>();
+    constexpr std::size_t kSteady = 1000;
+    constexpr std::size_t kPassing = 4000;
+    for (std::size_t i = 0; i < kSteady; ++i)
+    {
+        registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
+    }
+    std::atomic<bool> stop = false;
+    std::atomic<long> wrong = 0;
+    std::atomic<long> rounds = 0;
+    const auto read = [&]
+    {
+        while (!stop.load())
+        {
+            for (std::size_t i = 0; i < kPassing; ++i)
+            {
+                const auto owner = registry->Find(Address<AEffect>(i));
+                const bool isWhole =
+                    owner.plugin == Address<CVst2Plugin>(i) && owner.host == Address<CVst2Host>(i);
+                const bool isGone = owner.plugin == nullptr && owner.host == nullptr && i >= kSteady;
+                wrong += isWhole || isGone ? 0 : 1;
+            }
+            ++rounds;
+        }
+    };
+    std::array<std::thread, 3> readers;
+    for (std::thread& reader : readers)
+    {
+        reader = std::thread(read);
+    }
+    for (int round = 0; round < 200 || rounds.load() < 10; ++round)
+    {
+        for (std::size_t n = kSteady; n < kPassing; ++n)
+        {
+            // Backwards every other time, so that a place passes from one effect to another.
+            const std::size_t i = round % 2 == 0 ? n : kPassing + kSteady - 1 - n;
+            registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
+        }
+        for (std::size_t i = kSteady; i < kPassing; ++i)
+        {
+            registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
+        }
+    }
+    stop.store(true);
+    for (std::thread& reader : readers)
+    {
+        reader.join();
+    }
+    EXPECT_EQ(wrong.load(), 0);
+}
+
+TEST(EffectRegistry, CallbackOfOneInstanceWorksWhileOthersAreLoadedAndClosed)
+{
+    ScriptedModule module;
+    CVst2Host host;
+    ASSERT_NE(host.LoadPlugin(module.Path()), nullptr);
+    ScriptedEffect& caller = *module.Script().instances.front();
+    std::atomic<bool> stop = false;
+    std::atomic<long> calls = 0;
+    std::atomic<long> wrong = 0;
+    std::thread thread(
+        [&]
+        {
+            while (!stop.load())
+            {
+                wrong += caller.CallHost(audioMasterVersion) == 2400 ? 0 : 1;
+                wrong += caller.CallHost(audioMasterWantMidi) == 0 ? 0 : 1;
+                ++calls;
+            }
+        });
+    for (int round = 0; round < 50 || calls.load() < 1000; ++round)
+    {
+        CVst2Host other;
+        EXPECT_NE(other.LoadPlugin(module.Path()), nullptr);
+        EXPECT_NE(host.LoadPlugin(module.Path()), nullptr);
+        EXPECT_TRUE(host.ClosePlugin(host.Plugins().back().get()));
+    }
+    stop.store(true);
+    thread.join();
+    EXPECT_EQ(wrong.load(), 0);
+}
+} // namespace

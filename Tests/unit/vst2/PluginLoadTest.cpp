@@ -1,0 +1,342 @@
+#include "Platform/PluginImage.h"
+#include "Source/plugins/CVst2Host.h"
+#include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/EffectRegistry.h"
+#include "Source/plugins/PortList.h"
+#include "Tests/doubles/ScriptedModule.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace
+{
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+TEST(PluginLoad, OpcodesComeInTheRequiredOrderAndOpeningIsLeftToInitialize)
+{
+    ScriptedModule module;
+    module.Script().shape.numInputs = 1;
+    module.Script().shape.numOutputs = 2;
+    module.Script().inputPins = {{"In", 0}};
+    module.Script().outputPins = {{"Out", kVstPinIsStereo}};
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(module.Script().TakeLog(),
+              (Lines{"effGetEffectName", "effGetVendorString", "effGetProductString", "effGetVstVersion",
+                     "effCanDo receiveVstMidiEvent", "effGetInputProperties 0", "effGetOutputProperties 0"}));
+    EXPECT_EQ(plugin->GetState(), 1);
+
+    const Lines initialized{"effSetSampleRate 48000", "effSetBlockSize 512", "effOpen", "effMainsChanged 1"};
+    EXPECT_TRUE(plugin->Initialize(512, 48000.0F));
+    EXPECT_EQ(module.Script().TakeLog(), initialized);
+    EXPECT_EQ(plugin->GetState(), 2);
+    EXPECT_TRUE(plugin->Initialize(512, 48000.0F)); // no shortcut the second time
+    EXPECT_EQ(module.Script().TakeLog(), initialized);
+
+    EXPECT_TRUE(host.ClosePlugin(plugin));
+    EXPECT_EQ(module.Script().TakeLog(), (Lines{"effMainsChanged 0", "effClose"}));
+    EXPECT_TRUE(ScriptedModule::IsLoaded(module.Path()));
+}
+
+TEST(PluginLoad, IdentityIsReadWithItsDefaultsAndSigns)
+{
+    ScriptedModule module;
+    module.Script().texts = {{{effGetVendorString, 0}, "Maker"}};
+    module.Script().shape.flags = effFlagsIsSynth;
+    module.Script().shape.uniqueID = -2;
+    module.Script().shape.numInputs = -5;
+    module.Script().shape.numOutputs = 2000000000;
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_STREQ(plugin->GetName(), "scroob_the_doob");
+    EXPECT_STREQ(plugin->GetVendor(), "Maker");
+    EXPECT_STREQ(plugin->GetProduct(), "");
+    EXPECT_TRUE(plugin->IsInstrument());
+    EXPECT_EQ(plugin->GetUniqueId(), -2);
+    long inputs = -1;
+    long outputs = -1;
+    EXPECT_TRUE(plugin->GetChannels(inputs, outputs));
+    EXPECT_EQ(inputs, 0);
+    EXPECT_EQ(outputs, 65536);
+}
+
+TEST(PluginLoad, TextWithoutTerminatorEndsInsideItsBuffer)
+{
+    ScriptedModule module;
+    module.Script().texts[{effGetEffectName, 0}] = std::string(255, 'n');
+    module.Script().hooks[effGetParamName] = [](ScriptedEffect&, const SDispatch& inCall)
+    { std::fill_n(static_cast<char*>(inCall.pointer), 256, 'p'); };
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(std::string(plugin->GetName()), std::string(255, 'n'));
+    EXPECT_EQ(std::string(plugin->GetParameterName(0)), std::string(255, 'p'));
+    EXPECT_STREQ(plugin->GetParameterLabel(0), ""); // unanswered: nothing of the text before
+}
+
+TEST(PluginLoad, MidiIsTakenOnAnAnswerOfExactlyOneOrOnRequest)
+{
+    struct SRow
+    {
+        int answer;
+        bool asks;
+        bool accepts;
+    };
+    for (const SRow& row :
+         {SRow{1, false, true}, SRow{2, false, false}, SRow{-1, false, false}, SRow{-1, true, true}})
+    {
+        SCOPED_TRACE(row.answer * 10 + (row.asks ? 1 : 0));
+        ScriptedModule module;
+        module.Script().results[effCanDo] = row.answer;
+        if (row.asks)
+        {
+            // Ahead of the question, so the flag must outlive the answer.
+            module.Script().hooks[effGetVstVersion] = [](ScriptedEffect& inEffect, const SDispatch&)
+            { EXPECT_EQ(inEffect.CallHost(audioMasterWantMidi), 0); };
+        }
+        CVst2Host host;
+        CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+        ASSERT_NE(plugin, nullptr);
+        EXPECT_EQ(plugin->AcceptsMidi(), row.accepts);
+        EXPECT_EQ(plugin->AcceptedMidiAtLoad(), row.accepts);
+    }
+}
+
+TEST(PluginLoad, MidiAskedForWhileOpeningDoesNotChangeWhatLoadSaw)
+{
+    ScriptedModule module;
+    module.Script().hooks[effOpen] = [](ScriptedEffect& inEffect, const SDispatch&)
+    { EXPECT_EQ(inEffect.CallHost(audioMasterWantMidi), 0); };
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    ASSERT_TRUE(plugin->Initialize(64, 44100.0F));
+    EXPECT_TRUE(plugin->AcceptsMidi());
+    EXPECT_FALSE(plugin->AcceptedMidiAtLoad());
+}
+
+TEST(PluginLoad, EachEntryNameLoadsAndAFileWithoutOneIsUnloaded)
+{
+    struct SRow
+    {
+        const char* file;
+        bool loads;
+    };
+    for (const SRow& row :
+         {SRow{"scripted_plugin.so", true}, SRow{"scripted_plugin_main_macho.so", true},
+          SRow{"scripted_plugin_main_only.so", PlatformEntrySymbol() != nullptr},
+          SRow{"scripted_plugin_no_entry.so", false}, SRow{"scripted_plugin_throwing.so", false}})
+    {
+        SCOPED_TRACE(row.file);
+        const std::string path = ScriptedModule::FileOf(row.file);
+        CVst2Host host;
+        CVst2Plugin* const plugin = host.LoadPlugin(path.c_str());
+        EXPECT_EQ(plugin != nullptr, row.loads);
+        EXPECT_EQ(ScriptedModule::IsLoaded(path), row.loads);
+        EXPECT_EQ(host.Plugins().size(), row.loads ? 1U : 0U);
+        if (plugin != nullptr)
+        {
+            plugin->FreeLib();
+            EXPECT_FALSE(ScriptedModule::IsLoaded(path));
+            EXPECT_EQ(plugin->GetNumParameters(), -1); // the effect went with its code
+        }
+    }
+}
+
+TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
+{
+    struct SRow
+    {
+        const char* what;
+        void (*prepare)(SPluginScript&);
+    };
+    const SRow rows[] = {
+        {"null effect", [](SPluginScript& s) { s.entryReturnsNull = true; }},
+        {"wrong magic", [](SPluginScript& s) { s.shape.magic = 0x56737451; }},
+        {"no dispatcher", [](SPluginScript& s) { s.onCreate = [](AEffect& e) { e.dispatcher = nullptr; }; }},
+        {"entry throws",
+         [](SPluginScript& s) { s.onEntry = [](auto) { throw std::runtime_error("entry"); }; }},
+        {"name throws", [](SPluginScript& s) { s.faults = {effGetEffectName}; }},
+        {"can-do and closing throw",
+         [](SPluginScript& s) {
+             s.faults = {effCanDo, effClose};
+         }},
+        {"pin throws", [](SPluginScript& s) { s.shape.numOutputs = 1, s.faults = {effGetOutputProperties}; }},
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.what);
+        ScriptedModule module;
+        std::vector<AEffect*> seen;
+        row.prepare(module.Script());
+        const auto prepared = module.Script().onCreate;
+        module.Script().onCreate = [&](AEffect& inEffect)
+        {
+            seen.push_back(&inEffect);
+            prepared ? prepared(inEffect) : void();
+        };
+        CVst2Host host;
+        EXPECT_EQ(host.LoadPlugin(module.Path()), nullptr);
+        EXPECT_TRUE(host.Plugins().empty());
+        for (AEffect* const effect : seen)
+        {
+            EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, nullptr);
+        }
+        module.Release();
+        EXPECT_FALSE(ScriptedModule::IsLoaded(module.Path()));
+    }
+}
+
+TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
+{
+    const fs::path folder = fs::temp_directory_path() / ("vst2_plugin_load_" + std::to_string(getpid()));
+    fs::remove_all(folder);
+    const auto bundle = [&](const char* inName, const char* inInside)
+    {
+        fs::create_directories(folder / inName / inInside);
+        return folder / inName / inInside;
+    };
+    const fs::path good = ScriptedModule::FileOf("scripted_plugin.so");
+    const fs::path entryless = ScriptedModule::FileOf("scripted_plugin_no_entry.so");
+    fs::copy_file(good, bundle("deep.vst", "Contents/x86_64-linux") / "b.so");
+    fs::copy_file(entryless, folder / "deep.vst/a.so"); // the deeper folder goes first
+    fs::copy_file(good, bundle("flat.vst", "Contents/Resources").parent_path().parent_path() / "a.so");
+    fs::copy_file(entryless, folder / "flat.vst/b.so"); // the first in the alphabet is taken
+    bundle("empty.vst", "Contents/x86_64-linux");
+    fs::copy_file(good, folder / "source.vst"); // a plain file may have any name
+    fs::copy_file(good, folder / "cut.vst");
+    fs::resize_file(folder / "cut.vst", 5000);
+    std::ofstream(folder / "text.vst") << "not a plug-in\n";
+
+    struct SRow
+    {
+        const char* name;
+        bool loads;
+    };
+    for (const SRow& row :
+         {SRow{"deep.vst", true}, SRow{"flat.vst", true}, SRow{"empty.vst", false}, SRow{"source.vst", true},
+          SRow{"cut.vst", false}, SRow{"text.vst", false}, SRow{"missing.vst", false}})
+    {
+        SCOPED_TRACE(row.name);
+        CVst2Host host;
+        EXPECT_EQ(host.LoadPlugin((folder / row.name).c_str()) != nullptr, row.loads);
+    }
+    CVst2Host host;
+    EXPECT_EQ(host.LoadPlugin(""), nullptr);
+    EXPECT_EQ(host.LoadPlugin(nullptr), nullptr);
+    EXPECT_EQ(host.LoadPlugin(fs::relative(good).c_str()), nullptr);
+    CVst2Plugin orphan;
+    EXPECT_FALSE(orphan.Load(good.c_str(), nullptr));
+    fs::remove_all(folder);
+}
+
+struct SPortRow
+{
+    const char* what;
+    std::vector<SScriptedPin> inputs;
+    std::vector<SScriptedPin> outputs;
+    Lines asked;
+    std::vector<long> inputPorts;
+    std::vector<long> outputPorts;
+};
+
+std::vector<long> ChannelsOf(std::span<const SIOPortDef> inPorts)
+{
+    std::vector<long> counts;
+    for (const SIOPortDef& port : inPorts)
+    {
+        counts.push_back(port.channelCount);
+    }
+    return counts;
+}
+
+TEST(PluginPorts, PinsBecomePortsUntilOneIsNotAnsweredOrNamesASpeaker)
+{
+    const SScriptedPin mono{"", 0};
+    const SScriptedPin stereo{"", kVstPinIsStereo};
+    const SScriptedPin speaker{"", kVstPinUseSpeaker};
+    const SScriptedPin both{"", kVstPinIsStereo | kVstPinUseSpeaker};
+    const std::string in = "effGetInputProperties ";
+    const std::string out = "effGetOutputProperties ";
+    const SPortRow rows[] = {
+        {"stereo skips a pin", {stereo, mono, both, mono}, {}, {in + "0", in + "2", out + "0"}, {2, 2}, {}},
+        {"stereo at the odd end",
+         {mono, mono, mono, stereo},
+         {},
+         {in + "0", in + "1", in + "2", in + "3", out + "0"},
+         {1, 1, 1, 2},
+         {}},
+        {"unanswered ends one direction",
+         {mono},
+         {mono, mono, stereo},
+         {in + "0", in + "1", out + "0", out + "1", out + "2"},
+         {1},
+         {1, 1, 2}},
+        {"speaker ends all", {mono, speaker, mono}, {mono}, {in + "0", in + "1"}, {1}, {}},
+        {"speaker among outputs", {}, {stereo, mono, speaker}, {in + "0", out + "0", out + "2"}, {}, {2}},
+    };
+    for (const SPortRow& row : rows)
+    {
+        SCOPED_TRACE(row.what);
+        ScriptedModule module;
+        module.Script().shape.numInputs = 4;
+        module.Script().shape.numOutputs = 4;
+        module.Script().inputPins = row.inputs;
+        module.Script().outputPins = row.outputs;
+        CVst2Host host;
+        CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+        ASSERT_NE(plugin, nullptr);
+        (void)module.Script().TakeLog(); // what Load itself sent
+        plugin->GetPortList();
+        // An unanswered first pin of the other direction is asked once; after four output pins nothing is
+        // left to ask.
+        EXPECT_EQ(module.Script().TakeLog(), row.asked);
+        EXPECT_EQ(ChannelsOf(plugin->InputPorts()), row.inputPorts);
+        EXPECT_EQ(ChannelsOf(plugin->OutputPorts()), row.outputPorts);
+    }
+}
+
+TEST(PluginPorts, InputsAreNamedWithinTheLabelAndOutputsNever)
+{
+    ScriptedModule module;
+    module.Script().shape.numInputs = 1;
+    module.Script().shape.numOutputs = 1;
+    module.Script().inputPins = {{std::string(64, 'L'), 0}}; // no terminator fits
+    module.Script().outputPins = {{"Out", 0}};
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_EQ(std::string(plugin->InputPorts()[0].name.data()), std::string(63, 'L'));
+    EXPECT_STREQ(plugin->OutputPorts()[0].name.data(), "");
+}
+
+TEST(PluginPorts, PortsFromCountsReplaceOnlyAnUnansweredFirstPin)
+{
+    ScriptedModule module;
+    module.Script().inputPins = {{"", 0}};
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+    ASSERT_NE(plugin, nullptr);
+    AEffect& effect = *plugin->GetEffect();
+    std::vector<SIOPortDef> ports;
+    EXPECT_TRUE(ListPorts(effect, EPortDirection::kOutput, 5, true, ports));
+    EXPECT_EQ(ChannelsOf(ports), (std::vector<long>{2, 2, 1}));
+    EXPECT_TRUE(ListPorts(effect, EPortDirection::kOutput, 5, false, ports));
+    EXPECT_TRUE(ports.empty());
+    EXPECT_TRUE(
+        ListPorts(effect, EPortDirection::kInput, 5, true, ports)); // the first is answered, the second not
+    EXPECT_EQ(ChannelsOf(ports), (std::vector<long>{1}));
+    EXPECT_TRUE(PortsFromChannelCount(-3).empty());
+    EXPECT_EQ(ChannelsOf(PortsFromChannelCount(2)), (std::vector<long>{2}));
+}
+} // namespace

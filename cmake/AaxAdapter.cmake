@@ -1,0 +1,152 @@
+# add_aax_adapter(): makes one product, a module that wraps one VST 2 plug-in.
+#
+#   add_aax_adapter(MyPlugin
+#       SOURCE_VST       path/to/MyPlugin.vst   # a file, a bundle folder or a target of this build
+#       EFFECT_ID        com.maker.myplugin     # reverse-domain name of the effect
+#       MANUFACTURER_ID  Mkr1                   # four characters
+#       ENTRY_VERSION    2400                   # host version answered inside the plug-in's entry; default 0
+#       PORTS_FROM_COUNTS                       # ports of a plug-in that describes no pins
+#       MIDI_INPUT                              # a MIDI input although the plug-in announces none
+#       VERSION          1.2.3)                 # of the bundle; default 1.0.0
+#
+# The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin.
+include_guard(GLOBAL)
+
+set(AAXADAPTER_CMAKE_DIR ${CMAKE_CURRENT_LIST_DIR})
+
+function(add_aax_adapter name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg
+        "PORTS_FROM_COUNTS;MIDI_INPUT" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
+    _aaxadapter_check_arguments()
+
+    set(bundle ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin)
+    set(generated ${CMAKE_CURRENT_BINARY_DIR}/${name}_product.cpp)
+    _aaxadapter_bool(AAXADAPTER_PORTS_FROM_COUNTS_LITERAL "${arg_PORTS_FROM_COUNTS}")
+    _aaxadapter_bool(AAXADAPTER_MIDI_INPUT_LITERAL "${arg_MIDI_INPUT}")
+    _aaxadapter_four_char_code(AAXADAPTER_MANUFACTURER_CODE "${arg_MANUFACTURER_ID}")
+    configure_file(${AAXADAPTER_CMAKE_DIR}/product.cpp.in ${generated} @ONLY)
+
+    add_library(${name} MODULE ${generated})
+    target_link_libraries(${name} PRIVATE
+        project_warnings "$<LINK_LIBRARY:WHOLE_ARCHIVE,aax_exports>" aax_adapter)
+    set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name})
+    _aaxadapter_export_entry_points(${name})
+    if(APPLE)
+        _aaxadapter_layout_macos(${name} ${bundle})
+    else()
+        set_target_properties(${name} PROPERTIES
+            SUFFIX .so LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/x86_64-linux)
+    endif()
+    _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources "${arg_SOURCE_VST}")
+endfunction()
+
+# Stops the configuration with a sentence that says what to write.
+macro(_aaxadapter_check_arguments)
+    if(NOT name MATCHES "^[A-Za-z0-9_-]+$")
+        message(FATAL_ERROR "add_aax_adapter: the product name '${name}' may have letters, digits, '-' and '_' only.")
+    endif()
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "add_aax_adapter(${name}): '${arg_UNPARSED_ARGUMENTS}' is no argument of it; "
+            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT or VERSION.")
+    endif()
+    foreach(required SOURCE_VST EFFECT_ID MANUFACTURER_ID)
+        if(NOT arg_${required})
+            message(FATAL_ERROR "add_aax_adapter(${name}): ${required} is missing.")
+        endif()
+    endforeach()
+    if(NOT TARGET ${arg_SOURCE_VST})
+        cmake_path(ABSOLUTE_PATH arg_SOURCE_VST NORMALIZE)
+        if(NOT EXISTS ${arg_SOURCE_VST})
+            message(FATAL_ERROR "add_aax_adapter(${name}): there is no plug-in at '${arg_SOURCE_VST}'; "
+                "SOURCE_VST takes the path of a VST 2 plug-in.")
+        endif()
+    endif()
+    if(NOT arg_EFFECT_ID MATCHES "^[A-Za-z0-9-]+(\\.[A-Za-z0-9-]+)+$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): EFFECT_ID '${arg_EFFECT_ID}' is no reverse-domain name; "
+            "write one like com.maker.myplugin.")
+    endif()
+    string(LENGTH "${arg_MANUFACTURER_ID}" length)
+    if(NOT length EQUAL 4 OR NOT arg_MANUFACTURER_ID MATCHES "^[A-Za-z0-9 _-]+$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): MANUFACTURER_ID '${arg_MANUFACTURER_ID}' has to be four "
+            "characters, letters or digits, like Mkr1.")
+    endif()
+    if(NOT DEFINED arg_ENTRY_VERSION)
+        set(arg_ENTRY_VERSION 0)
+    elseif(NOT arg_ENTRY_VERSION MATCHES "^[0-9]+$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): ENTRY_VERSION '${arg_ENTRY_VERSION}' has to be a number; "
+            "write 2400, or leave it out for 0.")
+    endif()
+    if(NOT DEFINED arg_VERSION)
+        set(arg_VERSION 1.0.0)
+    elseif(NOT arg_VERSION MATCHES "^[0-9]+(\\.[0-9]+)*$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): VERSION '${arg_VERSION}' has to be numbers and dots, like 1.2.3.")
+    endif()
+endmacro()
+
+function(_aaxadapter_bool out value)
+    if(value)
+        set(${out} true PARENT_SCOPE)
+    else()
+        set(${out} false PARENT_SCOPE)
+    endif()
+endfunction()
+
+# "Mkr1" -> 0x4D6B7231
+function(_aaxadapter_four_char_code out text)
+    string(HEX "${text}" hex)
+    set(${out} 0x${hex} PARENT_SCOPE)
+endfunction()
+
+# Only the entry points are visible, whatever the libraries in the module export.
+function(_aaxadapter_export_entry_points name)
+    if(APPLE)
+        set(list ${AAXADAPTER_CMAKE_DIR}/entry_points.exports)
+        target_link_options(${name} PRIVATE "LINKER:-exported_symbols_list,${list}" "LINKER:-dead_strip")
+    else()
+        set(list ${AAXADAPTER_CMAKE_DIR}/entry_points.map)
+        target_link_options(${name} PRIVATE "LINKER:--version-script=${list}" "LINKER:--gc-sections")
+        if(NOT AAXADAPTER_SANITIZE) # whose runtime comes with the program only
+            target_link_options(${name} PRIVATE "LINKER:--no-undefined")
+        endif()
+    endif()
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${list})
+endfunction()
+
+function(_aaxadapter_layout_macos name bundle)
+    set(AAXADAPTER_BUNDLE_ID ${arg_EFFECT_ID})
+    set(AAXADAPTER_BUNDLE_VERSION ${arg_VERSION})
+    configure_file(${AAXADAPTER_CMAKE_DIR}/Info.plist.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist @ONLY)
+    set_target_properties(${name} PROPERTIES
+        BUNDLE TRUE BUNDLE_EXTENSION aaxplugin
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/modules
+        MACOSX_BUNDLE_INFO_PLIST ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}_PkgInfo "TDMwPTul")
+    add_custom_command(TARGET ${name} POST_BUILD VERBATIM
+        COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_BINARY_DIR}/${name}_PkgInfo ${bundle}/Contents/PkgInfo)
+endfunction()
+
+# Copies the plug-in, a file or a folder, again whenever it changes.
+function(_aaxadapter_place_source_vst name resources source)
+    set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${name}_source.stamp)
+    if(TARGET ${source})
+        set(depends ${source})
+        set(plugin $<IF:$<BOOL:$<TARGET_PROPERTY:${source},BUNDLE>>,$<TARGET_BUNDLE_DIR:${source}>,$<TARGET_FILE:${source}>>)
+        if(NOT APPLE)
+            set(plugin $<TARGET_FILE:${source}>)
+        endif()
+    else()
+        set(plugin ${source})
+        if(IS_DIRECTORY ${source})
+            file(GLOB_RECURSE depends CONFIGURE_DEPENDS ${source}/*)
+        else()
+            set(depends ${source})
+        endif()
+    endif()
+    add_custom_command(OUTPUT ${stamp} VERBATIM DEPENDS ${depends}
+        COMMENT "Placing source.vst in ${name}.aaxplugin"
+        COMMAND ${CMAKE_COMMAND} -DSOURCE=${plugin} -DRESOURCES=${resources}
+            -P ${AAXADAPTER_CMAKE_DIR}/PlaceSourceVst.cmake
+        COMMAND ${CMAKE_COMMAND} -E touch ${stamp})
+    add_custom_target(${name}_source_vst ALL DEPENDS ${stamp})
+    add_dependencies(${name} ${name}_source_vst)
+endfunction()

@@ -1,0 +1,27 @@
+# What every target of this project shares. Nothing here is set for a folder or globally behind a target's back,
+# but for the standard, the position independence and the visibility that a module needs of all its parts.
+include_guard(GLOBAL)
+
+option(AAXADAPTER_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+if(PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endif()
+
+# Warnings are errors in our own code; foreign headers are SYSTEM.
+add_library(project_warnings INTERFACE)
+target_compile_options(project_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+
+# The sanitizers of the presets `asan` and `tsan`.
+set(AAXADAPTER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them")
+if(AAXADAPTER_SANITIZE)
+    target_compile_options(project_warnings INTERFACE
+        -fsanitize=${AAXADAPTER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(project_warnings INTERFACE -fsanitize=${AAXADAPTER_SANITIZE})
+endif()
