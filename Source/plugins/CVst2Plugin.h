@@ -1,6 +1,7 @@
 #pragma once
 #include "Interfaces/VST2/AEffect.h"
 #include "Source/plugins/IPlugin.h"
+#include "Source/plugins/PresetRecord.h"
 #include "Source/plugins/SIOPortDef.h"
 
 #include <array>
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -137,6 +139,31 @@ public:
     /** The same with the low four bytes; the result is sign-extended. */
     long Swap(long inValue) const;
 
+    // Preset files hold the current program, bank files all of them, in the common format of VST 2.
+    // Sizes in bytes; the header ends where the content starts.
+    long GetPresetHeaderSize() const;
+    long GetPresetSize();
+    long GetBankHeaderSize() const;
+    long GetBankSize();
+    /**
+     * @param outRecord   room for the header.
+     * @param inTotalSize bytes of the whole record.
+     * @return where the content starts.
+     */
+    char* WritePresetHeader(char* outRecord, long inTotalSize);
+    char* WriteBankHeader(char* outRecord, long inTotalSize);
+    /** @return false when the file could not be written whole. */
+    bool SavePreset(const char* inPath);
+    /** The same; a plug-in without chunks is sent through all its programs and back. */
+    bool WriteBank(const char* inPath);
+    /** @return nothing where the record is broken, another plug-in's, or of the kind that this one does not
+     * use. */
+    std::optional<SPresetRecord> ReadPresetHeader(std::span<const std::byte> inRecord) const;
+    std::optional<SPresetRecord> ReadBankHeader(std::span<const std::byte> inRecord) const;
+    /** @return false when the file is missing, broken or another plug-in's; the plug-in is as it was then. */
+    bool ReadPreset(const char* inPath);
+    bool ReadBank(const char* inPath);
+
     // Editor
     bool OpenEditor(void* inParent);
     bool OpenEditor(void* inParent, bool& outFlag, long& outValue, long& outX, long& outY, long& outWidth,
@@ -180,6 +207,16 @@ private:
     void RequestText(std::int32_t inOpcode, std::int32_t inIndex, Text& outText) const;
     const char* TextFor(std::int32_t inOpcode, long inIndex);
     void RequestChunk(std::int32_t inScope, void*& outChunk, long& outSize) const;
+    char* WriteNumber(char* outRecord, long inValue) const;
+    char* WriteRecordStart(char* outRecord, const char* inMagic, long inFormatVersion,
+                           long inTotalSize) const;
+    char* WriteProgramValues(char* outRecord);
+    bool WriteChunkRecord(const char* inPath, long inHeaderSize, std::span<const std::byte> inChunk,
+                          char* (CVst2Plugin::*inWriteHeader)(char*, long));
+    bool WriteProgramsBank(const char* inPath);
+    bool IsOwnRecord(const std::optional<SPresetRecord>& inRecord) const;
+    void ApplyProgram(SPresetRecord& ioProgram);
+    void ApplyBank(std::span<SPresetRecord> inPrograms, long inCurrentProgram);
     bool RequestEditorSize(long& outX, long& outY, long& outWidth, long& outHeight);
     void SetEvent(long inSlot, std::uint32_t inMidiBytes, std::int32_t inOffset);
     VstEvents* EventBlock();

@@ -1,41 +1,14 @@
 #include "Source/plugins/IPlugin.h"
 
-#include <cstdio>
-#include <memory>
+#include "Source/plugins/FileBytes.h"
+
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace
 {
-constexpr unsigned char kStateFileVersion = 1;
-
-struct SFileCloser
-{
-    void operator()(std::FILE* inFile) const
-    {
-        (void)std::fclose(inFile);
-    } // nothing is reported to the caller
-};
-using File = std::unique_ptr<std::FILE, SFileCloser>;
-
-/** Reads in pieces instead of asking for the size: what opens like a file (a folder) may claim any size. */
-std::vector<unsigned char> ReadWhole(std::FILE* inFile)
-{
-    constexpr std::size_t kPiece = 65536;
-    std::vector<unsigned char> bytes;
-    std::size_t count = 0;
-    do
-    {
-        const std::size_t old = bytes.size();
-        bytes.resize(old + kPiece);
-        count = std::fread(bytes.data() + old, 1, kPiece, inFile);
-        bytes.resize(old + count);
-    } while (count == kPiece);
-    if (std::ferror(inFile) != 0)
-    {
-        bytes.clear();
-    }
-    return bytes;
-}
+constexpr std::byte kStateFileVersion{1};
 
 bool IsRoute(long inNumber, long inCount) { return inNumber >= 0 && inNumber < inCount; }
 } // namespace
@@ -48,32 +21,18 @@ void IPlugin::ProcessEvents(long /*inCount*/, unsigned long* /*inMessages*/) {}
 void IPlugin::StateToFile(const char* inPath)
 {
     long size = 0;
-    const void* state = GetState(size);
-    const File file(std::fopen(inPath, "wb"));
-    if (file == nullptr)
-    {
-        return;
-    }
-    (void)std::fputc(kStateFileVersion,
-                     file.get()); // a full disk leaves a short file, as a failed open leaves none
+    const auto* const state = static_cast<const std::byte*>(GetState(size));
+    std::vector<std::byte> bytes{kStateFileVersion};
     if (state != nullptr && size > 0)
-    {
-        (void)std::fwrite(state, 1, static_cast<std::size_t>(size), file.get());
-    }
+        bytes.insert(bytes.end(), state, state + size);
+    (void)WriteFileBytes(inPath, bytes); // the interface has no word for a failure
 }
 
 void IPlugin::FileToState(const char* inPath)
 {
-    const File file(std::fopen(inPath, "rb"));
-    if (file == nullptr)
-    {
-        return;
-    }
-    std::vector<unsigned char> bytes = ReadWhole(file.get());
-    if (bytes.size() >= 2)
-    {
-        SetState(bytes.data() + 1, static_cast<long>(bytes.size() - 1));
-    }
+    std::optional<std::vector<std::byte>> bytes = ReadFileBytes(inPath);
+    if (bytes.has_value() && bytes->size() >= 2)
+        SetState(bytes->data() + 1, static_cast<long>(bytes->size() - 1));
 }
 
 std::int32_t IPlugin::GetInterfaceType() { return mInterfaceType; }

@@ -28,6 +28,7 @@ constexpr SOpcode kOpcodes[] = {
     {"effClose", effClose, EArgument::kNone},
     {"effSetProgram", effSetProgram, EArgument::kValue},
     {"effGetProgram", effGetProgram, EArgument::kNone},
+    {"effSetProgramName", effSetProgramName, EArgument::kNone},
     {"effGetParamLabel", effGetParamLabel, EArgument::kIndex},
     {"effGetParamDisplay", effGetParamDisplay, EArgument::kIndex},
     {"effGetParamName", effGetParamName, EArgument::kIndex},
@@ -79,7 +80,9 @@ std::string Line(std::int32_t inOpcode, const SDispatch& inCall)
     case EArgument::kOpt: return name + " " + Number(inCall.opt);
     case EArgument::kNone: break;
     }
-    return inOpcode == effCanDo ? name + " " + static_cast<const char*>(inCall.pointer) : name;
+    return inOpcode == effCanDo || inOpcode == effSetProgramName
+               ? name + " " + static_cast<const char*>(inCall.pointer)
+               : name;
 }
 
 ScriptedEffect& Self(AEffect* inEffect) { return *static_cast<ScriptedEffect*>(inEffect->object); }

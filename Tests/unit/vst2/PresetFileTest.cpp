@@ -1,0 +1,241 @@
+#include "Source/plugins/CVst2Host.h"
+#include "Source/plugins/CVst2Plugin.h"
+#include "Tests/doubles/ScriptedModule.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <unistd.h>
+
+namespace
+{
+using namespace std::string_literals;
+using Lines = std::vector<std::string>;
+
+const std::string kIdentity = "Abcd\0\0\0\7"s; // unique ID and version of every plug-in here
+
+std::string Padded(std::string inText, std::size_t inSize)
+{
+    inText.resize(inSize, '\0');
+    return inText;
+}
+
+/** A program record of two parameters by hand: 56 + 8 bytes. */
+std::string TwoValues(const std::string& inName, const std::string& inValues, char inByteSize = 48)
+{
+    return "CcnK\0\0\0"s + inByteSize + "FxCk\0\0\0\1"s + kIdentity + "\0\0\0\2"s + Padded(inName, 28) +
+           inValues;
+}
+
+const std::string kHalfAndQuarter = "\x3F\0\0\0\x3E\x80\0\0"s; // 0.5, 0.25
+const std::string kOneAndNothing = "\x3F\x80\0\0\0\0\0\0"s;    // 1, 0
+
+class PresetFile : public testing::Test
+{
+protected:
+    CVst2Plugin& Load()
+    {
+        Script().shape.uniqueID = 0x41626364;
+        Script().shape.version = 7;
+        CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
+        EXPECT_NE(plugin, nullptr);
+        (void)Script().TakeLog(); // what loading sent
+        return *plugin;
+    }
+    CVst2Plugin& LoadWithValues()
+    {
+        Script().parameters = {0.5F, 0.25F};
+        Script().shape.numPrograms = 2;
+        Script().texts[{effGetProgramNameIndexed, 0}] = "Warm";
+        Script().texts[{effGetProgramNameIndexed, 1}] = "A name of more than 27 characters";
+        Script().hooks[effSetProgram] = [](ScriptedEffect& ioEffect, const SDispatch& inCall) {
+            ioEffect.Parameters() = inCall.value == 1 ? std::vector{1.0F, 0.0F} : std::vector{0.5F, 0.25F};
+        };
+        return Load();
+    }
+    CVst2Plugin& LoadWithChunks()
+    {
+        Script().shape.flags = effFlagsProgramChunks;
+        Script().shape.numParams = 2;
+        Script().shape.numPrograms = 3;
+        Script().bankChunk = {1, 2, 3};
+        Script().programChunk = {4, 5};
+        Script().texts[{effGetProgramNameIndexed, 0}] = "Warm";
+        return Load();
+    }
+    SPluginScript& Script() { return mModule.Script(); }
+    void TearDown() override { std::filesystem::remove(mFile); }
+    void Write(std::string_view inBytes) const
+    {
+        std::ofstream(mFile, std::ios::binary)
+            .write(inBytes.data(), static_cast<std::streamsize>(inBytes.size()));
+    }
+    std::string Read() const
+    {
+        std::ifstream file(mFile, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    /** The calls that change something in the plug-in. */
+    Lines TakeChanges()
+    {
+        Lines lines = Script().TakeLog();
+        std::erase_if(lines, [](const std::string& inLine) { return inLine.starts_with("effGet"); });
+        return lines;
+    }
+    /** Every file here is refused and changes nothing. */
+    void ExpectRefused(CVst2Plugin& ioPlugin, bool (CVst2Plugin::*inRead)(const char*),
+                       const std::vector<std::string>& inFiles)
+    {
+        for (std::size_t i = 0; i < inFiles.size(); ++i)
+        {
+            SCOPED_TRACE(i);
+            Write(inFiles[i]);
+            EXPECT_FALSE((ioPlugin.*inRead)(mFile.c_str()));
+            EXPECT_EQ(TakeChanges(), Lines{});
+        }
+    }
+
+    ScriptedModule mModule;
+    CVst2Host mHost;
+    const std::string mFile =
+        (std::filesystem::temp_directory_path() / ("preset_file_" + std::to_string(getpid()))).string();
+};
+
+/** Every shorter form of a file, and the file with one byte more. */
+std::vector<std::string> WrongLengths(const std::string& inFile)
+{
+    std::vector<std::string> files{inFile + '\0'};
+    for (std::size_t length = 0; length < inFile.size(); ++length)
+        files.push_back(inFile.substr(0, length));
+    return files;
+}
+
+std::string Changed(std::string inFile, std::size_t inOffset, char inByte)
+{
+    inFile[inOffset] = inByte;
+    return inFile;
+}
+
+TEST_F(PresetFile, PresetOfValuesIsWrittenToTheByte)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
+    EXPECT_EQ(Read(), TwoValues("Warm", kHalfAndQuarter));
+    EXPECT_EQ(plugin.GetPresetSize(), 64);
+}
+
+TEST_F(PresetFile, PresetOfAChunkIsWrittenToTheByte)
+{
+    CVst2Plugin& plugin = LoadWithChunks();
+    ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
+    EXPECT_EQ(Read(), "CcnK\0\0\0\x2E"s + "FPCh\0\0\0\1"s + kIdentity + "\0\0\0\2"s + Padded("Warm", 28) +
+                          "\0\0\0\2\4\5"s);
+}
+
+TEST_F(PresetFile, BankOfValuesHoldsEachProgramAndThePluginIsBackOnItsOwn)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
+    EXPECT_EQ(TakeChanges(), (Lines{"effSetProgram 0", "effSetProgram 1", "effSetProgram 0"}));
+    EXPECT_EQ(Read(), "CcnK\0\0\1\x0C"s + "FxBk\0\0\0\2"s + kIdentity + "\0\0\0\2\0\0\0\0"s +
+                          std::string(124, '\0') + TwoValues("Warm", kHalfAndQuarter) +
+                          TwoValues("A name of more than 27 char", kOneAndNothing));
+}
+
+TEST_F(PresetFile, BankOfAChunkIsWrittenToTheByte)
+{
+    CVst2Plugin& plugin = LoadWithChunks();
+    plugin.SetProgram(2);
+    ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
+    EXPECT_EQ(Read(), "CcnK\0\0\0\x93"s + "FBCh\0\0\0\2"s + kIdentity + "\0\0\0\3\0\0\0\2"s +
+                          std::string(124, '\0') + "\0\0\0\3\1\2\3"s);
+}
+
+TEST_F(PresetFile, PresetOfValuesIsReadInBothByteSizesAndElseRefused)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    const std::string preset = TwoValues("Cold", kOneAndNothing);
+    for (const std::string& file : {preset, TwoValues("Cold", kOneAndNothing, 56)})
+    {
+        plugin.SetProgram(0);
+        (void)Script().TakeLog(); // that
+        Write(file);
+        EXPECT_TRUE(plugin.ReadPreset(mFile.c_str()));
+        EXPECT_EQ(TakeChanges(), (Lines{"setParameter 0 1", "setParameter 1 0", "effSetProgramName Cold"}));
+    }
+    ExpectRefused(plugin, &CVst2Plugin::ReadPreset, WrongLengths(preset));
+    ExpectRefused(plugin, &CVst2Plugin::ReadPreset,
+                  {Changed(preset, 0, 'X'), Changed(preset, 7, 49), Changed(preset, 8, 'X'),
+                   Changed(preset, 15, 2), Changed(preset, 16, 'X'), Changed(preset, 24, '\xFF'),
+                   Changed(preset, 27, 3), Changed(preset, 24, '\x40')});
+    EXPECT_FALSE(plugin.ReadPreset("/nonexistent/preset.fxp"));
+    EXPECT_FALSE(plugin.SavePreset("/nonexistent/preset.fxp"));
+}
+
+TEST_F(PresetFile, PresetOfAnotherVersionSetsTheParametersThatThereAre)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    Write("CcnK\0\0\0\x34"s + "FxCk\0\0\0\1"s + "Abcd\0\0\0\2"s + "\0\0\0\3"s + std::string(28, '\0') +
+          kOneAndNothing + "\x3F\0\0\0"s);
+    EXPECT_TRUE(plugin.ReadPreset(mFile.c_str()));
+    EXPECT_EQ(TakeChanges(), (Lines{"setParameter 0 1", "setParameter 1 0"}));
+    EXPECT_EQ(Script().outOfRangeCalls, 0);
+}
+
+TEST_F(PresetFile, FilesOfChunksAreReadBackAndElseRefused)
+{
+    CVst2Plugin& plugin = LoadWithChunks();
+    ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
+    const std::string preset = Read();
+    ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
+    const std::string bank = Read();
+    std::uint8_t other = 9;
+    plugin.SetState(&other, 1);
+    plugin.SetChunk(&other, 1);
+    (void)Script().TakeLog(); // those
+
+    ExpectRefused(plugin, &CVst2Plugin::ReadPreset, WrongLengths(preset));
+    ExpectRefused(plugin, &CVst2Plugin::ReadPreset,
+                  {bank, Changed(preset, 59, 1), TwoValues("", kOneAndNothing)});
+    ExpectRefused(plugin, &CVst2Plugin::ReadBank, WrongLengths(bank));
+    ExpectRefused(plugin, &CVst2Plugin::ReadBank, {preset, Changed(bank, 15, 1), Changed(bank, 19, 'e')});
+    EXPECT_EQ(plugin.GetChunkSize(), 1);
+
+    Write(bank);
+    EXPECT_TRUE(plugin.ReadBank(mFile.c_str()));
+    const auto* chunk = static_cast<const std::uint8_t*>(plugin.GetChunk());
+    EXPECT_EQ(std::vector(chunk, chunk + plugin.GetLastChunkSize()), (std::vector<std::uint8_t>{1, 2, 3}));
+    Write(preset);
+    EXPECT_TRUE(plugin.ReadPreset(mFile.c_str()));
+    long size = 0;
+    chunk = static_cast<const std::uint8_t*>(plugin.GetState(size));
+    EXPECT_EQ(std::vector(chunk, chunk + size), (std::vector<std::uint8_t>{4, 5}));
+}
+
+TEST_F(PresetFile, BankOfValuesIsAppliedWholeOrNotAtAll)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
+    const std::string bank = Read();
+    (void)Script().TakeLog(); // of writing
+    ExpectRefused(plugin, &CVst2Plugin::ReadBank, WrongLengths(bank));
+    ExpectRefused(plugin, &CVst2Plugin::ReadBank,
+                  {Changed(bank, 27, 1), Changed(bank, 27, 3), Changed(bank, 24, '\x7F'),
+                   Changed(bank, 156, 'X'),
+                   Changed(bank, 156 + 64 + 16, 'X')}); // the second program is another plug-in's
+    Script().hooks.clear();                             // programs without values of their own
+    Write(Changed(bank, 31, 1));
+    EXPECT_TRUE(plugin.ReadBank(mFile.c_str()));
+    EXPECT_EQ(TakeChanges(), (Lines{"effSetProgram 0", "effSetProgramName Warm", "effSetProgram 1",
+                                    "setParameter 0 1", "setParameter 1 0",
+                                    "effSetProgramName A name of more than 27 char", "effSetProgram 1"}));
+}
+} // namespace
