@@ -28,7 +28,7 @@ function(add_aax_adapter name)
 
     add_library(${name} MODULE ${generated})
     target_link_libraries(${name} PRIVATE
-        project_warnings "$<LINK_LIBRARY:WHOLE_ARCHIVE,aax_exports>" aax_adapter)
+        project_warnings "$<LINK_LIBRARY:WHOLE_ARCHIVE,aax_exports,aax_adapter>")
     set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name})
     _aaxadapter_export_entry_points(${name})
     if(APPLE)

@@ -171,6 +171,7 @@ public:
     /** Pixels; all 0 when the plug-in gives no rectangle. */
     void GetEditorSize(long& outX, long& outY, long& outWidth, long& outHeight);
     void CloseEditor() override;
+    bool IsEditorOpen() const { return mEditorOpen; }
     void Idle() override;
     bool HasEditor() override;
     /** Sends effIdle when the plug-in has asked for it. */
@@ -249,5 +250,6 @@ private:
     long mChunkSize = 0;    // bytes
     std::unique_ptr<float[]> mStateBuffer;
     Text mText{};
+    bool mEditorOpen = false;
     bool mSwapBytes = false; // this machine's byte order is not the one of preset files
 };

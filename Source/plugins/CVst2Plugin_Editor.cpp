@@ -9,7 +9,10 @@ bool CVst2Plugin::HasEditor() { return mEffect != nullptr && (mEffect->flags & e
 
 bool CVst2Plugin::OpenEditor(void* inParent)
 {
-    return mEffect != nullptr && Dispatch(effEditOpen, 0, 0, inParent) != 0;
+    if (mEffect == nullptr)
+        return false;
+    mEditorOpen = true; // whatever the plug-in answers: not all answer 1
+    return Dispatch(effEditOpen, 0, 0, inParent) != 0;
 }
 
 bool CVst2Plugin::OpenEditor(void* inParent, bool& outFlag, long& outValue, long& outX, long& outY,
@@ -46,6 +49,7 @@ bool CVst2Plugin::RequestEditorSize(long& outX, long& outY, long& outWidth, long
 
 void CVst2Plugin::CloseEditor()
 {
+    mEditorOpen = false;
     if (mEffect != nullptr)
     {
         (void)Dispatch(effEditClose); // closed either way

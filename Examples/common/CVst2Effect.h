@@ -1,0 +1,92 @@
+#pragma once
+#include "Examples/common/CProgramBank.h"
+#include "Examples/common/SParameterInfo.h"
+#include "Interfaces/VST2/AEffect.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+/** Marks the entry function, the one symbol that a plug-in shows. */
+#define EXAMPLE_EXPORT extern "C" __attribute__((visibility("default")))
+
+/** A stereo port: two channels, each described by a pin. */
+struct SStereoPort
+{
+    const char* label;
+    const char* shortLabel; // at most 7 characters
+};
+
+/** What a plug-in is; the tables it refers to are constants. */
+struct SEffectInfo
+{
+    std::int32_t uniqueId;
+    std::int32_t version;
+    const char* name;
+    const char* vendor;
+    std::span<const SParameterInfo> parameters;
+    std::span<const SFactoryProgram> programs; // at least one
+    std::span<const SStereoPort> inputs;
+    std::span<const SStereoPort> outputs;
+    std::int32_t latency; // samples
+    bool isSynth;         // and as such takes MIDI
+    bool keepsChunk;
+};
+
+/**
+ * Base of the example plug-ins: the record that the host holds, the dispatcher, parameters, programs, state
+ * and pins. A plug-in adds its sound.
+ *
+ * Lives from the entry function to effClose, which deletes it. It makes no host calls and works with any
+ * host.
+ * Threads: Render and Receive belong to the host's render thread, parameters to any, the rest to the main
+ * thread.
+ */
+class CVst2Effect
+{
+public:
+    explicit CVst2Effect(const SEffectInfo& inInfo);
+    CVst2Effect(const CVst2Effect&) = delete;
+    CVst2Effect& operator=(const CVst2Effect&) = delete;
+    virtual ~CVst2Effect() = default;
+
+    /** @return what the entry function returns. */
+    AEffect* Effect() noexcept { return &mEffect; }
+
+protected:
+    /** Sizes everything for a sample rate in Hz; never called while audio runs. May throw std::bad_alloc. */
+    virtual void Prepare(double inSampleRate) = 0;
+    /** Silences everything and takes up the parameters as they are. */
+    virtual void Reset() noexcept = 0;
+    /** One MIDI message of the next block. */
+    virtual void Receive(const VstMidiEvent& inEvent) noexcept;
+    /** Replaces the outputs; inputs and outputs may be the same memory. */
+    virtual void Render(float* const* inInputs, float* const* inOutputs, std::int32_t inFrames) noexcept = 0;
+
+    /** @return a parameter's value in its unit. */
+    double Plain(std::size_t inParameter) const noexcept;
+
+private:
+    static VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                              VstIntPtr inValue, void* inPointer, float inOpt) noexcept;
+    static void SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue) noexcept;
+    static float GetParameter(AEffect* inEffect, std::int32_t inIndex) noexcept;
+    static void ProcessReplacing(AEffect* inEffect, float** inInputs, float** inOutputs,
+                                 std::int32_t inFrames) noexcept;
+
+    VstIntPtr Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue, void* inPointer,
+                     float inOpt);
+    VstIntPtr AnswerParameter(std::int32_t inOpcode, std::int32_t inIndex, void* outText) const;
+    VstIntPtr AnswerProgram(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue, void* ioText);
+    VstIntPtr AnswerCanDo(const char* inQuestion) const;
+    VstIntPtr GiveChunk(std::int32_t inScope, void** outChunk);
+    VstIntPtr TakeChunk(std::int32_t inScope, VstIntPtr inSize, const void* inChunk);
+    void SetSampleRate(float inSampleRate);
+    void ReceiveAll(const VstEvents* inEvents) noexcept;
+
+    const SEffectInfo mInfo;
+    AEffect mEffect{};
+    CProgramBank mBank;
+    std::vector<std::byte> mChunk; // what the host was given last
+};

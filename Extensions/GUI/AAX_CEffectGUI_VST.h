@@ -1,0 +1,37 @@
+#pragma once
+#include "Libs/AAXLibrary/source/AAX_CEffectGUI.h"
+#include "vstgui/lib/cframe.h"
+
+class VSTGUI_ContentView;
+
+/**
+ * GUI base of an effect drawn with VSTGUI: makes a frame in the native view that the host hands over, reports
+ * its size, redraws it on the host's request and releases it when the view is taken away.
+ *
+ * Host's GUI thread only.
+ */
+class AAX_CEffectGUI_VST : public AAX_CEffectGUI, public VSTGUI::VSTGUIEditorInterface
+{
+public:
+    AAX_CEffectGUI_VST();
+    ~AAX_CEffectGUI_VST() override;
+
+    /** Leaves `outSize` alone while there is no frame. */
+    AAX_Result GetViewSize(AAX_Point* outSize) const override;
+    /** Redraws this part of the frame; without a frame or a rectangle nothing. */
+    AAX_Result Draw(AAX_Rect* inRect) override;
+
+protected:
+    /** A frame where the container is a Cocoa view, elsewhere nothing. */
+    void CreateViewContainer() override;
+    void DeleteViewContainer() override;
+    /** Makes the frame, without extent: whoever fills it sizes it. It replaces an earlier one unreleased. */
+    virtual void CreateEffectView(void* inParentView);
+
+    VSTGUI_ContentView* GetContentView() const { return mFrame; }
+
+private:
+    void ReleaseFrame() noexcept;
+
+    VSTGUI_ContentView* mFrame = nullptr; // holds one reference
+};

@@ -1,0 +1,93 @@
+#include "Interfaces/AAX/AAX_ICollection.h"
+#include "Interfaces/AAX/AAX_IEffectDescriptor.h"
+#include "Interfaces/AAX/AAX_Module.h"
+#include "Source/AaxAdapter_Parameters.h"
+#include "Source/AaxAdapter_Product.h"
+#include "Source/CAaxEditor.h"
+#include "Source/SourceVstPath.h"
+#include "Source/StemLayout.h"
+#include "Source/plugins/CVst2Host.h"
+#include "Source/plugins/CVst2Plugin.h"
+
+#include <array>
+#include <cstring>
+#include <memory>
+#include <span>
+
+namespace
+{
+constexpr std::size_t kStemNameSize = 128;
+constexpr std::uint32_t kInputMIDIChannels = 0x000F;
+constexpr std::uint32_t kGlobalMIDIEvents = 3;
+
+// The host reads these names after the description call; written by the host's loader thread, in each
+// description.
+std::array<std::array<char, kStemNameSize>, kMaxAuxOutputStems> gAuxOutputStemNames{};
+
+void DescribeAuxStems(std::span<const SIOPortDef> inOutputs, const SStemLayout& inLayout,
+                      AAX_SInstrumentSetupInfo& outInfo)
+{
+    static_assert(sizeof(SIOPortDef::name) == kStemNameSize);
+    outInfo.mNumAuxOutputStems = inLayout.mNumAuxStems;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(inLayout.mNumAuxStems); ++i)
+    {
+        outInfo.mAuxOutputStemFormats[i] = inLayout.mAuxStems[i];
+        std::memcpy(gAuxOutputStemNames[i].data(), inOutputs[i + 1].name.data(), kStemNameSize);
+        outInfo.mAuxOutputStemNames[i] = gAuxOutputStemNames[i].data();
+    }
+}
+
+AAX_SInstrumentSetupInfo SetupInfoOf(const CVst2Plugin& inPlugin, const char* inName)
+{
+    const SStemLayout layout = StemLayoutOfPorts(inPlugin.InputPorts(), inPlugin.OutputPorts());
+    AAX_SInstrumentSetupInfo info;
+    info.mInputStemFormat = layout.mInputStem;
+    info.mOutputStemFormat = layout.mOutputStem;
+    info.mManufacturerID = kManufacturerID;
+    info.mProductID = info.mPluginID = static_cast<AAX_CTypeID>(inPlugin.GetUniqueId());
+    info.mCanBypass = true;
+    info.mNeedsInputMIDI = inPlugin.AcceptedMidiAtLoad() || kMidiInput;
+    info.mInputMIDINodeName = inName;
+    info.mInputMIDIChannelMask = kInputMIDIChannels;
+    info.mNeedsGlobalMIDI = true;
+    info.mGlobalMIDIEventMask = kGlobalMIDIEvents;
+    info.mNeedsTransport = true;
+    DescribeAuxStems(inPlugin.OutputPorts(), layout, info);
+    return info;
+}
+
+AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inPlugin)
+{
+    const bool isInstrument = inPlugin.IsInstrument();
+    const char* const name = inPlugin.GetName();
+    AAX_Result result = outDescriptor.AddName(name);
+    result |= outDescriptor.AddCategory(isInstrument ? kAAX_CategorySoftwareInstrument : kAAX_CategoryEffect);
+    result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, SetupInfoOf(inPlugin, name));
+    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(&AaxAdapter_Parameters::Create),
+                                       kAAX_ProcPtrEffectParameters);
+    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(&CAaxEditor::Create), kAAX_ProcPtrEffectGUI);
+    return result;
+}
+} // namespace
+
+AAX_Result GetEffectDescriptions(AAX_ICollection* outCollection)
+{
+    const std::unique_ptr<AAX_IEffectDescriptor> descriptor = outCollection->NewDescriptor();
+    if (descriptor == nullptr)
+        return kAAX_ErrorNullObject;
+
+    CVst2Host host;
+    CVst2Plugin* const plugin = host.LoadPlugin(GetSourcePath());
+    if (plugin == nullptr)
+        return kAAX_ErrorNullObject;
+
+    AAX_Result result = DescribeEffect(*descriptor, *plugin);
+    if (result == kAAX_Success)
+        result = outCollection->AddEffect(kEffectID_AaxAdapter, descriptor.get());
+
+    // The package is named even where the effect was refused, and what the host says to that changes nothing.
+    (void)outCollection->SetManufacturerName(plugin->GetVendor());
+    (void)outCollection->AddPackageName(plugin->GetName());
+    (void)outCollection->SetPackageVersion(static_cast<std::uint32_t>(plugin->GetVersion()));
+    return result;
+}

@@ -1,0 +1,242 @@
+#include "Source/AaxAdapter_Parameters.h"
+
+#include "Libs/AAXLibrary/source/AAX_CBinaryDisplayDelegate.h"
+#include "Libs/AAXLibrary/source/AAX_CBinaryTaperDelegate.h"
+#include "Libs/AAXLibrary/source/AAX_CLinearTaperDelegate.h"
+#include "Libs/AAXLibrary/source/AAX_CNumberDisplayDelegate.h"
+#include "Libs/AAXLibrary/source/AAX_CPacket.h"
+#include "Libs/AAXLibrary/source/AAX_CParameter.h"
+#include "Libs/AAXLibrary/source/AAX_IPacketHandler.h"
+#include "Libs/AAXLibrary/source/AAX_VController.h"
+#include "Source/AaxAdapter_Product.h"
+#include "Source/CAaxEditor.h"
+#include "Source/ParameterId.h"
+#include "Source/PluginGuard.h"
+#include "Source/SourceVstPath.h"
+#include "Source/StemLayout.h"
+#include "Source/plugins/CVst2Plugin.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace
+{
+constexpr AAX_CFieldIndex kMasterBypassField = 0;
+constexpr AAX_CFieldIndex kGainField = 1;
+constexpr std::uint32_t kGainSteps = 55;
+
+const AAX_CLinearTaperDelegate<float, 0> kUnitTaper(0.0F, 1.0F);
+const AAX_CNumberDisplayDelegate<float, 2, 0> kTwoDecimals{};
+
+std::unique_ptr<AAX_IParameter> MakeUnitParameter(const char* inId, const char* inName, float inDefault,
+                                                  bool inAutomatable)
+{
+    return std::make_unique<AAX_CParameter<float>>(inId, AAX_CString(inName), inDefault, kUnitTaper,
+                                                   kTwoDecimals, inAutomatable);
+}
+} // namespace
+
+AAX_IEffectParameters* AaxAdapter_Parameters::Create()
+{
+    return new AaxAdapter_Parameters; // the host's first reference takes ownership
+}
+
+AaxAdapter_Parameters::AaxAdapter_Parameters()
+    : mEventData(kFirstEventCapacity), mEventTimes(kFirstEventCapacity)
+{
+}
+
+AaxAdapter_Parameters::~AaxAdapter_Parameters()
+{
+    if (mEditor != nullptr)
+        mEditor->ForgetInstance();
+    // A plug-in may report changes while it closes; nobody is left to hear them.
+    mVst2Host.SetMainListener(nullptr);
+    mVst2Host.SetEditListener(nullptr);
+    if (mPlugin != nullptr && mPlugin->IsEditorOpen())
+        mPlugin->CloseEditor();
+    mVst2Host.ClosePlugin(mPlugin);
+}
+
+AAX_Result AaxAdapter_Parameters::EffectInit()
+{
+    const CClearedFlag notReady(mReady);
+    return GuardedFromPlugin(
+        [this]
+        {
+            const AAX_Result loaded = LoadWrappedPlugin();
+            AddPluginParameters();
+            AddOwnParameters();
+            RegisterPackets();
+            return loaded;
+        });
+}
+
+AAX_Result AaxAdapter_Parameters::LoadWrappedPlugin()
+{
+    mSampleRate = 0.0F;
+    (void)Controller()->GetSampleRate(&mSampleRate); // a host that answers nothing leaves the rate at 0
+
+    mVst2Host.ClosePlugin(mPlugin); // of an earlier initialisation
+    mVst2Host.SetBufferSize(kBlockSizeFrames);
+    mVst2Host.SetSampleRate(mSampleRate);
+    mVst2Host.SetMainListener(this);
+    mPlugin = mVst2Host.LoadPlugin(GetSourcePath());
+    mLatency = 0;
+    if (mPlugin == nullptr)
+        return kAAX_Success;
+
+    // Again, although loading has done it: some plug-ins drop the rate and block size sent before they are
+    // open.
+    mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
+    mLatency = mPlugin->GetInitialDelay();
+    if (mLatency > 0)
+        (void)Controller()->SetSignalLatency(
+            static_cast<std::int32_t>(mLatency)); // a refusal changes nothing here
+    PrepareChannels();
+    return kAAX_Success;
+}
+
+void AaxAdapter_Parameters::PrepareChannels()
+{
+    const SStemLayout layout = StemLayoutOfPorts(mPlugin->InputPorts(), mPlugin->OutputPorts());
+    const AEffect& effect = *mPlugin->GetEffect();
+    mHasInputNode = mPlugin->AcceptedMidiAtLoad() || kMidiInput;
+    mHostOutputChannels = layout.OutputChannelCount();
+    mInputs.Prepare(layout.InputChannelCount(), effect.numInputs, kBlockSizeFrames);
+    mOutputs.Prepare(layout.OutputChannelCount(), effect.numOutputs, kBlockSizeFrames);
+}
+
+void AaxAdapter_Parameters::AddPluginParameters()
+{
+    const long count = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
+    for (long i = 0; i < count; ++i)
+    {
+        const float value = mPlugin->GetParameter(i);
+        mParameterManager.AddParameter(
+            MakeUnitParameter(CParameterId(i).Get(), mPlugin->GetParameterName(i), value, true).release());
+    }
+}
+
+void AaxAdapter_Parameters::AddOwnParameters()
+{
+    // Text "bypass" for false, "on" for true: what the switch shows is the state of the effect, not of the
+    // bypass.
+    auto bypass = std::make_unique<AAX_CParameter<bool>>(
+        cDefaultMasterBypassID, AAX_CString("Master Bypass"), false, AAX_CBinaryTaperDelegate<bool>(),
+        AAX_CBinaryDisplayDelegate<bool>("bypass", "on"), true);
+    bypass->SetNumberOfSteps(2);
+    bypass->SetType(AAX_eParameterType_Discrete);
+    mParameterManager.AddParameter(bypass.release());
+
+    std::unique_ptr<AAX_IParameter> gain = MakeUnitParameter(kGainID, "----", 1.0F, false);
+    gain->SetNumberOfSteps(kGainSteps);
+    mParameterManager.AddParameter(gain.release());
+}
+
+void AaxAdapter_Parameters::RegisterPackets()
+{
+    mPacketDispatcher.RegisterPacket(cDefaultMasterBypassID, kMasterBypassField);
+    const AAX_CPacketHandler<AaxAdapter_Parameters> gainHandler(this,
+                                                                &AaxAdapter_Parameters::UpdatePacket_Gain);
+    mPacketDispatcher.RegisterPacket(kGainID, kGainField, &gainHandler);
+}
+
+void AaxAdapter_Parameters::AttachEditor(CAaxEditor& inEditor)
+{
+    if (mEditor != nullptr && mEditor != &inEditor)
+        mEditor->ForgetInstance();
+    mEditor = &inEditor;
+}
+
+void AaxAdapter_Parameters::ReleaseEditor(CAaxEditor& inEditor) noexcept
+{
+    if (mEditor != &inEditor)
+        return;
+    mEditor = nullptr;
+    mVst2Host.SetEditListener(nullptr);
+}
+
+void AaxAdapter_Parameters::SetHostParameter(long inIndex, float inValue) { SetParameter(inIndex, inValue); }
+
+void AaxAdapter_Parameters::UpdateParameters()
+{
+    if (mPlugin == nullptr || !mReady.load(std::memory_order_acquire))
+        return;
+    const long count = mPlugin->GetNumParameters();
+    for (long i = 0; i < count; ++i)
+        SetParameter(i, mPlugin->GetParameter(i));
+}
+
+void AaxAdapter_Parameters::SetParameter(long inIndex, float inValue)
+{
+    // An index that no parameter has is the plug-in's mistake, and there is nobody to tell.
+    (void)AAX_CEffectParameters::SetParameterNormalizedValue(CParameterId(inIndex).Get(), inValue);
+}
+
+void AaxAdapter_Parameters::SetEditorData(int, void*, unsigned long) {}
+
+void AaxAdapter_Parameters::MessageToEditor(int, float) {}
+
+AAX_Result AaxAdapter_Parameters::SetParameterNormalizedValue(AAX_CParamID inId, double inValue)
+{
+    return GuardedFromPlugin(
+        [=, this]
+        {
+            (void)AAX_CEffectParameters::SetParameterNormalizedValue(
+                inId, inValue); // an unknown one reaches nobody
+            PushParameter(inId, inValue);
+            return kAAX_Success;
+        });
+}
+
+AAX_Result AaxAdapter_Parameters::UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
+                                                                 AAX_EUpdateSource)
+{
+    return GuardedFromPlugin(
+        [=, this]
+        {
+            PushParameter(inId, inValue);
+            return kAAX_Success;
+        });
+}
+
+void AaxAdapter_Parameters::PushParameter(AAX_CParamID inId, double inValue)
+{
+    const long index = IdToIx(inId);
+    if (mPlugin != nullptr && index >= 0 && index < mPlugin->GetNumParameters())
+        mPlugin->SetParameter(index, static_cast<float>(inValue));
+}
+
+const char* AaxAdapter_Parameters::IxToId(long inIndex)
+{
+    std::strcpy(mIdBuffer.data(), CParameterId(inIndex).Get());
+    return mIdBuffer.data();
+}
+
+long AaxAdapter_Parameters::IdToIx(const char* inId) { return ParameterIndexFromId(inId); }
+
+AAX_Result AaxAdapter_Parameters::UpdatePacket_Gain(const char*, AAX_CPacket& outPacket)
+{
+    return GuardedFromPlugin(
+        [&, this]
+        {
+            const AAX_IParameter* const gain = mParameterManager.GetParameterByID(kGainID);
+            float value = 0.0F;
+            if (gain != nullptr && gain->GetValueAsFloat(&value))
+            {
+                std::memcpy(outPacket.mPacketData.Get(sizeof(value)), &value, sizeof(value));
+                outPacket.mDataSize = sizeof(value);
+            }
+            const long count = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
+            for (long i = 0; i < count; ++i)
+            {
+                const AAX_IParameter* const parameter =
+                    mParameterManager.GetParameterByID(CParameterId(i).Get());
+                if (parameter != nullptr && parameter->GetValueAsFloat(&value))
+                    mPlugin->SetParameter(i, value);
+            }
+            return kAAX_Success;
+        });
+}

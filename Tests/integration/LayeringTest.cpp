@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+const fs::path kRoot = AAXADAPTER_SOURCE_DIR;
+
+/** Calls `inVisit` with each line of each source file below a folder. */
+template <class Visit>
+void VisitLines(const fs::path& inFolder, Visit inVisit)
+{
+    std::size_t count = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kRoot / inFolder))
+    {
+        const fs::path extension = entry.path().extension();
+        if (extension != ".h" && extension != ".cpp" && extension != ".mm")
+            continue;
+        std::ifstream file(entry.path());
+        const std::string name = entry.path().lexically_relative(kRoot).generic_string();
+        for (std::string line; std::getline(file, line); ++count)
+            inVisit(name, line);
+    }
+    EXPECT_GT(count, 0U) << "nothing was looked at in " << inFolder;
+}
+
+bool StartsWithOneOf(const std::string& inText, const std::vector<std::string>& inPrefixes)
+{
+    return std::ranges::any_of(inPrefixes,
+                               [&](const std::string& inPrefix) { return inText.starts_with(inPrefix); });
+}
+
+TEST(Layering, IncludesGoDownOnly)
+{
+    struct SLayer
+    {
+        std::string mFolder;
+        std::vector<std::string> mMayInclude;
+        std::vector<std::string> mWithout; // folders below with a row of their own
+    };
+    const std::vector<std::string> aax = {"Interfaces/AAX/", "Interfaces/ACF/"};
+    const SLayer layers[] = {
+        {"Interfaces", {"Interfaces/"}, {}},
+        {"Platform", {"Platform/"}, {}},
+        {"Libs/AAXLibrary", {aax[0], aax[1], "Platform/", "Libs/AAXLibrary/"}, {}},
+        {"Source/plugins", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}, {}},
+        {"Source", {"Interfaces/", "Libs/", "Extensions/", "Platform/", "Source/"}, {"Source/plugins/"}},
+        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/"}, {}},
+        {"Examples", {"Interfaces/VST2/", "Examples/"}, {}},
+    };
+    const std::regex include(R"re(^\s*#\s*include\s*"([^"]+)")re");
+    for (const SLayer& layer : layers)
+        VisitLines(layer.mFolder,
+                   [&](const std::string& inFile, const std::string& inLine)
+                   {
+                       std::smatch match;
+                       if (StartsWithOneOf(inFile, layer.mWithout) ||
+                           !std::regex_search(inLine, match, include))
+                           return;
+                       EXPECT_TRUE(StartsWithOneOf(match[1], layer.mMayInclude)) << inFile << ": " << inLine;
+                   });
+}
+
+TEST(Layering, TheVst2HostKnowsNoAaxName)
+{
+    const std::regex name(R"(\bk?AAX_|\bIACF|AaxAdapter)");
+    VisitLines("Source/plugins", [&](const std::string& inFile, const std::string& inLine)
+               { EXPECT_FALSE(std::regex_search(inLine, name)) << inFile << ": " << inLine; });
+}
+
+TEST(Layering, OnlyThePlatformFolderNamesAnOperatingSystem)
+{
+    const std::regex conditional(R"(^\s*#.*(__APPLE__|__linux|_WIN32|TARGET_OS_|__MACH__|__unix))");
+    const std::regex systemHeader(
+        R"(^\s*#\s*include\s*<(dlfcn|unistd|X11|xcb|CoreFoundation|Carbon|objc|sys)[./])");
+    for (const char* folder : {"Interfaces", "Libs", "Source"})
+        VisitLines(folder,
+                   [&](const std::string& inFile, const std::string& inLine)
+                   {
+                       EXPECT_FALSE(std::regex_search(inLine, conditional)) << inFile << ": " << inLine;
+                       EXPECT_FALSE(std::regex_search(inLine, systemHeader)) << inFile << ": " << inLine;
+                   });
+    for (const char* folder : {"Examples", "Tools"})
+        VisitLines(folder, [&](const std::string& inFile, const std::string& inLine)
+                   { EXPECT_FALSE(std::regex_search(inLine, conditional)) << inFile << ": " << inLine; });
+}
+} // namespace

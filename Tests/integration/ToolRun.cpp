@@ -1,0 +1,57 @@
+#include "Tests/integration/ToolRun.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+std::string Contents(const fs::path& inFile)
+{
+    std::ifstream file(inFile, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+} // namespace
+
+SToolRun RunTool(const std::vector<std::string>& inCommand)
+{
+    std::string folder = (fs::temp_directory_path() / "tool_XXXXXX").string();
+    if (mkdtemp(folder.data()) == nullptr)
+        return {};
+    const std::string output = folder + "/out";
+    const std::string errors = folder + "/err";
+    std::vector<char*> arguments;
+    for (const std::string& argument : inCommand)
+        arguments.push_back(const_cast<char*>(argument.c_str())); // the interface's type; nothing is written
+    arguments.push_back(nullptr);
+    const std::string home = "HOME=" + folder;
+    std::vector<char*> environment{const_cast<char*>(home.c_str())};
+    for (char** variable = environ; *variable != nullptr; ++variable)
+        if (!std::string_view(*variable).starts_with("HOME="))
+            environment.push_back(*variable);
+    environment.push_back(nullptr);
+
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
+    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT, 0600);
+    pid_t child = 0;
+    int status = 0;
+    SToolRun run;
+    if (posix_spawn(&child, arguments[0], &files, nullptr, arguments.data(), environment.data()) == 0 &&
+        waitpid(child, &status, 0) == child && WIFEXITED(status))
+        run.mExit = WEXITSTATUS(status);
+    posix_spawn_file_actions_destroy(&files);
+    run.mOutput = Contents(output);
+    run.mErrors = Contents(errors);
+    fs::remove_all(folder);
+    return run;
+}

@@ -1,0 +1,13 @@
+#pragma once
+#include <string>
+#include <vector>
+
+struct SToolRun
+{
+    int mExit = -1; // -1 where a signal ended it
+    std::string mOutput;
+    std::string mErrors;
+};
+
+/** Runs a program in a process of its own, its home a fresh folder, and waits for it. */
+SToolRun RunTool(const std::vector<std::string>& inCommand);

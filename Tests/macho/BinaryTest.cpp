@@ -1,0 +1,93 @@
+#include "Tests/macho/TestBundles.h"
+#include "Tests/macho/loader/CMachOFile.h"
+#include "Tests/macho/loader/MachOFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace
+{
+namespace fs = std::filesystem;
+using NameSet = std::set<std::string>;
+
+const NameSet kSystemOnly = {"/usr/lib/libSystem.B.dylib"};
+const NameSet kAllLibraries = {
+    "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation",
+    "/System/Library/Frameworks/Carbon.framework/Versions/A/Carbon",
+    "/usr/lib/libobjc.A.dylib",
+    "/usr/lib/libSystem.B.dylib",
+};
+const NameSet kEntryPoints = {"_ACFRegisterPlugin", "_ACFRegisterComponent", "_ACFGetClassFactory",
+                              "_ACFCanUnloadNow",   "_ACFStartup",           "_ACFShutdown",
+                              "_ACFGetSDKVersion"};
+
+std::string TextOf(const fs::path& inFile)
+{
+    std::ifstream file(inFile, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/** What the system's loader, and the host's process around it, ask of a bundle. */
+void CheckBundle(const std::string& inBundle, const NameSet& inExports, const NameSet& inLibraries)
+{
+    const CMachOFile file(ExecutableIn(inBundle));
+    EXPECT_EQ(file.Type(), std::uint32_t{macho::kBundle});
+    EXPECT_EQ(file.MinimumSystem(), "11.0");
+    EXPECT_NE(file.Flags() & macho::kTwoLevelNames, 0U);
+    EXPECT_NE(file.Flags() & macho::kNoUndefinedSymbols, 0U);
+    // Else its C++ library would mix with the one of the host.
+    EXPECT_EQ(file.Flags() & (macho::kWeakDefinitions | macho::kBindsToWeak), 0U);
+
+    NameSet exports;
+    for (const auto& [name, offset] : file.Exports())
+        exports.insert(name);
+    EXPECT_EQ(exports, inExports);
+    EXPECT_EQ(NameSet(file.Libraries().begin(), file.Libraries().end()), inLibraries);
+}
+
+TEST(MachOBinary, TestBundlesShowTheirListedFunctionsOnly)
+{
+    struct SRow
+    {
+        const char* bundle;
+        NameSet exports;
+        NameSet libraries;
+    };
+    const SRow rows[] = {
+        {"runtime_subject.bundle", {"_MakeRuntimeSubject"}, kSystemOnly},
+        {"platform_subject.bundle", {"_MakePlatformSubject"}, kAllLibraries},
+        {"scripted_plugin.vst", {"_GetPluginScript", "_VSTPluginMain"}, kSystemOnly},
+        {"scripted_plugin_main_macho.vst", {"_GetPluginScript", "_main_macho"}, kSystemOnly},
+        {"scripted_plugin_no_entry.vst", {"_GetPluginScript"}, kSystemOnly},
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.bundle);
+        const std::string bundle = TestBundle(row.bundle);
+        CheckBundle(bundle, row.exports, row.libraries);
+        EXPECT_EQ(TextOf(bundle + "/Contents/PkgInfo"), "BNDL????");
+    }
+}
+
+TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
+{
+    int modules = 0;
+    for (const fs::directory_entry& entry :
+         fs::directory_iterator(fs::path(AAXADAPTER_MACOS_BUILD) / "modules"))
+    {
+        SCOPED_TRACE(entry.path());
+        CheckBundle(entry.path(), kEntryPoints, kAllLibraries);
+        EXPECT_EQ(TextOf(entry.path() / "Contents/PkgInfo"), "TDMwPTul");
+        EXPECT_TRUE(fs::exists(entry.path() / "Contents/Resources/source.vst/Contents/Info.plist"));
+        ++modules;
+    }
+    EXPECT_GT(modules, 0);
+}
+} // namespace

@@ -1,0 +1,254 @@
+#include "Tests/macho/TestBundles.h"
+#include "Tests/macho/doubles/CMacSystem.h"
+#include "Tests/macho/loader/CrashTrace.h"
+#include "Tests/macho/subjects/PlatformSubject.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace
+{
+using Lines = std::vector<std::string>;
+
+const std::string kSubjectFile = ExecutableIn(TestBundle("platform_subject.bundle"));
+const std::string kPlugin = TestBundle("scripted_plugin.vst");
+
+/** A system with the project's macOS sources loaded into it. */
+class CMacWithSubject
+{
+public:
+    CMacWithSubject()
+    {
+        InstallCrashTrace();
+        CMachOImage& image = mSystem.Loader().Load(kSubjectFile);
+        mSubject.reset(ImportFrom<decltype(MakePlatformSubject)>(image, "MakePlatformSubject")());
+    }
+    IPlatformSubject* operator->() { return mSubject.get(); }
+    Lines Calls() { return mSystem.Calls().Take(); }
+    bool IsLoaded(const std::string& inBundle) { return mSystem.Loader().IsLoaded(ExecutableIn(inBundle)); }
+
+    CMacSystem mSystem;
+
+private:
+    std::unique_ptr<IPlatformSubject, SReleaseSubject> mSubject;
+};
+
+template <class... Others>
+Lines Joined(Lines inFirst, const Others&... inOthers)
+{
+    (inFirst.insert(inFirst.end(), inOthers.begin(), inOthers.end()), ...);
+    return inFirst;
+}
+
+Lines Opening(const std::string& inPath)
+{
+    return {
+        "CFStringCreateWithCString " + inPath + " -> string1",
+        "CFURLCreateWithFileSystemPath string1 -> url1",
+        "CFRelease string1",
+        "CFBundleCreate url1 -> bundle1",
+        "CFRelease url1",
+    };
+}
+const Lines kLoading = {"CFBundleLoadExecutable bundle1"};
+const Lines kAskingForFirstEntry = {
+    "CFStringCreateWithCString VSTPluginMain -> string2",
+    "CFBundleGetFunctionPointerForName bundle1 VSTPluginMain",
+    "CFRelease string2",
+};
+const Lines kAskingForSecondEntry = {
+    "CFStringCreateWithCString main_macho -> string3",
+    "CFBundleGetFunctionPointerForName bundle1 main_macho",
+    "CFRelease string3",
+};
+const Lines kGivingUp = {"CFBundleUnloadExecutable bundle1", "CFRelease bundle1"};
+
+TEST(MacPlugin, ItsBundleIsOpenedInOrderAndKeptUntilItIsFreed)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(mac->LoadPlugin(kPlugin.c_str()));
+    EXPECT_EQ(mac.Calls(), Joined(Opening(kPlugin), kLoading, kAskingForFirstEntry));
+    EXPECT_STREQ(mac->PluginName(), "Scripted");
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 1U);
+
+    mac->DestroyPlugin();
+    EXPECT_EQ(mac.Calls(), Lines());
+    EXPECT_TRUE(mac.IsLoaded(kPlugin));
+
+    ASSERT_TRUE(mac->LoadPlugin(kPlugin.c_str()));
+    (void)mac.Calls(); // the freeing counts
+    mac->FreePlugin();
+    EXPECT_EQ(mac.Calls(), kGivingUp);
+    EXPECT_FALSE(mac.IsLoaded(kPlugin));
+}
+
+TEST(MacPlugin, TheSecondEntryNameIsTriedAfterTheFirst)
+{
+    CMacWithSubject mac;
+    const std::string plugin = TestBundle("scripted_plugin_main_macho.vst");
+    ASSERT_TRUE(mac->LoadPlugin(plugin.c_str()));
+    EXPECT_EQ(mac.Calls(), Joined(Opening(plugin), kLoading, kAskingForFirstEntry, kAskingForSecondEntry));
+    EXPECT_STREQ(mac->PluginName(), "Scripted");
+}
+
+TEST(MacPlugin, OneThatCannotBeUsedIsUnloadedAndReleased)
+{
+    struct SRow
+    {
+        const char* bundle;
+        Lines asking;
+    };
+    const SRow rows[] = {
+        {"scripted_plugin_no_entry.vst", Joined(kAskingForFirstEntry, kAskingForSecondEntry)},
+        // Its exception must be gone before the code of the exception's type is.
+        {"scripted_plugin_throwing.vst", kAskingForFirstEntry},
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.bundle);
+        CMacWithSubject mac;
+        const std::string plugin = TestBundle(row.bundle);
+        EXPECT_FALSE(mac->LoadPlugin(plugin.c_str()));
+        EXPECT_EQ(mac.Calls(), Joined(Opening(plugin), kLoading, row.asking, kGivingUp));
+        EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
+        EXPECT_FALSE(mac.IsLoaded(plugin));
+    }
+}
+
+TEST(MacPlugin, EachCallThatFailsEndsTheLoadingAndReleasesWhatWasMade)
+{
+    const Lines opening = Opening(kPlugin);
+    struct SRow
+    {
+        const char* function;
+        int which;
+        std::size_t kept; // objects left afterwards
+        Lines calls;
+    };
+    const SRow rows[] = {
+        {"CFStringCreateWithCString", 1, 0, {"CFStringCreateWithCString " + kPlugin + " -> null"}},
+        {"CFURLCreateWithFileSystemPath",
+         1,
+         0,
+         {opening[0], "CFURLCreateWithFileSystemPath string1 -> null", opening[2]}},
+        {"CFBundleCreate",
+         1,
+         0,
+         {opening[0], opening[1], opening[2], "CFBundleCreate url1 -> null", opening[4]}},
+        // Kept on purpose: its executable may have been set up in part.
+        {"CFBundleLoadExecutable", 1, 1, Joined(opening, kLoading)},
+        {"CFBundleGetFunctionPointerForName", 1, 0,
+         Joined(opening, kLoading, kAskingForFirstEntry, kAskingForSecondEntry, kGivingUp)},
+        {"CFStringCreateWithCString", 2, 0,
+         Joined(opening, kLoading,
+                Lines{"CFStringCreateWithCString VSTPluginMain -> null",
+                      "CFStringCreateWithCString main_macho -> string2",
+                      "CFBundleGetFunctionPointerForName bundle1 main_macho", "CFRelease string2"},
+                kGivingUp)},
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.function + std::string(" ") + std::to_string(row.which));
+        CMacWithSubject mac;
+        mac.mSystem.Calls().Refuse(row.function, row.which);
+        EXPECT_FALSE(mac->LoadPlugin(kPlugin.c_str()));
+        EXPECT_EQ(mac.Calls(), row.calls);
+        mac->DestroyPlugin();
+        EXPECT_EQ(mac.Calls(), Lines());
+        EXPECT_EQ(mac.mSystem.Objects().Count(), row.kept);
+        EXPECT_FALSE(mac.IsLoaded(kPlugin));
+        EXPECT_STREQ(mac->PluginName(), "");
+    }
+}
+
+TEST(MacPluginImage, NothingOfAnUnloadedOneIsTouchedAgain)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(mac->OpenImage(kPlugin.c_str()));
+    ASSERT_TRUE(mac->LoadExecutable());
+    EXPECT_NE(mac->FindSymbol("GetPluginScript"), nullptr);
+    EXPECT_EQ(mac->FindSymbol("main_macho"), nullptr);
+    mac->UnloadImage();
+    (void)mac.Calls(); // from here on there must be none
+    mac->UnloadImage();
+    EXPECT_FALSE(mac->LoadExecutable());
+    EXPECT_EQ(mac->FindSymbol("GetPluginScript"), nullptr);
+    mac->DropImage();
+    EXPECT_EQ(mac.Calls(), Lines());
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
+}
+
+TEST(MacPluginImage, AMissingFolderOpensNothingAndAMissingExecutableDoesNotLoad)
+{
+    CMacWithSubject mac;
+    EXPECT_FALSE(mac->OpenImage((kPlugin + ".missing").c_str()));
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
+    EXPECT_TRUE(mac->OpenImage((kPlugin + "/Contents").c_str())); // a folder, yet no bundle's
+    EXPECT_FALSE(mac->LoadExecutable());
+}
+
+TEST(MacModulePath, AModuleFindsItsOwnFileAndNoPathWhereThatDoesNotFit)
+{
+    CMacWithSubject mac;
+    std::string buffer(kSubjectFile.size() + 2, '#');
+    ASSERT_TRUE(mac->FindOwnPath(buffer.data(), static_cast<int>(kSubjectFile.size() + 1)));
+    EXPECT_EQ(buffer, kSubjectFile + '\0' + '#');
+    EXPECT_FALSE(mac->FindOwnPath(buffer.data(), static_cast<int>(kSubjectFile.size())));
+    EXPECT_EQ(buffer.front(), '\0');
+}
+
+TEST(MacModifiers, ButtonsAndKeysBecomeTheBitsOfAGesture)
+{
+    constexpr std::uint32_t kCommand = 0x0100;
+    constexpr std::uint32_t kShift = 0x0200;
+    constexpr std::uint32_t kOption = 0x0800;
+    constexpr std::uint32_t kControl = 0x1000;
+    struct SRow
+    {
+        std::uint32_t buttons;
+        std::uint32_t modifiers;
+        unsigned long bits;
+    };
+    const SRow rows[] = {
+        {0, 0, 4},
+        {1, 0, 4},
+        {2, 0, 4 | 16},
+        {4, 0, 4},
+        {0, kShift, 4 | 1},
+        {0, kCommand, 4 | 2},
+        {0, kOption, 4},
+        {0, kControl, 4 | 16},
+        {3, 0xFFFF, 4 | 1 | 2 | 16},
+        {0, 0xFFFF & ~(kCommand | kShift | kControl), 4},
+    };
+    CMacWithSubject mac;
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(testing::Message() << row.buttons << " " << row.modifiers);
+        mac.mSystem.mButtons = row.buttons;
+        mac.mSystem.mModifiers = row.modifiers;
+        EXPECT_EQ(mac->MouseModifiers(), row.bits);
+    }
+}
+
+TEST(MacAutoreleasePool, PoolsCloseInsideOutAlsoOnAnException)
+{
+    const Lines expected = {
+        "objc_autoreleasePoolPush -> pool1", "objc_autoreleasePoolPush -> pool2",
+        "objc_autoreleasePoolPush -> pool3", "objc_autoreleasePoolPop pool3",
+        "objc_autoreleasePoolPop pool2",     "objc_autoreleasePoolPop pool1",
+    };
+    for (const bool throws : {false, true})
+    {
+        SCOPED_TRACE(throws);
+        CMacWithSubject mac;
+        mac->NestPools(3, throws);
+        EXPECT_EQ(mac.Calls(), expected);
+        EXPECT_TRUE(mac.mSystem.Pools().empty());
+    }
+}
+} // namespace

@@ -1,0 +1,16 @@
+#include "Tests/macho/doubles/CMacSystem.h"
+#include "Tests/macho/doubles/FrameworkSymbols.h"
+
+namespace
+{
+std::uint32_t GetCurrentButtonState() { return CMacSystem::Current().mButtons; }
+std::uint32_t GetCurrentKeyModifiers() { return CMacSystem::Current().mModifiers; }
+} // namespace
+
+SymbolTable CarbonSymbols()
+{
+    return {
+        {"GetCurrentButtonState", AddressOf(GetCurrentButtonState)},
+        {"GetCurrentKeyModifiers", AddressOf(GetCurrentKeyModifiers)},
+    };
+}

@@ -1,0 +1,122 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class CByteReader;
+
+struct SMachOSegment
+{
+    std::string name;
+    std::uint64_t address = 0;
+    std::uint64_t size = 0; // in memory
+    std::uint64_t fileOffset = 0;
+    std::uint64_t fileSize = 0;
+    std::uint32_t protection = 0; // EProtection
+};
+
+struct SMachOSection
+{
+    std::string name;
+    std::uint64_t address = 0;
+    std::uint64_t size = 0;
+    std::uint32_t type = 0; // ESectionType
+};
+
+struct SMachOSymbol
+{
+    std::uint64_t address = 0;
+    std::string name;
+};
+
+/** A pointer in the image that is to hold the address of another library's symbol. */
+struct SMachOBinding
+{
+    std::uint64_t address = 0;
+    std::string symbol;
+    std::int64_t libraryOrdinal = 0; // counts from 1 among the libraries; 0: the image itself; below: any
+    std::int64_t addend = 0;
+    bool mayBeMissing = false;
+    bool isCoalesced = false; // one definition for the whole process, the image's own where it has one
+};
+
+/**
+ * What a 64-bit Mach-O file for x86-64 says of itself. Names are the linker's, with the underscore in front.
+ *
+ * Every operation may throw CMachOError for a file that is cut short or uses what the loader doesn't know.
+ */
+class CMachOFile
+{
+public:
+    explicit CMachOFile(const std::string& inPath);
+
+    const std::string& Path() const { return mPath; }
+    std::uint32_t Type() const { return mType; }
+    std::uint32_t Flags() const { return mFlags; }
+    /** The oldest system that runs it, like "11.0"; empty when it is for another system than macOS. */
+    const std::string& MinimumSystem() const { return mMinimumSystem; }
+    /** Install names in the order that bindings count them. */
+    const std::vector<std::string>& Libraries() const { return mLibraries; }
+    const std::vector<SMachOSegment>& Segments() const { return mSegments; }
+    const std::vector<SMachOSection>& Sections() const { return mSections; }
+    /** @return null when there is none. */
+    const SMachOSection* FindSection(std::string_view inName) const;
+    std::span<const std::uint8_t> Content(const SMachOSegment& inSegment) const;
+    /** The lowest address of a segment: where the header is in memory. */
+    std::uint64_t LowestAddress() const;
+    std::uint64_t MemorySize() const;
+
+    /** Functions and data that the file defines, lowest address first. */
+    std::vector<SMachOSymbol> Symbols() const;
+    /** By name, the offset from the header in memory. */
+    std::map<std::string, std::uint64_t, std::less<>> Exports() const;
+    /** The addresses of pointers into the image itself. */
+    std::vector<std::uint64_t> Rebases() const;
+    std::vector<SMachOBinding> Bindings() const;
+
+private:
+    struct SRange
+    {
+        std::uint32_t offset = 0;
+        std::uint32_t size = 0;
+    };
+    enum class EBindKind
+    {
+        kRegular,
+        kCoalesced,
+        kLazy
+    };
+
+    void ReadLoadCommands();
+    void ReadLoadCommand(std::uint32_t inCommand, CByteReader& ioReader,
+                         std::span<const std::uint8_t> inBytes);
+    void ReadSegment(CByteReader& ioReader);
+    void ReadBuildVersion(CByteReader& ioReader);
+    std::span<const std::uint8_t> Bytes(std::uint64_t inOffset, std::uint64_t inSize) const;
+    std::span<const std::uint8_t> Bytes(const SRange& inRange) const;
+    std::uint64_t SegmentAddress(std::size_t inSegment) const;
+    void ReadExportNode(std::size_t inNode, const std::string& inName,
+                        std::map<std::string, std::uint64_t, std::less<>>& outExports) const;
+    void ReadBindings(const SRange& inRange, EBindKind inKind, std::vector<SMachOBinding>& outBindings) const;
+
+    std::string mPath;
+    std::vector<std::uint8_t> mBytes;
+    std::uint32_t mType = 0;
+    std::uint32_t mFlags = 0;
+    std::string mMinimumSystem;
+    std::vector<std::string> mLibraries;
+    std::vector<SMachOSegment> mSegments;
+    std::vector<SMachOSection> mSections;
+    std::uint32_t mSymbolsOffset = 0;
+    std::uint32_t mSymbolCount = 0;
+    SRange mSymbolNames;
+    SRange mRebases;
+    SRange mBindings;
+    SRange mCoalescedBindings;
+    SRange mLazyBindings;
+    SRange mExports;
+};

@@ -1,0 +1,173 @@
+#include "Tests/unit/aaxhost/FakeModule.h"
+#include "Tools/aaxhost/lib/AudioFile.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <sys/wait.h>
+
+namespace
+{
+struct SRun
+{
+    int mExit = -1;
+    std::string mOut;
+    std::string mError;
+};
+
+std::string Contents(const std::string& inPath)
+{
+    std::ifstream file(inPath, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class CommandTest : public testing::Test
+{
+protected:
+    SRun Run(const std::string& inArguments)
+    {
+        const std::string command = std::string(AAXHOST_FILE) + " " + inArguments + " >" +
+                                    mFolder.File("out") + " 2>" + mFolder.File("error");
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(mFolder.File("out")),
+                Contents(mFolder.File("error"))};
+    }
+    std::string RenderTo(const std::string& inName) const
+    {
+        return "render " + FakeModuleFile() + " --output " + mFolder.File(inName) + " ";
+    }
+    void WriteText(const std::string& inName, const std::string& inText)
+    {
+        std::ofstream(mFolder.File(inName)) << inText;
+    }
+
+    CTestFolder mFolder;
+};
+
+bool IsOneSentence(const std::string& inText)
+{
+    return inText.size() > 2 && inText.find('\n') == inText.size() - 1 && inText[inText.size() - 2] == '.';
+}
+
+TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
+{
+    for (const char* arguments :
+         {"--seconds 0", "--seconds x", "--seconds nan", "--seconds 1e99", "--rate 44100.5", "--rate 0",
+          "--block 0", "--block 1025", "--block -1", "--tempo 0", "--tempo inf", "--set Level",
+          "--set Level=x", "--set Level=1.5", "--set Nobody=0.5", "--automate Level", "--unknown", "extra"})
+    {
+        SCOPED_TRACE(arguments);
+        const SRun run = Run(RenderTo("a.wav") + arguments);
+        EXPECT_EQ(run.mExit, 2);
+        EXPECT_FALSE(run.mError.empty());
+        EXPECT_FALSE(std::filesystem::exists(mFolder.File("a.wav")));
+    }
+    EXPECT_EQ(Run("").mExit, 2);
+    EXPECT_EQ(Run("render " + FakeModuleFile()).mExit, 2);
+    EXPECT_EQ(Run("describe").mExit, 2);
+}
+
+TEST_F(CommandTest, UnreadableFilesExitWith1AndOneSentence)
+{
+    WriteText("wrong.csv", "0,0\nx,1\n");
+    const std::string missing = mFolder.File("missing");
+    for (const std::string& arguments :
+         {RenderTo("a.wav") + "--input " + missing, RenderTo("a.wav") + "--midi " + missing,
+          RenderTo("a.wav") + "--midi " + FakeModuleFile(), RenderTo("a.wav") + "--automate Level=" + missing,
+          RenderTo("a.wav") + "--automate Level=" + mFolder.File("wrong.csv"), RenderTo("no/folder/a.wav"),
+          "describe " + missing, "describe " + mFolder.File("."), "describe " + mFolder.File("wrong.csv")})
+    {
+        SCOPED_TRACE(arguments);
+        const SRun run = Run(arguments);
+        EXPECT_EQ(run.mExit, 1);
+        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+        EXPECT_FALSE(std::filesystem::exists(mFolder.File("a.wav")));
+    }
+}
+
+TEST_F(CommandTest, AMisbehavingModuleGetsASentenceInsteadOfACrash)
+{
+    struct SRow
+    {
+        const char* fault;
+        const char* part;
+    };
+    for (const SRow& row :
+         {SRow{"startup", "ACFStartup answered -20009"},
+          SRow{"register", "ACFRegisterPlugin answered -20004"},
+          SRow{"nodefinition", "no plug-in definition"}, SRow{"noeffect", "describes no effect"},
+          SRow{"noprocess", "no component with a render procedure"},
+          SRow{"nofactory", "no effect-parameters object"},
+          SRow{"noparameters", "no effect-parameters object"},
+          SRow{"initialize", "Initialize answered -20004"}, SRow{"throw", "exception"}})
+    {
+        SCOPED_TRACE(row.fault);
+        const CFakeFault fault(row.fault);
+        const SRun run = Run(RenderTo("a.wav") + "--seconds 0.1");
+        EXPECT_EQ(run.mExit, 1);
+        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+        EXPECT_NE(run.mError.find(row.part), std::string::npos) << run.mError;
+    }
+    const CFakeFault fault("hugefield");
+    EXPECT_EQ(Run(RenderTo("a.wav") + "--seconds 0.1").mExit, 0) << "one refused field ends nothing";
+}
+
+TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
+{
+    auto writer = CAudioWriter::Create(mFolder.File("in.wav"), 32000, 1);
+    ASSERT_TRUE(writer);
+    const std::array<float, 4> samples{0.5F, -0.5F, 0.25F, 1.0F};
+    const float* const channels[] = {samples.data()};
+    ASSERT_TRUE(writer->Write(channels, 4));
+    ASSERT_TRUE(writer->Close());
+
+    // The module comes last: options that may be repeated must not swallow it.
+    const SRun run = Run("render --output " + mFolder.File("a.wav") + " --block 2 --input " +
+                         mFolder.File("in.wav") + " --set Level=0.25 --set Level=0.5 " + FakeModuleFile());
+    ASSERT_EQ(run.mExit, 0) << run.mError;
+    EXPECT_EQ(run.mError, "") << "no progress bar in a pipe";
+    const auto audio = ReadAudioFile(mFolder.File("a.wav"));
+    ASSERT_TRUE(audio) << audio.Problem().mSentence;
+    EXPECT_EQ(audio->mRate, 32000);
+    const std::vector<std::vector<float>> expected{{0, 0, 0, 0}, {0.25F, -0.25F, 0.125F, 0.5F}, {1, 0, 3, 0}};
+    EXPECT_EQ(audio->mChannels, expected);
+    EXPECT_EQ(Run(RenderTo("b.wav") + "--rate 44100 --input " + mFolder.File("in.wav")).mExit, 1);
+}
+
+TEST_F(CommandTest, DescribeShowsWhatTheModuleTold)
+{
+    const SRun text = Run("describe " + FakeModuleFile());
+    ASSERT_EQ(text.mExit, 0) << text.mError;
+    const SRun json = Run("describe --json " + FakeModuleFile());
+    ASSERT_EQ(json.mExit, 0) << json.mError;
+    struct SRow
+    {
+        const std::string& where;
+        const char* part;
+    };
+    for (const SRow& row :
+         {SRow{text.mOut, "field  4  MIDI node, local input, \"In\", mask 0xFFFF"},
+          SRow{text.mOut, "auxiliary output stem  mono, \"Aux\""},
+          SRow{text.mOut, "1 input channels, 3 output channels, latency 64 samples"},
+          SRow{text.mOut, "AddEffect(\"com.example.fake\", effect)"},
+          SRow{json.mOut, "\"manufacturer\": \"Maker \xEF\xBF\xBD\""},
+          SRow{json.mOut, "\"name\": \"The \\\"level\\\"\""}, SRow{json.mOut, "\"latency\": 64"}})
+    {
+        SCOPED_TRACE(row.part);
+        EXPECT_NE(row.where.find(row.part), std::string::npos) << row.where;
+    }
+    EXPECT_LT(text.mOut.find("AddAudioIn(0)"), text.mOut.find("AddProcessProc_Native("));
+}
+
+TEST_F(CommandTest, ABundleFolderLeadsToItsModuleFile)
+{
+    const std::filesystem::path folder = mFolder.File("Some Name.aaxplugin");
+    std::filesystem::create_directories(folder / "Contents/x86_64-linux");
+    EXPECT_EQ(Run("describe '" + folder.string() + "'").mExit, 1);
+    std::filesystem::copy_file(FakeModuleFile(), folder / "Contents/x86_64-linux/Some Name.so");
+    for (const char* end : {"'", "/'"})
+        EXPECT_EQ(Run("describe '" + folder.string() + end).mExit, 0) << end;
+}
+} // namespace

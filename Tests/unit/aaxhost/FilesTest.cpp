@@ -1,0 +1,167 @@
+#include "Tests/unit/aaxhost/FakeModule.h"
+#include "Tools/aaxhost/lib/AudioFile.h"
+#include "Tools/aaxhost/lib/AutomationCurve.h"
+#include "Tools/aaxhost/lib/MidiFile.h"
+
+#include <array>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+
+namespace
+{
+void WriteBytes(const std::string& inPath, std::string_view inBytes)
+{
+    std::ofstream(inPath, std::ios::binary)
+        .write(inBytes.data(), static_cast<std::streamsize>(inBytes.size()));
+}
+
+TEST(AutomationCurve, ValuesLieOnTheLinesAndAreLevelOutside)
+{
+    const auto curve = CAutomationCurve::Parse("seconds,value\r\n# a comment\n1, 0.5\n\n2,1\n2,0\n4,0.5");
+    ASSERT_TRUE(curve) << curve.Problem().mSentence;
+    struct SRow
+    {
+        double seconds;
+        double value;
+    };
+    for (const SRow& row : {SRow{0.0, 0.5}, SRow{1.0, 0.5}, SRow{1.5, 0.75}, SRow{2.0, 0.0}, SRow{3.0, 0.25},
+                            SRow{4.0, 0.5}, SRow{99.0, 0.5}})
+    {
+        SCOPED_TRACE(row.seconds);
+        EXPECT_NEAR(curve->ValueAt(row.seconds), row.value, 1e-12);
+    }
+}
+
+TEST(AutomationCurve, WrongTextIsRefusedWithItsLine)
+{
+    struct SRow
+    {
+        const char* text;
+        const char* sentence;
+    };
+    for (const SRow& row :
+         {SRow{"", "There is no point."}, SRow{"0,0\n1", "Line 2 is not of the form seconds,value."},
+          SRow{"0,x", "Line 1 does not hold two numbers."},
+          SRow{"0,nan", "Line 1 does not hold two numbers."},
+          SRow{"0,0.5,1", "Line 1 does not hold two numbers."}, SRow{"-1,0", "Line 1 has a time below 0."},
+          SRow{"0,1.01", "Line 1 has a value outside of 0 to 1."},
+          SRow{"1,0\n\n0.5,0", "Line 3 goes back in time."}})
+    {
+        SCOPED_TRACE(row.text);
+        const auto curve = CAutomationCurve::Parse(row.text);
+        ASSERT_FALSE(curve);
+        EXPECT_EQ(curve.Problem().mSentence, row.sentence);
+    }
+}
+
+// Format 1, 96 ticks a quarter. Track 1: tempo 60 at the start, 120 after two quarters. Track 2: a note at 0,
+// its end (in running status) after one quarter, a program change after four quarters; a system message.
+constexpr char kMidiBytes[] = "MThd\0\0\0\6\0\1\0\2\0\x60"
+                              "MTrk\0\0\0\x13"
+                              "\0\xFF\x51\3\x0F\x42\x40"
+                              "\x81\x40\xFF\x51\3\x07\xA1\x20"
+                              "\0\xFF\x2F\0"
+                              "MTrk\0\0\0\x18"
+                              "\0\x91\x3C\x64"
+                              "\x60\x3C\0"
+                              "\x60\xF0\2\x11\xF7"
+                              "\x81\x40\xC1\5"
+                              "\0\xB1\7\x7F"
+                              "\0\xFF\x2F\0";
+constexpr std::string_view kMidiFile(kMidiBytes, sizeof(kMidiBytes) - 1);
+
+TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
+{
+    const CTestFolder folder;
+    WriteBytes(folder.File("a.mid"), kMidiFile);
+    const auto events = ReadMidiFile(folder.File("a.mid"));
+    ASSERT_TRUE(events) << events.Problem().mSentence;
+    struct SRow
+    {
+        double seconds;
+        std::array<std::uint8_t, 3> bytes;
+        int length;
+    };
+    const SRow rows[] = {{0.0, {0x91, 0x3C, 0x64}, 3},
+                         {1.0, {0x91, 0x3C, 0}, 3},
+                         {3.0, {0xC1, 5, 0}, 2},
+                         {3.0, {0xB1, 7, 0x7F}, 3}};
+    ASSERT_EQ(events->size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i)
+    {
+        SCOPED_TRACE(i);
+        EXPECT_NEAR((*events)[i].mSeconds, rows[i].seconds, 1e-9);
+        EXPECT_EQ((*events)[i].mBytes, rows[i].bytes);
+        EXPECT_EQ((*events)[i].mLength, rows[i].length);
+    }
+}
+
+TEST(MidiFile, EveryTruncationIsRefused)
+{
+    const CTestFolder folder;
+    for (std::size_t size = 0; size < kMidiFile.size(); ++size)
+    {
+        SCOPED_TRACE(size);
+        WriteBytes(folder.File("cut.mid"), kMidiFile.substr(0, size));
+        EXPECT_FALSE(ReadMidiFile(folder.File("cut.mid")));
+    }
+    EXPECT_FALSE(ReadMidiFile(folder.File("missing.mid")));
+}
+
+TEST(MidiFile, NoChangedByteEndsTheProcess)
+{
+    const CTestFolder folder;
+    for (std::size_t at = 0; at < kMidiFile.size(); ++at)
+        for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xC0, 0xF0, 0xF7, 0xF8, 0xFF})
+        {
+            SCOPED_TRACE(testing::Message() << at << " to " << value);
+            std::string bytes(kMidiFile);
+            bytes[at] = static_cast<char>(value);
+            WriteBytes(folder.File("changed.mid"), bytes);
+            if (const auto events = ReadMidiFile(folder.File("changed.mid")))
+            {
+                EXPECT_LE(events->size(), 8U);
+            }
+        }
+}
+
+TEST(AudioFile, SamplesComeBackBitForBitAndFilesOfEqualSoundAreEqual)
+{
+    const CTestFolder folder;
+    const std::vector<float> left{0.0F, 1.5F, -2.0F, 1e-20F, 0.1F};
+    const std::vector<float> right{1.0F, 2.0F, 3.0F, 4.0F, 5.0F};
+    for (const char* name : {"a.wav", "b.wav"})
+    {
+        auto writer = CAudioWriter::Create(folder.File(name), 48000, 2);
+        ASSERT_TRUE(writer) << writer.Problem().mSentence;
+        const float* first[] = {left.data(), right.data()};
+        const float* second[] = {left.data() + 3, right.data() + 3};
+        ASSERT_TRUE(writer->Write(first, 3));
+        ASSERT_TRUE(writer->Write(second, 2));
+        ASSERT_TRUE(writer->Close());
+    }
+    const auto audio = ReadAudioFile(folder.File("a.wav"));
+    ASSERT_TRUE(audio) << audio.Problem().mSentence;
+    EXPECT_EQ(audio->mRate, 48000);
+    EXPECT_EQ(audio->mChannels, (std::vector<std::vector<float>>{left, right}));
+
+    std::string bytes[2];
+    for (int i = 0; i < 2; ++i)
+    {
+        std::ifstream file(folder.File(i == 0 ? "a.wav" : "b.wav"), std::ios::binary);
+        bytes[i].assign(std::istreambuf_iterator<char>(file), {});
+    }
+    EXPECT_EQ(bytes[0], bytes[1]);
+    EXPECT_EQ(bytes[0].find("PEAK"), std::string::npos) << "the file holds the time of writing";
+}
+
+TEST(AudioFile, WhatIsNoSoundOrCannotBeWrittenIsRefused)
+{
+    const CTestFolder folder;
+    WriteBytes(folder.File("text.wav"), "no sound at all");
+    EXPECT_FALSE(ReadAudioFile(folder.File("text.wav")));
+    EXPECT_FALSE(ReadAudioFile(folder.File("missing.wav")));
+    EXPECT_FALSE(CAudioWriter::Create(folder.File("no/such/folder/a.wav"), 44100, 2));
+}
+} // namespace

@@ -1,0 +1,168 @@
+#include "Interfaces/AAX/AAX_IACFDescription.h"
+#include "Interfaces/AAX/AAX_UIDs.h"
+#include "Interfaces/ACF/ACFPtr.h"
+#include "Tests/unit/aaxhost/FakeModule.h"
+#include "Tools/aaxhost/host/CHost.h"
+#include "Tools/aaxhost/host/CInstanceHost.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using Lines = std::vector<std::string>;
+
+template <class Interface>
+ACFPtr<Interface> Make(CHost& ioHost, const acfUID& inComponent, const acfIID& inIid)
+{
+    ACFPtr<Interface> object;
+    (void)ioHost.CreateComponent(inComponent, nullptr, inIid, object.Receive()); // empty when refused
+    return object;
+}
+
+ACFPtr<AAX_IACFEffectDescriptor> MakeEffect(CHost& ioHost)
+{
+    return Make<AAX_IACFEffectDescriptor>(ioHost, AAXCompID_AAXEffectDescriptor, IID_IAAXEffectDescriptorV1);
+}
+
+TEST(HostLog, NthCallFailsOnceAndHasNoEffect)
+{
+    CHostLog log;
+    CHost host(log);
+    const auto effect = MakeEffect(host);
+    log.FailCall("AddName", 2, kAAX_ErrorNullObject);
+    EXPECT_EQ(effect->AddName("one"), kAAX_Success);
+    EXPECT_EQ(effect->AddCategory(1), kAAX_Success);
+    EXPECT_EQ(effect->AddName("two"), kAAX_ErrorNullObject);
+    EXPECT_EQ(effect->AddName("three"), kAAX_Success);
+    EXPECT_EQ(log.Calls(), (Lines{"AddName(\"one\")", "AddCategory(0x1)", "AddName(\"two\") = -20004",
+                                  "AddName(\"three\")"}));
+
+    const auto collection = Make<AAX_IACFCollection>(host, AAXCompID_AAXCollection, IID_IAAXCollectionV1);
+    ASSERT_EQ(collection->AddEffect("id", effect.Get()), kAAX_Success);
+    EXPECT_EQ(host.Description().mEffects.front().mNames, (Lines{"one", "three"}));
+}
+
+TEST(HostLog, AFaultOfEveryCallDoesNotWearOff)
+{
+    CHostLog log;
+    CHost host(log);
+    log.FailCall("AddName", 0, kAAX_ErrorUnsupported);
+    const auto effect = MakeEffect(host);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(effect->AddName("x"), kAAX_ErrorUnsupported);
+    EXPECT_EQ(log.Count("AddName"), 3U);
+    EXPECT_EQ(log.Count("Add"), 0U) << "counted a name by its beginning";
+}
+
+TEST(Host, ASwitchedOffInterfaceIsNeitherCreatedNorFound)
+{
+    CHostLog log;
+    CHost host(log);
+    CInstanceHost instance(log);
+    log.SwitchOff(AAXCompID_AAXPropertyMap);
+    log.SwitchOff(IID_IAAXCollectionV1);
+    log.SwitchOff(IID_IAAXControllerV2);
+    EXPECT_FALSE(Make<IACFUnknown>(host, AAXCompID_AAXPropertyMap, IID_IAAXPropertyMapV1));
+    EXPECT_FALSE(Make<IACFUnknown>(host, AAXCompID_AAXCollection, IID_IAAXCollectionV1));
+    EXPECT_TRUE(Make<IACFUnknown>(host, AAXCompID_AAXCollection, IID_IACFPluginDefinition));
+    EXPECT_FALSE(ACFPtr<IACFUnknown>::Query(instance.Unknown(), IID_IAAXControllerV2));
+    EXPECT_TRUE(ACFPtr<IACFUnknown>::Query(instance.Unknown(), IID_IAAXControllerV1));
+    EXPECT_EQ(log.LiveObjects(), 0);
+    EXPECT_EQ(instance.References(), 0);
+}
+
+TEST(Host, LeakedObjectsAndReferencesAreCounted)
+{
+    CHostLog log;
+    CHost host(log);
+    CInstanceHost instance(log);
+    IACFUnknown* leaked = MakeEffect(host).Detach();
+    auto transport = ACFPtr<IACFUnknown>::Query(instance.Unknown(), IID_IAAXTransportV2);
+    EXPECT_EQ(log.LiveObjects(), 1);
+    EXPECT_EQ(instance.References(), 1);
+    leaked->Release();
+    transport.Reset();
+    EXPECT_EQ(log.LiveObjects(), 0);
+    EXPECT_EQ(instance.References(), 0);
+}
+
+TEST(Host, ForeignAndWrongObjectsAreRefused)
+{
+    CHostLog log;
+    CHost host(log);
+    CInstanceHost foreign(log);
+    const auto effect = MakeEffect(host);
+    const auto collection = Make<AAX_IACFCollection>(host, AAXCompID_AAXCollection, IID_IAAXCollectionV1);
+    const auto component = Make<AAX_IACFComponentDescriptor>(host, AAXCompID_AAXComponentDescriptor,
+                                                             IID_IAAXComponentDescriptorV1);
+    for (IACFUnknown* object :
+         {static_cast<IACFUnknown*>(nullptr), foreign.Unknown(), static_cast<IACFUnknown*>(collection.Get())})
+    {
+        EXPECT_EQ(effect->AddComponent(object), ACF_E_INVALIDARG);
+        EXPECT_EQ(collection->AddEffect("id", object), ACF_E_INVALIDARG);
+    }
+    EXPECT_EQ(effect->SetProperties(effect.Get()), ACF_E_INVALIDARG);
+    EXPECT_EQ(component->AddProcessProc_Native(nullptr, nullptr, nullptr, nullptr, nullptr),
+              ACF_E_INVALIDARG);
+    EXPECT_EQ(component->AddPrivateData(1, -1, 0), ACF_E_INVALIDARG);
+    EXPECT_TRUE(host.Description().mEffects.empty());
+}
+
+TEST(HostTransport, PositionsFollowTempoMeterAndRate)
+{
+    CHostLog log;
+    CHostTransport transport(log);
+    STransportState& state = transport.State();
+    state = {.mTempo = 90.0, .mMeterNumerator = 3, .mMeterDenominator = 8, .mSampleRate = 48000.0};
+    state.mSamplePosition = 96000; // two seconds: three quarters, six eighths, two bars
+    std::int64_t ticks = -1;
+    std::int32_t bars = -1;
+    std::int32_t beats = -1;
+    ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
+    EXPECT_EQ(ticks, 3 * 960000);
+    ASSERT_EQ(transport.GetBarBeatPosition(&bars, &beats, &ticks, 112000), kAAX_Success); // 7 eighths
+    EXPECT_EQ(bars, 3);
+    EXPECT_EQ(beats, 2);
+    EXPECT_EQ(ticks, 0);
+    state.mSampleRate = 0.0;
+    ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST(HostTransport, AFailingTransportLeavesTheAnswerAlone)
+{
+    CHostLog log;
+    CHostTransport transport(log);
+    double tempo = 77.0;
+    transport.SetResult(kAAX_ErrorUnsupported);
+    EXPECT_EQ(transport.GetCurrentTempo(&tempo), kAAX_ErrorUnsupported);
+    transport.SetResult(kAAX_Success);
+    log.FailCall("GetCurrentTempo", 1, kAAX_ErrorNullObject);
+    EXPECT_EQ(transport.GetCurrentTempo(&tempo), kAAX_ErrorNullObject);
+    EXPECT_EQ(tempo, 77.0);
+}
+
+TEST(HostAutomation, ARequestTakesEffectOnlyWhenItIsDelivered)
+{
+    CHostLog log;
+    const auto module = CModule::Open(FakeModuleFile(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    const auto instance = CInstance::Create(**module, 44100.0);
+    ASSERT_TRUE(instance) << instance.Problem().mSentence;
+    AAX_IACFEffectParameters& parameters = (*instance)->Parameters();
+    CInstanceHost& host = (*instance)->Host();
+    double value = -1.0;
+
+    ASSERT_EQ(parameters.SetParameterNormalizedValue("Level", 0.25), kAAX_Success);
+    ASSERT_EQ(host.Automation().PostTouchRequest("Level"), kAAX_Success);
+    (void)parameters.GetParameterNormalizedValue("Level", &value);
+    EXPECT_EQ(value, 1.0);
+    EXPECT_TRUE(host.Automation().IsTouched("Level"));
+    EXPECT_EQ(host.Automation().PendingRequests(), 2U);
+
+    EXPECT_EQ(host.DeliverUpdates(parameters), kAAX_Success);
+    (void)parameters.GetParameterNormalizedValue("Level", &value);
+    EXPECT_EQ(value, 0.25);
+    EXPECT_EQ(host.Automation().PendingRequests(), 0U);
+}
+} // namespace

@@ -1,0 +1,176 @@
+#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tests/unit/aaxhost/AllocationCounter.h"
+#include "Tests/unit/aaxhost/FakeModule.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace
+{
+/** An instance of the fake module and what it rendered. */
+class RendererTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        auto module = CModule::Open(FakeModuleFile(), mLog);
+        ASSERT_TRUE(module) << module.Problem().mSentence;
+        mModule = std::move(*module);
+        auto instance = CInstance::Create(*mModule, 1000.0);
+        ASSERT_TRUE(instance) << instance.Problem().mSentence;
+        mInstance = std::move(*instance);
+        mJob.mRate = 1000.0;
+    }
+
+    void Render()
+    {
+        mOutput.assign(3, {});
+        const auto sink = [this](std::span<const float* const> channels, std::int32_t frames)
+        {
+            mBlockFrames.push_back(frames);
+            for (std::size_t i = 0; i < channels.size(); ++i)
+                mOutput.at(i).insert(mOutput.at(i).end(), channels[i], channels[i] + frames);
+            return SDone{};
+        };
+        const auto done = RenderOffline(*mInstance, mJob, sink);
+        ASSERT_TRUE(done) << done.Problem().mSentence;
+    }
+
+    CHostLog mLog;
+    std::unique_ptr<CModule> mModule;
+    std::unique_ptr<CInstance> mInstance;
+    SRenderJob mJob;
+    std::vector<std::vector<float>> mOutput;
+    std::vector<std::int32_t> mBlockFrames;
+};
+
+SMidiEvent Event(double inSeconds, std::uint8_t inValue) { return {inSeconds, {0x90, 60, inValue}, 3}; }
+
+TEST_F(RendererTest, EveryMidiEventFallsOnItsFrameWhateverTheBlock)
+{
+    mJob.mFrames = 250;
+    // The last two fall on the last frame and past the end; 99.6 ms rounds into the block that starts at 100.
+    mJob.mMidi = {Event(0.0, 1),    Event(0.0996, 2), Event(0.1, 4),
+                  Event(0.1274, 8), Event(0.249, 16), Event(0.25, 32)};
+    std::vector<float> expected(250, 0.0F);
+    expected[0] = 1.0F / 128;
+    expected[100] = 6.0F / 128;
+    expected[127] = 8.0F / 128;
+    expected[249] = 16.0F / 128;
+    for (const std::int32_t block : {1, 7, 64, 100, 128, 1024})
+    {
+        SCOPED_TRACE(block);
+        mJob.mBlockFrames = block;
+        Render();
+        EXPECT_EQ(mOutput[0], expected);
+    }
+}
+
+TEST_F(RendererTest, InputIsFedBlockByBlockThenSilence)
+{
+    const SAudio input{1000, {{1.0F, 2.0F, 3.0F, 4.0F, 5.0F}}};
+    mJob.mInput = &input;
+    mJob.mFrames = 8;
+    mJob.mBlockFrames = 3;
+    Render();
+    EXPECT_EQ(mOutput[1], (std::vector<float>{1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 0.0F, 0.0F, 0.0F}));
+    EXPECT_EQ(mBlockFrames, (std::vector<std::int32_t>{3, 3, 2}));
+}
+
+TEST_F(RendererTest, AutomationTakesTheCurvesValueAtTheStartOfEachBlock)
+{
+    const SAudio input{1000, {std::vector<float>(8, 1.0F)}};
+    auto curve = CAutomationCurve::Parse("0.002,1\n0.004,0\n");
+    ASSERT_TRUE(curve);
+    mJob.mInput = &input;
+    mJob.mAutomation.push_back({"Level", std::move(*curve)});
+    mJob.mFrames = 8;
+    mJob.mBlockFrames = 3;
+    Render();
+    EXPECT_EQ(mOutput[1], (std::vector<float>{1.0F, 1.0F, 1.0F, 0.5F, 0.5F, 0.5F, 0.0F, 0.0F}));
+}
+
+TEST_F(RendererTest, AControlOfTheHostReachesTheInstanceBeforeTheFirstBlock)
+{
+    const SAudio input{1000, {{1.0F}}};
+    mJob.mInput = &input;
+    mJob.mFrames = 1;
+    ASSERT_EQ(mInstance->SetParameter("Level", 0.25), kAAX_Success);
+    Render();
+    EXPECT_EQ(mOutput[1], (std::vector<float>{0.25F}));
+}
+
+TEST_F(RendererTest, AStoppedTransportDoesNotMove)
+{
+    struct SRow
+    {
+        bool playing;
+        std::vector<float> positions;
+    };
+    for (const SRow& row : {SRow{true, {1.0F, 5.0F}}, SRow{false, {0.0F, 0.0F}}})
+    {
+        SCOPED_TRACE(row.playing);
+        mJob.mFrames = 8;
+        mJob.mBlockFrames = 4;
+        mJob.mPlaying = row.playing;
+        Render();
+        EXPECT_EQ((std::vector<float>{mOutput[2][0], mOutput[2][4]}), row.positions);
+    }
+}
+
+TEST_F(RendererTest, AFailingSinkEndsTheRender)
+{
+    int blocks = 0;
+    mJob.mFrames = 100;
+    mJob.mBlockFrames = 10;
+    const auto done = RenderOffline(*mInstance, mJob,
+                                    [&](std::span<const float* const>, std::int32_t) -> COutcome<SDone>
+                                    {
+                                        if (++blocks == 3)
+                                            return SProblem{"Full."};
+                                        return SDone{};
+                                    });
+    ASSERT_FALSE(done);
+    EXPECT_EQ(done.Problem().mSentence, "Full.");
+    EXPECT_EQ(blocks, 3);
+}
+
+TEST_F(RendererTest, BuffersHaveRoomForAPluginThatReadsAFullBlock)
+{
+    const auto call = mInstance->MakeRenderCall();
+    call->mFrames = 1;
+    for (std::size_t i = 0; i < call->mOutputs.size(); ++i)
+    {
+        EXPECT_GE(call->Output(i).size(), 1024U);
+        EXPECT_EQ(call->mOutputs[i], call->Output(i).data());
+    }
+    EXPECT_GE(call->Input(0).size(), 1024U);
+    mJob.mFrames = 1;
+    mJob.mBlockFrames = 1025;
+    EXPECT_FALSE(
+        RenderOffline(*mInstance, mJob, [](std::span<const float* const>, std::int32_t) { return SDone{}; }));
+}
+
+TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
+{
+    const auto call = mInstance->MakeRenderCall();
+    for (std::uint32_t i = 0; i < 100; ++i)
+        call->FindNode(AAX_eMIDINodeType_LocalInput)->Add(i, Event(0.0, 1).mBytes);
+    const int before = CountAllocations();
+    mInstance->Render(*call);
+    EXPECT_EQ(CountAllocations(), before);
+    mLog.RecordRenderCalls(true);
+    mInstance->Render(*call);
+    EXPECT_GT(CountAllocations(), before) << "the counter does not count";
+    EXPECT_EQ(mLog.Count("GetCurrentNativeSampleLocation"), 1U);
+}
+
+TEST_F(RendererTest, AnEndedInstanceLeavesNothingBehind)
+{
+    EXPECT_EQ(mModule->LiveObjects(), 1);
+    mInstance.reset();
+    EXPECT_EQ(mModule->LiveObjects(), 0);
+    mModule.reset();
+    EXPECT_EQ(mLog.LiveObjects(), 0);
+}
+} // namespace

@@ -1,0 +1,208 @@
+#include "Tests/unit/aaxlib/TestParameters.h"
+#include "Tools/aaxhost/host/CHostLog.h"
+#include "Tools/aaxhost/host/CInstanceHost.h"
+
+#include <cmath>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace
+{
+using namespace std::string_literals;
+
+constexpr std::size_t kHeaderSize = offsetof(AAX_SPlugInChunk, mData);
+
+/** A chunk in a block of exactly its size, so that a read past its end is seen. */
+class CChunk
+{
+public:
+    explicit CChunk(const std::string& inData, AAX_CTypeID inId = 0x656C636B)
+        : mBytes(kHeaderSize + inData.size())
+    {
+        Write(offsetof(AAX_SPlugInChunk, mSize), static_cast<std::int32_t>(inData.size()));
+        Write(offsetof(AAX_SPlugInChunk, mChunkID), inId);
+        std::memcpy(mBytes.data() + kHeaderSize, inData.data(), inData.size());
+    }
+    AAX_SPlugInChunk* Get() { return reinterpret_cast<AAX_SPlugInChunk*>(mBytes.data()); }
+    std::string Data() const { return {mBytes.data() + kHeaderSize, mBytes.size() - kHeaderSize}; }
+    std::string Name() const { return {mBytes.data() + offsetof(AAX_SPlugInChunk, mName), 32}; }
+    std::int32_t Version() const
+    {
+        std::int32_t version = 0;
+        std::memcpy(&version, mBytes.data() + offsetof(AAX_SPlugInChunk, mVersion), sizeof(version));
+        return version;
+    }
+
+private:
+    template <class Value>
+    void Write(std::size_t inOffset, Value inValue)
+    {
+        std::memcpy(mBytes.data() + inOffset, &inValue, sizeof(inValue));
+    }
+    std::vector<char> mBytes;
+};
+
+// Written by hand: a real as a double, a switch as an integer.
+const std::string kGainAndSwitch = "\1\1\1\1"
+                                   "d_Gain\0\0\x3F\xE0\0\0\0\0\0\0"
+                                   "l_On\0\0\0\0\0\0\0\1"s;
+
+AAX_Result AddGainBypassAndSwitch(CTestEffectParameters& ioInstance)
+{
+    ioInstance.Add(MakeFloat("Gain"));
+    ioInstance.Add(MakeBool(cDefaultMasterBypassID, true));
+    ioInstance.Add(MakeBool("On", true));
+    return kAAX_Success;
+}
+
+class ControlsChunk : public testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_EQ(mInstance.Initialize(mHost.Unknown()), kAAX_Success); }
+    bool IsEqual(CChunk inChunk)
+    {
+        AAX_CBoolean isEqual = 7;
+        EXPECT_EQ(mInstance.CompareActiveChunk(inChunk.Get(), &isEqual), kAAX_Success);
+        EXPECT_LE(isEqual, 1);
+        return isEqual != 0;
+    }
+
+    CHostLog mLog;
+    CInstanceHost mHost{mLog};
+    CTestEffectParameters mInstance{AddGainBypassAndSwitch};
+};
+
+TEST_F(ControlsChunk, HoldsEveryParameterButTheMasterBypass)
+{
+    std::uint32_t size = 0;
+    ASSERT_EQ(mInstance.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
+    ASSERT_EQ(size, kGainAndSwitch.size());
+    CChunk chunk(std::string(size, 'x'));
+    ASSERT_EQ(mInstance.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+    EXPECT_EQ(chunk.Data(), kGainAndSwitch);
+    EXPECT_EQ(chunk.Version(), -1);
+    EXPECT_EQ(chunk.Name(), "Complete Controls State\0\0\0\0\0\0\0\0\0"s);
+}
+
+TEST_F(ControlsChunk, IsRefusedWhenItsSizeIsNotTheOneReported)
+{
+    CChunk chunk(std::string(256, 'x'));
+    EXPECT_EQ(mInstance.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_ErrorChunkSize);
+    std::uint32_t size = 0;
+    EXPECT_EQ(mInstance.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
+    mInstance.Add(MakeFloat("Late"));
+    EXPECT_EQ(mInstance.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_ErrorChunkSize);
+    EXPECT_EQ(chunk.Data(), std::string(256, 'x'));
+}
+
+TEST_F(ControlsChunk, OtherIdentifiersAndIndicesAreRefused)
+{
+    CChunk chunk(kGainAndSwitch);
+    std::uint32_t size = 7;
+    AAX_CTypeID id = 7;
+    ExpectEach(kAAX_ErrorUnknownChunk, mInstance.GetChunkSize(1, &size), mInstance.GetChunk(1, chunk.Get()),
+               mInstance.SetChunk(1, chunk.Get()));
+    EXPECT_EQ(mInstance.GetChunkIDFromIndex(1, &id), kAAX_ErrorChunkIndex);
+    EXPECT_EQ(size + id, 0U);
+    EXPECT_EQ(mInstance.GetChunkIDFromIndex(0, &id), kAAX_Success);
+    EXPECT_EQ(id, 0x656C636BU);
+}
+
+TEST_F(ControlsChunk, ValuesArriveAsRequestsAndFilteredOnesNotAtAll)
+{
+    CChunk chunk("\1\1\1\1"
+                 "d_Gain\0\0\x3F\xD0\0\0\0\0\0\0"
+                 "l_MasterBypassID\0\0\0\0\0\0\0\0"
+                 "l_On\0\0\0\0\0\0\0\0"s);
+    mLog.Clear();
+    EXPECT_EQ(mInstance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+    EXPECT_EQ(mLog.Count("PostSetValueRequest"), 2U);
+    EXPECT_EQ(mInstance.ValueOf("Gain"), 0.5);
+    EXPECT_EQ(mHost.DeliverUpdates(mInstance), kAAX_Success);
+    EXPECT_EQ(mInstance.ValueOf("Gain"), 0.25);
+    EXPECT_EQ(mInstance.ValueOf("On"), 0.0);
+    EXPECT_EQ(mInstance.ValueOf(cDefaultMasterBypassID), 1.0);
+}
+
+TEST_F(ControlsChunk, EveryTypeOfValueComesBack)
+{
+    const auto add = [](CTestEffectParameters& ioInstance)
+    {
+        ioInstance.Add(std::make_unique<CTypedParameter>("i", std::int32_t{-5}));
+        ioInstance.Add(std::make_unique<CTypedParameter>("d", 1e100));
+        ioInstance.Add(std::make_unique<CTypedParameter>("t", AAX_CString("ab")));
+        ioInstance.Add(std::make_unique<CTypedParameter>("n", std::monostate()));
+        ioInstance.Add(MakeFloat("f", 0.1F));
+        return kAAX_Success;
+    };
+    CTestEffectParameters saved(add);
+    ASSERT_EQ(saved.Initialize(nullptr), kAAX_Success);
+    std::uint32_t size = 0;
+    ASSERT_EQ(saved.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
+    CChunk chunk(std::string(size, '\0'));
+    ASSERT_EQ(saved.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+
+    CTestEffectParameters loaded;
+    auto* const integer = loaded.Add(std::make_unique<CTypedParameter>("i", std::int32_t{0}));
+    auto* const real = loaded.Add(std::make_unique<CTypedParameter>("d", 0.0));
+    auto* const text = loaded.Add(std::make_unique<CTypedParameter>("t", AAX_CString("")));
+    loaded.Add(MakeFloat("f", 0.0F));
+    AAX_CBoolean isEqual = 7;
+    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
+    EXPECT_EQ(isEqual, 0);
+    EXPECT_EQ(loaded.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+    EXPECT_EQ(std::get<std::int32_t>(integer->mTyped), -5);
+    EXPECT_EQ(std::get<double>(real->mTyped), 1e100);
+    EXPECT_EQ(std::get<AAX_CString>(text->mTyped), "ab");
+    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
+    EXPECT_EQ(isEqual, 1);
+    real->mTyped = std::nan("");
+    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
+    EXPECT_EQ(isEqual, 0);
+}
+
+std::string WithByte(std::size_t inOffset, char inByte)
+{
+    std::string bytes = kGainAndSwitch;
+    bytes[inOffset] = inByte;
+    return bytes;
+}
+
+TEST_F(ControlsChunk, ComparisonSeesEachDifference)
+{
+    struct SRow
+    {
+        const char* mName;
+        CChunk mChunk;
+        bool mIsEqual;
+    };
+    for (const SRow& row :
+         {SRow{"same", CChunk(kGainAndSwitch), true}, SRow{"another identifier", CChunk("", 1), true},
+          SRow{"switch stored as 5", CChunk(WithByte(31, '\5')), true},
+          SRow{"another real", CChunk(WithByte(13, '\xE1')), false},
+          SRow{"real beyond a float's precision", CChunk(WithByte(19, '\1')), true},
+          SRow{"another switch", CChunk(WithByte(31, '\0')), false},
+          SRow{"missing switch", CChunk(kGainAndSwitch.substr(0, 20)), false},
+          SRow{"real stored as another type", CChunk(WithByte(4, 'l')), false},
+          SRow{"nothing", CChunk(""), false}})
+    {
+        SCOPED_TRACE(row.mName);
+        EXPECT_EQ(IsEqual(row.mChunk), row.mIsEqual);
+    }
+}
+
+TEST_F(ControlsChunk, TruncatedChunkRestoresItsCompleteValuesAndReadsNoFurther)
+{
+    for (std::size_t size = 0; size < kGainAndSwitch.size(); ++size)
+    {
+        SCOPED_TRACE(size);
+        CChunk chunk(kGainAndSwitch.substr(0, size));
+        mLog.Clear();
+        EXPECT_EQ(mInstance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+        EXPECT_EQ(mLog.Count("PostSetValueRequest"), size < 20 ? 0U : 1U);
+        EXPECT_FALSE(IsEqual(chunk));
+    }
+}
+} // namespace

@@ -1,0 +1,199 @@
+#include "Interfaces/AAX/AAX_UIDs.h"
+#include "Libs/AAXLibrary/source/AAX_CString.h"
+#include "Tests/unit/adapter/AdapterTest.h"
+#include "Tools/aaxhost/host/HostNames.h"
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+class Parameters : public AdapterTest
+{
+};
+
+std::vector<std::string> IdsOf(AaxAdapter_Parameters& inInstance)
+{
+    std::int32_t count = 0;
+    EXPECT_EQ(inInstance.GetNumberOfParameters(&count), kAAX_Success);
+    std::vector<std::string> ids;
+    for (std::int32_t i = 0; i < count; ++i)
+    {
+        AAX_CString id;
+        EXPECT_EQ(inInstance.GetParameterIDFromIndex(i, &id), kAAX_Success);
+        ids.emplace_back(id.Get());
+    }
+    return ids;
+}
+
+TEST_F(Parameters, ParametersMirrorThePluginsAndItsOwnComeLast)
+{
+    const std::string longName(255, 'n');
+    Script().parameters = {0.25F, 7.0F, std::numeric_limits<float>::quiet_NaN()};
+    Script().texts[{effGetParamName, 0}] = longName;
+    Start();
+    EXPECT_EQ(IdsOf(Instance()), (Lines{"00000", "00001", "00002", "MasterBypassID", "Gain"}));
+    AAX_CString name;
+    EXPECT_EQ(Instance().GetParameterName("00000", &name), kAAX_Success);
+    EXPECT_EQ(name.Get(), longName);
+    for (const auto& [id, value] : {std::pair{"00000", 0.25}, {"00001", 1.0}, {"00002", 0.0}, {"Gain", 1.0}})
+    {
+        SCOPED_TRACE(id);
+        double current = -1.0;
+        EXPECT_EQ(Instance().GetParameterNormalizedValue(id, &current), kAAX_Success);
+        EXPECT_EQ(current, value);
+    }
+    AAX_CString text;
+    EXPECT_EQ(Instance().GetParameterValueString("MasterBypassID", &text, 16), kAAX_Success);
+    EXPECT_STREQ(text.Get(), "bypass");
+}
+
+TEST_F(Parameters, AThousandParametersKeepTheirIndices)
+{
+    Script().parameters.assign(1000, 0.0F);
+    Start();
+    ASSERT_EQ(IdsOf(Instance()).size(), 1002U);
+    for (const std::int32_t index : {0, 499, 999})
+        EXPECT_EQ(Instance().UpdateParameterNormalizedValue(Instance().IxToId(index), 0.5, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(),
+              (Lines{"setParameter 0 0.5", "setParameter 499 0.5", "setParameter 999 0.5"}));
+}
+
+TEST_F(Parameters, AChangeOfTheHostReachesThePluginOnceAndOnlyWhereItIsOne)
+{
+    Script().parameters = {0.0F, 0.5F};
+    Start();
+    struct SRow
+    {
+        const char* mId;
+        double mValue;
+        Lines mCalls;
+    };
+    const SRow rows[] = {
+        {"00000", 0.25, {"setParameter 0 0.25"}},
+        {"00000", 0.25, {}}, // the plug-in has it
+        {"00001", 1.5, {"setParameter 1 1.5"}},
+        {"00001", std::nan(""), {}},
+        {"00002", 0.5, {}}, // no such parameter
+        {"99999999999999999999", 0.5, {}},
+        {"MasterBypassID", 1.0, {}},
+        {"Gain", 0.5, {}},
+        {"0000x", 0.5, {}},
+        {"", 0.75, {"setParameter 0 0.75"}}, // the empty identifier is index 0
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(testing::Message() << row.mId << " " << row.mValue);
+        EXPECT_EQ(Instance().UpdateParameterNormalizedValue(row.mId, row.mValue, 0), kAAX_Success);
+        EXPECT_EQ(TakePluginCalls(), row.mCalls);
+    }
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue(nullptr, 0.5, 0), kAAX_Success);
+    EXPECT_EQ(Script().outOfRangeCalls, 0);
+}
+
+TEST_F(Parameters, AChangeOfThePluginReachesTheHostAndDoesNotComeBack)
+{
+    Script().parameters = {0.0F, 0.5F};
+    Start();
+    Automate(1, 0.75F);
+    EXPECT_EQ(TakeHostCalls(), (Lines{"PostTouchRequest(\"00001\")", "PostSetValueRequest(\"00001\", 0.75)",
+                                      "PostReleaseRequest(\"00001\")"}));
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+    EXPECT_EQ(Effect().CallHost(audioMasterAutomate, 9), 0); // an index that no parameter has
+    EXPECT_EQ(Effect().CallHost(audioMasterAutomate, -1), 0);
+    EXPECT_EQ(TakeHostCalls(), Lines{});
+}
+
+TEST_F(Parameters, SetByTheHostTheValueGoesToThePluginAndTheHostIsAsked)
+{
+    Script().parameters = {0.0F};
+    Start();
+    EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.5), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.5"}));
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(Effect().Parameters(), (std::vector{0.5F}));
+}
+
+TEST_F(Parameters, AllValuesAreToldWhenThePluginSaysSoButNotWhileItIsLoaded)
+{
+    Script().parameters = {0.25F, 0.5F};
+    Script().shape.numPrograms = 2;
+    Script().hooks[effOpen] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    { ioEffect.CallHost(audioMasterUpdateDisplay); };
+    Start();
+    EXPECT_EQ(mHost.Automation().PendingRequests(), 0U);
+    EXPECT_EQ(Effect().CallHost(audioMasterUpdateDisplay), 1);
+    EXPECT_EQ(mLog.Count("PostSetValueRequest"), 2U);
+}
+
+TEST_F(Parameters, TheFirstCoefficientsPushEveryValueAndPostBothPackets)
+{
+    Script().parameters = {0.25F, 0.5F};
+    ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
+    Effect().Parameters() = {0.0F, 0.5F}; // changed behind everybody's back
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.25"}));
+    EXPECT_NE(mHost.Controller().Packet(0), nullptr);
+    const std::vector<std::byte>* const gain = mHost.Controller().Packet(1);
+    ASSERT_NE(gain, nullptr);
+    EXPECT_EQ(*gain, (std::vector{std::byte{0}, std::byte{0}, std::byte{0x80}, std::byte{0x3F}})); // 1.0
+    Effect().Parameters() = {0.0F, 0.5F};
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{}); // nothing is dirty any more
+}
+
+TEST_F(Parameters, LatencyIsReportedWhereThereIsOne)
+{
+    for (const std::int32_t latency : {0, 64, -5})
+    {
+        SCOPED_TRACE(latency);
+        Script().shape.initialDelay = latency;
+        mHost.Controller().State().mSignalLatency = 0;
+        Start();
+        EXPECT_EQ(mHost.Controller().State().mSignalLatency, std::max(latency, 0));
+        Stop();
+    }
+}
+
+TEST_F(Parameters, WithoutAPluginThereAreBypassAndGainAndTheOutputsStay)
+{
+    Script().entryReturnsNull = true;
+    Start();
+    EXPECT_EQ(IdsOf(Instance()), (Lines{"MasterBypassID", "Gain"}));
+    EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.5), kAAX_Success);
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    CRenderBlock block(Instance(), 2, 2);
+    block.Render();
+    EXPECT_EQ(block.mOutputs[0][0], CRenderBlock::kUntouched);
+}
+
+TEST_F(Parameters, EachHostInterfaceMayBeMissing)
+{
+    Script().parameters = {0.25F};
+    for (const acfUID& missing : {IID_IAAXControllerV1, IID_IAAXControllerV2, IID_IAAXAutomationDelegateV1,
+                                  IID_IAAXTransportV1, IID_IAAXTransportV2})
+    {
+        SCOPED_TRACE(NameOfUid(missing));
+        mLog.SwitchOff(missing);
+        Start();
+        EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.5), kAAX_Success);
+        Automate(0, 0.75F);
+        EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+        EXPECT_EQ(Effect().Parameters(), (std::vector{0.75F}));
+        Stop();
+    }
+}
+
+TEST_F(Parameters, AnExceptionOfThePluginEndsAtTheHostFacingCall)
+{
+    Script().parameters = {0.25F};
+    Start();
+    Effect().Effect().setParameter = [](AEffect*, std::int32_t, float) { throw 5; };
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_ErrorNullObject);
+    EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.75), kAAX_ErrorNullObject);
+    Stop();
+    Script().faults.insert(effOpen);
+    EXPECT_EQ(StartWithoutCoefficients(), kAAX_ErrorNullObject);
+}
+} // namespace

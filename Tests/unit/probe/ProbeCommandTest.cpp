@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
+
+namespace
+{
+struct SRun
+{
+    int code = -1;
+    std::string output;
+};
+
+/** @param inStream 1 standard output, 2 standard error: what is kept of it. */
+SRun Vst2probe(const std::string& inArguments, int inStream = 1)
+{
+    const std::string other = inStream == 1 ? " 2>/dev/null" : " 2>&1 >/dev/null";
+    FILE* const pipe = popen((std::string(VST2PROBE_FILE) + " " + inArguments + other).c_str(), "r");
+    SRun run;
+    std::array<char, 4096> bytes{};
+    while (const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), pipe))
+    {
+        run.output.append(bytes.data(), count);
+    }
+    const int status = pclose(pipe);
+    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string Rude(const char* inRudeness)
+{
+    return std::string(RUDE_PLUGIN_FOLDER) + "/rude_" + inRudeness + ".so";
+}
+
+TEST(ProbeCommand, ARefusalIsOneSentenceOnTheErrorStreamAndCode1)
+{
+    for (const std::string& plugin :
+         {Rude("ReturnNull"), Rude("CrashInOpen"), std::string("/nowhere/at/all.so")})
+    {
+        SCOPED_TRACE(plugin);
+        const SRun errors = Vst2probe(plugin, 2);
+        EXPECT_EQ(errors.code, 1);
+        EXPECT_NE(errors.output.find(plugin), std::string::npos);
+        EXPECT_EQ(errors.output.find('\n'), errors.output.size() - 1) << errors.output;
+        EXPECT_TRUE(errors.output.ends_with(".\n"));
+        EXPECT_EQ(Vst2probe(plugin + " --json").output, "");
+    }
+}
+
+TEST(ProbeCommand, WrongUsageIsCode2AndHelpCode0)
+{
+    const std::string plugin = EXAMPLE_SYNTH_FILE;
+    for (const std::string& arguments : {std::string(), plugin + " --wrong", plugin + " --name 'a b'",
+                                         plugin + " --timeout 0", plugin + " --json --configure-args"})
+    {
+        SCOPED_TRACE(arguments);
+        EXPECT_EQ(Vst2probe(arguments).code, 2);
+    }
+    EXPECT_EQ(Vst2probe("--help").code, 0);
+}
+
+TEST(ProbeCommand, JsonIsAllThatIsPrintedWhateverThePluginWrites)
+{
+    const SRun run = Vst2probe(Rude("WriteToOutput") + " --json");
+    EXPECT_EQ(run.code, 0);
+    const auto json = nlohmann::json::parse(run.output, nullptr, false);
+    ASSERT_TRUE(json.is_object()) << run.output;
+    EXPECT_EQ(json["name"], "Rude & Co");
+    // Scripts pick it with a line editor.
+    EXPECT_NE(run.output.find("\n    \"kind\": \"effect\",\n"), std::string::npos);
+}
+
+TEST(ProbeCommand, ConfigureArgumentsAreLinesAndTheNameIsTheOneGiven)
+{
+    const SRun run = Vst2probe(Rude("Demanding") + " --configure-args --name My-Product_2");
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(run.output.starts_with("-DAAXADAPTER_PRODUCT=My-Product_2\n-DAAXADAPTER_SOURCE_VST=/"));
+    EXPECT_TRUE(run.output.ends_with("-DAAXADAPTER_ENTRY_VERSION=2400\n-DAAXADAPTER_PORTS_FROM_COUNTS=ON\n"
+                                     "-DAAXADAPTER_MIDI_INPUT=ON\n"));
+}
+
+TEST(ProbeCommand, TheExampleSynthesizerNeedsNoOption)
+{
+    const SRun run = Vst2probe(std::string(EXAMPLE_SYNTH_FILE) + " --json");
+    const auto json = nlohmann::json::parse(run.output, nullptr, false);
+    ASSERT_TRUE(json.is_object()) << run.output;
+    EXPECT_EQ(json["kind"], "instrument");
+    EXPECT_EQ(json["outputPorts"].size(), 3U);
+    EXPECT_EQ(json["outputPorts"][2], nlohmann::json({{"label", "Sub"}, {"channels", 2}}));
+    EXPECT_EQ(json["options"]["ENTRY_VERSION"]["value"], 0);
+    EXPECT_EQ(json["options"]["PORTS_FROM_COUNTS"]["value"], false);
+    EXPECT_EQ(json["options"]["MIDI_INPUT"]["value"], false);
+}
+} // namespace

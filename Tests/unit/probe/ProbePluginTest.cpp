@@ -1,0 +1,120 @@
+#include "Tools/vst2probe/ProbePlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace
+{
+using namespace std::chrono_literals;
+
+SProbeResult Probe(const std::string& inRudeness, std::chrono::milliseconds inLimit = 30s)
+{
+    return ProbePlugin(VST2PROBE_FILE, std::string(RUDE_PLUGIN_FOLDER) + "/rude_" + inRudeness + ".so",
+                       inLimit);
+}
+
+TEST(ProbePlugin, EveryRudenessIsAnAnswerThatNamesTheStep)
+{
+    struct SRow
+    {
+        const char* rudeness;
+        const char* refusal; // what it begins with
+        const char* step;    // what it ends with
+    };
+    for (const SRow& row :
+         {SRow{"NoEntry", "it has no entry function", "of VST 2"},
+          SRow{"CrashInEntry", "it crashed (Segmentation fault", "while its entry function ran"},
+          SRow{"ExitInEntry", "it ended its process (status 3)", "while its entry function ran"},
+          SRow{"ThrowInEntry", "it threw an exception", "exception"},
+          SRow{"ReturnNull", "its entry function returned nothing", "nothing"},
+          SRow{"WrongMagic", "its entry function returned something", "no VST 2 effect"},
+          SRow{"CrashInOpen", "it crashed (Segmentation fault", "while it was opened"},
+          SRow{"CrashInRender", "it crashed (Segmentation fault", "while it rendered its first block"},
+          SRow{"RefuseAnyVersion", "its entry function returned nothing", "nothing"}})
+    {
+        SCOPED_TRACE(row.rudeness);
+        const SProbeResult result = Probe(row.rudeness);
+        EXPECT_FALSE(result.facts);
+        EXPECT_TRUE(result.refusal.starts_with(row.refusal)) << result.refusal;
+        EXPECT_TRUE(result.refusal.ends_with(row.step)) << result.refusal;
+    }
+}
+
+TEST(ProbePlugin, AHangEndsWithItsTimeAndNamesTheStep)
+{
+    for (const auto& [rudeness, step] :
+         {std::pair{"HangInEntry", "its entry function ran"}, std::pair{"HangInOpen", "it was opened"}})
+    {
+        SCOPED_TRACE(rudeness);
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(Probe(rudeness, 1500ms).refusal,
+                  std::string("it did not come back within 1.5 seconds while ") + step);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
+    }
+}
+
+TEST(ProbePlugin, WhatIsNoExecutableIsRefused)
+{
+    const std::filesystem::path folder = testing::TempDir() + "vst2probe_empty.vst";
+    std::filesystem::create_directories(folder);
+    EXPECT_EQ(ProbePlugin(VST2PROBE_FILE, folder, 30s).refusal, "there is no executable in it");
+    const std::filesystem::path file = testing::TempDir() + "vst2probe_text.so";
+    std::ofstream(file) << "text";
+    EXPECT_TRUE(
+        ProbePlugin(VST2PROBE_FILE, file, 30s).refusal.starts_with("its executable cannot be loaded"));
+}
+
+TEST(ProbePlugin, TheEntryVersionIsTriedOnlyWhereItIsAskedFor)
+{
+    const SProbeResult plain = Probe("None");
+    ASSERT_TRUE(plain.facts);
+    EXPECT_EQ(plain.entryVersion, 0);
+    EXPECT_FALSE(plain.askedVersion);
+
+    const SProbeResult demanding = Probe("Demanding");
+    ASSERT_TRUE(demanding.facts);
+    EXPECT_EQ(demanding.entryVersion, 2400);
+    EXPECT_EQ(demanding.refusalOfZero, "its entry function returned nothing");
+    EXPECT_FALSE(demanding.facts->midiBeforeOpen);
+    EXPECT_TRUE(demanding.facts->midiAfterOpen);
+    EXPECT_TRUE(demanding.facts->outputPorts.empty());
+    EXPECT_FALSE(demanding.facts->portListCut);
+    EXPECT_EQ(demanding.facts->programs.size(), 0U);
+}
+
+TEST(ProbePlugin, WhatThePluginPrintsIsNotTakenForItsAnswer)
+{
+    const SProbeResult result = Probe("WriteToOutput");
+    ASSERT_TRUE(result.facts) << result.refusal;
+    EXPECT_EQ(result.facts->name, "Rude & Co");
+}
+
+TEST(ProbePlugin, BrokenTextsNumbersAndLabelsArriveHarmless)
+{
+    const SProbeResult result = Probe("BrokenTexts");
+    ASSERT_TRUE(result.facts) << result.refusal;
+    EXPECT_TRUE(result.facts->name.starts_with("A\nB\xEF\xBF\xBD")); // what isn't UTF-8 is replaced
+    ASSERT_EQ(result.facts->parameters.size(), 1U);
+    EXPECT_EQ(result.facts->parameters[0].value, 0.0F);
+    ASSERT_EQ(result.facts->inputPorts.size(), 1U);
+    EXPECT_EQ(result.facts->inputPorts[0].label, std::string(64, 'x'));
+    EXPECT_EQ(result.facts->UniqueIdText(), "0x00000102");
+    EXPECT_EQ(result.facts->latencyAtStart, 0);
+    EXPECT_EQ(result.facts->latencyAfterFirstBlock, 77);
+}
+
+TEST(ProbePlugin, ASpeakerPinEndsTheListAsItDoesInAModule)
+{
+    const SProbeResult result = Probe("SpeakerPin");
+    ASSERT_TRUE(result.facts) << result.refusal;
+    EXPECT_TRUE(result.facts->portListCut);
+    EXPECT_TRUE(result.facts->inputPorts.empty());
+    EXPECT_TRUE(result.facts->outputPorts.empty());
+}
+
+TEST(ProbePlugin, AMissingProgramIsReportedAndNotTakenForThePluginsFault)
+{
+    EXPECT_THROW(ProbePlugin("/nowhere/vst2probe", EXAMPLE_SYNTH_FILE, 30s), std::system_error);
+}
+} // namespace

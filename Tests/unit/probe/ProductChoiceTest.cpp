@@ -1,0 +1,141 @@
+#include "Tools/vst2probe/ProductChoice.h"
+#include "Interfaces/VST2/AEffect.h"
+#include "Tools/vst2probe/Report.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+namespace
+{
+SProbeResult Described()
+{
+    SProbeResult result;
+    result.facts.emplace();
+    result.facts->name = "Big Reverb II";
+    result.facts->vendor = "M\xC3\xB6lk & Sons";
+    result.facts->inputs = 2;
+    result.facts->outputs = 2;
+    result.facts->inputPorts = {{"In", 2}};
+    result.facts->outputPorts = {{"Out", 2}};
+    return result;
+}
+
+TEST(ProductChoice, OptionsFollowFromWhatWasSeenWithTheReason)
+{
+    struct SRow
+    {
+        const char* name;
+        void (*change)(SProbeResult&);
+        std::int32_t entryVersion;
+        bool portsFromCounts;
+        bool midiInput;
+        const char* reason; // part of one of the three
+    };
+    const SRow rows[] = {
+        {"all well", [](SProbeResult&) {}, 0, false, false, "describes its ports by pins"},
+        {"takes 0", [](SProbeResult& out) { out.askedVersion = true; }, 0, false, false,
+         "takes 0 for an answer"},
+        {"refuses 0",
+         [](SProbeResult& out)
+         {
+             out.entryVersion = 2400;
+             out.refusalOfZero = "it sulks";
+         },
+         2400, false, false, "when that is 0 it sulks."},
+        {"no output pins", [](SProbeResult& out) { out.facts->outputPorts.clear(); }, 0, true, false,
+         "no pin of its outputs"},
+        {"no input pins", [](SProbeResult& out) { out.facts->inputPorts.clear(); }, 0, true, false,
+         "no pin of its inputs"},
+        {"no inputs at all",
+         [](SProbeResult& out)
+         {
+             out.facts->inputs = 0;
+             out.facts->inputPorts.clear();
+         },
+         0, false, false, "describes its ports by pins"},
+        {"speaker pin",
+         [](SProbeResult& out)
+         {
+             out.facts->portListCut = true;
+             out.facts->outputPorts.clear();
+         },
+         0, false, false, "ends the list"},
+        {"MIDI late", [](SProbeResult& out) { out.facts->midiAfterOpen = true; }, 0, false, true, "too late"},
+        {"MIDI in time",
+         [](SProbeResult& out) { out.facts->midiBeforeOpen = out.facts->midiAfterOpen = true; }, 0, false,
+         false, "as soon as it is loaded"},
+    };
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.name);
+        SProbeResult result = Described();
+        row.change(result);
+        const SProductChoice choice = ChooseProduct("/a/Reverb.so", result, "");
+        EXPECT_EQ(choice.entryVersion.value, row.entryVersion);
+        EXPECT_EQ(choice.portsFromCounts.value, row.portsFromCounts);
+        EXPECT_EQ(choice.midiInput.value, row.midiInput);
+        const std::string reasons =
+            choice.entryVersion.reason + choice.portsFromCounts.reason + choice.midiInput.reason;
+        EXPECT_NE(reasons.find(row.reason), std::string::npos) << reasons;
+    }
+}
+
+TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
+{
+    SProbeResult result = Described();
+    result.entryVersion = 2400;
+    result.facts->outputPorts.clear();
+    result.facts->midiAfterOpen = true;
+    EXPECT_EQ(ChooseProduct("/a b/$Re\"verb;.so", result, "Mine").CmakeCall(),
+              "add_aax_adapter(Mine\n"
+              "    SOURCE_VST       \"/a b/\\$Re\\\"verb;.so\"\n"
+              "    EFFECT_ID        com.mlksons.bigreverbii\n"
+              "    MANUFACTURER_ID  Mlks\n"
+              "    ENTRY_VERSION    2400\n"
+              "    PORTS_FROM_COUNTS\n"
+              "    MIDI_INPUT)");
+}
+
+TEST(ProductChoice, ConfigureArgumentsSetBackWhatAnEarlierProductLeft)
+{
+    EXPECT_EQ(ChooseProduct("/a/Reverb.so", Described(), "").ConfigureArguments(),
+              (std::vector<std::string>{
+                  "-DAAXADAPTER_PRODUCT=BigReverbIIAdapter", "-DAAXADAPTER_SOURCE_VST=/a/Reverb.so",
+                  "-DAAXADAPTER_EFFECT_ID=com.mlksons.bigreverbii", "-DAAXADAPTER_MANUFACTURER_ID=Mlks",
+                  "-DAAXADAPTER_ENTRY_VERSION=0", "-DAAXADAPTER_PORTS_FROM_COUNTS=OFF",
+                  "-DAAXADAPTER_MIDI_INPUT=OFF"}));
+}
+
+TEST(ProductChoice, APluginWithoutAnyUsableNameStillGetsOne)
+{
+    SProbeResult result = Described();
+    result.facts->name = "\xE9\x9F\xB3";
+    result.facts->vendor.clear();
+    const SProductChoice choice = ChooseProduct("/a/---.so", result, "");
+    EXPECT_TRUE(IsProductName(choice.name)) << choice.name;
+    EXPECT_EQ(choice.effectId, "com.example.plugin");
+    EXPECT_EQ(choice.manufacturerId, "Make");
+}
+
+TEST(Report, JsonGivesBackTheFactsAndTextKeepsToItsLines)
+{
+    SProbeResult result = Described();
+    result.facts->name = "Two\nlines";
+    result.facts->flags = effFlagsIsSynth | effFlagsProgramChunks;
+    result.facts->parameters = {{"Gain", "dB", "-6.0", 0.25F}};
+    result.facts->programs = {"One", "Two"};
+    const SProductChoice choice = ChooseProduct("/a/Reverb.so", result, "");
+    const auto json = nlohmann::ordered_json::parse(JsonReport(*result.facts, choice));
+    const auto again = json.get<SPluginFacts>();
+    EXPECT_EQ(JsonReport(again, choice), JsonReport(*result.facts, choice));
+    EXPECT_EQ(json["kind"], "instrument");
+    EXPECT_EQ(json["options"]["PORTS_FROM_COUNTS"]["value"], false);
+
+    const std::string text = TextReport(*result.facts, choice);
+    EXPECT_TRUE(text.starts_with("Two lines by "));
+    EXPECT_NE(text.find("00000 Gain"), std::string::npos);
+    EXPECT_NE(text.find("\nProduct options\n  ENTRY_VERSION"), std::string::npos);
+    EXPECT_TRUE(text.ends_with(choice.CmakeCall() + "\n"));
+}
+} // namespace

@@ -1,0 +1,105 @@
+#include "Tools/aaxhost/CommandState.h"
+
+#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/lib/ChunkReport.h"
+#include "Tools/aaxhost/lib/StateFile.h"
+
+#include <fmt/format.h>
+#include <memory>
+
+namespace
+{
+constexpr double kStateRate = 44100.0; // Hz; a state does not depend on it
+
+struct SStateOptions
+{
+    std::string mModule;
+    std::string mFile;
+};
+
+/** A module and one instance of it. */
+struct SSubject
+{
+    CHostLog mLog;
+    std::unique_ptr<CModule> mModule;
+    std::unique_ptr<CInstance> mInstance;
+};
+
+COutcome<SDone> Open(const std::string& inModule, SSubject& outSubject)
+{
+    auto module = CModule::Open(inModule, outSubject.mLog);
+    if (!module)
+        return module.Problem();
+    outSubject.mModule = std::move(*module);
+    auto instance = CInstance::Create(*outSubject.mModule, kStateRate);
+    if (!instance)
+        return instance.Problem();
+    outSubject.mInstance = std::move(*instance);
+    return SDone{};
+}
+
+int Save(const SStateOptions& inOptions)
+{
+    SSubject subject;
+    if (const auto opened = Open(inOptions.mModule, subject); !opened)
+        return Fail(opened.Problem());
+    const auto state = TakeState(*subject.mModule, *subject.mInstance);
+    if (!state)
+        return Fail(state.Problem());
+    if (const auto written = WriteStateFile(inOptions.mFile, *state); !written)
+        return Fail(written.Problem());
+    fmt::print("Wrote {}: {} chunks of {}\n", inOptions.mFile, state->mChunks.size(),
+               NameOfProduct(state->mProduct));
+    return kExitSuccess;
+}
+
+int Load(const SStateOptions& inOptions)
+{
+    const auto state = ReadStateFile(inOptions.mFile);
+    if (!state)
+        return Fail(state.Problem());
+    SSubject subject;
+    if (const auto opened = Open(inOptions.mModule, subject); !opened)
+        return Fail(opened.Problem());
+    if (const auto given = GiveState(*subject.mModule, *subject.mInstance, *state); !given)
+        return Fail(given.Problem());
+    fmt::print("Loaded {}: {} chunks of {}\n", inOptions.mFile, state->mChunks.size(),
+               NameOfProduct(state->mProduct));
+    for (const SParameterInfo& parameter : subject.mInstance->ListParameters())
+        fmt::print("  {:<16} {:<8} {}\n", parameter.mID, parameter.mValueText, parameter.mName);
+    return kExitSuccess;
+}
+
+int Show(const SStateOptions& inOptions)
+{
+    const auto state = ReadStateFile(inOptions.mFile);
+    if (!state)
+        return Fail(state.Problem());
+    CHostLog log;
+    const auto module = CModule::Open(inOptions.mModule, log);
+    if (!module)
+        return Fail(module.Problem());
+    if (const auto own = CheckProduct(**module, *state); !own)
+        return Fail(own.Problem());
+    fmt::print("{}", StateReport(*state));
+    return kExitSuccess;
+}
+} // namespace
+
+void AddCommandState(CLI::App& ioApp, CommandAction& outAction)
+{
+    auto options = std::make_shared<SStateOptions>();
+    CLI::App* command = ioApp.add_subcommand("state", "Save, load or explain the state of an instance");
+    command->add_option("MODULE", options->mModule, "Bundle folder or module file")->required();
+    command->require_subcommand(1);
+    const auto add = [&](const char* inName, const char* inHelp, int (*inRun)(const SStateOptions&))
+    {
+        CLI::App* what = command->add_subcommand(inName, inHelp);
+        what->add_option("FILE", options->mFile, "State file")->required();
+        what->callback([=, &outAction] { outAction = [=] { return inRun(*options); }; });
+    };
+    add("save", "Write the state of a fresh instance", &Save);
+    add("load", "Give a state to a fresh instance and print its parameters", &Load);
+    add("show", "Explain a state chunk by chunk", &Show);
+}

@@ -1,0 +1,52 @@
+#pragma once
+#include "Tools/aaxhost/lib/COutcome.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+/** What every command of the tool shares: exit codes, messages, the forms of its arguments. */
+
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitFailure = 1; // a failed check, a refused module, an unreadable file
+inline constexpr int kExitUsage = 2;   // wrong usage
+
+/** Says the sentence on standard error. @return kExitFailure. */
+int Fail(const SProblem& inProblem);
+/** Says the sentence on standard error. @return kExitUsage. */
+int FailUsage(const std::string& inSentence);
+
+/** The chosen command leaves here what is to be done after the command line was read. */
+using CommandAction = std::function<int()>;
+
+/** Takes finite decimal numbers from inLowest to inHighest. */
+CLI::Validator NumberFrom(double inLowest, double inHighest);
+/** Takes whole numbers from inLowest to inHighest. */
+CLI::Validator WholeNumberFrom(int inLowest, int inHighest);
+
+/** `ID=REST`, cut at the first `=`. */
+struct SAssignment
+{
+    std::string mID;
+    std::string mRest;
+};
+/** Takes texts with something on both sides of an `=`. */
+CLI::Validator Assignment();
+SAssignment SplitAssignment(const std::string& inText);
+
+/** A bar on standard error while it is a terminal and the work takes long; nothing otherwise. */
+class CProgressBar
+{
+public:
+    explicit CProgressBar(double inTotal);
+    CProgressBar(const CProgressBar&) = delete;
+    CProgressBar& operator=(const CProgressBar&) = delete;
+    ~CProgressBar(); // takes the bar away
+
+    void Show(double inDone);
+
+private:
+    double mTotal = 0.0;
+    int mLastPercent = -1;
+    bool mOnTerminal = false;
+};

@@ -1,0 +1,90 @@
+#include "Tools/aaxhost/lib/AutomationCurve.h"
+
+#include "Tools/aaxhost/lib/ParseNumber.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+#include <iterator>
+
+namespace
+{
+std::string_view Trimmed(std::string_view inText)
+{
+    const auto first = inText.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos)
+        return {};
+    return inText.substr(first, inText.find_last_not_of(" \t\r") - first + 1);
+}
+
+/** @return what is wrong with the line, empty when a point was read. */
+std::string ReadPoint(std::string_view inLine, CAutomationCurve::SPoint& outPoint)
+{
+    const auto comma = inLine.find(',');
+    if (comma == std::string_view::npos)
+        return "is not of the form seconds,value";
+    const auto seconds = ParseNumber(std::string(Trimmed(inLine.substr(0, comma))));
+    const auto value = ParseNumber(std::string(Trimmed(inLine.substr(comma + 1))));
+    if (!seconds || !value)
+        return "does not hold two numbers";
+    if (*seconds < 0.0)
+        return "has a time below 0";
+    if (*value < 0.0 || *value > 1.0)
+        return "has a value outside of 0 to 1";
+    outPoint = {*seconds, *value};
+    return {};
+}
+} // namespace
+
+CAutomationCurve::CAutomationCurve(std::vector<SPoint> inPoints) : mPoints(std::move(inPoints)) {}
+
+COutcome<CAutomationCurve> CAutomationCurve::Parse(std::string_view inText)
+{
+    std::vector<SPoint> points;
+    int lineNumber = 0;
+    while (!inText.empty())
+    {
+        const auto end = inText.find('\n');
+        const std::string_view line = Trimmed(inText.substr(0, end));
+        inText = end == std::string_view::npos ? std::string_view() : inText.substr(end + 1);
+        ++lineNumber;
+        if (line.empty() || line.front() == '#' || (lineNumber == 1 && line == "seconds,value"))
+            continue;
+        SPoint point;
+        if (const std::string fault = ReadPoint(line, point); !fault.empty())
+            return SProblem{fmt::format("Line {} {}.", lineNumber, fault)};
+        if (!points.empty() && point.mSeconds < points.back().mSeconds)
+            return SProblem{fmt::format("Line {} goes back in time.", lineNumber)};
+        points.push_back(point);
+    }
+    if (points.empty())
+        return SProblem{"There is no point."};
+    return CAutomationCurve(std::move(points));
+}
+
+COutcome<CAutomationCurve> CAutomationCurve::ReadFile(const std::string& inPath)
+{
+    std::ifstream file(inPath, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    if (!file.is_open() || file.bad())
+        return SProblem{fmt::format("The automation file '{}' cannot be read.", inPath)};
+    auto curve = Parse(text);
+    if (!curve)
+        return SProblem{
+            fmt::format("The automation file '{}' is wrong: {}", inPath, curve.Problem().mSentence)};
+    return curve;
+}
+
+double CAutomationCurve::ValueAt(double inSeconds) const
+{
+    const auto after =
+        std::upper_bound(mPoints.begin(), mPoints.end(), inSeconds,
+                         [](double time, const SPoint& point) { return time < point.mSeconds; });
+    if (after == mPoints.begin())
+        return mPoints.front().mValue;
+    if (after == mPoints.end())
+        return mPoints.back().mValue;
+    const SPoint& before = *std::prev(after);
+    const double way = (inSeconds - before.mSeconds) / (after->mSeconds - before.mSeconds);
+    return before.mValue + way * (after->mValue - before.mValue);
+}

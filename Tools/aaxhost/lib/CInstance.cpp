@@ -1,0 +1,185 @@
+#include "Tools/aaxhost/lib/CInstance.h"
+
+#include "Interfaces/AAX/AAX_UIDs.h"
+#include "Tools/aaxhost/host/CHostString.h"
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/lib/CModule.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fmt/format.h>
+
+namespace
+{
+/** Has a registered factory make its object and asks it for the interface; empty when there is none. */
+template <class Interface>
+ACFPtr<Interface> MakeObject(const SEffect& inEffect, AAX_CProcPtrID inProc, const acfIID& inIid)
+{
+    const auto factory = reinterpret_cast<AAX_CFactoryProc>(FindProcPtr(inEffect, inProc));
+    if (factory == nullptr)
+        return {};
+    // Held while it is asked, so that an object without the interface deletes itself.
+    const ACFPtr<IACFUnknown> object(factory());
+    return ACFPtr<Interface>::Query(object.Get(), inIid);
+}
+
+std::int32_t StemFormat(const SProcessProc& inProc, AAX_EProperty inProperty)
+{
+    return FindProperty(inProc.mProperties, inProperty).value_or(AAX_eStemFormat_None);
+}
+} // namespace
+
+CInstance::CInstance(CModule& inModule)
+    : mModule(inModule), mHost(std::make_unique<CInstanceHost>(inModule.Host().Log()))
+{
+}
+
+CInstance::~CInstance()
+{
+    CloseGUI();
+    mHost->SetEffectParameters(nullptr);
+    if (mParameters)
+        (void)mParameters->Uninitialize(); // the object goes away whatever it answers
+}
+
+COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double inSampleRate)
+{
+    std::unique_ptr<CInstance> instance(new CInstance(inModule));
+    const auto begun = instance->Begin(inSampleRate);
+    if (!begun)
+        return begun.Problem();
+    return instance;
+}
+
+COutcome<SDone> CInstance::Begin(double inSampleRate)
+{
+    const SEffect& effect = mModule.Effect();
+    if (effect.mComponents.empty() || effect.mComponents.front().mProcs.empty())
+        return SProblem{"The module describes no component with a render procedure."};
+    mComponent = effect.mComponents.front();
+    const SProcessProc& proc = mComponent.mProcs.front();
+    mProcess = proc.mProcess;
+    const std::int32_t inputFormat = StemFormat(proc, kAAX_PropertyInputStemFormat);
+    const std::int32_t outputFormat = StemFormat(proc, kAAX_PropertyOutputStemFormat);
+    mInputChannels = AAX_StemChannelCount(inputFormat);
+    mOutputChannels = AAX_StemChannelCount(outputFormat);
+    for (const SAuxStem& stem : mComponent.mAuxStems)
+        mOutputChannels += AAX_StemChannelCount(stem.mFormat);
+
+    SControllerState& controller = mHost->Controller().State();
+    controller.mEffectID = effect.mID;
+    controller.mInputStemFormat = inputFormat;
+    controller.mOutputStemFormat = outputFormat;
+    mHost->SetSampleRate(inSampleRate);
+
+    mParameters = MakeObject<AAX_IACFEffectParameters>(effect, kAAX_ProcPtrEffectParameters,
+                                                       IID_IAAXEffectParametersV1);
+    if (!mParameters)
+        return SProblem{"The module makes no effect-parameters object."};
+    if (const AAX_Result result = mParameters->Initialize(mHost->Unknown()))
+        return SProblem{
+            fmt::format("The instance does not start: Initialize answered {}.", NameOfResult(result))};
+    mHost->SetEffectParameters(mParameters.Get());
+    if (const AAX_Result result = mParameters->GenerateCoefficients())
+        return SProblem{fmt::format("The instance does not start: GenerateCoefficients answered {}.",
+                                    NameOfResult(result))};
+    return SDone{};
+}
+
+COutcome<SDone> CInstance::OpenGUI()
+{
+    CloseGUI();
+    mGUI = MakeObject<AAX_IACFEffectGUI>(mModule.Effect(), kAAX_ProcPtrEffectGUI, IID_IAAXEffectGUIV1);
+    if (!mGUI)
+        return SProblem{"The module makes no editor object."};
+    if (const AAX_Result result = mGUI->Initialize(mHost->Unknown()))
+    {
+        mGUI.Reset();
+        return SProblem{
+            fmt::format("The editor does not start: Initialize answered {}.", NameOfResult(result))};
+    }
+    return SDone{};
+}
+
+void CInstance::CloseGUI()
+{
+    if (mGUI)
+        (void)mGUI->Uninitialize(); // the object goes away whatever it answers
+    mGUI.Reset();
+}
+
+std::vector<SParameterInfo> CInstance::ListParameters()
+{
+    // What the module leaves unanswered stays as it is: this lists, it does not judge.
+    std::int32_t count = 0;
+    (void)mParameters->GetNumberOfParameters(&count);
+    std::vector<SParameterInfo> list;
+    for (std::int32_t i = 0; i < count; ++i)
+    {
+        CHostString text;
+        if (mParameters->GetParameterIDFromIndex(i, &text) != kAAX_Success)
+            continue;
+        SParameterInfo& info = list.emplace_back();
+        info.mID = text.Text();
+        const char* id = info.mID.c_str();
+        CHostString name;
+        (void)mParameters->GetParameterName(id, &name);
+        info.mName = name.Text();
+        (void)mParameters->GetParameterDefaultNormalizedValue(id, &info.mDefault);
+        (void)mParameters->GetParameterNormalizedValue(id, &info.mValue);
+        CHostString valueText;
+        (void)mParameters->GetParameterValueString(id, &valueText, 32);
+        info.mValueText = valueText.Text();
+        (void)mParameters->GetParameterNumberOfSteps(id, &info.mSteps);
+        AAX_CBoolean automatable = 0;
+        (void)mParameters->GetParameterIsAutomatable(id, &automatable);
+        info.mAutomatable = automatable != 0;
+    }
+    return list;
+}
+
+bool CInstance::HasParameter(const std::string& inID)
+{
+    std::int32_t index = -1;
+    return mParameters->GetParameterIndex(inID.c_str(), &index) == kAAX_Success && index >= 0;
+}
+
+AAX_Result CInstance::SetParameter(const std::string& inID, double inNormalized)
+{
+    if (const AAX_Result result = mParameters->SetParameterNormalizedValue(inID.c_str(), inNormalized))
+        return result;
+    return mHost->DeliverUpdates(*mParameters.Get());
+}
+
+AAX_Result CInstance::UpdateParameter(const std::string& inID, double inNormalized)
+{
+    return mParameters->UpdateParameterNormalizedValue(inID.c_str(), inNormalized, 0);
+}
+
+AAX_Result CInstance::FinishUpdates() { return mParameters->GenerateCoefficients(); }
+
+std::unique_ptr<SRenderCall> CInstance::MakeRenderCall()
+{
+    auto call = std::make_unique<SRenderCall>(mComponent, mInputChannels, mOutputChannels,
+                                              mModule.Host().Log(), mHost->Transport());
+    call->mSampleRate = mHost->Controller().State().mSampleRate;
+    for (SRenderCall::SBlock& block : call->mBlocks)
+        if (block.mKind == EFieldKind::PrivateData)
+            // A field that the module does not fill stays zero, which is what a host gives it.
+            (void)mParameters->ResetFieldData(block.mField, block.mWords.data(), block.mSize);
+    return call;
+}
+
+void CInstance::Render(SRenderCall& ioCall)
+{
+    for (SRenderCall::SBlock& block : ioCall.mBlocks)
+    {
+        if (block.mKind != EFieldKind::DataInPort)
+            continue;
+        if (const auto* packet = mHost->Controller().Packet(block.mField); packet != nullptr)
+            std::memcpy(block.mWords.data(), packet->data(),
+                        std::min<std::size_t>(block.mSize, packet->size()));
+    }
+    void* const contexts[] = {ioCall.Context()};
+    mProcess(contexts, contexts + 1);
+}

@@ -1,0 +1,85 @@
+#pragma once
+#include "Interfaces/AAX/AAX_IACFEffectGUI.h"
+#include "Interfaces/AAX/AAX_IACFEffectParameters.h"
+#include "Interfaces/ACF/ACFPtr.h"
+#include "Tools/aaxhost/host/CInstanceHost.h"
+#include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/aaxhost/lib/SRenderCall.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class CModule;
+
+/** What a host can ask an instance about one of its parameters; empty or 0 where it does not answer. */
+struct SParameterInfo
+{
+    std::string mID;
+    std::string mName;
+    double mDefault = 0.0; // normalized
+    double mValue = 0.0;   // normalized
+    std::string mValueText;
+    std::int32_t mSteps = 0;
+    bool mAutomatable = false;
+};
+
+/**
+ * One instance of a module's first effect: its effect parameters, on demand its editor, and its render calls.
+ *
+ * Threads: the main thread, but for Render, which may be called on one other. The module and the log must
+ * outlive the instance.
+ */
+class CInstance
+{
+public:
+    /** Makes the effect parameters, initialises them and has them send their coefficients once. */
+    static COutcome<std::unique_ptr<CInstance>> Create(CModule& inModule, double inSampleRate);
+    CInstance(const CInstance&) = delete;
+    CInstance& operator=(const CInstance&) = delete;
+    /** Ends the editor, then the parameters. */
+    ~CInstance();
+
+    CInstanceHost& Host() noexcept { return *mHost; }
+    AAX_IACFEffectParameters& Parameters() noexcept { return *mParameters.Get(); }
+    /** Null until `OpenGUI`. */
+    AAX_IACFEffectGUI* GUI() noexcept { return mGUI.Get(); }
+    const SComponent& Component() const noexcept { return mComponent; }
+
+    /** Makes the editor and initialises it; it gets no view container yet. */
+    COutcome<SDone> OpenGUI();
+    void CloseGUI();
+
+    std::vector<SParameterInfo> ListParameters();
+    bool HasParameter(const std::string& inID);
+    /** As a control of the host does it: sets the value, then delivers what the module asked for. */
+    AAX_Result SetParameter(const std::string& inID, double inNormalized);
+    /** As automation does it: updates the value. The coefficients follow with `FinishUpdates`. */
+    AAX_Result UpdateParameter(const std::string& inID, double inNormalized);
+    /** Has the module send its coefficients after one or more updates. */
+    AAX_Result FinishUpdates();
+
+    std::int32_t InputChannels() const noexcept { return mInputChannels; }
+    /** The main channels and those of the auxiliary stems. */
+    std::int32_t OutputChannels() const noexcept { return mOutputChannels; }
+
+    /** Prepares a render call; the module fills its private data here. */
+    std::unique_ptr<SRenderCall> MakeRenderCall();
+    /** Calls the process procedure for this instance. Allocates nothing of its own. */
+    void Render(SRenderCall& ioCall);
+    /** The registered procedure, for calls with several contexts. */
+    AAX_CProcessProc ProcessProc() const noexcept { return mProcess; }
+
+private:
+    explicit CInstance(CModule& inModule);
+    COutcome<SDone> Begin(double inSampleRate);
+
+    CModule& mModule;
+    SComponent mComponent;
+    AAX_CProcessProc mProcess = nullptr;
+    std::int32_t mInputChannels = 0;
+    std::int32_t mOutputChannels = 0;
+    std::unique_ptr<CInstanceHost> mHost; // the objects below hold references to it
+    ACFPtr<AAX_IACFEffectParameters> mParameters;
+    ACFPtr<AAX_IACFEffectGUI> mGUI;
+};

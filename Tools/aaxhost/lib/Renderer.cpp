@@ -1,0 +1,160 @@
+#include "Tools/aaxhost/lib/Renderer.h"
+
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/lib/CInstance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <limits>
+
+namespace
+{
+/** The state of one render: feeds an instance block by block. */
+class CBlockFeeder
+{
+public:
+    CBlockFeeder(CInstance& inInstance, const SRenderJob& inJob)
+        : mInstance(inInstance),
+          mJob(inJob),
+          mCall(inInstance.MakeRenderCall()),
+          mNode(mCall->FindNode(AAX_eMIDINodeType_LocalInput)),
+          mLastValues(inJob.mAutomation.size(), std::numeric_limits<double>::quiet_NaN()),
+          mTimerInterval(std::max<std::int64_t>(1, std::llround(inJob.mRate / kTimerRate)))
+    {
+    }
+
+    COutcome<SDone> RenderBlock(std::int64_t inStart, std::int32_t inFrames)
+    {
+        if (auto done = ApplyAutomation(inStart); !done)
+            return done;
+        // What the instance asks for between two blocks takes effect before the next one.
+        if (const AAX_Result result = mInstance.Host().DeliverUpdates(mInstance.Parameters()))
+            return SProblem{fmt::format("The instance refuses updates: GenerateCoefficients answered {}.",
+                                        NameOfResult(result))};
+        SetTransport(inStart);
+        FillInputs(inStart, inFrames);
+        FillMidi(inStart, inFrames);
+        mCall->mFrames = inFrames;
+        mCall->mClock = inStart;
+        mInstance.Render(*mCall);
+        if (inStart >= mNextTimer)
+        {
+            (void)mInstance.Parameters().TimerWakeup(); // a host goes on without it too
+            mNextTimer = inStart + mTimerInterval;
+        }
+        return SDone{};
+    }
+
+    std::span<float* const> Outputs() const { return mCall->mOutputs; }
+
+private:
+    static constexpr double kTimerRate = 30.0; // timer calls in a second of sound
+
+    COutcome<SDone> ApplyAutomation(std::int64_t inStart)
+    {
+        bool changed = false;
+        const double seconds = static_cast<double>(inStart) / mJob.mRate;
+        for (std::size_t i = 0; i < mJob.mAutomation.size(); ++i)
+        {
+            const SAutomationLane& lane = mJob.mAutomation[i];
+            const double value = lane.mCurve.ValueAt(seconds);
+            if (value == mLastValues[i])
+                continue;
+            mLastValues[i] = value;
+            changed = true;
+            if (const AAX_Result result = mInstance.UpdateParameter(lane.mParameterID, value))
+                return SProblem{fmt::format("The parameter '{}' refuses its automation: {}.",
+                                            lane.mParameterID, NameOfResult(result))};
+        }
+        if (!changed)
+            return SDone{};
+        if (const AAX_Result result = mInstance.FinishUpdates())
+            return SProblem{fmt::format("The instance refuses automation: GenerateCoefficients answered {}.",
+                                        NameOfResult(result))};
+        return SDone{};
+    }
+
+    void SetTransport(std::int64_t inStart)
+    {
+        STransportState& transport = mInstance.Host().Transport().State();
+        transport.mTempo = mJob.mTempo;
+        transport.mPlaying = mJob.mPlaying;
+        transport.mSamplePosition = mJob.mPlaying ? inStart : 0;
+        transport.mSampleRate = mJob.mRate;
+    }
+
+    void FillInputs(std::int64_t inStart, std::int32_t inFrames)
+    {
+        for (std::size_t channel = 0; channel < mCall->mInputs.size(); ++channel)
+        {
+            const std::span<float> buffer = mCall->Input(channel);
+            std::fill(buffer.begin(), buffer.end(), 0.0F); // the instance may have written into it
+            const std::vector<float>* source = InputChannel(channel);
+            const std::int64_t available =
+                source != nullptr ? static_cast<std::int64_t>(source->size()) - inStart : 0;
+            if (available > 0)
+                std::copy_n(source->begin() + inStart, std::min<std::int64_t>(available, inFrames),
+                            buffer.begin());
+        }
+    }
+
+    const std::vector<float>* InputChannel(std::size_t inChannel) const
+    {
+        if (mJob.mInput == nullptr || mJob.mInput->mChannels.empty())
+            return nullptr;
+        const auto& channels = mJob.mInput->mChannels;
+        if (channels.size() == 1)
+            return &channels.front();
+        return inChannel < channels.size() ? &channels[inChannel] : nullptr;
+    }
+
+    void FillMidi(std::int64_t inStart, std::int32_t inFrames)
+    {
+        if (mNode == nullptr)
+            return;
+        mNode->Clear();
+        for (; mNextEvent < mJob.mMidi.size(); ++mNextEvent)
+        {
+            const SMidiEvent& event = mJob.mMidi[mNextEvent];
+            const double frame = std::round(event.mSeconds * mJob.mRate);
+            if (frame >= static_cast<double>(inStart + inFrames))
+                return;
+            const double offset = std::max(0.0, frame - static_cast<double>(inStart));
+            mNode->Add(static_cast<std::uint32_t>(offset), std::span(event.mBytes).first(event.mLength));
+        }
+    }
+
+    CInstance& mInstance;
+    const SRenderJob& mJob;
+    std::unique_ptr<SRenderCall> mCall;
+    CHostMidiNode* mNode = nullptr;
+    std::vector<double> mLastValues; // of each automation lane, not a number before the first block
+    std::size_t mNextEvent = 0;
+    std::int64_t mTimerInterval = 0; // frames
+    std::int64_t mNextTimer = 0;     // frames
+};
+} // namespace
+
+COutcome<SDone> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
+                              const RenderProgress& inProgress)
+{
+    if (inJob.mBlockFrames < 1 || inJob.mBlockFrames > SRenderCall::kBufferFrames)
+        return SProblem{fmt::format("A block of {} frames is not one of 1 to {}.", inJob.mBlockFrames,
+                                    SRenderCall::kBufferFrames)};
+    CBlockFeeder feeder(inInstance, inJob);
+    for (std::int64_t done = 0; done < inJob.mFrames;)
+    {
+        const auto frames =
+            static_cast<std::int32_t>(std::min<std::int64_t>(inJob.mBlockFrames, inJob.mFrames - done));
+        if (auto rendered = feeder.RenderBlock(done, frames); !rendered)
+            return rendered;
+        const auto outputs = feeder.Outputs();
+        if (auto taken = inSink({outputs.data(), outputs.size()}, frames); !taken)
+            return taken;
+        done += frames;
+        if (inProgress)
+            inProgress(done);
+    }
+    return SDone{};
+}

@@ -1,0 +1,49 @@
+#include "Tools/aaxhost/CommandDescribe.h"
+#include "Tools/aaxhost/CommandRender.h"
+#include "Tools/aaxhost/CommandState.h"
+#include "Tools/aaxhost/CommandSupport.h"
+
+#include <exception>
+#include <fmt/format.h>
+
+namespace
+{
+/** @return kExitSuccess with the action of the chosen command; for help without one. */
+int ReadCommandLine(int argc, char** argv, CommandAction& outAction)
+{
+    CLI::App app("Loads AAX modules without a screen or a sound card", "aaxhost");
+    app.require_subcommand(1);
+    AddCommandDescribe(app, outAction);
+    AddCommandRender(app, outAction);
+    AddCommandState(app, outAction);
+    try
+    {
+        app.parse(argc, argv);
+        return kExitSuccess;
+    }
+    catch (const CLI::ParseError& error)
+    {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(error); // prints the help
+        return FailUsage(error.what());
+    }
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        CommandAction action;
+        const int usage = ReadCommandLine(argc, argv, action);
+        return usage == kExitSuccess && action ? action() : usage;
+    }
+    catch (const std::exception& error)
+    {
+        return Fail({fmt::format("An exception came out of the module or the host: {}.", error.what())});
+    }
+    catch (...)
+    {
+        return Fail({"An exception came out of the module."});
+    }
+}

@@ -1,0 +1,135 @@
+#include "Tools/vst2probe/PluginFacts.h"
+
+#include "Interfaces/VST2/AEffect.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace
+{
+using Json = nlohmann::ordered_json;
+
+constexpr std::pair<std::int32_t, const char*> kFlagNames[] = {{effFlagsHasEditor, "hasEditor"},
+                                                               {effFlagsCanReplacing, "canReplacing"},
+                                                               {effFlagsProgramChunks, "programChunks"},
+                                                               {effFlagsIsSynth, "isSynth"},
+                                                               {effFlagsNoSoundInStop, "noSoundInStop"}};
+
+Json PortsToJson(const std::vector<SPortFacts>& inPorts)
+{
+    Json ports = Json::array();
+    for (const SPortFacts& port : inPorts)
+    {
+        ports.push_back({{"label", port.label}, {"channels", port.channels}});
+    }
+    return ports;
+}
+
+std::vector<SPortFacts> PortsFromJson(const Json& inPorts)
+{
+    std::vector<SPortFacts> ports;
+    for (const Json& port : inPorts)
+    {
+        ports.push_back({port.at("label"), port.at("channels")});
+    }
+    return ports;
+}
+} // namespace
+
+bool SPluginFacts::IsInstrument() const
+{
+    return HasFlag(effFlagsIsSynth) || (midiAfterOpen && inputs == 0 && outputs > 0);
+}
+
+std::vector<std::string> SPluginFacts::FlagNames() const
+{
+    std::vector<std::string> names;
+    for (const auto& [flag, flagName] : kFlagNames)
+    {
+        if (HasFlag(flag))
+        {
+            names.emplace_back(flagName);
+        }
+    }
+    return names;
+}
+
+std::string SPluginFacts::UniqueIdText() const
+{
+    const auto number = static_cast<std::uint32_t>(uniqueId);
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+    {
+        text += static_cast<char>(number >> shift);
+    }
+    const bool readable =
+        std::ranges::all_of(text, [](char inByte) { return inByte >= ' ' && inByte <= '~'; });
+    return readable ? text : fmt::format("0x{:08X}", number);
+}
+
+void to_json(Json& outJson, const SPluginFacts& inFacts)
+{
+    Json parameters = Json::array();
+    for (const SParameterFacts& parameter : inFacts.parameters)
+    {
+        parameters.push_back({{"name", parameter.name},
+                              {"value", parameter.value},
+                              {"display", parameter.display},
+                              {"unit", parameter.unit}});
+    }
+    outJson = Json{{"name", inFacts.name},
+                   {"vendor", inFacts.vendor},
+                   {"product", inFacts.product},
+                   {"kind", inFacts.IsInstrument() ? "instrument" : "effect"},
+                   {"uniqueId", inFacts.uniqueId},
+                   {"uniqueIdText", inFacts.UniqueIdText()},
+                   {"version", inFacts.version},
+                   {"interfaceVersion", inFacts.interfaceVersion},
+                   {"inputs", inFacts.inputs},
+                   {"outputs", inFacts.outputs},
+                   {"inputPorts", PortsToJson(inFacts.inputPorts)},
+                   {"outputPorts", PortsToJson(inFacts.outputPorts)},
+                   {"portListCut", inFacts.portListCut},
+                   {"flags", inFacts.flags},
+                   {"flagNames", inFacts.FlagNames()},
+                   {"editor", inFacts.HasFlag(effFlagsHasEditor)},
+                   {"chunk", inFacts.HasFlag(effFlagsProgramChunks)},
+                   {"latencyAtStart", inFacts.latencyAtStart},
+                   {"latencyAfterFirstBlock", inFacts.latencyAfterFirstBlock},
+                   {"midiBeforeOpen", inFacts.midiBeforeOpen},
+                   {"midiAfterOpen", inFacts.midiAfterOpen},
+                   {"parameters", parameters},
+                   {"programs", inFacts.programs}};
+}
+
+void from_json(const Json& inJson, SPluginFacts& outFacts)
+{
+    inJson.at("name").get_to(outFacts.name);
+    inJson.at("vendor").get_to(outFacts.vendor);
+    inJson.at("product").get_to(outFacts.product);
+    inJson.at("uniqueId").get_to(outFacts.uniqueId);
+    inJson.at("version").get_to(outFacts.version);
+    inJson.at("interfaceVersion").get_to(outFacts.interfaceVersion);
+    inJson.at("inputs").get_to(outFacts.inputs);
+    inJson.at("outputs").get_to(outFacts.outputs);
+    outFacts.inputPorts = PortsFromJson(inJson.at("inputPorts"));
+    outFacts.outputPorts = PortsFromJson(inJson.at("outputPorts"));
+    inJson.at("portListCut").get_to(outFacts.portListCut);
+    inJson.at("flags").get_to(outFacts.flags);
+    inJson.at("latencyAtStart").get_to(outFacts.latencyAtStart);
+    inJson.at("latencyAfterFirstBlock").get_to(outFacts.latencyAfterFirstBlock);
+    inJson.at("midiBeforeOpen").get_to(outFacts.midiBeforeOpen);
+    inJson.at("midiAfterOpen").get_to(outFacts.midiAfterOpen);
+    inJson.at("programs").get_to(outFacts.programs);
+    outFacts.parameters.clear();
+    for (const Json& parameter : inJson.at("parameters"))
+    {
+        // A value that is no number travels as null.
+        const Json& value = parameter.at("value");
+        outFacts.parameters.push_back({parameter.at("name"), parameter.at("unit"), parameter.at("display"),
+                                       value.is_number() ? value.get<float>() : 0.0F});
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+#include "Tools/vst2probe/PluginFacts.h"
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/** What came of looking at a plug-in. Reasons are parts of a sentence, such as "its entry function ...". */
+struct SProbeResult
+{
+    std::optional<SPluginFacts> facts; // nothing: refused
+    std::string refusal;               // why, when refused
+    std::int32_t entryVersion = 0;     // the host version that it takes inside its entry function
+    bool askedVersion = false;         // whether it asks for one there
+    std::string refusalOfZero;         // what it did with 0 when it needs another
+};
+
+/**
+ * Looks at a plug-in from a child process, with 0 as the host's version inside the entry function and, if it
+ * asked for that and failed, with 2400.
+ *
+ * @param inProgram  vst2probe, which the child runs.
+ * @param inPlugin   absolute path of a file or bundle.
+ * @param inLimit    for each of the two attempts.
+ * Throws std::system_error when no process can be made.
+ */
+SProbeResult ProbePlugin(const std::string& inProgram, const std::filesystem::path& inPlugin,
+                         std::chrono::milliseconds inLimit);
+
+/** The child's side: looks at the plug-in, tells of it on standard output and ends the process. */
+[[noreturn]] void RunProbeChild(const std::filesystem::path& inPlugin, std::int32_t inEntryVersion,
+                                std::chrono::milliseconds inLimit);
+
+/** The hidden option of vst2probe that makes it the child; its value is the entry version. */
+inline constexpr const char* kProbeChildOption = "--child-with-entry-version";

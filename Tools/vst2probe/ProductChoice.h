@@ -1,0 +1,44 @@
+#pragma once
+#include "Tools/vst2probe/ProbePlugin.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/** One of the options that a product needs or does without, and why, as one sentence. */
+template <typename Value>
+struct SOptionChoice
+{
+    Value value{};
+    std::string reason;
+};
+
+/** A product that wraps a plug-in: what goes into its add_aax_adapter() call. */
+struct SProductChoice
+{
+    std::string name;
+    std::filesystem::path sourceVst; // absolute
+    std::string effectId;            // a proposal, as is the next
+    std::string manufacturerId;
+    SOptionChoice<std::int32_t> entryVersion;
+    SOptionChoice<bool> portsFromCounts;
+    SOptionChoice<bool> midiInput;
+
+    /** @return the finished call, in several lines. */
+    std::string CmakeCall() const;
+    /** @return what chooses this product on the command line of a configuration; options of another choice
+     * that the build folder still remembers are set back. */
+    std::vector<std::string> ConfigureArguments() const;
+};
+
+/** Whether a product may be called that. */
+bool IsProductName(const std::string& inName);
+
+/**
+ * @param inPlugin absolute path of the plug-in.
+ * @param inResult of a plug-in that was not refused.
+ * @param inName   the product's name; empty: made from the plug-in's.
+ */
+SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbeResult& inResult,
+                             const std::string& inName);

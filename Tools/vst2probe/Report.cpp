@@ -1,0 +1,109 @@
+#include "Tools/vst2probe/Report.h"
+
+#include "Interfaces/VST2/AEffect.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
+
+namespace
+{
+/** A plug-in's text in one line. */
+std::string Shown(std::string inText)
+{
+    std::ranges::replace_if(
+        inText, [](char inByte) { return inByte >= 0 && inByte < ' '; }, ' ');
+    return inText;
+}
+
+const char* YesNo(bool inValue) { return inValue ? "yes" : "no"; }
+
+std::string Ports(const std::vector<SPortFacts>& inPorts)
+{
+    std::vector<std::string> texts;
+    for (const SPortFacts& port : inPorts)
+    {
+        const char* const format = port.channels == 2 ? "stereo" : "mono";
+        texts.push_back(port.label.empty() ? format : fmt::format("{} \"{}\"", format, Shown(port.label)));
+    }
+    return texts.empty() ? "none described" : fmt::format("{}", fmt::join(texts, ", "));
+}
+
+void AddLine(std::string& ioText, const char* inTitle, const std::string& inValue)
+{
+    fmt::format_to(std::back_inserter(ioText), "  {:<13} {}\n", inTitle, inValue);
+}
+
+void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
+{
+    AddLine(ioText, "parameters", std::to_string(inFacts.parameters.size()));
+    for (std::size_t i = 0; i < inFacts.parameters.size(); ++i)
+    {
+        const SParameterFacts& parameter = inFacts.parameters[i];
+        fmt::format_to(std::back_inserter(ioText), "    {:05} {:<24} {} {}\n", i, Shown(parameter.name),
+                       Shown(parameter.display), Shown(parameter.unit));
+    }
+    AddLine(ioText, "programs", std::to_string(inFacts.programs.size()));
+    for (std::size_t i = 0; i < inFacts.programs.size(); ++i)
+    {
+        fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.programs[i]));
+    }
+}
+
+template <typename Value>
+nlohmann::ordered_json OptionToJson(const SOptionChoice<Value>& inChoice)
+{
+    return {{"value", inChoice.value}, {"reason", inChoice.reason}};
+}
+} // namespace
+
+std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
+{
+    std::string text = fmt::format("{} by {}\n", Shown(inFacts.name), Shown(inFacts.vendor));
+    AddLine(text, "file", inChoice.sourceVst.string());
+    AddLine(text, "kind", inFacts.IsInstrument() ? "instrument" : "effect");
+    AddLine(text, "unique id", inFacts.UniqueIdText());
+    AddLine(text, "version",
+            fmt::format("{} (0x{:X}), VST {}", inFacts.version, static_cast<std::uint32_t>(inFacts.version),
+                        inFacts.interfaceVersion));
+    AddLine(text, "channels", fmt::format("{} in, {} out", inFacts.inputs, inFacts.outputs));
+    AddLine(text, "input ports", Ports(inFacts.inputPorts));
+    AddLine(text, "output ports", Ports(inFacts.outputPorts));
+    AddLine(text, "MIDI",
+            fmt::format("{} when loaded, {} when opened", YesNo(inFacts.midiBeforeOpen),
+                        YesNo(inFacts.midiAfterOpen)));
+    AddLine(text, "latency",
+            fmt::format("{} samples at the start, {} after the first block", inFacts.latencyAtStart,
+                        inFacts.latencyAfterFirstBlock));
+    AddLine(text, "editor", YesNo(inFacts.HasFlag(effFlagsHasEditor)));
+    AddLine(text, "chunk", YesNo(inFacts.HasFlag(effFlagsProgramChunks)));
+    AddLine(text, "flags",
+            fmt::format("0x{:X} {}", static_cast<std::uint32_t>(inFacts.flags),
+                        fmt::join(inFacts.FlagNames(), ", ")));
+    AddParametersAndPrograms(text, inFacts);
+
+    const auto option = [&text](const char* inName, const std::string& inValue, const std::string& inReason)
+    { fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", inName, inValue, inReason); };
+    text += "\nProduct options\n";
+    option("ENTRY_VERSION", std::to_string(inChoice.entryVersion.value), inChoice.entryVersion.reason);
+    option("PORTS_FROM_COUNTS", YesNo(inChoice.portsFromCounts.value), inChoice.portsFromCounts.reason);
+    option("MIDI_INPUT", YesNo(inChoice.midiInput.value), inChoice.midiInput.reason);
+    return text + "\nThe product, with identifiers to be replaced by the maker's own\n" +
+           inChoice.CmakeCall() + "\n";
+}
+
+std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
+{
+    nlohmann::ordered_json report = inFacts;
+    report["options"] = {{"ENTRY_VERSION", OptionToJson(inChoice.entryVersion)},
+                         {"PORTS_FROM_COUNTS", OptionToJson(inChoice.portsFromCounts)},
+                         {"MIDI_INPUT", OptionToJson(inChoice.midiInput)}};
+    report["productName"] = inChoice.name;
+    report["cmakeCall"] = inChoice.CmakeCall();
+    report["configureArguments"] = inChoice.ConfigureArguments();
+    return report.dump(4) + "\n";
+}

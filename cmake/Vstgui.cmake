@@ -1,0 +1,58 @@
+# The target vstgui: VSTGUI 4.4 in a native macOS build, given with VSTGUI_SOURCE_DIR or fetched at its tag; elsewhere the
+# stand-in, which serves Linux and tests. There the headers of a given VSTGUI are compiled against, and no more.
+include_guard(GLOBAL)
+
+set(VSTGUI_SOURCE_DIR "" CACHE PATH "The folder that holds vstgui/ of VSTGUI 4.4; empty: fetched on macOS, a stand-in elsewhere")
+set(AAXADAPTER_VSTGUI_TAG vstgui4_4)
+
+# The frame's size calls are virtual up to 4.4 only. The version stands in the library's own header.
+function(_aaxadapter_check_vstgui folder)
+    set(header ${folder}/vstgui/lib/vstguibase.h)
+    if(NOT EXISTS ${header} OR NOT EXISTS ${folder}/vstgui/lib/cframe.h)
+        message(FATAL_ERROR "There is no VSTGUI in '${folder}': VSTGUI_SOURCE_DIR is the folder that holds vstgui/lib/cframe.h.")
+    endif()
+    file(STRINGS ${header} lines REGEX "#define +VSTGUI_VERSION_(MAJOR|MINOR)")
+    string(REGEX MATCH "VERSION_MAJOR +([0-9]+)" major "${lines}")
+    set(major ${CMAKE_MATCH_1})
+    string(REGEX MATCH "VERSION_MINOR +([0-9]+)" minor "${lines}")
+    set(minor ${CMAKE_MATCH_1})
+    if(NOT "${major}.${minor}" MATCHES "^4\\.[34]$")
+        message(FATAL_ERROR "The VSTGUI in '${folder}' is release '${major}.${minor}', which does not fit: "
+            "this project needs 4.3 or 4.4, whose frame can be derived from. Give the tag ${AAXADAPTER_VSTGUI_TAG}.")
+    endif()
+endfunction()
+
+function(_aaxadapter_add_vstgui_stand_in)
+    set(folder ${PROJECT_SOURCE_DIR}/Extensions/GUI/stand_in)
+    add_library(vstgui STATIC ${folder}/vstgui_stand_in.cpp ${folder}/vstgui_stand_in.h)
+    target_include_directories(vstgui PUBLIC ${folder})
+    target_link_libraries(vstgui PRIVATE project_warnings)
+endfunction()
+
+function(_aaxadapter_add_vstgui folder)
+    _aaxadapter_check_vstgui(${folder})
+    add_library(vstgui STATIC ${folder}/vstgui/vstgui_mac.mm)
+    target_include_directories(vstgui SYSTEM PUBLIC ${folder})
+    target_compile_options(vstgui PRIVATE -w)
+    target_link_libraries(vstgui PUBLIC "-framework Cocoa" "-framework OpenGL" "-framework QuartzCore" "-framework Accelerate")
+endfunction()
+
+if(APPLE AND NOT CMAKE_CROSSCOMPILING)
+    if(VSTGUI_SOURCE_DIR)
+        _aaxadapter_add_vstgui(${VSTGUI_SOURCE_DIR})
+    else()
+        include(FetchContent)
+        FetchContent_Declare(vstgui_source
+            GIT_REPOSITORY https://github.com/steinbergmedia/vstgui GIT_TAG ${AAXADAPTER_VSTGUI_TAG})
+        FetchContent_GetProperties(vstgui_source)
+        if(NOT vstgui_source_POPULATED)
+            FetchContent_Populate(vstgui_source)
+        endif()
+        _aaxadapter_add_vstgui(${vstgui_source_SOURCE_DIR})
+    endif()
+else()
+    if(CMAKE_CROSSCOMPILING)
+        message(STATUS "VSTGUI: the stand-in; this build serves tests only.")
+    endif()
+    _aaxadapter_add_vstgui_stand_in()
+endif()
