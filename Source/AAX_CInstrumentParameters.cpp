@@ -132,8 +132,8 @@ AAX_Result AAX_CInstrumentParameters::ResetFieldData(AAX_CFieldIndex inField, vo
         return kAAX_ErrorNullArgument;
     std::memset(outData, 0, inSize);
     const AAX_CInstrumentParameters* const self = this;
-    if (inSize >= sizeof(self))
-        std::memcpy(outData, &self, sizeof(self));
+    if (inSize >= sizeof(void*))
+        std::memcpy(outData, &self, sizeof(void*));
     return kAAX_Success;
 }
 

@@ -15,6 +15,7 @@
 #include "Source/SourceVstPath.h"
 #include "Source/StemLayout.h"
 #include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/CopyBounded.h"
 
 #include <cstdio>
 #include <cstring>
@@ -211,7 +212,7 @@ void AaxAdapter_Parameters::PushParameter(AAX_CParamID inId, double inValue)
 
 const char* AaxAdapter_Parameters::IxToId(long inIndex)
 {
-    std::strcpy(mIdBuffer.data(), CParameterId(inIndex).Get());
+    CopyBounded(mIdBuffer, CParameterId(inIndex).Get());
     return mIdBuffer.data();
 }
 

@@ -8,9 +8,9 @@
 #include "Source/PluginGuard.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/CopyBounded.h"
 
 #include <algorithm>
-#include <cstring>
 
 AAX_IEffectGUI* CAaxEditor::Create() { return new CAaxEditor; } // the host's first reference takes ownership
 
@@ -118,7 +118,7 @@ void CAaxEditor::SetHost(CVst2Host* inHost)
 
 const char* CAaxEditor::IxToId(long inIndex)
 {
-    std::strcpy(mIdBuffer.data(), CParameterId(inIndex).Get());
+    CopyBounded(mIdBuffer, CParameterId(inIndex).Get());
     return mIdBuffer.data();
 }
 

@@ -3,6 +3,7 @@
 include_guard(GLOBAL)
 
 option(AAXADAPTER_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(AAXADAPTER_FUZZ "Build the fuzz targets, with clang" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

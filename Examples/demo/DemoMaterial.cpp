@@ -160,16 +160,16 @@ bool WritePhrase(const std::filesystem::path& inFile)
     double beat = 0.0;
     for (const SBar& bar : bars)
     {
-        phrase.Note(beat, 3.8, bar.bass, 84);
+        phrase.Note(beat, 3.8, bar.bass, 100);
         for (std::size_t i = 0; i < bar.chord.size(); ++i)
         {
             phrase.Note(beat + 0.03 * static_cast<double>(i), 3.6, bar.chord[i],
-                        58 + 4 * static_cast<int>(i));
+                        76 + 4 * static_cast<int>(i));
         }
         for (std::size_t i = 0; i < bar.tune.size(); ++i)
         {
             phrase.Note(beat + static_cast<double>(i), 0.8, bar.tune[i],
-                        i == 0 ? 104 : 78 + 6 * static_cast<int>(i));
+                        i == 0 ? 118 : 92 + 6 * static_cast<int>(i));
         }
         beat += 4.0;
     }
@@ -177,9 +177,9 @@ bool WritePhrase(const std::filesystem::path& inFile)
     phrase.Control(12.0, 64, 127);
     for (const int note : {45, 57, 60, 64, 69})
     {
-        phrase.Note(12.0, 0.5, note, 72);
+        phrase.Note(12.0, 0.5, note, 90);
     }
-    phrase.Note(12.5, 2.5, 81, 96);
+    phrase.Note(12.5, 2.5, 81, 112);
     for (int step = 0; step <= 16; ++step)
     {
         const double part = step / 16.0;

@@ -64,8 +64,7 @@ double CSynthVoice::CLowPass::Next(double inSample, double inG, double inDamping
 void CSynthVoice::Start(std::uint8_t inChannel, std::uint8_t inNote, std::uint8_t inVelocity,
                         std::uint64_t inAge) noexcept
 {
-    const double velocity = inVelocity / 127.0;
-    mTargetGain = kVoiceGain * velocity * std::sqrt(velocity);
+    mTargetGain = kVoiceGain * inVelocity / 127.0;
     if (!IsActive())
     {
         // Fixed phases: the same notes sound the same every time.

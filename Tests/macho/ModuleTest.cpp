@@ -232,5 +232,6 @@ TEST_P(MacModule, FindsItsPluginBesideItselfAndLeavesNothingOpen)
     EXPECT_EQ(system.Objects().Count(), 1U) << "the bundle that stays loaded, and nothing else";
 }
 
-INSTANTIATE_TEST_SUITE_P(Products, MacModule, testing::Values("SynthAdapter", "DelayAdapter"));
+INSTANTIATE_TEST_SUITE_P(Products, MacModule, testing::Values("SynthAdapter", "DelayAdapter"),
+                         [](const auto& inInfo) { return std::string(inInfo.param); });
 } // namespace

@@ -32,6 +32,7 @@ struct SRenderOptions
     int mBlock = 512;         // frames
     double mTempo = 120.0;
     bool mStopped = false;
+    bool mMainOnly = false;
     std::string mState;
     std::string mSaveState;
     std::vector<std::string> mSets;
@@ -162,20 +163,21 @@ COutcome<SDone> CheckDescription(CInstance& inInstance, const SRenderOptions& in
     return SDone{};
 }
 
-/** Renders into the file. @return the highest absolute sample. */
+/** Renders into the file, as many channels as are wanted. @return the highest absolute sample of them. */
 COutcome<float> RenderIntoFile(CInstance& inInstance, const SRenderJob& inJob, const std::string& inPath,
-                               int inRate)
+                               int inRate, std::int32_t inChannels)
 {
-    auto writer = CAudioWriter::Create(inPath, inRate, inInstance.OutputChannels());
+    auto writer = CAudioWriter::Create(inPath, inRate, inChannels);
     if (!writer)
         return writer.Problem();
     float peak = 0.0F;
     const auto sink = [&](std::span<const float* const> channels, std::int32_t frames)
     {
-        for (const float* channel : channels)
+        const auto wanted = channels.first(static_cast<std::size_t>(inChannels));
+        for (const float* channel : wanted)
             for (std::int32_t i = 0; i < frames; ++i)
                 peak = std::max(peak, std::abs(channel[i]));
-        return writer->Write(channels, frames);
+        return writer->Write(wanted, frames);
     };
     CProgressBar progress(static_cast<double>(inJob.mFrames));
     auto done = RenderOffline(inInstance, inJob, sink,
@@ -215,7 +217,9 @@ int Render(const SRenderOptions& inOptions)
     job.mInput = material->mInput ? &*material->mInput : nullptr;
     job.mMidi = material->mMidi;
     job.mAutomation = material->mAutomation;
-    const auto peak = RenderIntoFile(**instance, job, inOptions.mOutput, material->mRate);
+    const std::int32_t channels =
+        inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();
+    const auto peak = RenderIntoFile(**instance, job, inOptions.mOutput, material->mRate, channels);
     if (!peak)
     {
         std::error_code ignored; // the file may not even have been made
@@ -226,8 +230,7 @@ int Render(const SRenderOptions& inOptions)
         if (const auto saved = SaveState(**module, **instance, inOptions.mSaveState); !saved)
             return Fail(saved.Problem());
     fmt::print("Wrote {}: {:.3f} seconds, {} Hz, {} channels, peak {:.4f}\n", inOptions.mOutput,
-               static_cast<double>(job.mFrames) / job.mRate, material->mRate, (*instance)->OutputChannels(),
-               *peak);
+               static_cast<double>(job.mFrames) / job.mRate, material->mRate, channels, *peak);
     return kExitSuccess;
 }
 
@@ -267,6 +270,7 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     command->add_flag("--stopped", options->mStopped, "Leave the transport stopped");
     command->add_option("--state", options->mState, "State file to load before anything else");
     command->add_option("--save-state", options->mSaveState, "State file to write at the end");
+    command->add_flag("--main-only", options->mMainOnly, "Leave the auxiliary stems out of the file");
     command->add_option("--set", options->mSets, "ID=VALUE: set a parameter, 0 to 1, before the first block")
         ->allow_extra_args(false)
         ->check(ParameterValue());

@@ -1,4 +1,5 @@
 #include "Tools/vst2probe/ProbeCommand.h"
+#include "Tools/vst2probe/ProgramFileCommand.h"
 
 #include <cstdio>
 #include <exception>
@@ -14,10 +15,12 @@ int main(int inCount, char** inArguments)
                  "Exit code: 0 done, 1 refused, 2 wrong usage.");
     SProbeArguments probe;
     AddProbeOptions(app, probe);
+    SProgramFileArguments programFile;
+    AddProgramFileCommands(app, programFile);
     try
     {
         app.parse(inCount, inArguments);
-        if (probe.plugin.empty())
+        if (probe.plugin.empty() && programFile.plugin.empty())
         {
             throw CLI::RequiredError("PLUGIN");
         }
@@ -28,7 +31,8 @@ int main(int inCount, char** inArguments)
     }
     try
     {
-        return RunProbeCommand(inArguments[0], probe);
+        return programFile.plugin.empty() ? RunProbeCommand(inArguments[0], probe)
+                                          : RunProgramFileCommand(inArguments[0], programFile);
     }
     catch (const std::exception& error)
     {

@@ -1,8 +1,10 @@
 #include "Tests/unit/adapter/AdapterTest.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <random>
+#include <thread>
 
 namespace
 {
@@ -267,6 +269,31 @@ TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
     Start();
     EXPECT_EQ(Instance().SetChunk(kPlugin, &chunk.Record()), kAAX_Success); // a plug-in without a chunk
     EXPECT_EQ(TakePluginCalls(), Lines{});
+}
+
+TEST_F(Chunk, LoadsAndSavesWhileAnotherThreadRenders)
+{
+    Script().parameters = {0.25F, 0.5F};
+    StartWithChunk(Bytes(1000, 1));
+    auto chunks = Save();
+    std::atomic<bool> isDone = false;
+    std::atomic<int> blocks = 0;
+    std::thread renderThread(
+        [&]
+        {
+            CRenderBlock block(Instance(), 0, 0);
+            for (; !isDone.load(); ++blocks)
+                block.Render();
+        });
+    for (int i = 0; i < 200 || blocks.load() < 200; ++i)
+    {
+        Load(chunks);
+        (void)Save();
+        (void)Script().TakeLog(); // does not grow with the run
+    }
+    isDone.store(true);
+    renderThread.join();
+    EXPECT_EQ(PluginChunk(), Bytes(1000, 1));
 }
 
 TEST_F(Chunk, CallsFromInsideAndExceptionsLeaveTheInstanceReady)

@@ -62,7 +62,8 @@ COutcome<SDone> CInstance::Begin(double inSampleRate)
     const std::int32_t inputFormat = StemFormat(proc, kAAX_PropertyInputStemFormat);
     const std::int32_t outputFormat = StemFormat(proc, kAAX_PropertyOutputStemFormat);
     mInputChannels = AAX_StemChannelCount(inputFormat);
-    mOutputChannels = AAX_StemChannelCount(outputFormat);
+    mMainOutputChannels = AAX_StemChannelCount(outputFormat);
+    mOutputChannels = mMainOutputChannels;
     for (const SAuxStem& stem : mComponent.mAuxStems)
         mOutputChannels += AAX_StemChannelCount(stem.mFormat);
 

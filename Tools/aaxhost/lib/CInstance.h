@@ -60,6 +60,8 @@ public:
     AAX_Result FinishUpdates();
 
     std::int32_t InputChannels() const noexcept { return mInputChannels; }
+    /** Channels of the main output stem, which come first. */
+    std::int32_t MainOutputChannels() const noexcept { return mMainOutputChannels; }
     /** The main channels and those of the auxiliary stems. */
     std::int32_t OutputChannels() const noexcept { return mOutputChannels; }
 
@@ -78,6 +80,7 @@ private:
     SComponent mComponent;
     AAX_CProcessProc mProcess = nullptr;
     std::int32_t mInputChannels = 0;
+    std::int32_t mMainOutputChannels = 0;
     std::int32_t mOutputChannels = 0;
     std::unique_ptr<CInstanceHost> mHost; // the objects below hold references to it
     ACFPtr<AAX_IACFEffectParameters> mParameters;

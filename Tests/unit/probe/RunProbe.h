@@ -1,0 +1,33 @@
+#pragma once
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include <sys/wait.h>
+
+struct SRun
+{
+    int code = -1;
+    std::string output;
+};
+
+/** @param inStream 1 standard output, 2 standard error: what is kept of it. */
+inline SRun Vst2probe(const std::string& inArguments, int inStream = 1)
+{
+    const std::string other = inStream == 1 ? " 2>/dev/null" : " 2>&1 >/dev/null";
+    FILE* const pipe = popen((std::string(VST2PROBE_FILE) + " " + inArguments + other).c_str(), "r");
+    SRun run;
+    std::array<char, 4096> bytes{};
+    while (const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), pipe))
+    {
+        run.output.append(bytes.data(), count);
+    }
+    const int status = pclose(pipe);
+    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+inline std::string Rude(const char* inRudeness)
+{
+    return std::string(RUDE_PLUGIN_FOLDER) + "/rude_" + inRudeness + ".so";
+}

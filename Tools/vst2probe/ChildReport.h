@@ -1,0 +1,27 @@
+#pragma once
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+/**
+ * The way from a child process that holds a plug-in to its parent: lines of JSON on the standard output,
+ * which this object takes for itself; what the plug-in writes goes nowhere.
+ */
+class CChildReport
+{
+public:
+    /** Crashes end this process with their signal from now on, and a hang ends it soon after the limit. */
+    explicit CChildReport(std::chrono::milliseconds inLimit);
+    /** Ends the process when nobody listens. */
+    void Send(const nlohmann::ordered_json& inMessage) const;
+
+private:
+    int mOutput = -1;
+};
+
+/** @param inStatus as waitpid tells it; nothing: the child still ran. @return the part of a sentence behind
+ * the plug-in's name. */
+std::string HowChildEnded(const std::optional<int>& inStatus, const std::string& inStage,
+                          std::chrono::milliseconds inLimit);
