@@ -9,7 +9,15 @@ namespace
 // Only the thread that holds the guard reads and writes these.
 thread_local bool gIsUp = false;
 thread_local SGuardedCalls gCalls;
+} // namespace
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+bool CCallGuard::IsWatching() noexcept { return false; }
+#else
+bool CCallGuard::IsWatching() noexcept { return true; }
+
+namespace
+{
 void Count(int SGuardedCalls::*inKind) noexcept
 {
     if (gIsUp)
@@ -17,10 +25,8 @@ void Count(int SGuardedCalls::*inKind) noexcept
 }
 } // namespace
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-bool CCallGuard::IsWatching() noexcept { return false; }
-#else
-bool CCallGuard::IsWatching() noexcept { return true; }
+// To be found by the modules that the program loads, they have to be seen from outside.
+#pragma GCC visibility push(default)
 
 extern "C"
 {
@@ -63,6 +69,7 @@ extern "C"
         return real(inMutex);
     }
 }
+#pragma GCC visibility pop
 #endif
 
 std::ostream& operator<<(std::ostream& ioStream, const SGuardedCalls& inCalls)
