@@ -9,7 +9,8 @@
 #       MIDI_INPUT                              # a MIDI input although the plug-in announces none
 #       VERSION          1.2.3)                 # of the bundle; default 1.0.0
 #
-# The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin.
+# The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
+# `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
 
 set(AAXADAPTER_CMAKE_DIR ${CMAKE_CURRENT_LIST_DIR})
@@ -27,8 +28,12 @@ function(add_aax_adapter name)
     configure_file(${AAXADAPTER_CMAKE_DIR}/product.cpp.in ${generated} @ONLY)
 
     add_library(${name} MODULE ${generated})
+    target_compile_features(${name} PRIVATE cxx_std_20)
     target_link_libraries(${name} PRIVATE
-        project_warnings "$<LINK_LIBRARY:WHOLE_ARCHIVE,aax_exports,aax_adapter>")
+        "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
+    if(TARGET project_warnings) # not in a project that uses the installed package
+        target_link_libraries(${name} PRIVATE project_warnings)
+    endif()
     set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name})
     _aaxadapter_export_entry_points(${name})
     if(APPLE)
@@ -38,6 +43,7 @@ function(add_aax_adapter name)
             SUFFIX .so LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/x86_64-linux)
     endif()
     _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources "${arg_SOURCE_VST}")
+    install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
 endfunction()
 
 # Stops the configuration with a sentence that says what to write.

@@ -1,0 +1,47 @@
+# What `cmake --install` and `cpack` give: the package that find_package(AaxAdapter) finds, with the two programs; with
+# AAXADAPTER_PRODUCT set, `cpack` packs that product's bundle instead.
+include_guard(GLOBAL)
+include(CMakePackageConfigHelpers)
+
+# A target has the same name in the source tree and in an installed package.
+set(libraries aax_exports aax_adapter aax_library aax_interface effect_gui_vst platform vst2_host vst2_interface vstgui)
+foreach(library IN LISTS libraries)
+    add_library(AaxAdapter::${library} ALIAS ${library})
+endforeach()
+
+if(PROJECT_IS_TOP_LEVEL)
+    set(package lib/cmake/AaxAdapter)
+    install(TARGETS ${libraries} project_warnings EXPORT AaxAdapterTargets
+        ARCHIVE DESTINATION lib/aaxadapter COMPONENT AaxAdapter)
+    install(EXPORT AaxAdapterTargets NAMESPACE AaxAdapter:: DESTINATION ${package} COMPONENT AaxAdapter)
+    write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/AaxAdapterConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+    install(FILES
+            ${CMAKE_CURRENT_BINARY_DIR}/AaxAdapterConfigVersion.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/AaxAdapterConfig.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/AaxAdapter.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in
+            ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
+            ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
+            ${CMAKE_CURRENT_LIST_DIR}/product.cpp.in
+        DESTINATION ${package} COMPONENT AaxAdapter)
+    install(FILES Source/AaxAdapter_Product.h DESTINATION include/aaxadapter/Source COMPONENT AaxAdapter)
+    install(FILES Source/plugins/ProductOptions.h DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
+    if(TARGET aaxhost)
+        install(TARGETS aaxhost vst2probe RUNTIME DESTINATION bin COMPONENT AaxAdapter)
+    endif()
+    install(DIRECTORY docs DESTINATION share/doc/aaxadapter COMPONENT AaxAdapter)
+    install(FILES README.md DESTINATION share/doc/aaxadapter COMPONENT AaxAdapter)
+
+    set(CPACK_GENERATOR TGZ)
+    set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+    set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+    if(AAXADAPTER_PRODUCT)
+        set(CPACK_PACKAGE_NAME ${AAXADAPTER_PRODUCT})
+        set(CPACK_PACKAGE_VERSION ${AAXADAPTER_VERSION})
+        set(CPACK_COMPONENTS_ALL ${AAXADAPTER_PRODUCT})
+    else()
+        set(CPACK_COMPONENTS_ALL AaxAdapter)
+    endif()
+    include(CPack)
+endif()
