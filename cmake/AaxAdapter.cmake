@@ -13,8 +13,6 @@
 # `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
 
-set(AAXADAPTER_CMAKE_DIR ${CMAKE_CURRENT_LIST_DIR})
-
 function(add_aax_adapter name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
         "PORTS_FROM_COUNTS;MIDI_INPUT" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
@@ -25,7 +23,7 @@ function(add_aax_adapter name)
     _aaxadapter_bool(AAXADAPTER_PORTS_FROM_COUNTS_LITERAL "${arg_PORTS_FROM_COUNTS}")
     _aaxadapter_bool(AAXADAPTER_MIDI_INPUT_LITERAL "${arg_MIDI_INPUT}")
     _aaxadapter_four_char_code(AAXADAPTER_MANUFACTURER_CODE "${arg_MANUFACTURER_ID}")
-    configure_file(${AAXADAPTER_CMAKE_DIR}/product.cpp.in ${generated} @ONLY)
+    configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/product.cpp.in ${generated} @ONLY)
 
     add_library(${name} MODULE ${generated})
     target_compile_features(${name} PRIVATE cxx_std_20)
@@ -106,10 +104,10 @@ endfunction()
 # Only the entry points are visible, whatever the libraries in the module export.
 function(_aaxadapter_export_entry_points name)
     if(APPLE)
-        set(list ${AAXADAPTER_CMAKE_DIR}/entry_points.exports)
+        set(list ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/entry_points.exports)
         target_link_options(${name} PRIVATE "LINKER:-exported_symbols_list,${list}" "LINKER:-dead_strip")
     else()
-        set(list ${AAXADAPTER_CMAKE_DIR}/entry_points.map)
+        set(list ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/entry_points.map)
         target_link_options(${name} PRIVATE "LINKER:--version-script=${list}" "LINKER:--gc-sections")
         if(NOT AAXADAPTER_SANITIZE) # whose runtime comes with the program only
             target_link_options(${name} PRIVATE "LINKER:--no-undefined")
@@ -121,7 +119,7 @@ endfunction()
 function(_aaxadapter_layout_macos name bundle)
     set(AAXADAPTER_BUNDLE_ID ${arg_EFFECT_ID})
     set(AAXADAPTER_BUNDLE_VERSION ${arg_VERSION})
-    configure_file(${AAXADAPTER_CMAKE_DIR}/Info.plist.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist @ONLY)
+    configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/Info.plist.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist @ONLY)
     set_target_properties(${name} PROPERTIES
         BUNDLE TRUE BUNDLE_EXTENSION aaxplugin
         LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/modules
@@ -151,7 +149,7 @@ function(_aaxadapter_place_source_vst name resources source)
     add_custom_command(OUTPUT ${stamp} VERBATIM DEPENDS ${depends}
         COMMENT "Placing source.vst in ${name}.aaxplugin"
         COMMAND ${CMAKE_COMMAND} -DSOURCE=${plugin} -DRESOURCES=${resources}
-            -P ${AAXADAPTER_CMAKE_DIR}/PlaceSourceVst.cmake
+            -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/PlaceSourceVst.cmake
         COMMAND ${CMAKE_COMMAND} -E touch ${stamp})
     add_custom_target(${name}_source_vst ALL DEPENDS ${stamp})
     add_dependencies(${name} ${name}_source_vst)
