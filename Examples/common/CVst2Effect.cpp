@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 namespace
 {
@@ -53,8 +54,8 @@ bool Holds(std::int32_t inIndex, std::size_t inCount) noexcept
 }
 } // namespace
 
-CVst2Effect::CVst2Effect(const SEffectInfo& inInfo)
-    : mInfo(inInfo), mBank(inInfo.uniqueId, inInfo.parameters, inInfo.programs)
+CVst2Effect::CVst2Effect(const SEffectInfo& inInfo, audioMasterCallback inHost)
+    : mInfo(inInfo), mBank(inInfo.uniqueId, inInfo.parameters, inInfo.programs), mHost(inHost)
 {
     // `process`, the accumulating form, stays null: hosts of the last two decades use the replacing one.
     mEffect.magic = kEffectMagic;
@@ -82,11 +83,37 @@ double CVst2Effect::Plain(std::size_t inParameter) const noexcept
     return mInfo.parameters[inParameter].ToPlain(static_cast<double>(mBank.Value(inParameter)));
 }
 
+void CVst2Effect::SetEditor(std::unique_ptr<IEffectEditor> inEditor)
+{
+    mEditor = std::move(inEditor);
+    mEffect.flags |= effFlagsHasEditor;
+}
+
+void CVst2Effect::BeginEdit(std::size_t inParameter) { TellHost(audioMasterBeginEdit, inParameter, 0.0F); }
+
+void CVst2Effect::PerformEdit(std::size_t inParameter, float inValue)
+{
+    mBank.SetValue(inParameter, inValue); // first: hosts ask for the value while they hear of it
+    TellHost(audioMasterAutomate, inParameter, mBank.Value(inParameter));
+}
+
+void CVst2Effect::EndEdit(std::size_t inParameter) { TellHost(audioMasterEndEdit, inParameter, 0.0F); }
+
+void CVst2Effect::TellHost(std::int32_t inOpcode, std::size_t inParameter, float inValue)
+{
+    if (mHost != nullptr)
+    {
+        (void)mHost(&mEffect, inOpcode, static_cast<std::int32_t>(inParameter), 0, nullptr,
+                    inValue); // the interface gives the answers no meaning
+    }
+}
+
 VstIntPtr CVst2Effect::Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                 VstIntPtr inValue, void* inPointer, float inOpt) noexcept
 {
     if (inOpcode == effClose)
     {
+        (void)Self(inEffect).AnswerEditor(effEditClose, nullptr); // some hosts leave it open
         delete &Self(inEffect); // made by the entry function, which gave it into the host's hands
         return 1;
     }
@@ -145,6 +172,10 @@ VstIntPtr CVst2Effect::Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIn
     case effSetChunk: return TakeChunk(inIndex, inValue, inPointer);
     case effGetInputProperties: return GivePin(mInfo.inputs, inIndex, inPointer);
     case effGetOutputProperties: return GivePin(mInfo.outputs, inIndex, inPointer);
+    case effEditGetRect:
+    case effEditOpen:
+    case effEditClose:
+    case effEditIdle: return AnswerEditor(inOpcode, inPointer);
     case effGetPlugCategory: return mInfo.isSynth ? kCategorySynth : kCategoryEffect;
     case effGetEffectName: return GiveText(inPointer, mInfo.name, kVstMaxEffectNameLen);
     case effGetVendorString: return GiveText(inPointer, mInfo.vendor, kVstMaxVendorStrLen);
@@ -200,6 +231,28 @@ VstIntPtr CVst2Effect::AnswerProgram(std::int32_t inOpcode, std::int32_t inIndex
     return Holds(inIndex, mBank.ProgramCount())
                ? GiveText(ioText, mBank.Name(static_cast<std::size_t>(inIndex)), kVstMaxProgNameLen)
                : 0;
+}
+
+VstIntPtr CVst2Effect::AnswerEditor(std::int32_t inOpcode, void* inPointer)
+{
+    if (mEditor == nullptr)
+    {
+        return 0;
+    }
+    switch (inOpcode)
+    {
+    case effEditOpen: return mEditor->Open(inPointer) ? 1 : 0;
+    case effEditClose: mEditor->Close(); return 1;
+    case effEditIdle: mEditor->Idle(); return 1;
+    default: break;
+    }
+    if (inPointer == nullptr)
+    {
+        return 0;
+    }
+    mEditorRectangle = mEditor->Rectangle();
+    *static_cast<ERect**>(inPointer) = &mEditorRectangle;
+    return 1;
 }
 
 VstIntPtr CVst2Effect::AnswerCanDo(const char* inQuestion) const

@@ -1,10 +1,13 @@
 #pragma once
 #include "Examples/common/CProgramBank.h"
+#include "Examples/common/IEditedEffect.h"
+#include "Examples/common/IEffectEditor.h"
 #include "Examples/common/SParameterInfo.h"
 #include "Interfaces/VST2/AEffect.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -36,17 +39,17 @@ struct SEffectInfo
 
 /**
  * Base of the example plug-ins: the record that the host holds, the dispatcher, parameters, programs, state
- * and pins. A plug-in adds its sound.
+ * and pins. A plug-in adds its sound, and an editor where it has one.
  *
- * Lives from the entry function to effClose, which deletes it. It makes no host calls and works with any
- * host.
- * Threads: Render and Receive belong to the host's render thread, parameters to any, the rest to the main
- * thread.
+ * Lives from the entry function to effClose, which deletes it. It calls its host only to tell it of edits,
+ * and works with any host. Threads: Render and Receive belong to the host's render thread, parameters to any,
+ * the rest to the main thread.
  */
-class CVst2Effect
+class CVst2Effect : private IEditedEffect
 {
 public:
-    explicit CVst2Effect(const SEffectInfo& inInfo);
+    /** @param inHost hears of edits; null: nobody does. */
+    explicit CVst2Effect(const SEffectInfo& inInfo, audioMasterCallback inHost = nullptr);
     CVst2Effect(const CVst2Effect&) = delete;
     CVst2Effect& operator=(const CVst2Effect&) = delete;
     virtual ~CVst2Effect() = default;
@@ -67,7 +70,18 @@ protected:
     /** @return a parameter's value in its unit. */
     double Plain(std::size_t inParameter) const noexcept;
 
+    IEditedEffect& Edited() noexcept { return *this; }
+    /** Only while the plug-in is being made: hosts look for an editor once. */
+    void SetEditor(std::unique_ptr<IEffectEditor> inEditor);
+
 private:
+    std::span<const SParameterInfo> EditedParameters() const noexcept override { return mInfo.parameters; }
+    float EditedValue(std::size_t inParameter) const noexcept override { return mBank.Value(inParameter); }
+    void BeginEdit(std::size_t inParameter) override;
+    void PerformEdit(std::size_t inParameter, float inValue) override;
+    void EndEdit(std::size_t inParameter) override;
+    void TellHost(std::int32_t inOpcode, std::size_t inParameter, float inValue);
+
     static VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                               VstIntPtr inValue, void* inPointer, float inOpt) noexcept;
     static void SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue) noexcept;
@@ -79,6 +93,7 @@ private:
                      float inOpt);
     VstIntPtr AnswerParameter(std::int32_t inOpcode, std::int32_t inIndex, void* outText) const;
     VstIntPtr AnswerProgram(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue, void* ioText);
+    VstIntPtr AnswerEditor(std::int32_t inOpcode, void* inPointer);
     VstIntPtr AnswerCanDo(const char* inQuestion) const;
     VstIntPtr GiveChunk(std::int32_t inScope, void** outChunk);
     VstIntPtr TakeChunk(std::int32_t inScope, VstIntPtr inSize, const void* inChunk);
@@ -89,4 +104,7 @@ private:
     AEffect mEffect{};
     CProgramBank mBank;
     std::vector<std::byte> mChunk; // what the host was given last
+    const audioMasterCallback mHost;
+    ERect mEditorRectangle{}; // hosts are given its address
+    std::unique_ptr<IEffectEditor> mEditor;
 };

@@ -1,7 +1,10 @@
 #include "Examples/synth/CExampleSynth.h"
 
+#include "Examples/synth/editor/CSynthEditor.h"
+
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numbers>
 
 namespace
@@ -62,7 +65,7 @@ EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
     }
     try
     {
-        return (new CExampleSynth)->Effect(); // owned by the host, which ends it with effClose
+        return (new CExampleSynth(inHost))->Effect(); // owned by the host, which ends it with effClose
     }
     catch (...)
     {
@@ -70,8 +73,9 @@ EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
     }
 }
 
-CExampleSynth::CExampleSynth() : CVst2Effect(SynthInfo())
+CExampleSynth::CExampleSynth(audioMasterCallback inHost) : CVst2Effect(SynthInfo(), inHost)
 {
+    SetEditor(std::make_unique<CSynthEditor>(Edited()));
     Prepare(kDefaultSampleRate);
     Reset();
 }

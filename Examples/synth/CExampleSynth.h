@@ -9,14 +9,15 @@
 
 /**
  * A synthesizer of eight voices with three stereo ports: the sound, the oscillators before the filter, and
- * the sub-oscillator alone.
+ * the sub-oscillator alone. It has an editor.
  *
  * All channels play the same part. Bank programs are chosen by the host, not by MIDI.
  */
 class CExampleSynth final : public CVst2Effect
 {
 public:
-    CExampleSynth();
+    /** @param inHost hears of edits. */
+    explicit CExampleSynth(audioMasterCallback inHost);
 
     static constexpr std::size_t kVoices = 8;
 

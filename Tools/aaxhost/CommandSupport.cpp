@@ -66,10 +66,13 @@ SAssignment SplitAssignment(const std::string& inText)
 
 CProgressBar::CProgressBar(double inTotal) : mTotal(inTotal), mOnTerminal(isatty(STDERR_FILENO) != 0) {}
 
-CProgressBar::~CProgressBar()
+CProgressBar::~CProgressBar() { Hide(); }
+
+void CProgressBar::Hide()
 {
     if (mOnTerminal && mLastPercent >= 0)
         fmt::print(stderr, "\r{:60}\r", "");
+    mLastPercent = -1;
 }
 
 void CProgressBar::Show(double inDone)

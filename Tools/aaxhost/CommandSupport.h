@@ -44,6 +44,8 @@ public:
     ~CProgressBar(); // takes the bar away
 
     void Show(double inDone);
+    /** Makes room for a line of text; the next Show brings it back. */
+    void Hide();
 
 private:
     double mTotal = 0.0;

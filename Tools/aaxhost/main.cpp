@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/CommandDescribe.h"
+#include "Tools/aaxhost/CommandEditor.h"
 #include "Tools/aaxhost/CommandRender.h"
 #include "Tools/aaxhost/CommandState.h"
 #include "Tools/aaxhost/CommandSupport.h"
@@ -14,6 +15,7 @@ int ReadCommandLine(int argc, char** argv, CommandAction& outAction)
     CLI::App app("Loads AAX modules without a screen or a sound card", "aaxhost");
     app.require_subcommand(1);
     AddCommandDescribe(app, outAction);
+    AddCommandEditor(app, outAction);
     AddCommandRender(app, outAction);
     AddCommandState(app, outAction);
     try

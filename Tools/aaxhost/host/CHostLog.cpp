@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/host/CHostLog.h"
 
 #include <algorithm>
+#include <utility>
 
 AAX_Result CHostLog::Record(std::string_view inName, std::string_view inArguments)
 {
@@ -69,6 +70,12 @@ std::size_t CHostLog::Count(std::string_view inName) const
                                                       return line.starts_with(inName) &&
                                                              line.substr(inName.size()).starts_with('(');
                                                   }));
+}
+
+std::vector<std::string> CHostLog::TakeLines()
+{
+    const std::lock_guard lock(mMutex);
+    return std::exchange(mLines, {});
 }
 
 void CHostLog::Clear()

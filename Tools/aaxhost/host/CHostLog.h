@@ -43,6 +43,8 @@ public:
     std::vector<std::string> Calls() const;
     /** How many lines are calls of that name. */
     std::size_t Count(std::string_view inName) const;
+    /** The lines since the last time, which are forgotten with that. */
+    std::vector<std::string> TakeLines();
     /** Forgets the lines; faults and interfaces stay as they are. */
     void Clear();
 

@@ -1,0 +1,431 @@
+#include "Tests/doubles/ScriptedModule.h"
+#include "Tests/integration/CVirtualDisplay.h"
+#include "Tests/integration/OpenedEditor.h"
+#include "Tests/integration/ToolRun.h"
+#include "Tools/aaxhost/window/SPicture.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <future>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+extern "C"
+{
+    // Of the leak checker; null where the program is built without it.
+    // NOLINTBEGIN(bugprone-reserved-identifier): their names
+    [[gnu::weak]] void __lsan_disable();
+    [[gnu::weak]] void __lsan_enable();
+    // NOLINTEND(bugprone-reserved-identifier)
+}
+
+namespace
+{
+using Lines = std::vector<std::string>;
+
+constexpr unsigned kPrimaryButton = 1;
+constexpr unsigned kSecondaryButton = 3;
+
+/** A plug-in with an editor, and where in it one of its knobs is. */
+struct SSubject
+{
+    const char* mName;
+    fs::path mPlugin;
+    bool mNeedsOptions;
+    const char* mParameter;
+    int mX;
+    int mY;
+};
+
+void PrintTo(const SSubject& inSubject, std::ostream* outStream) { *outStream << inSubject.mName; }
+
+const SSubject kSynth{"ExampleSynth", kSynthPlugin, false, "00000", 44, 100};
+const SSubject kMVerb{"MVerb", InstalledPlugin("MVerb"), true, "00007", 71, 53};
+const SSubject kZamComp{"ZamComp", InstalledPlugin("ZamComp"), true, "00000", 45, 66};
+
+class OnADisplay : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!CVirtualDisplay::IsInstalled())
+            GTEST_SKIP() << "Xvfb is not installed";
+        ASSERT_EQ(mDisplay.Start(), "");
+        mScreen.emplace();
+    }
+
+    /** A person takes hold of the subject's knob as soon as it is to be seen. */
+    [[nodiscard]] bool TakeHold(SOpened& inOpened, const SSubject& inKnob, int inLeft = 0)
+    {
+        const CHostLog& log = inOpened.mLoaded.mLog;
+        inOpened.mLoaded.mLog.Clear();
+        EXPECT_TRUE(inOpened.Await([&] { return mScreen->ShowsEditor(inOpened.WindowID()); }));
+        mScreen->MoveTo(inLeft + inKnob.mX, inKnob.mY);
+        mScreen->Button(kPrimaryButton, true);
+        const bool came = inOpened.Await([&] { return log.Count("HandleParameterMouseDown") == 1; });
+        EXPECT_TRUE(came) << "the press did not come";
+        return came;
+    }
+    /** A drag over the subject's knob, upwards in steps, each waited for. */
+    void Drag(SOpened& inOpened, const SSubject& inKnob, int inLeft = 0)
+    {
+        const CHostLog& log = inOpened.mLoaded.mLog;
+        const auto await = [&](const char* inCall, std::size_t inCount)
+        {
+            const bool came = inOpened.Await([&] { return log.Count(inCall) >= inCount; });
+            EXPECT_TRUE(came) << inCall << " " << inCount << " did not come";
+            return came;
+        };
+        bool goesOn = TakeHold(inOpened, inKnob, inLeft);
+        for (int step = 1; goesOn && step <= 3; ++step)
+        {
+            mScreen->MoveTo(inLeft + inKnob.mX, inKnob.mY - 10 * step);
+            goesOn = await("HandleParameterMouseDrag", static_cast<std::size_t>(step));
+        }
+        mScreen->Button(kPrimaryButton, false);
+        goesOn = goesOn && await("HandleParameterMouseUp", 1);
+        const CHostAutomation& automation = inOpened.mInstance->Host().Automation();
+        EXPECT_TRUE(goesOn && inOpened.Await([&] { return automation.PendingRequests() == 0; }));
+    }
+
+    CVirtualDisplay mDisplay;
+    std::optional<CTestScreen> mScreen; // gone before the display
+};
+
+Lines Gestures(const CHostLog& inLog)
+{
+    Lines lines = inLog.Lines();
+    std::erase_if(lines, [](const std::string& inLine)
+                  { return !inLine.starts_with("HandleParameterMouse") && !inLine.starts_with("Post"); });
+    return lines;
+}
+
+/** Down, then for each step touch, value, release and drag, then up, with nothing of any other parameter.
+ * @return the last value; fails the test where it is anything else. */
+double ExpectWholeGesture(const Lines& inLines, const std::string& inParameter,
+                          const std::string& inModifiers)
+{
+    const std::string id = "(\"" + inParameter + "\"";
+    const std::string mouse = id + ", " + inModifiers + ")";
+    double last = -1.0;
+    if (inLines.size() < 6 || inLines.size() % 4 != 2)
+    {
+        ADD_FAILURE() << "no whole gesture: " << testing::PrintToString(inLines);
+        return last;
+    }
+    EXPECT_EQ(inLines.front(), "HandleParameterMouseDown" + mouse);
+    for (std::size_t i = 1; i + 1 < inLines.size(); i += 4)
+    {
+        EXPECT_EQ(inLines[i], "PostTouchRequest" + id + ")");
+        const std::string call = "PostSetValueRequest" + id + ", ";
+        EXPECT_EQ(inLines[i + 1].substr(0, call.size()), call);
+        const double value = std::atof(inLines[i + 1].substr(call.size()).c_str());
+        EXPECT_GT(value, last) << "the pointer moves one way";
+        last = value;
+        EXPECT_EQ(inLines[i + 2], "PostReleaseRequest" + id + ")");
+        EXPECT_EQ(inLines[i + 3], "HandleParameterMouseDrag" + mouse);
+    }
+    EXPECT_EQ(inLines.back(), "HandleParameterMouseUp" + mouse);
+    return last;
+}
+
+/** What is made while this lives is not searched for leaks. */
+class CLeakPause
+{
+public:
+    CLeakPause()
+    {
+        if (__lsan_disable != nullptr)
+            __lsan_disable();
+    }
+    CLeakPause(const CLeakPause&) = delete;
+    CLeakPause& operator=(const CLeakPause&) = delete;
+    ~CLeakPause()
+    {
+        if (__lsan_enable != nullptr)
+            __lsan_enable();
+    }
+};
+
+class Editors : public OnADisplay, public testing::WithParamInterface<SSubject>
+{
+protected:
+    void SetUp() override
+    {
+        if (GetParam().mPlugin.empty())
+            GTEST_SKIP() << "not installed";
+        OnADisplay::SetUp();
+        // The driver of Mesa that draws the real plug-ins' editors keeps two blocks each time. The example's
+        // editor, and all of ours with it, is searched.
+        if (GetParam().mPlugin != kSynthPlugin)
+            mPause.emplace();
+    }
+
+private:
+    std::optional<CLeakPause> mPause;
+};
+
+TEST_P(Editors, ADragArrivesAsAGestureWithTheValueBalanced)
+{
+    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
+    SOpened opened(loaded);
+    const std::string parameter = GetParam().mParameter;
+    const double before = opened.Value(parameter);
+    Drag(opened, GetParam());
+    const double told = ExpectWholeGesture(Gestures(loaded.mLog), parameter, "0x4");
+    EXPECT_GT(told, before);
+    EXPECT_NEAR(opened.Value(parameter), told, 1e-6);
+    EXPECT_FALSE(opened.mInstance->Host().Automation().IsTouched(parameter));
+}
+
+TEST_P(Editors, OpeningAHundredTimesLeavesNothingBehind)
+{
+    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
+    SOpened opened(loaded);
+    const auto openFiles = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
+    const SViewSize size = opened.mView->Size();
+    EXPECT_FALSE(size.IsEmpty());
+    EXPECT_EQ(mScreen->Children(opened.WindowID()), 1);
+    opened.mView.reset();
+    const auto files = openFiles();
+    const int objects = loaded.mModule->LiveObjects();
+    for (int i = 0; i < 100; ++i)
+    {
+        opened.mView = Require(CEditorView::Open(*opened.mInstance, *opened.mWindow));
+        ASSERT_TRUE(opened.mView->Tick());
+        ASSERT_EQ(opened.mView->Size(), size);
+        opened.mView.reset();
+    }
+    EXPECT_EQ(mScreen->Children(opened.WindowID()), 0);
+    EXPECT_EQ(openFiles(), files);
+    EXPECT_EQ(loaded.mModule->LiveObjects(), objects);
+    opened.mView = Require(CEditorView::Open(*opened.mInstance, *opened.mWindow));
+    Drag(opened, GetParam()); // still alive
+}
+
+TEST_P(Editors, TheInstanceGoesWithItsEditorOpen)
+{
+    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
+    const auto window = Require(CHostWindow::Create("test"));
+    const auto id = reinterpret_cast<CTestScreen::WindowID>(window->View());
+    for (const bool parametersFirst : {false, true})
+    {
+        SCOPED_TRACE(parametersFirst);
+        auto instance = Require(CInstance::Create(*loaded.mModule, 48000.0));
+        CHostViewContainer& container = instance->Host().ViewContainer();
+        container.SetView(window->ViewType(), window->View());
+        ASSERT_TRUE(instance->OpenGUI());
+        ASSERT_EQ(instance->GUI()->SetViewContainer(&container), 0);
+        ASSERT_EQ(mScreen->Children(id), 1);
+        if (parametersFirst)
+        {
+            EXPECT_EQ(instance->Parameters().Uninitialize(), 0);
+            AAX_Point size{};
+            EXPECT_EQ(instance->GUI()->GetViewSize(&size), 0);
+            EXPECT_EQ(instance->GUI()->TimerWakeup(), 0);
+        }
+        instance.reset();
+        EXPECT_EQ(mScreen->Children(id), 0);
+        EXPECT_EQ(loaded.mModule->LiveObjects(), 0);
+    }
+}
+
+TEST_P(Editors, TheWindowIsTakenAwayAndGivenAgainEvenInTheMiddleOfADrag)
+{
+    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
+    SOpened opened(loaded);
+    ASSERT_TRUE(TakeHold(opened, GetParam()));
+    EXPECT_TRUE(opened.mView->TakeWindowAway());
+    EXPECT_EQ(mScreen->Children(opened.WindowID()), 0);
+    mScreen->MoveTo(GetParam().mX, GetParam().mY - 20);
+    mScreen->Button(kPrimaryButton, false);
+    EXPECT_TRUE(opened.mView->Tick()); // idles a plug-in whose editor is closed
+    EXPECT_EQ(loaded.mLog.Count("HandleParameterMouseDrag"), 0U);
+
+    EXPECT_TRUE(opened.mView->GiveWindow());
+    EXPECT_EQ(mScreen->Children(opened.WindowID()), 1);
+    Drag(opened, GetParam());
+    (void)ExpectWholeGesture(Gestures(loaded.mLog), GetParam().mParameter, "0x4");
+}
+
+TEST_P(Editors, TwoInstancesHaveTheirEditorsSideBySide)
+{
+    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
+    auto first = std::make_unique<SOpened>(loaded);
+    SOpened second(loaded);
+    const int left = first->mView->Size().mWidth; // at most half the screen
+    second.mWindow->MoveTo(left, 0);
+    const std::string parameter = GetParam().mParameter;
+    const double secondValue = second.Value(parameter);
+    Drag(*first, GetParam());
+    EXPECT_EQ(second.Value(parameter), secondValue);
+    EXPECT_EQ(second.mInstance->Host().Automation().PendingRequests(), 0U) << "told to the wrong instance";
+    EXPECT_NE(first->Value(parameter), secondValue);
+    first.reset();
+    EXPECT_EQ(mScreen->Children(second.WindowID()), 1);
+    Drag(second, GetParam(), left); // the first on this knob: MVerb takes two in a row for a double click
+    EXPECT_NE(second.Value(parameter), secondValue);
+}
+
+TEST_P(Editors, ThePictureShowsTheEditorInTheSizeThatItReported)
+{
+    const CModuleBundle bundle(GetParam().mNeedsOptions ? kOptionsModule : kPlainModule, GetParam().mPlugin);
+    const std::string file = bundle.Path().parent_path() / "editor.png";
+    // The driver, as above, in a process of its own.
+    const bool isSearched = GetParam().mPlugin == kSynthPlugin;
+    const SToolRun run = RunTool({"/usr/bin/env", isSearched ? "NONE=" : "ASAN_OPTIONS=detect_leaks=0",
+                                  AAXHOST, "editor", bundle.Path(), "--seconds", "2", "--screenshot", file});
+    ASSERT_EQ(run.mExit, 0) << run.mErrors;
+    const auto picture = ReadPng(file);
+    ASSERT_TRUE(picture) << picture.Problem().mSentence;
+    std::ostringstream told;
+    told << "The editor is " << picture->mWidth << " by " << picture->mHeight << "\n";
+    EXPECT_NE(run.mOutput.find(told.str()), std::string::npos) << run.mOutput << told.str();
+    std::set<std::uint32_t> colours;
+    const std::vector<std::uint8_t>& pixels = picture->mPixels;
+    for (std::size_t i = 0; i + 2 < pixels.size(); i += 3)
+        colours.insert(static_cast<std::uint32_t>(pixels[i] << 16 | pixels[i + 1] << 8 | pixels[i + 2]));
+    EXPECT_GT(colours.size(), 50U) << "blank, or next to it";
+}
+
+INSTANTIATE_TEST_SUITE_P(Plugins, Editors, testing::Values(kSynth, kMVerb, kZamComp),
+                         [](const testing::TestParamInfo<SSubject>& inInfo)
+                         { return std::string(inInfo.param.mName); });
+
+TEST_F(OnADisplay, KeysAndButtonsGoWithTheGesture)
+{
+    SLoaded loaded(kSynthPlugin, false);
+    struct SRow
+    {
+        std::vector<std::string> mKeys;
+        bool mSecondaryButton;
+        const char* mBits;
+    };
+    for (const SRow& row : {SRow{{}, false, "0x4"},
+                            {{"Shift_L"}, false, "0x5"},
+                            {{"Super_L"}, false, "0x6"},
+                            {{"Control_L"}, false, "0x14"},
+                            {{"Alt_L"}, false, "0x4"},
+                            {{"Shift_R", "Super_R", "Control_R"}, false, "0x17"},
+                            {{}, true, "0x14"}})
+    {
+        SCOPED_TRACE(testing::PrintToString(row.mKeys) + " " + row.mBits);
+        SOpened opened(loaded);
+        for (const std::string& key : row.mKeys)
+            mScreen->Key(key, true);
+        if (row.mSecondaryButton)
+            mScreen->Button(kSecondaryButton, true);
+        Drag(opened, kSynth);
+        for (const std::string& key : row.mKeys)
+            mScreen->Key(key, false);
+        if (row.mSecondaryButton)
+            mScreen->Button(kSecondaryButton, false);
+        (void)ExpectWholeGesture(Gestures(loaded.mLog), kSynth.mParameter, row.mBits);
+    }
+}
+
+TEST_F(OnADisplay, OnlyAKnobIsDragged)
+{
+    SLoaded loaded(kSynthPlugin, false);
+    SOpened opened(loaded);
+    const auto pull = [&](int inX, int inY, unsigned inButton)
+    {
+        mScreen->MoveTo(inX, inY);
+        mScreen->Button(inButton, true);
+        mScreen->MoveTo(inX, inY - 30);
+        mScreen->Button(inButton, false);
+    };
+    ASSERT_TRUE(opened.Await([&] { return mScreen->ShowsEditor(opened.WindowID()); }));
+    pull(kSynth.mX, 20, kPrimaryButton);          // above the knobs
+    pull(208, kSynth.mY, kPrimaryButton);         // between two groups
+    pull(kSynth.mX, kSynth.mY, kSecondaryButton); // the other button
+    Drag(opened, kSynth);                         // what came before has been taken by then
+    (void)ExpectWholeGesture(Gestures(loaded.mLog), kSynth.mParameter, "0x4");
+}
+
+TEST_F(OnADisplay, ASizeThatIsKnownLateOrChangesIsFollowed)
+{
+    const CModuleBundle bundle(kPlainModule, ScriptedModule::FileOf("scripted_plugin.so"));
+    ScriptedModule plugin(bundle.SourceVst());
+    plugin.Script().shape.flags |= effFlagsHasEditor;
+    CHostLog log;
+    const auto module = Require(CModule::Open(bundle.Path(), log));
+    const auto instance = Require(CInstance::Create(*module, 48000.0));
+    const auto window = Require(CHostWindow::Create("test"));
+    plugin.Script().givesEditorSize = false;
+    const auto view = Require(CEditorView::Open(*instance, *window));
+    struct SRow
+    {
+        bool mGives;
+        ERect mRect; // top, left, bottom, right
+        SViewSize mSize;
+        SViewSize mShown;
+    };
+    for (const SRow& row : {SRow{true, {0, 0, 0, 0}, {0, 0}, {400, 300}},
+                            {true, {200, 320, 0, 0}, {0, 0}, {400, 300}},
+                            {true, {0, 0, 200, 320}, {320, 200}, {320, 200}},
+                            {true, {10, 10, 490, 650}, {640, 480}, {640, 480}},
+                            {false, {0, 0, 0, 0}, {0, 0}, {640, 480}}})
+    {
+        plugin.Script().givesEditorSize = row.mGives;
+        plugin.Script().editorSize = row.mRect;
+        ASSERT_TRUE(view->Tick());
+        EXPECT_EQ(view->Size(), row.mSize);
+        const SPicture picture = Require(window->TakePicture());
+        EXPECT_EQ((SViewSize{picture.mWidth, picture.mHeight}), row.mShown);
+    }
+    plugin.Script().faults.insert(effEditIdle);
+    const auto failed = view->Tick();
+    EXPECT_FALSE(failed); // and the host is told
+    plugin.Script().faults.clear();
+}
+
+TEST_F(OnADisplay, TheCommandTellsOfGesturesAndEndsWithItsWindow)
+{
+    const CModuleBundle bundle(kPlainModule, kSynthPlugin);
+    auto run = std::async(std::launch::async,
+                          [&] {
+                              return RunTool({AAXHOST, "editor", bundle.Path(), "--seconds", "60"});
+                          });
+    const auto deadline = std::chrono::steady_clock::now() + kLimit;
+    CTestScreen::WindowID window = 0;
+    while ((window = mScreen->FindEditor("Example Synth")) == 0 &&
+           std::chrono::steady_clock::now() < deadline)
+        std::this_thread::yield();
+    ASSERT_NE(window, 0U);
+    mScreen->Key("Shift_L", true);
+    mScreen->MoveTo(kSynth.mX, kSynth.mY);
+    mScreen->Button(kPrimaryButton, true);
+    mScreen->MoveTo(kSynth.mX, kSynth.mY - 40);
+    mScreen->Button(kPrimaryButton, false);
+    mScreen->Close(window); // the key stays down: the tool may look only now
+    const SToolRun ended = run.get();
+    EXPECT_EQ(ended.mExit, 0) << ended.mErrors;
+    EXPECT_EQ(ended.mOutput, "The editor is 888 by 174\n"
+                             "00000 Cutoff           mouse down with shift\n"
+                             "00000 Cutoff           touch\n"
+                             "00000 Cutoff           set value 0.5447\n" // 0.5197 and a fortieth
+                             "00000 Cutoff           release\n"
+                             "00000 Cutoff           mouse drag with shift\n"
+                             "00000 Cutoff           mouse up with shift\n");
+}
+
+TEST_F(OnADisplay, WithoutAnEditorOrADisplayTheCommandSaysSo)
+{
+    const CModuleBundle delay(kPlainModule, kDelayPlugin);
+    const SToolRun without = RunTool({AAXHOST, "editor", delay.Path()});
+    EXPECT_EQ(without.mExit, 1);
+    EXPECT_EQ(without.mErrors, "The plug-in has no editor, or gives it no size.\n");
+    ASSERT_EQ(unsetenv("DISPLAY"), 0);
+    const SToolRun blind = RunTool({AAXHOST, "editor", delay.Path()});
+    EXPECT_EQ(blind.mExit, 1);
+    EXPECT_EQ(blind.mErrors, "There is no X server to open a window on: DISPLAY has to name one.\n");
+}
+} // namespace

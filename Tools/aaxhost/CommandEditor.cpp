@@ -1,0 +1,115 @@
+#include "Tools/aaxhost/CommandEditor.h"
+
+#include "Tools/aaxhost/EditorReport.h"
+#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/window/CEditorView.h"
+#include "Tools/aaxhost/window/SPicture.h"
+
+#include <cstdio>
+#include <fmt/format.h>
+#include <memory>
+#include <optional>
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+
+constexpr double kEditorRate = 44100.0; // Hz; nothing is played
+// Plug-ins that learn their size only while they are open know it after the first idle calls.
+constexpr std::chrono::seconds kLongestWaitForSize{2};
+
+struct SEditorOptions
+{
+    std::string mModule;
+    std::optional<double> mSeconds;
+    std::string mScreenshot;
+};
+
+std::string TitleOf(const CModule& inModule)
+{
+    const SEffect& effect = inModule.Effect();
+    return effect.mNames.empty() ? "Editor" : effect.mNames.front();
+}
+
+/** Keeps the editor open until the time is over or the window closed, and tells what comes of it. */
+COutcome<SDone> Run(CEditorView& ioView, CHostWindow& inWindow, CHostLog& ioLog,
+                    const CEditorReport& inReport, std::optional<Clock::time_point> inEnd)
+{
+    const auto sizeDeadline = Clock::now() + kLongestWaitForSize;
+    SViewSize told;
+    while (!inWindow.IsClosed() && !(inEnd && Clock::now() >= *inEnd))
+    {
+        if (const auto ticked = ioView.Tick(); !ticked)
+            return ticked;
+        if (ioView.Size() != told)
+        {
+            told = ioView.Size();
+            fmt::print("The editor is {} by {}\n", told.mWidth, told.mHeight);
+        }
+        for (const std::string& line : ioLog.TakeLines())
+            if (const std::string words = inReport.Describe(line); !words.empty())
+                fmt::print("{}\n", words);
+        std::fflush(stdout); // as it comes, also into a pipe
+        if (told.IsEmpty() && Clock::now() >= sizeDeadline)
+            break;
+    }
+    if (told.IsEmpty())
+        return SProblem{"The plug-in has no editor, or gives it no size."};
+    return SDone{};
+}
+
+COutcome<SDone> SavePicture(CHostWindow& inWindow, const std::string& inPath)
+{
+    const auto picture = inWindow.TakePicture();
+    if (!picture)
+        return picture.Problem();
+    if (const auto written = WritePng(inPath, *picture); !written)
+        return written.Problem();
+    fmt::print("Wrote {}: {} by {}\n", inPath, picture->mWidth, picture->mHeight);
+    return SDone{};
+}
+
+int ShowEditor(const SEditorOptions& inOptions)
+{
+    CHostLog log;
+    const auto module = CModule::Open(inOptions.mModule, log);
+    if (!module)
+        return Fail(module.Problem());
+    // Before the instance: plug-ins that get no answer from a window system end the process.
+    const auto window = CHostWindow::Create(TitleOf(**module));
+    if (!window)
+        return Fail(window.Problem());
+    const auto instance = CInstance::Create(**module, kEditorRate);
+    if (!instance)
+        return Fail(instance.Problem());
+    const CEditorReport report((*instance)->ListParameters());
+    const auto view = CEditorView::Open(**instance, **window);
+    if (!view)
+        return Fail(view.Problem());
+    (void)log.TakeLines(); // of getting here
+
+    std::optional<Clock::time_point> end;
+    if (inOptions.mSeconds)
+        end = Clock::now() +
+              std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(*inOptions.mSeconds));
+    if (const auto shown = Run(**view, **window, log, report, end); !shown)
+        return Fail(shown.Problem());
+    if (!inOptions.mScreenshot.empty())
+        if (const auto saved = SavePicture(**window, inOptions.mScreenshot); !saved)
+            return Fail(saved.Problem());
+    return kExitSuccess;
+}
+} // namespace
+
+void AddCommandEditor(CLI::App& ioApp, CommandAction& outAction)
+{
+    auto options = std::make_shared<SEditorOptions>();
+    CLI::App* command = ioApp.add_subcommand("editor", "Open the plug-in's editor and tell what it does");
+    command->add_option("MODULE", options->mModule, "Bundle folder or module file")->required();
+    command->add_option("--seconds", options->mSeconds, "How long; otherwise until the window is closed")
+        ->check(NumberFrom(0.1, 86400.0));
+    command->add_option("--screenshot", options->mScreenshot,
+                        "PNG file to write with what the window shows at the end");
+    command->callback([options, &outAction] { outAction = [options] { return ShowEditor(*options); }; });
+}

@@ -1,0 +1,94 @@
+#include "Tools/aaxhost/window/CEditorView.h"
+
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/lib/CInstance.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace
+{
+SViewSize ToPixels(const AAX_Point& inPoint)
+{
+    // Through a range that every window system holds, so that no broken number is converted.
+    const auto extent = [](float inExtent)
+    { return inExtent > 0.0F ? static_cast<int>(std::min(inExtent, 32767.0F)) : 0; };
+    return {extent(inPoint.mHorizontal), extent(inPoint.mVertical)};
+}
+
+COutcome<SDone> Checked(const char* inCall, AAX_Result inResult)
+{
+    if (inResult != kAAX_Success)
+        return SProblem{fmt::format("The editor fails: {} answered {}.", inCall, NameOfResult(inResult))};
+    return SDone{};
+}
+} // namespace
+
+CEditorView::CEditorView(CInstance& inInstance, CHostWindow& inWindow)
+    : mInstance(inInstance), mWindow(inWindow), mNextBeat(std::chrono::steady_clock::now())
+{
+    CHostViewContainer& container = mInstance.Host().ViewContainer();
+    container.SetView(mWindow.ViewType(), mWindow.View());
+    container.SetResizeHandler([this](const AAX_Point& inSize) { mWindow.Resize(ToPixels(inSize)); });
+}
+
+CEditorView::~CEditorView()
+{
+    if (mInstance.GUI() != nullptr && mHasWindow)
+        (void)TakeWindowAway(); // the editor ends whatever it answers
+    mInstance.CloseGUI();
+    mInstance.Host().ViewContainer().SetResizeHandler({});
+}
+
+COutcome<std::unique_ptr<CEditorView>> CEditorView::Open(CInstance& inInstance, CHostWindow& inWindow)
+{
+    if (const auto made = inInstance.OpenGUI(); !made)
+        return made.Problem();
+    std::unique_ptr<CEditorView> view(new CEditorView(inInstance, inWindow));
+    if (const auto given = view->GiveWindow(); !given)
+        return given.Problem();
+    inWindow.Show();
+    return view;
+}
+
+COutcome<SDone> CEditorView::GiveWindow()
+{
+    mHasWindow = true;
+    const auto given =
+        Checked("SetViewContainer", mInstance.GUI()->SetViewContainer(&mInstance.Host().ViewContainer()));
+    return given ? FollowSize() : given;
+}
+
+COutcome<SDone> CEditorView::TakeWindowAway()
+{
+    mHasWindow = false;
+    return Checked("SetViewContainer", mInstance.GUI()->SetViewContainer(nullptr));
+}
+
+COutcome<SDone> CEditorView::Tick()
+{
+    for (auto now = std::chrono::steady_clock::now(); now < mNextBeat; now = std::chrono::steady_clock::now())
+        mWindow.HandleEvents(std::chrono::ceil<std::chrono::milliseconds>(mNextBeat - now));
+    mWindow.HandleEvents(std::chrono::milliseconds::zero()); // also where the beats leave no time between
+    mNextBeat = std::chrono::steady_clock::now() + kTimerInterval;
+
+    if (const auto idled = Checked("TimerWakeup", mInstance.GUI()->TimerWakeup()); !idled)
+        return idled;
+    if (const auto sized = FollowSize(); !sized)
+        return sized;
+    return Checked("GenerateCoefficients", mInstance.Host().DeliverUpdates(mInstance.Parameters()));
+}
+
+COutcome<SDone> CEditorView::FollowSize()
+{
+    AAX_Point point{};
+    if (const auto asked = Checked("GetViewSize", mInstance.GUI()->GetViewSize(&point)); !asked)
+        return asked;
+    const SViewSize size = ToPixels(point);
+    if (size == mSize)
+        return SDone{};
+    mSize = size;
+    if (!mSize.IsEmpty())
+        mWindow.Resize(mSize);
+    return SDone{};
+}

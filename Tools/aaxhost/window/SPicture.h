@@ -1,0 +1,18 @@
+#pragma once
+#include "Tools/aaxhost/lib/COutcome.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/** An image: three bytes a pixel, red first, row by row from the top, without gaps. */
+struct SPicture
+{
+    int mWidth = 0;
+    int mHeight = 0;
+    std::vector<std::uint8_t> mPixels;
+};
+
+/** Replaces the file. */
+COutcome<SDone> WritePng(const std::string& inPath, const SPicture& inPicture);
+COutcome<SPicture> ReadPng(const std::string& inPath);
