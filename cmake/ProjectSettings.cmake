@@ -24,5 +24,6 @@ set(AAXADAPTER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compil
 if(AAXADAPTER_SANITIZE)
     target_compile_options(project_warnings INTERFACE
         -fsanitize=${AAXADAPTER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_definitions(project_warnings INTERFACE AAXADAPTER_SANITIZED)
     target_link_options(project_warnings INTERFACE -fsanitize=${AAXADAPTER_SANITIZE})
 endif()

@@ -1,4 +1,4 @@
-#include "Tests/integration/CallGuard.h"
+#include "Tests/doubles/CallGuard.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"

@@ -40,7 +40,7 @@ COutcome<SDone> Run(CEditorView& ioView, CHostWindow& inWindow, CHostLog& ioLog,
     SViewSize told;
     while (!inWindow.IsClosed() && !(inEnd && Clock::now() >= *inEnd))
     {
-        if (const auto ticked = ioView.Tick(); !ticked)
+        if (auto ticked = ioView.Tick(); !ticked)
             return ticked;
         if (ioView.Size() != told)
         {

@@ -163,12 +163,13 @@ void CX11PanelView::Idle()
     {
         if ((event->response_type & 0x7F) == XCB_MOTION_NOTIFY)
         {
-            motion = std::move(event);
+            motion.swap(event);
             continue;
         }
-        if (const EventPtr earlier = std::move(motion))
+        if (motion != nullptr)
         {
-            Handle(*earlier);
+            Handle(*motion);
+            motion.reset();
         }
         Handle(*event);
     }

@@ -1,5 +1,5 @@
 #include "Tools/aaxhost/lib/Renderer.h"
-#include "Tests/unit/aaxhost/AllocationCounter.h"
+#include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxhost/FakeModule.h"
 
 #include <algorithm>
@@ -156,12 +156,15 @@ TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
     const auto call = mInstance->MakeRenderCall();
     for (std::uint32_t i = 0; i < 100; ++i)
         call->FindNode(AAX_eMIDINodeType_LocalInput)->Add(i, Event(0.0, 1).mBytes);
-    const int before = CountAllocations();
-    mInstance->Render(*call);
-    EXPECT_EQ(CountAllocations(), before);
+    {
+        CCallGuard guard;
+        mInstance->Render(*call);
+        EXPECT_EQ(guard.Stop(), SGuardedCalls());
+    }
     mLog.RecordRenderCalls(true);
+    CCallGuard guard;
     mInstance->Render(*call);
-    EXPECT_GT(CountAllocations(), before) << "the counter does not count";
+    EXPECT_EQ(guard.Stop().mAllocations > 0, CCallGuard::IsWatching());
     EXPECT_EQ(mLog.Count("GetCurrentNativeSampleLocation"), 1U);
 }
 

@@ -72,9 +72,9 @@ COutcome<SDone> CEditorView::Tick()
     mWindow.HandleEvents(std::chrono::milliseconds::zero()); // also where the beats leave no time between
     mNextBeat = std::chrono::steady_clock::now() + kTimerInterval;
 
-    if (const auto idled = Checked("TimerWakeup", mInstance.GUI()->TimerWakeup()); !idled)
+    if (auto idled = Checked("TimerWakeup", mInstance.GUI()->TimerWakeup()); !idled)
         return idled;
-    if (const auto sized = FollowSize(); !sized)
+    if (auto sized = FollowSize(); !sized)
         return sized;
     return Checked("GenerateCoefficients", mInstance.Host().DeliverUpdates(mInstance.Parameters()));
 }
@@ -82,7 +82,7 @@ COutcome<SDone> CEditorView::Tick()
 COutcome<SDone> CEditorView::FollowSize()
 {
     AAX_Point point{};
-    if (const auto asked = Checked("GetViewSize", mInstance.GUI()->GetViewSize(&point)); !asked)
+    if (auto asked = Checked("GetViewSize", mInstance.GUI()->GetViewSize(&point)); !asked)
         return asked;
     const SViewSize size = ToPixels(point);
     if (size == mSize)

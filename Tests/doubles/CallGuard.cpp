@@ -1,4 +1,4 @@
-#include "Tests/integration/CallGuard.h"
+#include "Tests/doubles/CallGuard.h"
 
 #include <cstddef>
 #include <dlfcn.h>
@@ -11,7 +11,7 @@ thread_local bool gIsUp = false;
 thread_local SGuardedCalls gCalls;
 } // namespace
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if !defined(__linux__) || defined(AAXADAPTER_SANITIZED)
 bool CCallGuard::IsWatching() noexcept { return false; }
 #else
 bool CCallGuard::IsWatching() noexcept { return true; }

@@ -24,6 +24,6 @@ public:
     ~CCallGuard();
     SGuardedCalls Stop() noexcept;
 
-    /** False in a program with a sanitizer, which has functions of its own in these places. */
+    /** False where another library has these places: with a sanitizer, and on macOS. */
     static bool IsWatching() noexcept;
 };
