@@ -52,7 +52,9 @@ TEST(Layering, IncludesGoDownOnly)
         {"Libs/AAXLibrary", {aax[0], aax[1], "Platform/", "Libs/AAXLibrary/"}, {}},
         {"Source/plugins", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}, {}},
         {"Source", {"Interfaces/", "Libs/", "Extensions/", "Platform/", "Source/"}, {"Source/plugins/"}},
-        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/"}, {}},
+        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/"}, {"Tools/aaxhost/bare/"}},
+        // What the module is compared with: the plug-in called directly.
+        {"Tools/aaxhost/bare", {"Interfaces/VST2/", "Tools/aaxhost/"}, {}},
         {"Examples", {"Interfaces/VST2/", "Examples/"}, {}},
     };
     const std::regex include(R"re(^\s*#\s*include\s*"([^"]+)")re");

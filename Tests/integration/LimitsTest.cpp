@@ -1,0 +1,167 @@
+#include "Tests/integration/ModuleBundle.h"
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/RenderWatch.h"
+#include "Tools/aaxhost/host/CHostString.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+/** An example in the plain module: what does not cross the bridge, so that docs/limits.md stays true. */
+class Limits : public testing::Test
+{
+protected:
+    const CModuleBundle mBundle{kPlainModule, kDelayPlugin};
+    CCheckContext mContext{mBundle.Path().string(), 5};
+};
+
+constexpr const char* kTime = "00000";
+
+TEST_F(Limits, ReportedValuesFollowWithTheState)
+{
+    const auto instance = mContext.MakeInstance();
+    double before = 0.0;
+    ASSERT_EQ(instance->Parameters().GetParameterNormalizedValue(kTime, &before), kAAX_Success);
+    ASSERT_EQ(instance->UpdateParameter(kTime, 0.875), kAAX_Success);
+    double after = 0.0;
+    ASSERT_EQ(instance->Parameters().GetParameterNormalizedValue(kTime, &after), kAAX_Success);
+    EXPECT_EQ(after, before);
+    EXPECT_NEAR(ValueOf(*instance, kTime), 0.875, 1e-6) << "asked for its state, it knows";
+}
+
+TEST_F(Limits, ChangesOfTheHostAreNotCounted)
+{
+    const auto instance = mContext.MakeInstance();
+    std::int32_t before = -1;
+    std::int32_t after = -1;
+    ASSERT_EQ(instance->Parameters().GetNumberOfChanges(&before), kAAX_Success);
+    ASSERT_EQ(instance->SetParameter(kTime, 0.9), kAAX_Success);
+    ASSERT_EQ(instance->Parameters().GetNumberOfChanges(&after), kAAX_Success);
+    EXPECT_EQ(after, before);
+}
+
+TEST_F(Limits, TextsAreTheNormalizedValue)
+{
+    const auto instance = mContext.MakeInstance();
+    CHostString text;
+    ASSERT_EQ(instance->Parameters().GetParameterStringFromValue(kTime, 0.25, &text, 32), kAAX_Success);
+    EXPECT_EQ(text.Text(), "0.25") << "and not the plug-in's milliseconds";
+}
+
+TEST_F(Limits, ShortNamesAreTheWholeName)
+{
+    const auto instance = mContext.MakeInstance();
+    CHostString name;
+    ASSERT_EQ(instance->Parameters().GetParameterNameOfLength("00001", &name, 3), kAAX_Success);
+    EXPECT_EQ(name.Text(), "Feedback");
+}
+
+TEST_F(Limits, MasterBypassDoesNotChangeTheSound)
+{
+    CRig through(mContext);
+    CRig bypassed(mContext);
+    CHostString bypass;
+    ASSERT_EQ(bypassed.Instance().Parameters().GetMasterBypassParameter(&bypass), kAAX_Success);
+    ASSERT_EQ(bypassed.Instance().SetParameter(bypass.Text(), 1.0), kAAX_Success);
+    for (CRig* rig : {&through, &bypassed})
+    {
+        rig->Record();
+        rig->Play(0.5);
+    }
+    EXPECT_GT(through.TakePeak(), 0.1F);
+    EXPECT_EQ(through.Recording(), bypassed.Recording());
+}
+
+TEST_F(Limits, NothingIsPostedToAMidiNode)
+{
+    const CModuleBundle bundle(kPlainModule, kSynthPlugin);
+    CCheckContext context(bundle.Path().string(), 5);
+    CRig rig(context);
+    rig.Play(0.2);
+    for (const SRenderCall::SNode& node : rig.Call().mNodes)
+        EXPECT_TRUE(node.mNode->Posted().empty());
+    for (const SField& field : rig.Instance().Component().mFields)
+        EXPECT_FALSE(field.mKind == EFieldKind::MidiNode && field.mNodeType == AAX_eMIDINodeType_LocalOutput);
+}
+
+std::string Contents(const fs::path& inFile)
+{
+    std::ifstream file(inFile, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(LimitsTable, EveryRowIsKeptByATestOrACheckThatExists)
+{
+    const fs::path root = AAXADAPTER_SOURCE_DIR;
+    std::string tests;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root / "Tests"))
+        if (entry.path().extension() == ".cpp")
+            tests += Contents(entry.path());
+    std::erase_if(tests, [](char letter) { return letter == ' ' || letter == '\n'; });
+    std::istringstream table(Contents(root / "docs" / "limits.md"));
+    const std::regex name("`([A-Za-z-]+)\\.([A-Za-z0-9-]+)`");
+    int rows = 0;
+    for (std::string row; std::getline(table, row);)
+    {
+        if (!row.starts_with("| ") || row.starts_with("| |"))
+            continue;
+        SCOPED_TRACE(row);
+        ++rows;
+        const std::string keepers = row.substr(row.rfind(" | ", row.size() - 3));
+        int found = 0;
+        for (std::sregex_iterator match(keepers.begin(), keepers.end(), name), end; match != end;
+             ++match, ++found)
+        {
+            const std::string suite = (*match)[1];
+            const std::string test = (*match)[2];
+            EXPECT_TRUE(FindCheck(fmt::format("{}.{}", suite, test)) != nullptr ||
+                        tests.find(fmt::format("({},{})", suite, test)) != std::string::npos)
+                << match->str();
+        }
+        EXPECT_GT(found, 0);
+    }
+    EXPECT_GT(rows, 30);
+}
+
+TEST(RenderWatch, TellsTheModulesCallsFromThePluginsAndTheHosts)
+{
+    if (const std::string obstacle = RenderWatchObstacle(); !obstacle.empty())
+        GTEST_SKIP() << obstacle;
+    const auto watch = [](const fs::path& plugin, int packets, SRenderWatch& outWatch)
+    {
+        const CModuleBundle bundle(kPlainModule, plugin);
+        CCheckContext context(bundle.Path().string(), 5);
+        CRig rig(context);
+        rig.Render(64);
+        for (int i = 0; i < packets; ++i)
+            rig.Send(0, 0xB0, 1, 1);
+        context.Log().RecordRenderCalls(true); // has the host allocate and lock during the call
+        WatchRender(context.ModuleFile(), outWatch, [&] { rig.Instance().Render(rig.Call()); });
+    };
+    SRenderWatch quiet;
+    watch(kSynthPlugin, 1, quiet);
+    EXPECT_EQ(quiet.mModule.mAllocations + quiet.mModule.mLocks, 0)
+        << "the host's calls count as the module's";
+    EXPECT_EQ(quiet.mPlugin.mAllocations + quiet.mPlugin.mLocks, 0)
+        << "the host's calls count as the plug-in's";
+
+    SRenderWatch growing; // more messages than ever: the module makes room for them
+    watch(kSynthPlugin, 5000, growing);
+    EXPECT_GT(growing.mModule.mAllocations, 0);
+    EXPECT_EQ(growing.mPlugin.mAllocations, 0);
+
+    SRenderWatch blocking;
+    watch(fs::path(BROKEN_PLUGINS) / "BrokenBlocking.so", 0, blocking);
+    EXPECT_EQ(blocking.mPlugin.mLocks, 1);
+    EXPECT_EQ(blocking.mPlugin.mSystemCallCount, 1U);
+    EXPECT_EQ(blocking.mModule.mLocks + static_cast<int>(blocking.mModule.mSystemCallCount), 0);
+}
+} // namespace

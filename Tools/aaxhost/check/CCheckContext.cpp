@@ -1,0 +1,112 @@
+#include "Tools/aaxhost/check/CCheckContext.h"
+
+#include "Tools/aaxhost/host/CHostString.h"
+#include "Tools/aaxhost/host/HostNames.h"
+
+#include <algorithm>
+#include <cmath>
+#include <dlfcn.h>
+#include <fmt/format.h>
+#include <limits>
+
+CCheckContext::CCheckContext(std::string inModulePath, int inStrictness)
+    : mModulePath(std::move(inModulePath)), mStrictness(inStrictness)
+{
+}
+
+CModule& CCheckContext::Module()
+{
+    if (mModule == nullptr)
+    {
+        auto module = CModule::Open(mModulePath, mLog);
+        if (!module)
+            throw SCheckEnd{SFinding::Failed(module.Problem().mSentence)};
+        mModule = std::move(*module);
+    }
+    return *mModule;
+}
+
+std::unique_ptr<CInstance> CCheckContext::MakeInstance(double inRate)
+{
+    auto instance = CInstance::Create(Module(), inRate);
+    if (!instance)
+        throw SCheckEnd{SFinding::Failed(instance.Problem().mSentence)};
+    return std::move(*instance);
+}
+
+int CCheckContext::Scaled(int inLow, int inHigh) const
+{
+    const double part =
+        static_cast<double>(mStrictness - kLowestStrictness) / (kHighestStrictness - kLowestStrictness);
+    return static_cast<int>(std::lround(inLow * std::pow(static_cast<double>(inHigh) / inLow, part)));
+}
+
+bool CCheckContext::TakesMidi()
+{
+    const auto& components = Module().Effect().mComponents;
+    return !components.empty() &&
+           std::ranges::any_of(components.front().mFields,
+                               [](const SField& field) {
+                                   return field.mKind == EFieldKind::MidiNode &&
+                                          field.mNodeType == AAX_eMIDINodeType_LocalInput;
+                               });
+}
+
+bool CCheckContext::IsInstrument()
+{
+    const auto& categories = Module().Effect().mCategories;
+    return std::ranges::find(categories, kAAX_CategorySoftwareInstrument) != categories.end();
+}
+
+std::string CCheckContext::ModuleFile()
+{
+    Dl_info info{};
+    const auto entry = reinterpret_cast<void*>(Module().Entries().mStartup);
+    return dladdr(entry, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname : std::string();
+}
+
+std::uint32_t CSequence::Next() noexcept
+{
+    mState ^= mState << 13;
+    mState ^= mState >> 17;
+    mState ^= mState << 5;
+    return mState;
+}
+
+std::vector<std::string> AutomatableParameters(CInstance& inInstance)
+{
+    CHostString bypass;
+    (void)inInstance.Parameters().GetMasterBypassParameter(&bypass); // no answer: there is none
+    std::vector<std::string> list;
+    for (const SParameterInfo& info : inInstance.ListParameters())
+        if (info.mAutomatable && info.mID != bypass.Text())
+            list.push_back(info.mID);
+    return list;
+}
+
+std::string NameOfParameter(CInstance& inInstance, const std::string& inID)
+{
+    CHostString name;
+    (void)inInstance.Parameters().GetParameterName(inID.c_str(), &name); // unnamed: the identifier has to do
+    return name.Text().empty() ? fmt::format("'{}'", inID) : fmt::format("'{}' ({})", inID, name.Text());
+}
+
+double ValueOf(CInstance& inInstance, const std::string& inID)
+{
+    double value = std::numeric_limits<double>::quiet_NaN();
+    AAX_CTypeID chunk = 0;
+    std::uint32_t size = 0;
+    // Without chunks there is nothing to bring up to date.
+    if (inInstance.Parameters().GetChunkIDFromIndex(0, &chunk) == kAAX_Success)
+        (void)inInstance.Parameters().GetChunkSize(chunk, &size);
+    (void)inInstance.Parameters().GetParameterNormalizedValue(inID.c_str(), &value); // stays not a number
+    return value;
+}
+
+bool DeliverAll(CInstance& inInstance)
+{
+    constexpr int rounds = 20; // a plug-in that echoes each value once needs two
+    for (int i = 0; i < rounds && inInstance.Host().Automation().PendingRequests() > 0; ++i)
+        (void)inInstance.Host().DeliverUpdates(inInstance.Parameters()); // what waits next tells
+    return inInstance.Host().Automation().PendingRequests() == 0;
+}

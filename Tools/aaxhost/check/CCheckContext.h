@@ -1,0 +1,72 @@
+#pragma once
+#include "Tools/aaxhost/check/SCheck.h"
+#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/lib/CModule.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choose another
+
+/**
+ * What a check works on: a module, opened when it is first asked for, and instances of it.
+ *
+ * Lives in the process of its one check. Threads: the main thread.
+ */
+class CCheckContext
+{
+public:
+    CCheckContext(std::string inModulePath, int inStrictness);
+    CCheckContext(const CCheckContext&) = delete;
+    CCheckContext& operator=(const CCheckContext&) = delete;
+
+    const std::string& ModulePath() const noexcept { return mModulePath; }
+    int Strictness() const noexcept { return mStrictness; }
+    CHostLog& Log() noexcept { return mLog; }
+    /** Opens it on the first call; ends the check as failed when it does not open. */
+    CModule& Module();
+    /** All instances must be gone. */
+    void CloseModule() { mModule.reset(); }
+    /** Ends the check as failed when there is none to be had. */
+    std::unique_ptr<CInstance> MakeInstance(double inRate = kCheckRate);
+    /** From inLow at strictness 1 to inHigh at 10, in equal ratios. */
+    int Scaled(int inLow, int inHigh) const;
+
+    bool TakesMidi();
+    /** It is in the category of instruments; modules describe inputs for these, too. */
+    bool IsInstrument();
+    /** The module file as the loader knows it; empty where it cannot be told. */
+    std::string ModuleFile();
+
+private:
+    std::string mModulePath;
+    int mStrictness;
+    CHostLog mLog;
+    std::unique_ptr<CModule> mModule; // goes before the log that it writes into
+};
+
+/** Numbers that look random and are the same in every run. */
+class CSequence
+{
+public:
+    explicit CSequence(std::uint32_t inSeed = 1) : mState(inSeed * 2654435761U + 1U) {}
+    std::uint32_t Next() noexcept;
+    /** 0 up to inCount - 1. */
+    std::uint32_t Below(std::uint32_t inCount) noexcept { return Next() % inCount; }
+    /** 0 up to 1. */
+    double Fraction() noexcept { return Next() / 4294967296.0; }
+
+private:
+    std::uint32_t mState;
+};
+
+/** The identifiers of the parameters that a host may automate: those of the wrapped plug-in. */
+std::vector<std::string> AutomatableParameters(CInstance& inInstance);
+/** "'00003' (Cutoff)". */
+std::string NameOfParameter(CInstance& inInstance, const std::string& inID);
+/** The value as the module tells it after it was asked for its state, which is when it looks at the plug-in's
+ * own values; not a number where it does not tell. */
+double ValueOf(CInstance& inInstance, const std::string& inID);
+/** Answers what waits until nothing does. @return false when it never ends. */
+bool DeliverAll(CInstance& inInstance);

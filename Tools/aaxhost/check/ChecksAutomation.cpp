@@ -1,0 +1,197 @@
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/host/HostNames.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace
+{
+std::vector<std::string> NeededParameters(CInstance& inInstance)
+{
+    auto ids = AutomatableParameters(inInstance);
+    if (ids.empty())
+        throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters to automate.")};
+    return ids;
+}
+
+SFinding Registered(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const std::string& id : NeededParameters(*instance))
+        if (!instance->Host().Automation().IsRegistered(id))
+            return SFinding::Failed(
+                fmt::format("{} is automatable and not registered with the host's automation.",
+                            NameOfParameter(*instance, id)));
+    return SFinding::Passed();
+}
+
+SFinding Settles(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const std::string& id : NeededParameters(*instance))
+    {
+        (void)instance->SetParameter(id, 0.75); // refusals show in another check
+        if (!DeliverAll(*instance))
+            return SFinding::Failed(
+                fmt::format("Setting {} once starts an endless exchange of values with the host.",
+                            NameOfParameter(*instance, id)));
+    }
+    return SFinding::Passed();
+}
+
+SFinding NoTouchLeft(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = NeededParameters(instance);
+    for (const std::string& id : ids)
+    {
+        (void)instance.UpdateParameter(id, 0.3); // refusals show in another check
+        (void)instance.FinishUpdates();
+    }
+    rig.Play(0.1);
+    (void)DeliverAll(instance); // looked at by another check
+    for (const std::string& id : ids)
+        if (instance.Host().Automation().IsTouched(id))
+            return SFinding::Failed(fmt::format("{} stays touched, so its automation never plays again.",
+                                                NameOfParameter(instance, id)));
+    const std::size_t touches = ioContext.Log().Count("PostTouchRequest");
+    const std::size_t releases = ioContext.Log().Count("PostReleaseRequest");
+    return touches == releases ? SFinding::Passed()
+                               : SFinding::Failed("Touches and releases of parameters are not balanced.");
+}
+
+SFinding Accepted(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    for (const std::string& id : NeededParameters(instance))
+        for (const double value : {0.0, 0.33, 1.0, 0.5})
+        {
+            if (const AAX_Result result = instance.UpdateParameter(id, value))
+                return SFinding::Failed(fmt::format("{} refuses its automation: {}.",
+                                                    NameOfParameter(instance, id), NameOfResult(result)));
+            if (const AAX_Result result = instance.FinishUpdates())
+                return SFinding::Failed(fmt::format("After an update of {} the coefficients fail: {}.",
+                                                    NameOfParameter(instance, id), NameOfResult(result)));
+        }
+    rig.Play(0.05);
+    return SFinding::Passed();
+}
+
+SFinding Dense(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = NeededParameters(instance);
+    rig.Feed(Noise(0.25F));
+    rig.Send(0, 0x90, 60, 100);
+    const int blocks = ioContext.Scaled(200, 5000);
+    for (int block = 0; block < blocks; ++block)
+    {
+        const std::string& id = ids[static_cast<std::size_t>(block) % ids.size()];
+        (void)instance.UpdateParameter(id,
+                                       0.5 + 0.5 * std::sin(0.05 * block)); // refusals show in another check
+        rig.Render(16);
+    }
+    rig.ExpectFinite("while automation moves every 16 frames");
+    return SFinding::Passed();
+}
+
+/** How far two recordings are apart, relative to the louder one. */
+double Difference(const CRig& inFirst, const CRig& inSecond)
+{
+    double difference = 0.0;
+    double energy = 0.0;
+    for (std::size_t channel = 0; channel < inFirst.Recording().size(); ++channel)
+        for (std::size_t i = 0; i < inFirst.Recording()[channel].size(); ++i)
+        {
+            const double first = static_cast<double>(inFirst.Recording()[channel][i]);
+            const double second = static_cast<double>(inSecond.Recording()[channel][i]);
+            if (!std::isfinite(first) || !std::isfinite(second))
+                continue;
+            difference += (first - second) * (first - second);
+            energy += std::max(first * first, second * second);
+        }
+    return energy > 0.0 ? std::sqrt(difference / energy) : 0.0;
+}
+
+SFinding Audible(CCheckContext& ioContext)
+{
+    const auto render = [&](CRig& rig, double value)
+    {
+        if (value >= 0.0)
+            for (const std::string& id : NeededParameters(rig.Instance()))
+                (void)rig.Instance().UpdateParameter(id, value); // refusals show in another check
+        rig.Record();
+        rig.Play(0.2);
+    };
+    CRig plain(ioContext);
+    (void)NeededParameters(plain.Instance());
+    render(plain, -1.0);
+    for (const double value : {0.9, 0.1, 0.6})
+    {
+        CRig moved(ioContext);
+        render(moved, value);
+        if (Difference(plain, moved) > 1e-4)
+            return SFinding::Passed();
+    }
+    return plain.TakePeak() > 0.0F
+               ? SFinding::Warning("No parameter makes an audible difference to the test material.")
+               : SFinding::Skipped("The plug-in makes no sound of the test material.");
+}
+
+SFinding Repeatable(CCheckContext& ioContext)
+{
+    const auto render = [](CRig& rig)
+    {
+        const auto ids = NeededParameters(rig.Instance());
+        rig.Feed(Noise(0.25F));
+        rig.Record();
+        rig.Send(0, 0x90, 60, 100);
+        for (int block = 0; block < 40; ++block)
+        {
+            (void)rig.Instance().UpdateParameter(ids.front(), block / 39.0); // refusals show in another check
+            rig.Render(128);
+        }
+    };
+    CRig first(ioContext);
+    render(first);
+    CRig second(ioContext);
+    render(second);
+    return Difference(first, second) < 1e-4
+               ? SFinding::Passed()
+               : SFinding::Warning("The same automation, played twice, does not give the same sound.");
+}
+
+SFinding StoppedTransport(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Transport().mPlaying = false;
+    CInstance& instance = rig.Instance();
+    for (const std::string& id : NeededParameters(instance))
+    {
+        (void)instance.UpdateParameter(id, 0.8); // refusals show in another check
+        rig.Render(64);
+    }
+    rig.ExpectFinite("while parameters move and the transport stands");
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"automation.registered", "Every automatable parameter is registered with the host's automation.", 1,
+     &Registered},
+    {"automation.accepted", "Every parameter takes automation over its whole range.", 1, &Accepted},
+    {"automation.settles", "Setting a parameter once does not start an endless exchange with the host.", 1,
+     &Settles},
+    {"automation.no-touch-left", "Touches and releases are balanced and no parameter stays touched.", 1,
+     &NoTouchLeft},
+    {"automation.dense", "Automation every 16 frames leaves the sound finite.", 3, &Dense},
+    {"automation.audible", "Automated parameters reach the sound.", 2, &Audible},
+    {"automation.repeatable", "The same automation gives the same sound again.", 3, &Repeatable},
+    {"automation.stopped", "Parameters move while the transport stands.", 2, &StoppedTransport},
+};
+} // namespace
+
+std::span<const SCheck> AutomationChecks() { return kChecks; }

@@ -1,0 +1,209 @@
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/RenderWatch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <iterator>
+
+namespace
+{
+SFinding Creates(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    return instance->OutputChannels() > 0 ? SFinding::Passed()
+                                          : SFinding::Failed("The instance has no output channel.");
+}
+
+SFinding Channels(CCheckContext& ioContext)
+{
+    const PropertyList& properties =
+        ioContext.Module().Effect().mComponents.front().mProcs.front().mProperties;
+    const std::int32_t described =
+        AAX_StemChannelCount(FindProperty(properties, kAAX_PropertyOutputStemFormat).value_or(0));
+    CRig rig(ioContext);
+    rig.Render(64);
+    return rig.Outputs() >= static_cast<std::size_t>(described)
+               ? SFinding::Passed()
+               : SFinding::Failed("An instance has fewer output channels than the description promises.");
+}
+
+SFinding Deletes(CCheckContext& ioContext)
+{
+    {
+        const auto instance = ioContext.MakeInstance();
+    }
+    if (const int live = ioContext.Module().LiveObjects(); live != 0)
+        return SFinding::Failed(fmt::format("{} objects of the module outlive a deleted instance.", live));
+    return SFinding::Passed();
+}
+
+SFinding Repeats(CCheckContext& ioContext)
+{
+    const int count = ioContext.Scaled(3, 200);
+    for (int i = 0; i < count; ++i)
+    {
+        CRig rig(ioContext);
+        rig.Render(64);
+    }
+    return ioContext.Module().LiveObjects() == 0
+               ? SFinding::Passed()
+               : SFinding::Failed("Deleted instances leave objects of the module behind.");
+}
+
+SFinding Memory(CCheckContext& ioContext)
+{
+    if (ResidentBytes() == 0)
+        return SFinding::Skipped("How much memory the process has cannot be told here.");
+    const auto makeAndDelete = [&](int count)
+    {
+        for (int i = 0; i < count; ++i)
+        {
+            CRig rig(ioContext);
+            rig.Render(64);
+        }
+    };
+    // What is made once and kept, the allocator's stock too, is there after the first part. That it keeps
+    // more now and then is no leak; a leak shows in every part.
+    const int count = ioContext.Scaled(4, 200);
+    constexpr int parts = 4;
+    const int partCount = std::max(2, count / parts);
+    makeAndDelete(partCount);
+    constexpr std::size_t allowedBytes = std::size_t{16}
+                                         << 10; // an instance; the smallest that is told from chance
+    for (int part = 0; part < parts; ++part)
+    {
+        const std::size_t before = ResidentBytes();
+        makeAndDelete(partCount);
+        if (ResidentBytes() <= before + allowedBytes * static_cast<std::size_t>(partCount))
+            return SFinding::Passed();
+    }
+    return SFinding::Failed("The memory grows with every instance that is made and deleted.");
+}
+
+SFinding ManyInstances(CCheckContext& ioContext)
+{
+    const int count = std::min(50, ioContext.Scaled(4, 50));
+    std::vector<std::unique_ptr<CRig>> rigs;
+    std::generate_n(std::back_inserter(rigs), count, [&] { return std::make_unique<CRig>(ioContext); });
+    for (int block = 0; block < 4; ++block)
+        for (const auto& rig : rigs)
+        {
+            rig->Feed(Noise(0.25F));
+            rig->Send(0, 0x90, 60, 100);
+            rig->Render(256);
+        }
+    for (const auto& rig : rigs)
+        rig->ExpectFinite("with many instances at once");
+    return SFinding::Passed();
+}
+
+SFinding FiftyInstances(CCheckContext& ioContext)
+{
+    std::vector<std::unique_ptr<CRig>> rigs;
+    constexpr int count = 50;
+    for (int i = 0; i < count; ++i)
+    {
+        rigs.push_back(std::make_unique<CRig>(ioContext));
+        rigs.back()->Render(128);
+    }
+    for (const auto& rig : rigs)
+        rig->ExpectFinite("with 50 instances");
+    return SFinding::Passed();
+}
+
+SFinding Independent(CCheckContext& ioContext)
+{
+    const auto first = ioContext.MakeInstance();
+    const auto second = ioContext.MakeInstance();
+    const auto ids = AutomatableParameters(*first);
+    if (ids.empty())
+        return SFinding::Skipped("The plug-in has no parameters.");
+    std::vector<double> before;
+    std::ranges::transform(ids, std::back_inserter(before),
+                           [&](const std::string& id) { return ValueOf(*second, id); });
+    for (const std::string& id : ids)
+        (void)first->SetParameter(id,
+                                  ValueOf(*first, id) < 0.5 ? 0.9 : 0.1); // only the other one is looked at
+    (void)DeliverAll(*first);
+    (void)DeliverAll(*second);
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        if (std::abs(ValueOf(*second, ids[i]) - before[i]) > 1e-6)
+            return SFinding::Failed(fmt::format("Setting {} of one instance changes it in another.",
+                                                NameOfParameter(*second, ids[i])));
+    return SFinding::Passed();
+}
+
+SFinding AnyOrder(CCheckContext& ioContext)
+{
+    std::vector<std::unique_ptr<CRig>> rigs;
+    std::generate_n(std::back_inserter(rigs), 4, [&] { return std::make_unique<CRig>(ioContext); });
+    for (const std::size_t goes : {std::size_t{0}, std::size_t{1}, std::size_t{1}})
+    {
+        rigs.erase(rigs.begin() + static_cast<std::ptrdiff_t>(goes));
+        for (const auto& rig : rigs)
+            rig->Play(0.05);
+    }
+    rigs.front()->ExpectFinite("after other instances were deleted");
+    return SFinding::Passed();
+}
+
+SFinding Reopens(CCheckContext& ioContext)
+{
+    for (int i = 0; i < 3; ++i)
+    {
+        {
+            CRig rig(ioContext);
+            rig.Play(0.05);
+            rig.ExpectFinite("after the module was opened again");
+        }
+        ioContext.CloseModule();
+    }
+    return SFinding::Passed();
+}
+
+SFinding References(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    CInstanceHost& host = instance->Host();
+    (void)instance->Parameters().Uninitialize(); // as a host does before it lets the object go
+    if (host.References() < 0)
+        return SFinding::Failed("The instance gives back more references to the host than it took.");
+    return SFinding::Passed();
+}
+
+SFinding NotesLeftOn(CCheckContext& ioContext)
+{
+    if (!ioContext.TakesMidi())
+        return SFinding::Skipped("The plug-in takes no MIDI.");
+    {
+        CRig rig(ioContext);
+        for (std::uint8_t note = 30; note < 90; ++note)
+            rig.Send(0, 0x90, note, 100);
+        rig.RenderSeconds(0.1);
+    }
+    CRig next(ioContext);
+    next.RenderSeconds(0.1);
+    next.ExpectFinite("after another instance was deleted with notes on");
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"life-cycle.creates", "The module gives an instance that starts.", 1, &Creates},
+    {"life-cycle.channels", "An instance renders into the channels that the description promises.", 1,
+     &Channels},
+    {"life-cycle.deletes", "A deleted instance leaves nothing behind.", 1, &Deletes},
+    {"life-cycle.repeats", "Instances can be made and deleted again and again, 200 times at strictness 10.",
+     2, &Repeats},
+    {"life-cycle.memory", "The memory stays steady while instances come and go.", 3, &Memory},
+    {"life-cycle.many", "Many instances live and render side by side.", 2, &ManyInstances},
+    {"life-cycle.fifty", "50 instances live and render side by side.", 7, &FiftyInstances},
+    {"life-cycle.independent", "Setting one instance's parameters leaves another's alone.", 2, &Independent},
+    {"life-cycle.any-order", "Instances can be deleted in any order while others go on.", 3, &AnyOrder},
+    {"life-cycle.reopens", "The module works again after it was closed.", 3, &Reopens},
+    {"life-cycle.references", "The instance gives back to the host no more than it took.", 3, &References},
+    {"life-cycle.notes-left-on", "An instance can be deleted while notes sound.", 2, &NotesLeftOn},
+};
+} // namespace
+
+std::span<const SCheck> LifeCycleChecks() { return kChecks; }

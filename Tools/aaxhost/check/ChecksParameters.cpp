@@ -1,0 +1,352 @@
+#include "Tools/aaxhost/check/CRenderThread.h"
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/host/CHostString.h"
+#include "Tools/aaxhost/host/HostNames.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <limits>
+#include <set>
+
+namespace
+{
+constexpr std::int32_t kTextLength = 32;
+constexpr double kSameValue =
+    1e-5; // values pass through single precision and through the plug-in's own units
+
+bool IsNormalized(double inValue) { return std::isfinite(inValue) && inValue >= 0.0 && inValue <= 1.0; }
+
+/** At most as many as the strictness has time for, spread over the list. */
+std::vector<std::string> Selected(const CCheckContext& inContext, std::vector<std::string> inIDs)
+{
+    const auto most = static_cast<std::size_t>(inContext.Scaled(8, 4096));
+    if (inIDs.size() <= most)
+        return inIDs;
+    std::vector<std::string> selected;
+    for (std::size_t i = 0; i < most; ++i)
+        selected.push_back(inIDs[i * inIDs.size() / most]);
+    return selected;
+}
+
+std::vector<std::string> NeededParameters(CInstance& inInstance)
+{
+    auto ids = AutomatableParameters(inInstance);
+    if (ids.empty())
+        throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters.")};
+    return ids;
+}
+
+SFinding List(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    std::int32_t count = -1;
+    if (instance->Parameters().GetNumberOfParameters(&count) != kAAX_Success || count < 0)
+        return SFinding::Failed("The instance does not say how many parameters it has.");
+    const auto list = instance->ListParameters();
+    if (list.size() != static_cast<std::size_t>(count))
+        return SFinding::Failed(
+            fmt::format("{} parameters are announced and {} have an identifier.", count, list.size()));
+    std::set<std::string> ids;
+    for (const SParameterInfo& info : list)
+    {
+        if (info.mID.empty() || info.mID.size() > 31)
+            return SFinding::Failed(fmt::format("The identifier '{}' has not 1 to 31 characters.", info.mID));
+        if (!ids.insert(info.mID).second)
+            return SFinding::Failed(fmt::format("Two parameters have the identifier '{}'.", info.mID));
+        if (!instance->HasParameter(info.mID))
+            return SFinding::Failed(
+                fmt::format("The identifier '{}' does not lead back to its parameter.", info.mID));
+    }
+    return SFinding::Passed();
+}
+
+SFinding Names(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    std::set<std::string> names;
+    for (const SParameterInfo& info : instance->ListParameters())
+    {
+        if (info.mName.empty())
+            return SFinding::Warning(fmt::format("The parameter '{}' has no name.", info.mID));
+        if (!names.insert(info.mName).second)
+            return SFinding::Warning(fmt::format("Two parameters are called '{}'.", info.mName));
+    }
+    return SFinding::Passed();
+}
+
+SFinding ShortNames(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const SParameterInfo& info : instance->ListParameters())
+        for (const std::int32_t length : {1, 4, 8, 16, 31})
+        {
+            CHostString name;
+            // One that does not fit is cut by the surface; only an empty one is of no use.
+            if (instance->Parameters().GetParameterNameOfLength(info.mID.c_str(), &name, length) !=
+                    kAAX_Success ||
+                (name.Length() == 0 && !info.mName.empty()))
+                return SFinding::Failed(fmt::format("{} has no name for a display of {} characters.",
+                                                    NameOfParameter(*instance, info.mID), length));
+        }
+    return SFinding::Passed();
+}
+
+SFinding Defaults(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const SParameterInfo& info : instance->ListParameters())
+    {
+        if (!IsNormalized(info.mDefault))
+            return SFinding::Failed(fmt::format("The default {} of {} is not one of 0 to 1.", info.mDefault,
+                                                NameOfParameter(*instance, info.mID)));
+        if (!IsNormalized(info.mValue))
+            return SFinding::Failed(fmt::format("The value {} of {} is not one of 0 to 1.", info.mValue,
+                                                NameOfParameter(*instance, info.mID)));
+        if (std::abs(info.mValue - info.mDefault) > kSameValue)
+            return SFinding::Failed(fmt::format("{} starts at {:.4f} and not at its default of {:.4f}.",
+                                                NameOfParameter(*instance, info.mID), info.mValue,
+                                                info.mDefault));
+    }
+    return SFinding::Passed();
+}
+
+SFinding AtRest(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto before = instance.ListParameters();
+    rig.RenderSeconds(0.5);
+    (void)DeliverAll(instance); // the check of automation looks at whether it ends
+    for (const SParameterInfo& info : before)
+        if (std::abs(ValueOf(instance, info.mID) - info.mValue) > kSameValue)
+            return SFinding::Failed(fmt::format("{} moves from {:.4f} to {:.4f} although nobody touches it.",
+                                                NameOfParameter(instance, info.mID), info.mValue,
+                                                ValueOf(instance, info.mID)));
+    return SFinding::Passed();
+}
+
+SFinding SetAndGet(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    std::vector<std::string> moved; // plug-ins that snap to steps tell so with a change of their own
+    for (const std::string& id : Selected(ioContext, NeededParameters(*instance)))
+        for (const double value : {0.0, 0.25, 0.5, 1.0})
+        {
+            if (const AAX_Result result = instance->SetParameter(id, value))
+                return SFinding::Failed(fmt::format("{} refuses the value {}: {}.",
+                                                    NameOfParameter(*instance, id), value,
+                                                    NameOfResult(result)));
+            (void)DeliverAll(*instance); // looked at by another check
+            if (!IsNormalized(ValueOf(*instance, id)))
+                return SFinding::Failed(fmt::format("Set to {}, {} reads {}.", value,
+                                                    NameOfParameter(*instance, id), ValueOf(*instance, id)));
+            if ((value == 0.0 || value == 1.0) && std::abs(ValueOf(*instance, id) - value) > kSameValue &&
+                (moved.empty() || moved.back() != id))
+                moved.push_back(id);
+        }
+    if (!moved.empty())
+        return SFinding::Warning(
+            fmt::format("{} does not keep the end of its range: it reads {:.4f} after 1.",
+                        NameOfParameter(*instance, moved.front()), ValueOf(*instance, moved.front())));
+    return SFinding::Passed();
+}
+
+SFinding TextRoundTrip(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    AAX_IACFEffectParameters& parameters = instance->Parameters();
+    for (const SParameterInfo& info : instance->ListParameters())
+        for (const double value : {0.0, 0.25, 0.5, 1.0})
+        {
+            const auto says = [&](const std::string& sentence)
+            { return SFinding::Failed(NameOfParameter(*instance, info.mID) + sentence); };
+            CHostString text;
+            if (parameters.GetParameterStringFromValue(info.mID.c_str(), value, &text, kTextLength) !=
+                kAAX_Success)
+                return says(fmt::format(" has no text for {}.", value));
+            double back = std::numeric_limits<double>::quiet_NaN();
+            if (parameters.GetParameterValueFromString(info.mID.c_str(), &back, text) != kAAX_Success)
+                return says(fmt::format(" does not read its own text '{}'.", text.Text()));
+            CHostString again;
+            (void)parameters.GetParameterStringFromValue(info.mID.c_str(), back, &again,
+                                                         kTextLength); // compared
+            if (again.Text() != text.Text())
+                return says(fmt::format(" reads its text '{}' as '{}'.", text.Text(), again.Text()));
+        }
+    return SFinding::Passed();
+}
+
+SFinding Texts(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const SParameterInfo& info : instance->ListParameters())
+        for (const std::int32_t length : {4, 8, 31})
+        {
+            CHostString text;
+            if (instance->Parameters().GetParameterValueString(info.mID.c_str(), &text, length) !=
+                    kAAX_Success ||
+                text.Length() == 0)
+                return SFinding::Failed(
+                    fmt::format("{} has no text for its value.", NameOfParameter(*instance, info.mID)));
+            if (std::ranges::any_of(text.Text(), [](char c) { return static_cast<unsigned char>(c) < ' '; }))
+                return SFinding::Failed(fmt::format("The text of {} has control characters.",
+                                                    NameOfParameter(*instance, info.mID)));
+        }
+    return SFinding::Passed();
+}
+
+SFinding Unknown(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    const auto before = instance->ListParameters();
+    for (const char* id :
+         {"nobody", "99999", "-0001", "00000x", "a very long identifier that no parameter has"})
+    {
+        double value = 0.0;
+        if (instance->Parameters().GetParameterNormalizedValue(id, &value) == kAAX_Success)
+            return SFinding::Failed(fmt::format("The identifier '{}' of no parameter has a value.", id));
+        (void)instance->Parameters().UpdateParameterNormalizedValue(id, 0.3, 0); // must change nothing
+        (void)instance->Parameters().SetParameterNormalizedValue(id, 0.3);       // neither must this
+    }
+    (void)DeliverAll(*instance);
+    for (const SParameterInfo& info : before)
+        if (std::abs(ValueOf(*instance, info.mID) - info.mValue) > kSameValue)
+            return SFinding::Failed(fmt::format("A value for an unknown identifier changed {}.",
+                                                NameOfParameter(*instance, info.mID)));
+    return SFinding::Passed();
+}
+
+SFinding OutOfRange(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    for (const std::string& id : Selected(ioContext, NeededParameters(instance)))
+    {
+        for (const double value : {-1.0, 2.0, 1e30, -1e30})
+        {
+            (void)instance.SetParameter(id,
+                                        value); // to refuse it is right, and so is to take the nearest end
+            (void)DeliverAll(instance);
+            if (!IsNormalized(ValueOf(instance, id)))
+                return SFinding::Failed(fmt::format("Set to {}, {} reads {}.", value,
+                                                    NameOfParameter(instance, id), ValueOf(instance, id)));
+        }
+        (void)instance.SetParameter(id, 0.5); // the next one is tried alone
+    }
+    rig.Play(0.05);
+    return SFinding::Passed();
+}
+
+SFinding Sweep(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    for (const std::string& id : Selected(ioContext, NeededParameters(instance)))
+    {
+        const double before = ValueOf(instance, id);
+        rig.Feed(Noise(0.25F));
+        rig.Send(0, 0x90, 60, 100);
+        for (int step = 0; step <= 10; ++step)
+        {
+            (void)instance.SetParameter(id, step / 10.0); // refusals show in another check
+            rig.Render(256);
+        }
+        rig.Send(0, 0x80, 60, 64);
+        (void)instance.SetParameter(id, before);
+        rig.Render(256);
+        rig.ExpectFinite(fmt::format("while {} moves from 0 to 1", NameOfParameter(instance, id)));
+    }
+    return SFinding::Passed();
+}
+
+SFinding Extremes(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = NeededParameters(instance);
+    for (const double value : {0.0, 1.0})
+    {
+        for (const std::string& id : ids)
+            (void)instance.SetParameter(id, value); // refusals show in another check
+        rig.Play(0.2);
+        rig.ExpectFinite(fmt::format("with all parameters at {}", value));
+    }
+    return SFinding::Passed();
+}
+
+SFinding RandomSettings(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = NeededParameters(instance);
+    CSequence sequence(7);
+    const int rounds = ioContext.Scaled(5, 200);
+    for (int round = 0; round < rounds; ++round)
+    {
+        for (const std::string& id : ids)
+            (void)instance.SetParameter(id, sequence.Fraction()); // refusals show in another check
+        rig.Play(0.04);
+        rig.ExpectFinite(fmt::format("with random settings number {}", round + 1));
+    }
+    return SFinding::Passed();
+}
+
+SFinding SweepFromAnotherThread(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = NeededParameters(instance);
+    rig.Feed(Noise(0.25F));
+    CRenderThread render([&] { rig.RenderBlock(128); });
+    const int rounds = ioContext.Scaled(20, 2000);
+    CSequence sequence(11);
+    for (int round = 0; round < rounds; ++round)
+        for (const std::string& id : ids)
+            (void)instance.SetParameter(id, sequence.Fraction()); // what matters is what is rendered
+    render.WaitForBlocks(2);
+    render.Stop();
+    rig.ExpectFinite("while parameters move on another thread");
+    return SFinding::Passed();
+}
+
+SFinding Steps(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    for (const SParameterInfo& info : instance->ListParameters())
+    {
+        std::int32_t steps = -1;
+        if (instance->Parameters().GetParameterNumberOfSteps(info.mID.c_str(), &steps) != kAAX_Success ||
+            steps < 0)
+            return SFinding::Failed(
+                fmt::format("{} has no number of steps.", NameOfParameter(*instance, info.mID)));
+        if (steps == 1)
+            return SFinding::Warning(fmt::format("{} has a single step, so no control can move it.",
+                                                 NameOfParameter(*instance, info.mID)));
+    }
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"parameters.list", "Every parameter has an identifier of its own that leads back to it.", 1, &List},
+    {"parameters.names", "Every parameter has a name, and no two the same.", 1, &Names},
+    {"parameters.short-names", "Every parameter has a name for the displays of control surfaces.", 1,
+     &ShortNames},
+    {"parameters.defaults", "Defaults are from 0 to 1, and an instance starts with them.", 1, &Defaults},
+    {"parameters.at-rest", "No parameter moves by itself after the plug-in is loaded.", 1, &AtRest},
+    {"parameters.steps", "Every parameter has a number of steps that a control can take.", 1, &Steps},
+    {"parameters.set-and-get", "A parameter keeps what it is set to, from end to end.", 2, &SetAndGet},
+    {"parameters.text-round-trip", "A value's text, typed in again, gives the same text.", 2, &TextRoundTrip},
+    {"parameters.texts", "Every value has a printable text.", 1, &Texts},
+    {"parameters.unknown", "Identifiers of no parameter are refused and change nothing.", 2, &Unknown},
+    {"parameters.out-of-range", "Values outside 0 to 1 are refused or brought back into the range.", 3,
+     &OutOfRange},
+    {"parameters.sweep", "Moving each parameter from end to end leaves the sound finite.", 3, &Sweep},
+    {"parameters.extremes", "The sound is finite with all parameters at either end.", 2, &Extremes},
+    {"parameters.random", "The sound is finite with random settings.", 4, &RandomSettings},
+    {"parameters.sweep-threads", "Parameters can be moved on one thread while another renders.", 4,
+     &SweepFromAnotherThread},
+};
+} // namespace
+
+std::span<const SCheck> ParameterChecks() { return kChecks; }

@@ -1,0 +1,297 @@
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/RenderWatch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <fmt/format.h>
+#include <string>
+#include <vector>
+
+namespace
+{
+SFinding BlockSizes(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    for (const std::int32_t block : {1, 2, 4, 16, 32, 64, 128, 256, 512, 1024})
+    {
+        rig.Play(block < 16 ? 0.02 : 0.1, block);
+        rig.ExpectFinite(fmt::format("with blocks of {} frames", block));
+    }
+    return SFinding::Passed();
+}
+
+SFinding OddBlocks(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    for (const std::int32_t block : {3, 7, 31, 63, 65, 127, 333, 441, 511, 777, 1023})
+    {
+        rig.Play(block < 16 ? 0.02 : 0.05, block);
+        rig.ExpectFinite(fmt::format("with blocks of {} frames", block));
+    }
+    return SFinding::Passed();
+}
+
+SFinding ChangingBlocks(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Feed(Noise(0.25F));
+    CSequence sequence(13);
+    const int blocks = ioContext.Scaled(100, 5000);
+    for (int i = 0; i < blocks; ++i)
+    {
+        if (i % 20 == 0)
+            rig.Send(0, i % 40 == 0 ? 0x90 : 0x80, 60, 100);
+        rig.Render(static_cast<std::int32_t>(1 + sequence.Below(SRenderCall::kBufferFrames)));
+    }
+    rig.ExpectFinite("while the block size changes");
+    return SFinding::Passed();
+}
+
+SFinding EmptyBlock(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    for (int i = 0; i < 5; ++i)
+    {
+        rig.Render(0);
+        rig.Play(0.02);
+    }
+    rig.ExpectFinite("after blocks of no frames");
+    return SFinding::Passed();
+}
+
+SFinding Rates(CCheckContext& ioContext)
+{
+    for (const double rate : {44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0})
+    {
+        CRig rig(ioContext, rate);
+        rig.Play(0.1);
+        rig.ExpectFinite(fmt::format("at {} Hz", rate));
+    }
+    return SFinding::Passed();
+}
+
+SFinding Guards(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    for (const std::int32_t block : {1, 2, 3, 15, 16, 17, 64, 100, 333, 512, 1000, 1023, 1024})
+        rig.Play(block < 16 ? 0.01 : 0.05, block);
+    return rig.Overrun().empty() ? SFinding::Passed() : SFinding::Failed(rig.Overrun() + ", outside of it.");
+}
+
+SFinding InputsKept(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    if (rig.Inputs() == 0)
+        return SFinding::Skipped("The plug-in has no inputs.");
+    rig.Play(0.2);
+    return rig.WroteInput() ? SFinding::Warning("The plug-in writes into its input buffers.")
+                            : SFinding::Passed();
+}
+
+SFinding WritesOutputs(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.DirtyOutputs();
+    rig.Play(0.1);
+    return rig.UnwrittenOutput() == 0
+               ? SFinding::Passed()
+               : SFinding::Failed(
+                     fmt::format("Output {} is not written, so what was in the host's buffer is heard.",
+                                 rig.UnwrittenOutput()));
+}
+
+SFinding InPlace(CCheckContext& ioContext)
+{
+    CRig apart(ioContext);
+    if (apart.Inputs() == 0)
+        return SFinding::Skipped("The plug-in has no inputs.");
+    CRig again(ioContext);
+    CRig inPlace(ioContext);
+    inPlace.RenderInPlace();
+    for (CRig* rig : {&apart, &again, &inPlace})
+    {
+        rig->Record();
+        rig->Play(0.2);
+    }
+    inPlace.ExpectFinite("when inputs and outputs are the same buffers");
+    const auto differ = [](const CRig& first, const CRig& second)
+    {
+        for (std::size_t channel = 0; channel < first.Recording().size(); ++channel)
+            for (std::size_t i = 0; i < first.Recording()[channel].size(); ++i)
+                if (std::abs(first.Recording()[channel][i] - second.Recording()[channel][i]) > 1e-4F)
+                    return true;
+        return false;
+    };
+    if (differ(apart, again))
+        return SFinding::Passed(
+            "The sound is never the same twice, so it was only looked at for broken samples.");
+    return differ(apart, inPlace)
+               ? SFinding::Failed("The sound is another one when inputs and outputs are the same buffers.")
+               : SFinding::Passed();
+}
+
+SFinding SharedOutputs(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    if (rig.Outputs() <= 3)
+        return SFinding::Skipped("The plug-in has no outputs that a host leaves unused.");
+    rig.ShareUnusedOutputs();
+    rig.Play(0.2);
+    rig.ExpectFinite("when unused outputs share a buffer");
+    return SFinding::Passed();
+}
+
+SFinding RepeatableSound(CCheckContext& ioContext)
+{
+    CRig first(ioContext);
+    CRig second(ioContext);
+    for (CRig* rig : {&first, &second})
+    {
+        rig->Record();
+        rig->Play(0.3);
+    }
+    for (std::size_t channel = 0; channel < first.Outputs(); ++channel)
+        for (std::size_t i = 0; i < first.Recording()[channel].size(); ++i)
+            if (std::abs(first.Recording()[channel][i] - second.Recording()[channel][i]) > 1e-4F)
+                return SFinding::Warning(
+                    "Two instances make different sounds of the same material, so a bounce is "
+                    "never what was heard.");
+    return SFinding::Passed();
+}
+
+/** What rendering does that it should not: by itself, and in the blocks after a parameter has moved. */
+struct SWatches
+{
+    SRenderWatch mSteady;
+    SRenderWatch mMoving;
+};
+
+/** The first blocks, in which a plug-in may still settle, are left out. */
+SWatches Watch(CCheckContext& ioContext)
+{
+    if (const std::string obstacle = RenderWatchObstacle(); !obstacle.empty())
+        throw SCheckEnd{SFinding::Skipped(obstacle)};
+    const std::string moduleFile = ioContext.ModuleFile();
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    const auto ids = AutomatableParameters(instance);
+    rig.Play(0.2);
+    SWatches watches;
+    SRenderCall& call = rig.Call();
+    call.mFrames = 256;
+    const auto render = [&](int block, SRenderWatch& watch)
+    {
+        if (rig.Midi() != nullptr)
+        {
+            rig.Midi()->Clear();
+            rig.Send(10, block % 2 == 0 ? 0x90 : 0x80, static_cast<std::uint8_t>(40 + block / 2 % 40), 100);
+            rig.Send(20, 0xB0, 1, static_cast<std::uint8_t>(block % 128));
+        }
+        WatchRender(moduleFile, watch, [&] { instance.Render(call); });
+    };
+    const int blocks = ioContext.Scaled(50, 2000);
+    for (int block = 0; block < blocks; ++block)
+        render(block, watches.mSteady);
+    for (int block = 0; block < blocks && !ids.empty(); ++block)
+    {
+        (void)instance.UpdateParameter(ids[static_cast<std::size_t>(block) % ids.size()],
+                                       (block % 10) / 10.0); // refusals show in another check
+        render(block, watches.mMoving);
+    }
+    return watches;
+}
+
+/** @param inDoes says in words what one side did; empty when it did nothing. */
+template <class Does>
+SFinding Judge(const SWatches& inWatches, Does inDoes)
+{
+    for (const SRenderWatch* watch : {&inWatches.mSteady, &inWatches.mMoving})
+        if (const std::string what = inDoes(watch->mModule); !what.empty())
+            return SFinding::Failed(fmt::format("The module itself {} while it renders.", what));
+    if (const std::string what = inDoes(inWatches.mSteady.mPlugin); !what.empty())
+        return SFinding::Failed(
+            fmt::format("The wrapped plug-in {} while it renders; the module itself does not.", what));
+    if (const std::string what = inDoes(inWatches.mMoving.mPlugin); !what.empty())
+        return SFinding::Warning(
+            fmt::format("In the block after a parameter has moved, the wrapped plug-in {}; the "
+                        "module itself does not.",
+                        what));
+    return SFinding::Passed();
+}
+
+SFinding Allocations(CCheckContext& ioContext)
+{
+    return Judge(
+        Watch(ioContext), [](const SWatchedCalls& calls)
+        { return calls.mAllocations + calls.mFrees > 0 ? "allocates or frees memory" : std::string(); });
+}
+
+SFinding Locks(CCheckContext& ioContext)
+{
+    return Judge(Watch(ioContext), [](const SWatchedCalls& calls)
+                 { return calls.mLocks > 0 ? "takes locks that it may have to wait for" : std::string(); });
+}
+
+SFinding SystemCalls(CCheckContext& ioContext)
+{
+    return Judge(Watch(ioContext),
+                 [](const SWatchedCalls& calls)
+                 {
+                     std::vector<std::string> names;
+                     for (std::size_t i = 0; i < calls.mSystemCallCount; ++i)
+                         names.push_back(NameOfSystemCall(calls.mSystemCalls[i]));
+                     std::ranges::sort(names);
+                     return names.empty() ? std::string()
+                                          : fmt::format("makes system calls ({})", fmt::join(names, ", "));
+                 });
+}
+
+SFinding KeepsUp(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Play(0.2);
+    const auto processorSeconds = [] { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; };
+    constexpr double seconds = 1.0;
+    const double before = processorSeconds();
+    rig.Play(seconds, 256);
+    return processorSeconds() - before < seconds
+               ? SFinding::Passed()
+               : SFinding::Warning("A block takes longer to compute than to play on this machine.");
+}
+
+SFinding LongRun(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    const int rounds = ioContext.Scaled(5, 60);
+    for (int i = 0; i < rounds; ++i)
+    {
+        rig.Play(1.0);
+        rig.ExpectFinite(fmt::format("after {} seconds", i + 1));
+    }
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"rendering.block-sizes", "Blocks of 1 to 1,024 frames, all powers of two, are rendered.", 1,
+     &BlockSizes},
+    {"rendering.odd-blocks", "Blocks of odd sizes are rendered.", 2, &OddBlocks},
+    {"rendering.changing-blocks", "The block size may change with every block.", 2, &ChangingBlocks},
+    {"rendering.empty-block", "Blocks of no frames do no harm.", 3, &EmptyBlock},
+    {"rendering.rates", "Rates from 44.1 to 192 kHz are rendered.", 2, &Rates},
+    {"rendering.guards", "Nothing is written outside the frames of a block, in no output.", 1, &Guards},
+    {"rendering.inputs-kept", "Input buffers are left as they are.", 2, &InputsKept},
+    {"rendering.writes-outputs", "Every frame of every output is written.", 2, &WritesOutputs},
+    {"rendering.in-place", "Inputs and outputs may be the same buffers.", 2, &InPlace},
+    {"rendering.shared-outputs", "Outputs that nobody uses may share a buffer.", 3, &SharedOutputs},
+    {"rendering.repeatable", "The same material gives the same sound in every instance.", 2,
+     &RepeatableSound},
+    {"rendering.allocations", "No memory is allocated or freed while a block is rendered.", 3, &Allocations},
+    {"rendering.locks", "No lock is taken while a block is rendered.", 3, &Locks},
+    {"rendering.system-calls", "No system call is made while a block is rendered.", 3, &SystemCalls},
+    {"rendering.keeps-up", "A block is computed in less time than it plays.", 2, &KeepsUp},
+    {"rendering.long-run", "The sound stays finite over a long run.", 6, &LongRun},
+};
+} // namespace
+
+std::span<const SCheck> RenderingChecks() { return kChecks; }

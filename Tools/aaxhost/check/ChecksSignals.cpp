@@ -1,0 +1,235 @@
+#include "Tools/aaxhost/check/CRig.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+#include <limits>
+
+namespace
+{
+void NeedInputs(const CRig& inRig)
+{
+    if (inRig.Inputs() == 0)
+        throw SCheckEnd{SFinding::Skipped("The plug-in has no inputs.")};
+}
+
+SFinding SilenceStaysQuiet(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.RenderSeconds(1.0);
+    (void)rig.TakePeak();
+    rig.RenderSeconds(ioContext.Scaled(1, 10));
+    rig.ExpectFinite("with silence at the inputs");
+    const float peak = rig.TakePeak();
+    constexpr float quiet = 0.001F; // -60 dB
+    if (peak <= quiet)
+        return SFinding::Passed();
+    return SFinding::Warning("Without input or notes the plug-in makes a sound of its own above -60 dB.");
+}
+
+SFinding ReturnsToSilence(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    NeedInputs(rig);
+    rig.RenderSeconds(0.5);
+    const float idle = rig.TakePeak();
+    rig.Feed(Noise(0.5F));
+    rig.RenderSeconds(0.5);
+    const float loud = rig.TakePeak();
+    rig.Feed(Silence());
+    const int seconds = ioContext.Scaled(10, 60);
+    for (int second = 0; second < seconds; ++second)
+    {
+        rig.RenderSeconds(1.0);
+        if (rig.TakePeak() <= std::max({0.0001F, 0.001F * loud, 2.0F * idle}))
+            return SFinding::Passed();
+    }
+    return SFinding::Warning(
+        fmt::format("{} seconds after the input ended the plug-in still sounds.", seconds));
+}
+
+SFinding FullScale(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    NeedInputs(rig);
+    const double rate = rig.Rate();
+    for (const auto& [name, source] :
+         {std::pair<const char*, SignalSource>{"noise", Noise(1.0F)},
+          {"a sine", Sine(997.0, 1.0F, rate)},
+          {"a square", [](std::int64_t frame, std::size_t) { return frame / 50 % 2 == 0 ? 1.0F : -1.0F; }},
+          {"a constant", Constant(1.0F)}})
+    {
+        rig.Feed(source);
+        rig.RenderSeconds(0.3);
+        rig.ExpectFinite(fmt::format("with {} at full scale", name));
+    }
+    return SFinding::Passed();
+}
+
+SFinding BeyondFullScale(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    NeedInputs(rig);
+    rig.Feed(Noise(100.0F)); // +40 dB: channels in front of it may be that hot
+    rig.RenderSeconds(0.3);
+    rig.ExpectFinite("with noise 40 dB above full scale");
+    return SFinding::Passed();
+}
+
+SFinding Denormals(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    NeedInputs(rig);
+    rig.Feed(Noise(1e-39F));
+    rig.RenderSeconds(0.3);
+    rig.ExpectFinite("with denormal numbers at the inputs");
+    return SFinding::Passed();
+}
+
+/** Feeds what no host should give, then noise. */
+SFinding Survives(CCheckContext& ioContext, float inPoison, const char* inWhat)
+{
+    CRig rig(ioContext);
+    NeedInputs(rig);
+    rig.Feed(Constant(inPoison));
+    rig.Render(64);
+    rig.Feed(Noise(0.25F));
+    rig.RenderSeconds(1.0);
+    rig.ForgetNonFinite();
+    rig.RenderSeconds(0.5);
+    return rig.NonFinite().empty()
+               ? SFinding::Passed()
+               : SFinding::Warning(fmt::format(
+                     "After {} at the inputs the plug-in never gives a good sample again.", inWhat));
+}
+
+SFinding Infinities(CCheckContext& ioContext)
+{
+    return Survives(ioContext, std::numeric_limits<float>::infinity(), "infinite samples");
+}
+
+SFinding NotNumbers(CCheckContext& ioContext)
+{
+    return Survives(ioContext, std::numeric_limits<float>::quiet_NaN(), "samples that are no numbers");
+}
+
+SFinding FiniteSound(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Play(1.0);
+    rig.ExpectFinite("with ordinary material");
+    return SFinding::Passed();
+}
+
+SFinding Level(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Play(1.0);
+    const float peak = rig.TakePeak();
+    constexpr float loud = 8.0F; // +18 dB over full scale from material at -12 dB
+    return peak <= loud ? SFinding::Passed()
+                        : SFinding::Warning("Material at -12 dB comes out more than 18 dB above full scale.");
+}
+
+/** The impulse response of the first channels, from the impulse on; what sounds anyway is taken off. */
+std::vector<double> ImpulseResponse(CCheckContext& ioContext, std::int64_t inFrames)
+{
+    constexpr std::int64_t settled = 8192;
+    CRig hit(ioContext);
+    NeedInputs(hit);
+    CRig idle(ioContext);
+    hit.Feed(Impulse(settled, 0.5F));
+    for (CRig* rig : {&hit, &idle})
+    {
+        rig->Record();
+        rig->RenderFrames(settled + inFrames, 512);
+    }
+    std::vector<double> response;
+    for (std::int64_t i = 0; i < inFrames; ++i)
+    {
+        const auto frame = static_cast<std::size_t>(settled + i);
+        response.push_back(static_cast<double>(hit.Recording()[0][frame] - idle.Recording()[0][frame]));
+    }
+    return response;
+}
+
+SFinding Latency(CCheckContext& ioContext)
+{
+    const std::int32_t reported = ioContext.MakeInstance()->Host().Controller().State().mSignalLatency;
+    if (reported < 0)
+        return SFinding::Failed(fmt::format("The reported latency is {} samples.", reported));
+    const auto response = ImpulseResponse(ioContext, std::max(8192, reported + 4096));
+    const auto loudest =
+        std::ranges::max_element(response, {}, [](double sample) { return std::abs(sample); });
+    const double peak = std::abs(*loudest);
+    if (!(peak > 1e-5))
+        return SFinding::Skipped("The plug-in lets no impulse through.");
+    const auto first =
+        std::ranges::find_if(response, [=](double sample) { return std::abs(sample) > 0.001 * peak; });
+    const auto arrival = static_cast<std::int32_t>(first - response.begin());
+    const auto top = static_cast<std::int32_t>(loudest - response.begin());
+    // A filter with a linear phase rings before its peak; everything else begins at the latency.
+    if (std::abs(top - reported) <= 1 || std::abs(arrival - reported) <= 1)
+        return SFinding::Passed();
+    if (reported > 0)
+        return SFinding::Failed(
+            fmt::format("The plug-in reports a latency of {} samples, and an impulse arrives after {}.",
+                        reported, arrival));
+    double energy = 0.0;
+    for (const double sample : response)
+        energy += sample * sample;
+    // One clear impulse that comes late is a delay; a reverberation or an echo is meant to come late.
+    return peak * peak > 0.9 * energy
+               ? SFinding::Warning(fmt::format(
+                     "No latency is reported, yet an impulse comes out whole after {} samples.", top))
+               : SFinding::Passed(
+                     "The plug-in spreads an impulse, so its start says nothing about a latency.");
+}
+
+SFinding LatencySteady(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    const std::int32_t before = rig.Instance().Host().Controller().State().mSignalLatency;
+    rig.Play(0.3);
+    const std::int32_t after = rig.Instance().Host().Controller().State().mSignalLatency;
+    return before == after
+               ? SFinding::Passed()
+               : SFinding::Warning(fmt::format("The latency changes from {} to {} samples while it renders.",
+                                               before, after));
+}
+
+SFinding DifferentChannels(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    if (rig.Inputs() < 2 || rig.Outputs() < 2)
+        return SFinding::Skipped("The plug-in has not two inputs and two outputs.");
+    for (std::size_t only = 0; only < 2; ++only)
+    {
+        const SignalSource noise = Noise(0.5F);
+        rig.Feed([=](std::int64_t frame, std::size_t channel)
+                 { return channel == only ? noise(frame, channel) : 0.0F; });
+        rig.RenderSeconds(0.2);
+    }
+    rig.ExpectFinite("with sound in one channel only");
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"rendering.finite", "No sample is infinite or not a number with ordinary material.", 1, &FiniteSound},
+    {"rendering.silence", "Silence at the inputs and no notes give silence.", 1, &SilenceStaysQuiet},
+    {"rendering.returns-to-silence", "The sound ends after the input has ended.", 3, &ReturnsToSilence},
+    {"rendering.full-scale", "Noise, sine, square and constant at full scale give finite samples.", 2,
+     &FullScale},
+    {"rendering.beyond-full-scale", "Noise 40 dB above full scale gives finite samples.", 4,
+     &BeyondFullScale},
+    {"rendering.denormals", "Denormal numbers at the inputs give finite samples.", 2, &Denormals},
+    {"rendering.infinities", "The sound recovers from infinite samples at the inputs.", 4, &Infinities},
+    {"rendering.not-a-number", "The sound recovers from samples that are no numbers.", 4, &NotNumbers},
+    {"rendering.level", "Ordinary material does not come out far above full scale.", 2, &Level},
+    {"rendering.one-channel", "Sound in one input channel only is rendered.", 2, &DifferentChannels},
+    {"rendering.latency", "The reported latency is the one that an impulse shows.", 2, &Latency},
+    {"rendering.latency-steady", "The latency stays the same while blocks are rendered.", 2, &LatencySteady},
+};
+} // namespace
+
+std::span<const SCheck> SignalChecks() { return kChecks; }

@@ -1,0 +1,354 @@
+#include "Tools/aaxhost/check/CRenderThread.h"
+#include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/lib/InstanceState.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <fmt/format.h>
+
+namespace
+{
+constexpr double kSameValue = 1e-4; // what a chunk restores may differ in single precision
+
+SInstanceState Take(CCheckContext& ioContext, CInstance& inInstance)
+{
+    auto state = TakeState(ioContext.Module(), inInstance);
+    if (!state)
+        throw SCheckEnd{SFinding::Failed(state.Problem().mSentence)};
+    return std::move(*state);
+}
+
+void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState)
+{
+    const auto given = GiveState(ioContext.Module(), ioInstance, inState);
+    if (!given)
+        throw SCheckEnd{SFinding::Failed(given.Problem().mSentence)};
+    (void)DeliverAll(ioInstance); // looked at by the checks of automation
+}
+
+/** Sets every parameter to a value of its own that is away from the present one. */
+void MoveAll(CInstance& ioInstance, std::uint32_t inSeed)
+{
+    CSequence sequence(inSeed);
+    for (const std::string& id : AutomatableParameters(ioInstance))
+    {
+        const double value = 0.1 + 0.8 * sequence.Fraction();
+        (void)ioInstance.SetParameter(
+            id, std::abs(value - ValueOf(ioInstance, id)) < 0.1 ? 1.0 - value : value); // read back later
+    }
+    (void)DeliverAll(ioInstance);
+}
+
+std::vector<double> Values(CInstance& inInstance)
+{
+    std::vector<double> values;
+    for (const std::string& id : AutomatableParameters(inInstance))
+        values.push_back(ValueOf(inInstance, id));
+    return values;
+}
+
+/** @return the sentence about the first parameter that differs; empty when none does. */
+std::string Compare(CInstance& inInstance, const std::vector<double>& inValues)
+{
+    const auto ids = AutomatableParameters(inInstance);
+    const auto now = Values(inInstance);
+    if (now.size() != inValues.size())
+        return "There is another number of parameters than before.";
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        if (!(std::abs(now[i] - inValues[i]) <= kSameValue))
+            return fmt::format("{} was saved at {:.4f} and comes back at {:.4f}.",
+                               NameOfParameter(inInstance, ids[i]), inValues[i], now[i]);
+    return {};
+}
+
+bool AreEqual(const SInstanceState& inLeft, const SInstanceState& inRight)
+{
+    return std::ranges::equal(inLeft.mChunks, inRight.mChunks,
+                              [](const CStateChunk& left, const CStateChunk& right)
+                              { return std::ranges::equal(left.Data(), right.Data()); });
+}
+
+SFinding RoundTrip(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    MoveAll(instance, 21);
+    rig.Play(0.1);
+    const auto values = Values(instance);
+    const SInstanceState saved = Take(ioContext, instance);
+    MoveAll(instance, 22);
+    rig.Play(0.1);
+    Give(ioContext, instance, saved);
+    rig.Render(64);
+    (void)DeliverAll(instance);
+    const std::string difference = Compare(instance, values);
+    return difference.empty() ? SFinding::Passed() : SFinding::Failed(difference);
+}
+
+SFinding NewInstance(CCheckContext& ioContext)
+{
+    const auto first = ioContext.MakeInstance();
+    MoveAll(*first, 23);
+    const auto values = Values(*first);
+    const SInstanceState saved = Take(ioContext, *first);
+    CRig rig(ioContext);
+    Give(ioContext, rig.Instance(), saved);
+    rig.Render(64);
+    (void)DeliverAll(rig.Instance());
+    const std::string difference = Compare(rig.Instance(), values);
+    return difference.empty() ? SFinding::Passed() : SFinding::Failed("In a new instance: " + difference);
+}
+
+SFinding SameAgain(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    MoveAll(rig.Instance(), 24);
+    const SInstanceState first = Take(ioContext, rig.Instance());
+    const SInstanceState second = Take(ioContext, rig.Instance());
+    return AreEqual(first, second)
+               ? SFinding::Passed()
+               : SFinding::Warning(
+                     "Saved twice without a change, the state is not the same: sessions look changed.");
+}
+
+SFinding SavedBytes(CCheckContext& ioContext)
+{
+    const auto first = ioContext.MakeInstance();
+    MoveAll(*first, 25);
+    const SInstanceState saved = Take(ioContext, *first);
+    const auto second = ioContext.MakeInstance();
+    Give(ioContext, *second, saved);
+    return AreEqual(saved, Take(ioContext, *second))
+               ? SFinding::Passed()
+               : SFinding::Warning("A state that was loaded and saved again has other bytes.");
+}
+
+SFinding SameSound(CCheckContext& ioContext)
+{
+    CRig first(ioContext);
+    MoveAll(first.Instance(), 26);
+    const SInstanceState saved = Take(ioContext, first.Instance());
+    // Both get the state, so that both have been through the same.
+    CRig second(ioContext);
+    CRig third(ioContext);
+    for (CRig* rig : {&second, &third})
+    {
+        Give(ioContext, rig->Instance(), saved);
+        rig->RenderSeconds(0.2);
+        rig->Record();
+        rig->Play(0.2);
+    }
+    for (std::size_t channel = 0; channel < second.Outputs(); ++channel)
+        for (std::size_t i = 0; i < second.Recording()[channel].size(); ++i)
+            if (std::abs(second.Recording()[channel][i] - third.Recording()[channel][i]) > 1e-3F)
+                return SFinding::Warning("Two instances with the same state do not sound the same.");
+    return SFinding::Passed();
+}
+
+SFinding FromAnotherThread(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    CInstance& instance = rig.Instance();
+    rig.Feed(Noise(0.25F));
+    const SInstanceState start = Take(ioContext, instance);
+    CRenderThread render([&] { rig.RenderBlock(128); });
+    const int rounds = ioContext.Scaled(10, 500);
+    for (int round = 0; round < rounds; ++round)
+        Give(ioContext, instance, round % 2 == 0 ? Take(ioContext, instance) : start);
+    render.WaitForBlocks(2);
+    render.Stop();
+    rig.ExpectFinite("while the state is saved and loaded on another thread");
+    return SFinding::Passed();
+}
+
+/** Loads a changed copy of each chunk, then looks at whether the instance still renders and saves. */
+template <class Change>
+void LoadChanged(CCheckContext& ioContext, CRig& ioRig, const SInstanceState& inState, Change inChange)
+{
+    for (const CStateChunk& chunk : inState.mChunks)
+    {
+        CStateChunk changed = inChange(chunk);
+        changed.Record().mChunkID = chunk.Record().mChunkID;
+        // To refuse it is as good as to take what can be taken.
+        (void)ioRig.Instance().Parameters().SetChunk(chunk.Record().mChunkID, &changed.Record());
+        (void)DeliverAll(ioRig.Instance());
+    }
+    ioRig.Play(0.03);
+    (void)Take(ioContext, ioRig.Instance());
+}
+
+CStateChunk CopyOf(const CStateChunk& inChunk, std::size_t inSize)
+{
+    CStateChunk copy(inSize);
+    const auto data = inChunk.Data();
+    std::copy_n(data.begin(), std::min(inSize, data.size()), copy.Room().begin());
+    copy.Record().mVersion = inChunk.Record().mVersion;
+    return copy;
+}
+
+/** The instance works again as soon as it gets a good state. */
+SFinding Recovers(CCheckContext& ioContext, CRig& ioRig, const SInstanceState& inGood,
+                  const std::vector<double>& inValues)
+{
+    Give(ioContext, ioRig.Instance(), inGood);
+    ioRig.Render(64);
+    (void)DeliverAll(ioRig.Instance());
+    // That a good state comes back at all is looked at in another check.
+    CRig fresh(ioContext);
+    Give(ioContext, fresh.Instance(), inGood);
+    (void)DeliverAll(fresh.Instance());
+    if (!Compare(fresh.Instance(), inValues).empty())
+        return SFinding::Passed();
+    const std::string difference = Compare(ioRig.Instance(), inValues);
+    return difference.empty() ? SFinding::Passed()
+                              : SFinding::Failed("After broken states a good one: " + difference);
+}
+
+SFinding Truncated(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    MoveAll(rig.Instance(), 27);
+    const auto values = Values(rig.Instance());
+    const SInstanceState good = Take(ioContext, rig.Instance());
+    const int cuts = ioContext.Scaled(4, 200);
+    for (int cut = 0; cut <= cuts; ++cut)
+        LoadChanged(ioContext, rig, good,
+                    [=](const CStateChunk& chunk)
+                    {
+                        return CopyOf(chunk, chunk.Data().size() * static_cast<std::size_t>(cut) /
+                                                 static_cast<std::size_t>(cuts + 1));
+                    });
+    return Recovers(ioContext, rig, good, values);
+}
+
+SFinding Random(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    MoveAll(rig.Instance(), 28);
+    const auto values = Values(rig.Instance());
+    const SInstanceState good = Take(ioContext, rig.Instance());
+    CSequence sequence(29);
+    const int rounds = ioContext.Scaled(3, 200);
+    for (int round = 0; round < rounds; ++round)
+        LoadChanged(ioContext, rig, good,
+                    [&](const CStateChunk&)
+                    {
+                        CStateChunk chunk(1 + sequence.Below(2000));
+                        for (std::byte& byte : chunk.Room())
+                            byte = static_cast<std::byte>(sequence.Below(256));
+                        return chunk;
+                    });
+    return Recovers(ioContext, rig, good, values);
+}
+
+SFinding Damaged(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    const auto values = Values(rig.Instance());
+    const SInstanceState good = Take(ioContext, rig.Instance());
+    CSequence sequence(31);
+    const int rounds = ioContext.Scaled(5, 300);
+    for (int round = 0; round < rounds; ++round)
+        LoadChanged(
+            ioContext, rig, good,
+            [&](const CStateChunk& chunk)
+            {
+                CStateChunk damaged = CopyOf(chunk, chunk.Data().size());
+                if (!damaged.Room().empty())
+                    damaged.Room()[sequence.Below(static_cast<std::uint32_t>(damaged.Room().size()))] =
+                        static_cast<std::byte>(sequence.Below(256));
+                return damaged;
+            });
+    return Recovers(ioContext, rig, good, values);
+}
+
+SFinding Foreign(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Render(64);
+    (void)DeliverAll(rig.Instance());
+    const auto before = Values(rig.Instance());
+    CStateChunk chunk(64);
+    chunk.Record().mChunkID = 0x6E6F6E65;                                    // "none"
+    (void)rig.Instance().Parameters().SetChunk(0x6E6F6E65, &chunk.Record()); // must change nothing
+    rig.Render(64);
+    (void)DeliverAll(rig.Instance());
+    const std::string difference = Compare(rig.Instance(), before);
+    return difference.empty()
+               ? SFinding::Passed()
+               : SFinding::Failed("A chunk that is none of the plug-in's changed it: " + difference);
+}
+
+SFinding Huge(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    const SInstanceState good = Take(ioContext, rig.Instance());
+    constexpr std::size_t bytes = 64UL << 20;
+    LoadChanged(ioContext, rig, good, [](const CStateChunk& chunk) { return CopyOf(chunk, bytes); });
+    return SFinding::Passed();
+}
+
+SFinding Sizes(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    AAX_IACFEffectParameters& parameters = instance->Parameters();
+    std::int32_t count = 0;
+    if (parameters.GetNumberOfChunks(&count) != kAAX_Success || count <= 0)
+        return SFinding::Failed("The instance has no chunk, so a session keeps nothing of it.");
+    for (std::int32_t i = 0; i < count; ++i)
+    {
+        AAX_CTypeID id = 0;
+        std::uint32_t size = 0;
+        if (parameters.GetChunkIDFromIndex(i, &id) != kAAX_Success ||
+            parameters.GetChunkSize(id, &size) != kAAX_Success)
+            return SFinding::Failed(fmt::format("The chunk {} has no identifier or no size.", i));
+        constexpr std::size_t guard = 256;
+        CStateChunk chunk(size + guard);
+        std::ranges::fill(chunk.Room(), std::byte{0xA5});
+        if (parameters.GetChunk(id, &chunk.Record()) != kAAX_Success)
+            return SFinding::Failed(fmt::format("The chunk {} cannot be saved.", NameOfFourCharCode(id)));
+        const auto behind = chunk.Room().subspan(size);
+        if (std::ranges::any_of(behind, [](std::byte byte) { return byte != std::byte{0xA5}; }))
+            return SFinding::Failed(
+                fmt::format("The chunk {} is longer than the size that was told.", NameOfFourCharCode(id)));
+    }
+    return SFinding::Passed();
+}
+
+SFinding Compares(CCheckContext& ioContext)
+{
+    const auto instance = ioContext.MakeInstance();
+    const SInstanceState saved = Take(ioContext, *instance);
+    for (const CStateChunk& chunk : saved.mChunks)
+    {
+        AAX_CBoolean isEqual = 0;
+        if (instance->Parameters().CompareActiveChunk(&chunk.Record(), &isEqual) == kAAX_Success &&
+            isEqual == 0)
+            return SFinding::Warning(fmt::format("Right after it was saved, the chunk {} counts as changed.",
+                                                 NameOfFourCharCode(chunk.Record().mChunkID)));
+    }
+    return SFinding::Passed();
+}
+
+constexpr SCheck kChecks[] = {
+    {"state.sizes", "Every chunk can be saved and fits the size that it was announced with.", 1, &Sizes},
+    {"state.round-trip", "A saved state, loaded again after changes, brings every parameter back.", 1,
+     &RoundTrip},
+    {"state.new-instance", "A saved state brings every parameter back in a new instance.", 1, &NewInstance},
+    {"state.same-again", "Saved twice without a change, the state is the same.", 2, &SameAgain},
+    {"state.same-bytes", "A loaded state is saved with the same bytes.", 2, &SavedBytes},
+    {"state.same-sound", "Instances with the same state sound the same.", 3, &SameSound},
+    {"state.compares", "A state that was just saved counts as unchanged.", 2, &Compares},
+    {"state.threads", "The state can be saved and loaded while another thread renders.", 4,
+     &FromAnotherThread},
+    {"state.foreign", "A chunk that is none of the plug-in's changes nothing.", 2, &Foreign},
+    {"state.truncated", "Cut-off states do no harm.", 4, &Truncated},
+    {"state.random", "Random bytes as a state do no harm.", 4, &Random},
+    {"state.damaged", "States with a wrong byte do no harm.", 5, &Damaged},
+    {"state.huge", "A state of 64 megabytes does no harm.", 8, &Huge},
+};
+} // namespace
+
+std::span<const SCheck> StateChecks() { return kChecks; }

@@ -1,0 +1,377 @@
+#include "Tools/aaxhost/check/RenderWatch.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <fmt/format.h>
+#include <unwind.h>
+
+#include <dlfcn.h>
+#include <link.h>
+#include <pthread.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <ucontext.h>
+#include <unistd.h>
+
+namespace
+{
+// From Linux 5.11 on: a thread can have its own system calls turned into signals. Older headers lack them.
+constexpr int kSetSyscallUserDispatch = 59;
+constexpr unsigned long kDispatchOn = 1;
+constexpr unsigned long kDispatchOff = 0;
+constexpr char kAllow = 0;
+constexpr char kBlock = 1;
+
+enum class EOwner : std::uint8_t
+{
+    Other,
+    Host,
+    Module,
+    Plugin
+};
+
+struct SSegment
+{
+    std::uintptr_t mBegin = 0;
+    std::uintptr_t mEnd = 0;
+    EOwner mOwner = EOwner::Other;
+};
+
+// The main thread prepares the segments before a watch; during it they are only read.
+std::array<SSegment, 4096> gSegments;
+std::size_t gSegmentCount = 0;
+
+// Each thread watches itself.
+thread_local SRenderWatch* gWatch = nullptr;
+thread_local bool gIsCounting = false;
+thread_local volatile char gSelector = kAllow;
+
+struct SCollecting
+{
+    const char* mModuleFile;
+};
+
+int CollectSegments(dl_phdr_info* inImage, std::size_t, void* inData)
+{
+    const std::string_view name = inImage->dlpi_name != nullptr ? inImage->dlpi_name : "";
+    EOwner owner = EOwner::Other;
+    if (name.empty() && gSegmentCount == 0)
+        owner = EOwner::Host; // the program itself comes first and has no name
+    else if (name == static_cast<const SCollecting*>(inData)->mModuleFile)
+        owner = EOwner::Module;
+    else if (name.find("source.vst") != std::string_view::npos)
+        owner = EOwner::Plugin;
+    for (int i = 0; i < inImage->dlpi_phnum && gSegmentCount < gSegments.size(); ++i)
+    {
+        const auto& header = inImage->dlpi_phdr[i];
+        if (header.p_type == PT_LOAD && (header.p_flags & PF_X) != 0)
+        {
+            const std::uintptr_t begin = inImage->dlpi_addr + header.p_vaddr;
+            gSegments[gSegmentCount++] = {begin, begin + header.p_memsz, owner};
+        }
+    }
+    return 0;
+}
+
+EOwner OwnerOf(std::uintptr_t inAddress) noexcept
+{
+    for (std::size_t i = 0; i < gSegmentCount; ++i)
+        if (inAddress >= gSegments[i].mBegin && inAddress < gSegments[i].mEnd)
+            return gSegments[i].mOwner;
+    return EOwner::Other;
+}
+
+/**
+ * Whether the call that returns there goes to another library. A plug-in's last act in a block may be a jump
+ * to free or the like, and the module's last act the jump into the plug-in: neither leaves a frame, and it
+ * looks as if a function of the module had done it. What the module does by itself it calls by way of its
+ * table of foreign functions.
+ */
+bool IsForeignCall(std::uintptr_t inReturn) noexcept
+{
+    const auto* const call = reinterpret_cast<const unsigned char*>(inReturn - 5);
+    if (call[0] != 0xE8) // on x86-64 a call with four bytes of distance
+        return false;
+    std::int32_t distance = 0;
+    std::memcpy(&distance, call + 1, sizeof(distance));
+    const unsigned char* target = call + 5 + distance;
+    constexpr std::array<unsigned char, 4> branchMark{0xF3, 0x0F, 0x1E, 0xFA};
+    if (std::equal(branchMark.begin(), branchMark.end(), target))
+        target += branchMark.size();
+    if (*target == 0xF2) // the prefix of a bounded jump
+        ++target;
+    return target[0] == 0xFF && target[1] == 0x25; // a jump through an entry of the table
+}
+
+struct SWalk
+{
+    EOwner mOwner = EOwner::Other;
+    int mFrames = 0;
+    bool mSkipsHost = true; // up to the function that took the place of the C library's
+};
+
+bool IsWatchingFunction(std::uintptr_t inFunction) noexcept;
+
+_Unwind_Reason_Code Step(_Unwind_Context* inContext, void* inData)
+{
+    auto& walk = *static_cast<SWalk*>(inData);
+    constexpr int deepest = 64;
+    if (++walk.mFrames > deepest)
+        return _URC_END_OF_STACK;
+    if (walk.mSkipsHost)
+    {
+        walk.mSkipsHost = !IsWatchingFunction(_Unwind_GetRegionStart(inContext));
+        return _URC_NO_REASON;
+    }
+    const EOwner owner = OwnerOf(_Unwind_GetIP(inContext));
+    if (owner == EOwner::Other)
+        return _URC_NO_REASON;
+    walk.mOwner =
+        owner == EOwner::Module && !IsForeignCall(_Unwind_GetIP(inContext)) ? EOwner::Plugin : owner;
+    return _URC_END_OF_STACK;
+}
+
+/** Null when it is the host's. A stack that cannot be followed belongs to code that the plug-in brought. */
+SWatchedCalls* Blamed() noexcept
+{
+    SWalk walk;
+    (void)_Unwind_Backtrace(&Step, &walk); // where it stops early, what was found holds
+    if (walk.mOwner == EOwner::Host)
+        return nullptr;
+    return walk.mOwner == EOwner::Module ? &gWatch->mModule : &gWatch->mPlugin;
+}
+
+void Count(int SWatchedCalls::*inKind) noexcept
+{
+    if (!gIsCounting)
+        return;
+    gIsCounting = false; // following the stack may allocate
+    const char selector = gSelector;
+    gSelector = kAllow;
+    if (SWatchedCalls* const calls = Blamed())
+        ++(calls->*inKind);
+    gSelector = selector;
+    gIsCounting = true;
+}
+
+/** Notes the call and has it made again, from here on to the end of the run unseen. */
+void OnSystemCall(int, siginfo_t* inInfo, void* inContext)
+{
+    gSelector = kAllow;
+    const bool wasCounting = gIsCounting;
+    gIsCounting = false;
+    auto* const context = static_cast<ucontext_t*>(inContext);
+    if (gWatch != nullptr)
+        if (SWatchedCalls* const calls = Blamed())
+        {
+            const auto end =
+                calls->mSystemCalls.begin() + static_cast<std::ptrdiff_t>(calls->mSystemCallCount);
+            if (calls->mSystemCallCount < calls->mSystemCalls.size() &&
+                std::find(calls->mSystemCalls.begin(), end, inInfo->si_syscall) == end)
+                calls->mSystemCalls[calls->mSystemCallCount++] = inInfo->si_syscall;
+        }
+    constexpr int instructionBytes = 2; // of the system call on x86-64, which is behind us now
+    context->uc_mcontext.gregs[REG_RIP] -= instructionBytes;
+    context->uc_mcontext.gregs[REG_RAX] = inInfo->si_syscall;
+    gIsCounting = wasCounting;
+}
+
+bool TurnDispatch(unsigned long inMode)
+{
+    return prctl(kSetSyscallUserDispatch, inMode, 0UL, 0UL,
+                 inMode == kDispatchOn ? reinterpret_cast<unsigned long>(&gSelector) : 0UL) == 0;
+}
+} // namespace
+
+#ifdef AAXADAPTER_SANITIZED
+std::string RenderWatchObstacle()
+{
+    return "The sanitizer of this build has replaced what would be watched.";
+}
+
+namespace
+{
+bool IsWatchingFunction(std::uintptr_t) noexcept { return true; }
+} // namespace
+#else
+std::string RenderWatchObstacle()
+{
+    gSelector = kAllow;
+    if (!TurnDispatch(kDispatchOn))
+        return "This system does not let a process watch its own system calls.";
+    (void)TurnDispatch(kDispatchOff); // what could be turned on can be turned off
+    return {};
+}
+
+#define WATCHED extern "C" __attribute__((visibility("default")))
+
+extern "C"
+{
+    // NOLINTBEGIN(bugprone-reserved-identifier): their names
+    void* __libc_malloc(std::size_t);
+    void* __libc_calloc(std::size_t, std::size_t);
+    void* __libc_realloc(void*, std::size_t);
+    void* __libc_memalign(std::size_t, std::size_t);
+    void __libc_free(void*);
+    // NOLINTEND(bugprone-reserved-identifier)
+}
+
+namespace
+{
+template <class Function>
+Function Real(const char* inName)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, inName));
+}
+} // namespace
+
+WATCHED void* malloc(std::size_t inSize)
+{
+    Count(&SWatchedCalls::mAllocations);
+    return __libc_malloc(inSize);
+}
+WATCHED void* calloc(std::size_t inCount, std::size_t inSize)
+{
+    Count(&SWatchedCalls::mAllocations);
+    return __libc_calloc(inCount, inSize);
+}
+WATCHED void* realloc(void* inMemory, std::size_t inSize)
+{
+    Count(&SWatchedCalls::mAllocations);
+    return __libc_realloc(inMemory, inSize);
+}
+WATCHED void* aligned_alloc(std::size_t inAlignment, std::size_t inSize)
+{
+    Count(&SWatchedCalls::mAllocations);
+    return __libc_memalign(inAlignment, inSize);
+}
+WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_t inSize)
+{
+    Count(&SWatchedCalls::mAllocations);
+    void* const memory = __libc_memalign(inAlignment, inSize);
+    if (memory == nullptr)
+        return ENOMEM;
+    *outMemory = memory;
+    return 0;
+}
+WATCHED void free(void* inMemory)
+{
+    if (inMemory != nullptr)
+        Count(&SWatchedCalls::mFrees);
+    __libc_free(inMemory);
+}
+WATCHED int pthread_mutex_lock(pthread_mutex_t* inMutex)
+{
+    static const auto real = Real<int (*)(pthread_mutex_t*)>("pthread_mutex_lock");
+    Count(&SWatchedCalls::mLocks);
+    return real(inMutex);
+}
+WATCHED int pthread_rwlock_rdlock(pthread_rwlock_t* inLock)
+{
+    static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
+    Count(&SWatchedCalls::mLocks);
+    return real(inLock);
+}
+WATCHED int pthread_rwlock_wrlock(pthread_rwlock_t* inLock)
+{
+    static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
+    Count(&SWatchedCalls::mLocks);
+    return real(inLock);
+}
+
+namespace
+{
+bool IsWatchingFunction(std::uintptr_t inFunction) noexcept
+{
+    const void* const functions[] = {
+        reinterpret_cast<const void*>(&malloc),
+        reinterpret_cast<const void*>(&calloc),
+        reinterpret_cast<const void*>(&realloc),
+        reinterpret_cast<const void*>(&aligned_alloc),
+        reinterpret_cast<const void*>(&posix_memalign),
+        reinterpret_cast<const void*>(&free),
+        reinterpret_cast<const void*>(&pthread_mutex_lock),
+        reinterpret_cast<const void*>(&pthread_rwlock_rdlock),
+        reinterpret_cast<const void*>(&pthread_rwlock_wrlock),
+        reinterpret_cast<const void*>(&OnSystemCall),
+    };
+    return std::ranges::any_of(functions, [=](const void* function)
+                               { return reinterpret_cast<std::uintptr_t>(function) == inFunction; });
+}
+} // namespace
+#endif
+
+void WatchRender(const std::string& inModuleFile, SRenderWatch& ioWatch,
+                 const std::function<void()>& inRender)
+{
+    SCollecting collecting{inModuleFile.c_str()};
+    gSegmentCount = 0;
+    dl_iterate_phdr(&CollectSegments, &collecting);
+    struct sigaction action
+    {
+    };
+    struct sigaction before
+    {
+    };
+    action.sa_sigaction = &OnSystemCall;
+    action.sa_flags = SA_SIGINFO;
+    sigaction(SIGSYS, &action, &before);
+    SWalk warmUp;
+    (void)_Unwind_Backtrace(&Step, &warmUp); // whatever it loads, it loads now
+    gWatch = &ioWatch;
+    const bool watchesSystemCalls = TurnDispatch(kDispatchOn);
+    gIsCounting = true;
+    gSelector = watchesSystemCalls ? kBlock : kAllow;
+    inRender();
+    gSelector = kAllow;
+    gIsCounting = false;
+    (void)TurnDispatch(kDispatchOff); // was on, or was never
+    gWatch = nullptr;
+    sigaction(SIGSYS, &before, nullptr);
+}
+
+std::string NameOfSystemCall(int inNumber)
+{
+    switch (inNumber)
+    {
+    case SYS_futex: return "futex";
+    case SYS_read: return "read";
+    case SYS_write: return "write";
+    case SYS_writev: return "writev";
+    case SYS_openat: return "openat";
+    case SYS_close: return "close";
+    case SYS_brk: return "brk";
+    case SYS_mmap: return "mmap";
+    case SYS_munmap: return "munmap";
+    case SYS_madvise: return "madvise";
+    case SYS_nanosleep: return "nanosleep";
+    case SYS_clock_nanosleep: return "clock_nanosleep";
+    case SYS_sched_yield: return "sched_yield";
+    case SYS_poll: return "poll";
+    case SYS_clone:
+    case SYS_clone3: return "clone";
+    case SYS_getpid: return "getpid";
+    case SYS_gettid: return "gettid";
+    default: return fmt::format("number {}", inNumber);
+    }
+}
+
+#ifdef AAXADAPTER_SANITIZED
+std::size_t ResidentBytes() { return 0; } // freed memory is kept for a while
+#else
+std::size_t ResidentBytes()
+{
+    std::FILE* const file = std::fopen("/proc/self/statm", "r");
+    if (file == nullptr)
+        return 0;
+    unsigned long total = 0;
+    unsigned long resident = 0;
+    const int count = std::fscanf(file, "%lu %lu", &total, &resident);
+    (void)std::fclose(file); // it was only read
+    return count == 2 ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
+}
+#endif
