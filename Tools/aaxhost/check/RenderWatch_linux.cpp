@@ -145,7 +145,7 @@ SWatchedCalls* Blamed() noexcept
     return walk.mOwner == EOwner::Module ? &gWatch->mModule : &gWatch->mPlugin;
 }
 
-void Count(int SWatchedCalls::*inKind) noexcept
+[[maybe_unused]] void Count(int SWatchedCalls::*inKind) noexcept
 {
     if (!gIsCounting)
         return;
