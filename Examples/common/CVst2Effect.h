@@ -11,7 +11,8 @@
 #include <span>
 #include <vector>
 
-/** Marks the entry function, the one symbol that a plug-in shows. */
+/** Marks the entry function, the one symbol that a plug-in shows; EXAMPLE_ENTRY is the name it has in the
+ * build. */
 #define EXAMPLE_EXPORT extern "C" __attribute__((visibility("default")))
 
 /** A stereo port: two channels, each described by a pin. */

@@ -58,8 +58,8 @@ void Approach(Number& ioValue, Number inTarget, double inFactor) noexcept
 }
 } // namespace
 
-EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost);
-EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
+EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
+EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
 {
     if (inHost == nullptr)
     {

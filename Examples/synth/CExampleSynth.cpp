@@ -56,8 +56,8 @@ constexpr std::uint8_t kResetControllers = 121;
 constexpr std::uint8_t kAllNotesOff = 123; // and the mode messages above it
 } // namespace
 
-EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost);
-EXAMPLE_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
+EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
+EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
 {
     if (inHost == nullptr)
     {
