@@ -52,7 +52,7 @@ void CheckBundle(const std::string& inBundle, const NameSet& inExports, const Na
     EXPECT_EQ(NameSet(file.Libraries().begin(), file.Libraries().end()), inLibraries);
 }
 
-TEST(MachOBinary, TestBundlesShowTheirListedFunctionsOnly)
+TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
 {
     struct SRow
     {
@@ -66,6 +66,9 @@ TEST(MachOBinary, TestBundlesShowTheirListedFunctionsOnly)
         {"scripted_plugin.vst", {"_GetPluginScript", "_VSTPluginMain"}, kSystemOnly},
         {"scripted_plugin_main_macho.vst", {"_GetPluginScript", "_main_macho"}, kSystemOnly},
         {"scripted_plugin_no_entry.vst", {"_GetPluginScript"}, kSystemOnly},
+        {"../examples/ExampleSynth.vst", {"_VSTPluginMain"}, kSystemOnly},
+        {"../examples/ExampleDelay.vst", {"_VSTPluginMain"}, kSystemOnly},
+        {"../examples/ExampleDelayOldEntry.vst", {"_main_macho"}, kSystemOnly},
     };
     for (const SRow& row : rows)
     {
@@ -74,6 +77,35 @@ TEST(MachOBinary, TestBundlesShowTheirListedFunctionsOnly)
         CheckBundle(bundle, row.exports, row.libraries);
         EXPECT_EQ(TextOf(bundle + "/Contents/PkgInfo"), "BNDL????");
     }
+}
+
+/** @return the classes that a file defines; all files in a process share one space of their names. */
+NameSet ObjectiveCClassesIn(const std::string& inFile)
+{
+    const std::string start = "_OBJC_CLASS_$_";
+    NameSet classes;
+    for (const SMachOSymbol& symbol : CMachOFile(inFile).Symbols())
+        if (symbol.name.starts_with(start))
+            classes.insert(symbol.name.substr(start.size()));
+    return classes;
+}
+
+TEST(MachOBinary, NoTwoFilesInAProcessDefineOneObjectiveCClass)
+{
+    // The adapter defines none. That of the synthesizer's editor is in the object that this build links
+    // nowhere.
+    for (const char* const product : {"SynthAdapter", "DelayAdapter", "OldEntryAdapter"})
+    {
+        SCOPED_TRACE(product);
+        const std::string bundle = AAXADAPTER_MACOS_BUILD + std::string("/modules/") + product + ".aaxplugin";
+        EXPECT_EQ(ObjectiveCClassesIn(ExecutableIn(bundle)), NameSet());
+    }
+    const NameSet editor = ObjectiveCClassesIn(
+        AAXADAPTER_MACOS_BUILD
+        "/Examples/synth/editor/CMakeFiles/example_synth_cocoa_view.dir/PanelView_mac.mm.o");
+    EXPECT_FALSE(editor.empty());
+    for (const std::string& name : editor)
+        EXPECT_TRUE(name.starts_with("ExampleSynth")) << name;
 }
 
 TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
@@ -86,6 +118,10 @@ TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
         CheckBundle(entry.path(), kEntryPoints, kAllLibraries);
         EXPECT_EQ(TextOf(entry.path() / "Contents/PkgInfo"), "TDMwPTul");
         EXPECT_TRUE(fs::exists(entry.path() / "Contents/Resources/source.vst/Contents/Info.plist"));
+        const std::string properties = TextOf(entry.path() / "Contents/Info.plist");
+        for (const char* const text :
+             {"<string>TDMw</string>", "<string>PTul</string>", "<string>11.0</string>"})
+            EXPECT_NE(properties.find(text), std::string::npos) << text;
         ++modules;
     }
     EXPECT_GT(modules, 0);

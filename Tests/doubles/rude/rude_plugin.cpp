@@ -26,6 +26,8 @@ enum class ERudeness
     kCrashInOpen,
     kHangInOpen,
     kCrashInRender,
+    kThrowInRender,
+    kDragInIdle,
     kWriteToOutput,
     kBrokenTexts,
     kDemanding,
@@ -95,9 +97,21 @@ VstIntPtr Open(AEffect* inEffect)
     return 0;
 }
 
+/** What a person's hand at the editor's knob does. */
+void Drag(AEffect* inEffect)
+{
+    gHost(inEffect, audioMasterBeginEdit, 0, 0, nullptr, 0.0F);
+    gHost(inEffect, audioMasterAutomate, 0, 0, nullptr, 0.0F);
+    gHost(inEffect, audioMasterEndEdit, 0, 0, nullptr, 0.0F);
+}
+
 VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t /*inIndex*/, VstIntPtr /*inValue*/,
                    void* inPointer, float /*inOpt*/)
 {
+    if (Is(ERudeness::kDragInIdle) && inOpcode == effEditIdle)
+    {
+        Drag(inEffect);
+    }
     if (Is(ERudeness::kWriteToOutput))
     {
         (void)std::puts("{\"refused\": \"a plug-in talks to the screen\"}"); // that's all it's about
@@ -123,6 +137,10 @@ void Render(AEffect* inEffect, float** /*inInputs*/, float** outOutputs, std::in
     }
     std::fill_n(outOutputs[1], 1024, 0.5F); // the whole announced block, as some plug-ins do
     inEffect->initialDelay = 77;            // known only now
+    if (Is(ERudeness::kThrowInRender))
+    {
+        throw std::runtime_error("rude");
+    }
 }
 
 AEffect MakeEffect()

@@ -1,0 +1,62 @@
+#include "Tests/macho/MacModule.h"
+
+#include "Tests/macho/TestBundles.h"
+#include "Tests/macho/doubles/CMacSystem.h"
+
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+#include <type_traits>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+SModuleEntries EntriesOf(const CMachOImage& inImage)
+{
+    SModuleEntries entries;
+    const auto find = [&](auto& outEntry, const char* inName)
+    {
+        outEntry =
+            ImportFrom<std::remove_pointer_t<std::remove_reference_t<decltype(outEntry)>>>(inImage, inName);
+    };
+    find(entries.mRegisterPlugin, "ACFRegisterPlugin");
+    find(entries.mRegisterComponent, "ACFRegisterComponent");
+    find(entries.mGetClassFactory, "ACFGetClassFactory");
+    find(entries.mCanUnloadNow, "ACFCanUnloadNow");
+    find(entries.mStartup, "ACFStartup");
+    find(entries.mShutdown, "ACFShutdown");
+    find(entries.mGetSDKVersion, "ACFGetSDKVersion");
+    return entries;
+}
+} // namespace
+
+std::string ModuleBundle(const std::string& inBuild, const std::string& inName)
+{
+    return inBuild + "/modules/" + inName + ".aaxplugin";
+}
+
+COutcome<std::unique_ptr<CModule>> StartMacModule(CMacSystem& ioSystem, const std::string& inBundle,
+                                                  CHostLog& ioLog)
+{
+    return CModule::Start(EntriesOf(ioSystem.Loader().Load(ExecutableIn(inBundle))), ioLog);
+}
+
+CMacModuleCopy::CMacModuleCopy(const std::string& inPlugin)
+{
+    // The module is told this path as its own, so it is the one without links.
+    std::string name = (fs::canonical(fs::temp_directory_path()) / "module_XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr)
+        throw std::runtime_error("no temporary folder");
+    mFolder = name;
+    fs::copy(ModuleBundle(AAXADAPTER_MACOS_BUILD, "DelayAdapter"), Path(), fs::copy_options::recursive);
+    const fs::path source = fs::path(Path()) / "Contents/Resources/source.vst";
+    fs::remove_all(source);
+    fs::copy(TestBundle(inPlugin), source, fs::copy_options::recursive);
+}
+
+CMacModuleCopy::~CMacModuleCopy()
+{
+    std::error_code ignored; // a temporary folder that stays harms nobody
+    fs::remove_all(mFolder, ignored);
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include "Tools/aaxhost/host/CHostLog.h"
+#include "Tools/aaxhost/lib/CModule.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+class CMacSystem;
+
+/** @return the bundle of an example product in a build's folder. */
+std::string ModuleBundle(const std::string& inBuild, const std::string& inName);
+/** Loads a bundle's executable into the system and starts it as a host does. Throws CMachOError. */
+COutcome<std::unique_ptr<CModule>> StartMacModule(CMacSystem& ioSystem, const std::string& inBundle,
+                                                  CHostLog& ioLog);
+
+/** A copy of an example product with another plug-in in it, in a folder of its own that goes with this. */
+class CMacModuleCopy
+{
+public:
+    /** @param inPlugin a bundle that the cross build made for tests, such as "rude_ReturnNull.vst". */
+    explicit CMacModuleCopy(const std::string& inPlugin);
+    CMacModuleCopy(const CMacModuleCopy&) = delete;
+    CMacModuleCopy& operator=(const CMacModuleCopy&) = delete;
+    ~CMacModuleCopy();
+
+    std::string Path() const { return mFolder / "DelayAdapter.aaxplugin"; }
+
+private:
+    std::filesystem::path mFolder;
+};
