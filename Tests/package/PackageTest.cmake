@@ -1,6 +1,6 @@
 # Installs this build, makes a product with it in a project of its own outside the tree, installs that, describes it, and
 # packs both.
-#   cmake -DBUILD=… -DPLUGIN=… -DCPACK=… -DWORK=… -DMAKER=… -P PackageTest.cmake
+#   cmake -DBUILD=… -DPLUGIN=… -DMODULE=… -DCPACK=… -DWORK=… -DMAKER=… -P PackageTest.cmake
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT result EQUAL 0)
@@ -39,7 +39,7 @@ if(NOT output MATCHES "com\\.example\\.makersdelay")
 endif()
 
 set(bundle MakersDelay.aaxplugin/Contents)
-pack_and_look(${WORK}/build product ${bundle}/x86_64-linux/MakersDelay.so ${bundle}/Resources/source.vst)
+pack_and_look(${WORK}/build product ${bundle}/${MODULE} ${bundle}/Resources/source.vst/?)
 set(top [^/\n]+)
 pack_and_look(${BUILD} package ${top}/bin/aaxhost ${top}/bin/vst2probe ${top}/lib/aaxadapter/libaax_adapter.a
     ${top}/lib/cmake/AaxAdapter/AaxAdapterConfig.cmake ${top}/lib/cmake/AaxAdapter/AaxAdapterTargets.cmake
