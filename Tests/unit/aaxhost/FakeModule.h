@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <unistd.h>
 
 /** The module file that fake_module.cpp makes. */
 inline std::string FakeModuleFile() { return FAKE_MODULE_FILE; }
