@@ -24,7 +24,10 @@ Value Expect(COutcome<Value> inOutcome)
 inline constexpr double kHostedRate = 48'000.0; // Hz
 inline constexpr std::int64_t kHostedFrames = 24'000;
 
-/** Half a second of quiet noise on two channels and of a chord that is released in part, always the same. */
+/**
+ * Half a second of quiet noise on two channels and of a chord that is released in part, while parameter
+ * "00002" moves; always the same.
+ */
 SRenderJob MakeHostedJob();
 
 /** @return all output channels. Throws as Expect does. */
