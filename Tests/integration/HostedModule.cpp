@@ -34,7 +34,7 @@ SRenderJob MakeHostedJob()
         {0.01, {0x90, 60, 100}, 3}, {0.02, {0x90, 64, 90}, 3}, {0.05, {0x90, 67, 80}, 3},
         {0.20, {0x80, 64, 0}, 3},   {0.30, {0xB0, 1, 64}, 3},
     };
-    job.mAutomation = {{"00002", Expect(CAutomationCurve::Parse("0.1,0.3\n0.3,0.7\n"))}};
+    job.mAutomation = {{"00003", Expect(CAutomationCurve::Parse("0.1,0.3\n0.3,0.7\n"))}};
     return job;
 }
 

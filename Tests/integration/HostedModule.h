@@ -26,7 +26,7 @@ inline constexpr std::int64_t kHostedFrames = 24'000;
 
 /**
  * Half a second of quiet noise on two channels and of a chord that is released in part, while parameter
- * "00002" moves; always the same.
+ * "00003" moves; always the same.
  */
 SRenderJob MakeHostedJob();
 
