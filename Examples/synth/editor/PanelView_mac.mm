@@ -142,7 +142,7 @@ namespace
 {
 class CCocoaPanelView final : public IPanelView
 {
-  public:
+public:
     CCocoaPanelView(NSView* inParent, CKnobPanel& ioPanel)
         : mPanel(ioPanel), mView([[ExampleSynthPanelView alloc] initWithPanel:&ioPanel])
     {
@@ -162,7 +162,7 @@ class CCocoaPanelView final : public IPanelView
         }
     }
 
-  private:
+private:
     CKnobPanel& mPanel;
     ExampleSynthPanelView* mView;
 };
