@@ -198,7 +198,7 @@ TEST_P(Editors, OpeningAHundredTimesLeavesNothingBehind)
     const int objects = loaded.mModule->LiveObjects();
     for (int i = 0; i < 100; ++i)
     {
-        opened.mView = Require(CEditorView::Open(*opened.mInstance, *opened.mWindow));
+        opened.mView = Expect(CEditorView::Open(*opened.mInstance, *opened.mWindow));
         ASSERT_TRUE(opened.mView->Tick());
         ASSERT_EQ(opened.mView->Size(), size);
         opened.mView.reset();
@@ -206,19 +206,19 @@ TEST_P(Editors, OpeningAHundredTimesLeavesNothingBehind)
     EXPECT_EQ(mScreen->Children(opened.WindowID()), 0);
     EXPECT_EQ(openFiles(), files);
     EXPECT_EQ(loaded.mModule->LiveObjects(), objects);
-    opened.mView = Require(CEditorView::Open(*opened.mInstance, *opened.mWindow));
+    opened.mView = Expect(CEditorView::Open(*opened.mInstance, *opened.mWindow));
     Drag(opened, GetParam()); // still alive
 }
 
 TEST_P(Editors, TheInstanceGoesWithItsEditorOpen)
 {
     SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
-    const auto window = Require(CHostWindow::Create("test"));
+    const auto window = Expect(CHostWindow::Create("test"));
     const auto id = reinterpret_cast<CTestScreen::WindowID>(window->View());
     for (const bool parametersFirst : {false, true})
     {
         SCOPED_TRACE(parametersFirst);
-        auto instance = Require(CInstance::Create(*loaded.mModule, 48000.0));
+        auto instance = Expect(CInstance::Create(*loaded.mModule, 48000.0));
         CHostViewContainer& container = instance->Host().ViewContainer();
         container.SetView(window->ViewType(), window->View());
         ASSERT_TRUE(instance->OpenGUI());
@@ -356,11 +356,11 @@ TEST_F(OnADisplay, ASizeThatIsKnownLateOrChangesIsFollowed)
     ScriptedModule plugin(bundle.SourceVst());
     plugin.Script().shape.flags |= effFlagsHasEditor;
     CHostLog log;
-    const auto module = Require(CModule::Open(bundle.Path(), log));
-    const auto instance = Require(CInstance::Create(*module, 48000.0));
-    const auto window = Require(CHostWindow::Create("test"));
+    const auto module = Expect(CModule::Open(bundle.Path(), log));
+    const auto instance = Expect(CInstance::Create(*module, 48000.0));
+    const auto window = Expect(CHostWindow::Create("test"));
     plugin.Script().givesEditorSize = false;
-    const auto view = Require(CEditorView::Open(*instance, *window));
+    const auto view = Expect(CEditorView::Open(*instance, *window));
     struct SRow
     {
         bool mGives;
@@ -378,7 +378,7 @@ TEST_F(OnADisplay, ASizeThatIsKnownLateOrChangesIsFollowed)
         plugin.Script().editorSize = row.mRect;
         ASSERT_TRUE(view->Tick());
         EXPECT_EQ(view->Size(), row.mSize);
-        const SPicture picture = Require(window->TakePicture());
+        const SPicture picture = Expect(window->TakePicture());
         EXPECT_EQ((SViewSize{picture.mWidth, picture.mHeight}), row.mShown);
     }
     plugin.Script().faults.insert(effEditIdle);

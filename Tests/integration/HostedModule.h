@@ -1,25 +1,15 @@
 #pragma once
+#include "Tests/integration/Expect.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/Renderer.h"
 
 #include <memory>
-#include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 using Channels = std::vector<std::vector<float>>;
-
-/** @return what the step made. Throws std::runtime_error with the reason where it made nothing. */
-template <class Value>
-Value Expect(COutcome<Value> inOutcome)
-{
-    if (!inOutcome)
-        throw std::runtime_error(inOutcome.Problem().mSentence);
-    return std::move(*inOutcome);
-}
 
 inline constexpr double kHostedRate = 48'000.0; // Hz
 inline constexpr std::int64_t kHostedFrames = 24'000;

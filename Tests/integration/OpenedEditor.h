@@ -1,5 +1,6 @@
 #pragma once
 #include "Tests/integration/CTestScreen.h"
+#include "Tests/integration/Expect.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/lib/CInstance.h"
@@ -12,27 +13,17 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 /** How long a test waits for anything. */
 inline constexpr std::chrono::seconds kLimit{20};
-
-/** Fails the test by an exception where there is a problem. */
-template <class T>
-T Require(COutcome<T> inOutcome)
-{
-    if (!inOutcome)
-        throw std::runtime_error(inOutcome.Problem().mSentence);
-    return std::move(*inOutcome);
-}
 
 /** A module with a plug-in in it. */
 struct SLoaded
 {
     SLoaded(const std::filesystem::path& inPlugin, bool inNeedsOptions)
         : mBundle(inNeedsOptions ? kOptionsModule : kPlainModule, inPlugin),
-          mModule(Require(CModule::Open(mBundle.Path(), mLog)))
+          mModule(Expect(CModule::Open(mBundle.Path(), mLog)))
     {
     }
 
@@ -46,9 +37,9 @@ struct SOpened
 {
     explicit SOpened(SLoaded& inLoaded)
         : mLoaded(inLoaded),
-          mInstance(Require(CInstance::Create(*inLoaded.mModule, 48000.0))),
-          mWindow(Require(CHostWindow::Create("test"))),
-          mView(Require(CEditorView::Open(*mInstance, *mWindow)))
+          mInstance(Expect(CInstance::Create(*inLoaded.mModule, 48000.0))),
+          mWindow(Expect(CHostWindow::Create("test"))),
+          mView(Expect(CEditorView::Open(*mInstance, *mWindow)))
     {
     }
 

@@ -4,6 +4,7 @@
 
 #include <dlfcn.h>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace

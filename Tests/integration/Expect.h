@@ -1,0 +1,14 @@
+#pragma once
+#include "Tools/aaxhost/lib/COutcome.h"
+
+#include <stdexcept>
+#include <utility>
+
+/** @return what the step made. Throws std::runtime_error with the reason where it made nothing. */
+template <class Value>
+Value Expect(COutcome<Value> inOutcome)
+{
+    if (!inOutcome)
+        throw std::runtime_error(inOutcome.Problem().mSentence);
+    return std::move(*inOutcome);
+}
