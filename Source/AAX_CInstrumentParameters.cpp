@@ -118,7 +118,7 @@ void AAX_CInstrumentParameters::StaticRenderAudio(AAX_SInstrumentRenderInfo* con
     for (AAX_SInstrumentRenderInfo* const* record = inBegin; record < inEnd; ++record)
     {
         AAX_CInstrumentParameters** const slot = (*record)->mPrivateData;
-        if (slot != nullptr && *slot != nullptr)
+        if (slot != nullptr && *slot != nullptr) [[likely]]
             (*slot)->RenderAudio(*record);
     }
 }

@@ -78,6 +78,7 @@ AAX_Result AaxAdapter_Parameters::LoadWrappedPlugin()
 {
     mSampleRate = 0.0F;
     (void)Controller()->GetSampleRate(&mSampleRate); // a host that answers nothing leaves the rate at 0
+    mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
     mVst2Host.ClosePlugin(mPlugin); // of an earlier initialisation
     mVst2Host.SetBufferSize(kBlockSizeFrames);

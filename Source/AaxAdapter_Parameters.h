@@ -94,7 +94,10 @@ private:
 
     void UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept;
     void ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo);
+    void ForwardInParts(std::int64_t inCount);
+    void GrowEventArrays(std::int64_t inCount);
     void RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo);
+    void RenderExtended(AAX_SInstrumentRenderInfo& ioInfo);
     void SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo) const noexcept;
 
     std::array<char, 24> mIdBuffer{};
@@ -110,8 +113,9 @@ private:
     mutable long mAnnouncedChunkSize =
         -1; // bytes of the plug-in's chunk as the host was told last; -1: never
 
-    bool mHasInputNode = false; // the description added the input MIDI node
-    double mTempo = 120.0;      // the last one the host gave; render thread
+    bool mHasInputNode = false;          // the description added the input MIDI node
+    double mSamplesPerBarAtOneBpm = 0.0; // follows from the sample rate
+    double mTempo = 120.0;               // the last one the host gave; render thread
     long mHostOutputChannels = 0;
     CChannelExtension mInputs;
     CChannelExtension mOutputs;

@@ -23,98 +23,106 @@ unsigned long PackedBytes(const AAX_CMidiPacket& inPacket) noexcept
 }
 
 /** Quarter notes since the start of a 4/4 bar, 0 up to 4; 0 where the host's numbers give no position. */
-double QuarterInBar(double inTempo, double inPosition, float inSampleRate) noexcept
+double QuarterInBar(double inTempo, double inPosition, double inSamplesPerBarAtOneBpm) noexcept
 {
-    const double samplesPerBarAtOneBpm = static_cast<double>(inSampleRate * 240.0F);
-    const double bars = inTempo * inPosition / samplesPerBarAtOneBpm;
-    const double quarters = (bars - std::trunc(bars)) * 4.0;
-    return std::isfinite(quarters) ? quarters : 0.0;
+    // From here on a double has no fraction; a rate of 0 gives infinity or no number.
+    constexpr double kNoFraction = 4503599627370496.0; // 2^52
+    const double bars = inTempo * inPosition / inSamplesPerBarAtOneBpm;
+    if (!(std::abs(bars) < kNoFraction)) [[unlikely]]
+        return 0.0;
+    return (bars - static_cast<double>(static_cast<std::int64_t>(bars))) * 4.0;
 }
 } // namespace
 
-void AaxAdapter_Parameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
-{
-    UpdateTimeInfo(*ioInfo);
-    if (mPlugin == nullptr || ioInfo->mNumSamples == nullptr)
-        return;
-    try
-    {
-        ForwardEvents(*ioInfo);
-        RenderPlugin(*ioInfo);
-    }
-    catch (...)
-    {
-        SilenceOutputs(*ioInfo);
-    }
-}
+// The steps of a block are defined inline, ahead of the call that makes them: most blocks bring no packet,
+// and going from one small function to the next would cost as much as what they do.
 
-void AaxAdapter_Parameters::UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept
+inline void AaxAdapter_Parameters::UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept
 {
     AAX_ITransport* const transport =
         inInfo.mTransportNode != nullptr ? inInfo.mTransportNode->GetTransport() : nullptr;
     double tempo = mTempo;
     bool playing = false;
     std::int64_t location = 0;
-    if (transport != nullptr)
+    if (transport != nullptr) [[likely]]
     {
-        if (transport->GetCurrentTempo(&tempo) == kAAX_Success)
-            mTempo = tempo;
-        if (transport->IsTransportPlaying(&playing) != kAAX_Success)
+        if (transport->GetCurrentTempo(&tempo) != kAAX_Success) [[unlikely]]
+            tempo = mTempo;
+        if (transport->IsTransportPlaying(&playing) != kAAX_Success) [[unlikely]]
             playing = false;
-        if (transport->GetCurrentNativeSampleLocation(&location) != kAAX_Success)
+        if (transport->GetCurrentNativeSampleLocation(&location) != kAAX_Success) [[unlikely]]
             location = 0;
+        mTempo = tempo;
     }
     VstTimeInfo& time = mVst2Host.TimeInfo();
-    time.tempo = static_cast<double>(static_cast<float>(mTempo));
+    time.tempo = static_cast<double>(static_cast<float>(tempo));
     time.samplePos = static_cast<double>(location);
-    time.ppqPos = QuarterInBar(mTempo, time.samplePos, mSampleRate);
+    time.ppqPos = QuarterInBar(tempo, time.samplePos, mSamplesPerBarAtOneBpm);
     time.sampleRate = static_cast<double>(mSampleRate);
     time.flags = playing ? kVstTransportPlaying : 0;
 }
 
-void AaxAdapter_Parameters::ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo)
+inline void AaxAdapter_Parameters::ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo)
 {
     const AAX_CMidiStream* const stream =
         mHasInputNode && inInfo.mInputNode != nullptr ? inInfo.mInputNode->GetNodeBuffer() : nullptr;
-    const std::int64_t count = stream != nullptr && stream->mPackets != nullptr ? stream->mCount : 0;
-    if (count > mEventCapacity)
+    if (stream == nullptr || stream->mCount == 0 || stream->mPackets == nullptr) [[likely]]
     {
-        mEventData = std::vector<unsigned long>(static_cast<std::size_t>(count));
-        mEventTimes = std::vector<unsigned long>(static_cast<std::size_t>(count));
-        mEventCapacity = count;
+        mPlugin->ProcessEvents(0, mEventData.data(), mEventTimes.data());
+        return;
     }
+    const std::int64_t count = stream->mCount;
+    if (count > mEventCapacity) [[unlikely]]
+        GrowEventArrays(count);
+    unsigned long* const data = mEventData.data();
+    unsigned long* const times = mEventTimes.data();
     for (std::int64_t i = 0; i < count; ++i)
     {
-        const auto event = static_cast<std::size_t>(i);
-        mEventData[event] = PackedBytes(stream->mPackets[i]);
-        mEventTimes[event] = stream->mPackets[i].mTimestamp;
+        data[i] = PackedBytes(stream->mPackets[i]);
+        times[i] = stream->mPackets[i].mTimestamp;
     }
-    std::int64_t first = 0;
-    do
-    {
-        const std::int64_t part = std::min(count - first, kMaxEventsPerCall);
-        mPlugin->ProcessEvents(part, mEventData.data() + first, mEventTimes.data() + first);
-        first += part;
-    } while (first < count);
+    if (count > kMaxEventsPerCall) [[unlikely]]
+        ForwardInParts(count);
+    else
+        mPlugin->ProcessEvents(count, data, times);
 }
 
-void AaxAdapter_Parameters::RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo)
+void AaxAdapter_Parameters::ForwardInParts(std::int64_t inCount)
+{
+    for (std::int64_t first = 0; first < inCount; first += kMaxEventsPerCall)
+        mPlugin->ProcessEvents(std::min(inCount - first, kMaxEventsPerCall), mEventData.data() + first,
+                               mEventTimes.data() + first);
+}
+
+void AaxAdapter_Parameters::GrowEventArrays(std::int64_t inCount)
+{
+    mEventData = std::vector<unsigned long>(static_cast<std::size_t>(inCount));
+    mEventTimes = std::vector<unsigned long>(static_cast<std::size_t>(inCount));
+    mEventCapacity = inCount;
+}
+
+inline void AaxAdapter_Parameters::RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo)
+{
+    const AEffect& effect = *mPlugin->GetEffect();
+    const bool hostArraysSuffice =
+        effect.numInputs <= mInputs.HostChannelCount() && effect.numOutputs <= mOutputs.HostChannelCount();
+    if (!hostArraysSuffice) [[unlikely]]
+        RenderExtended(ioInfo);
+    else
+        mPlugin->Process(ioInfo.mAudioInputs, ioInfo.mAudioOutputs, *ioInfo.mNumSamples);
+}
+
+void AaxAdapter_Parameters::RenderExtended(AAX_SInstrumentRenderInfo& ioInfo)
 {
     const AEffect& effect = *mPlugin->GetEffect();
     const std::int32_t frames = *ioInfo.mNumSamples;
-    // A plug-in that has grown since it was opened would reach past every array; the extra buffers hold one
-    // block.
     const bool hasGrown =
         effect.numInputs > mInputs.ChannelCount() || effect.numOutputs > mOutputs.ChannelCount();
-    const bool needsBuffers = mInputs.IsNeeded() || mOutputs.IsNeeded();
-    if (hasGrown || (needsBuffers && frames > kBlockSizeFrames))
+    // A plug-in that has grown since it was opened would reach past every array; the extra buffers hold one
+    // block.
+    if (hasGrown || frames > kBlockSizeFrames)
     {
         SilenceOutputs(ioInfo);
-        return;
-    }
-    if (!needsBuffers)
-    {
-        mPlugin->Process(ioInfo.mAudioInputs, ioInfo.mAudioOutputs, frames);
         return;
     }
     // Again in every block: a plug-in may have written into its inputs.
@@ -128,4 +136,20 @@ void AaxAdapter_Parameters::SilenceOutputs(const AAX_SInstrumentRenderInfo& ioIn
 {
     for (long channel = 0; channel < mHostOutputChannels; ++channel)
         std::fill_n(ioInfo.mAudioOutputs[channel], std::max(*ioInfo.mNumSamples, 0), 0.0F);
+}
+
+void AaxAdapter_Parameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
+{
+    UpdateTimeInfo(*ioInfo);
+    if (mPlugin == nullptr || ioInfo->mNumSamples == nullptr) [[unlikely]]
+        return;
+    try
+    {
+        ForwardEvents(*ioInfo);
+        RenderPlugin(*ioInfo);
+    }
+    catch (...)
+    {
+        SilenceOutputs(*ioInfo);
+    }
 }

@@ -20,6 +20,7 @@ public:
 
     /** False where the host's array is long enough to be handed on as it is. */
     bool IsNeeded() const noexcept { return !mExtra.empty(); }
+    long HostChannelCount() const noexcept { return mHostChannels; }
     /** How many channels the array that the plug-in gets has. */
     long ChannelCount() const noexcept { return mChannelCount; }
 

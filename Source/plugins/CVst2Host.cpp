@@ -179,14 +179,25 @@ void CVst2Host::Process()
 VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                          VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/) noexcept
 {
-    const CEffectRegistry::SOwner owner = GetEffectRegistry().Find(inEffect);
+    const CEffectRegistry::SOwner owner = gEffectRegistry.Find(inEffect);
     if (owner.host == nullptr)
     {
         return AnswerUnmatchedCall(inOpcode, inPointer, kEntryHostVersion);
     }
+    // Ahead of all others: asked in every block, by some plug-ins for every sample.
+    if (inOpcode == audioMasterGetTime)
+    {
+        return reinterpret_cast<VstIntPtr>(&owner.host->mTimeInfo);
+    }
+    return owner.host->AnswerGuarded(owner.plugin, inOpcode, inIndex, inPointer);
+}
+
+VstIntPtr CVst2Host::AnswerGuarded(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
+                                   void* inPointer) noexcept
+{
     try
     {
-        return owner.host->Answer(owner.plugin, inOpcode, inIndex, inPointer);
+        return Answer(inPlugin, inOpcode, inIndex, inPointer);
     }
     catch (...)
     {
@@ -199,7 +210,7 @@ VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcod
 VstIntPtr CVst2Host::OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                            VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/)
 {
-    return Answer(GetEffectRegistry().Find(inEffect, this).plugin, inOpcode, inIndex, inPointer);
+    return Answer(gEffectRegistry.Find(inEffect, this).plugin, inOpcode, inIndex, inPointer);
 }
 
 VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,

@@ -71,7 +71,7 @@ bool CVst2Plugin::LoadEffect(const char* inUtf8Path, CVst2Host& inHost)
         return false;
     }
     mEffect = effect;
-    GetEffectRegistry().Add(effect, &inHost, this, inHost.GetSerial());
+    gEffectRegistry.Add(effect, &inHost, this, inHost.GetSerial());
 
     ReadIdentity();
     ReadShape();
@@ -177,7 +177,7 @@ void CVst2Plugin::Close() noexcept
     }
 }
 
-void CVst2Plugin::Unregister() noexcept { GetEffectRegistry().Remove(mEffect, this); }
+void CVst2Plugin::Unregister() noexcept { gEffectRegistry.Remove(mEffect, this); }
 
 void CVst2Plugin::FreeLib() noexcept
 {

@@ -57,7 +57,10 @@ public:
 
     // Audio
     /** Hands the arrays on as they are. Render path. */
-    void Process(float** inInputs, float** inOutputs, long inFrames);
+    void Process(float** inInputs, float** inOutputs, long inFrames)
+    {
+        CallReplacing(inInputs, inOutputs, inFrames);
+    }
     void Process(float** inBuffers, long inFrames, long inInputBufferCount, long* inInputMap,
                  long inOutputBufferCount, long* inOutputMap) override;
     /** @param inFrames at most the block size given to Initialize. */
@@ -72,7 +75,12 @@ public:
      * @param inMessages the MIDI bytes as they lie in memory, status byte lowest; the upper half is ignored.
      * @param inOffsets  samples from the start of the block; null: all 0.
      */
-    void ProcessEvents(long inCount, unsigned long* inMessages, unsigned long* inOffsets);
+    void ProcessEvents(long inCount, unsigned long* inMessages, unsigned long* inOffsets)
+    {
+        mEventBlock.numEvents = static_cast<std::int32_t>(inCount);
+        if (inCount != 0) // in most blocks there are none
+            DeliverEvents(inCount, inMessages, inOffsets);
+    }
     void ProcessEvents(std::span<const SMidiMsg> inMessages) override;
     void ProcessEvents(VstEvents* inEvents);
 
@@ -219,9 +227,14 @@ private:
     void ApplyProgram(SPresetRecord& ioProgram);
     void ApplyBank(std::span<SPresetRecord> inPrograms, long inCurrentProgram);
     bool RequestEditorSize(long& outX, long& outY, long& outWidth, long& outHeight);
+    void DeliverEvents(long inCount, const unsigned long* inMessages, const unsigned long* inOffsets);
     void SetEvent(long inSlot, std::uint32_t inMidiBytes, std::int32_t inOffset);
     VstEvents* EventBlock();
-    void CallReplacing(float** inInputs, float** inOutputs, long inFrames);
+    void CallReplacing(float** inInputs, float** inOutputs, long inFrames)
+    {
+        if (mEffect != nullptr && mEffect->processReplacing != nullptr)
+            mEffect->processReplacing(mEffect, inInputs, inOutputs, static_cast<std::int32_t>(inFrames));
+    }
 
     long mInputCount = 0;
     long mOutputCount = 0;

@@ -22,19 +22,6 @@ bool MapChannels(std::span<float*> outPointers, float** inBuffers, long inBuffer
 }
 } // namespace
 
-void CVst2Plugin::CallReplacing(float** inInputs, float** inOutputs, long inFrames)
-{
-    if (mEffect != nullptr && mEffect->processReplacing != nullptr)
-    {
-        mEffect->processReplacing(mEffect, inInputs, inOutputs, static_cast<std::int32_t>(inFrames));
-    }
-}
-
-void CVst2Plugin::Process(float** inInputs, float** inOutputs, long inFrames)
-{
-    CallReplacing(inInputs, inOutputs, inFrames);
-}
-
 void CVst2Plugin::Process(float** inBuffers, long inFrames, long inInputBufferCount, long* inInputMap,
                           long inOutputBufferCount, long* inOutputMap)
 {
@@ -78,29 +65,32 @@ inline void CVst2Plugin::SetEvent(long inSlot, std::uint32_t inMidiBytes, std::i
     mEventBlock.events[slot] = &event;
 }
 
-void CVst2Plugin::ProcessEvents(long inCount, unsigned long* inMessages, unsigned long* inOffsets)
+void CVst2Plugin::DeliverEvents(long inCount, const unsigned long* inMessages, const unsigned long* inOffsets)
 {
-    mEventBlock.numEvents = static_cast<std::int32_t>(inCount);
-    if (inCount == 0)
+    const long count = std::min(inCount, kMaxEvents);
+    if (count <= 0)
     {
         return;
     }
-    const long count = std::min(inCount, kMaxEvents);
+    long i = 0;
     if (inOffsets != nullptr)
     {
-        for (long i = 0; i < count; ++i)
+        do
         {
             SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), static_cast<std::int32_t>(inOffsets[i]));
-        }
+        } while (++i < count);
     }
     else
     {
-        for (long i = 0; i < count; ++i)
+        do
         {
             SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), 0);
-        }
+        } while (++i < count);
     }
-    ProcessEvents(EventBlock());
+    if (AcceptsMidi() && mEffect != nullptr)
+    {
+        (void)Dispatch(effProcessEvents, 0, 0, EventBlock()); // the interface gives the result no meaning
+    }
 }
 
 void CVst2Plugin::ProcessEvents(std::span<const SMidiMsg> inMessages)

@@ -64,12 +64,12 @@ TEST(EffectRegistry, SharedEffectBelongsToTheOldestHostAndThenToTheNext)
     ASSERT_TRUE(late != nullptr && early != nullptr && alsoEarly != nullptr);
     AEffect* const effect = late->GetEffect();
     ASSERT_EQ(effect, early->GetEffect());
-    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, early);
-    EXPECT_EQ(GetEffectRegistry().Find(effect, &second).plugin, late);
+    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, early);
+    EXPECT_EQ(gEffectRegistry.Find(effect, &second).plugin, late);
     EXPECT_TRUE(first->ClosePlugin(early));
-    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, alsoEarly);
+    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, alsoEarly);
     first.reset();
-    EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, late);
+    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, late);
 }
 
 TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)

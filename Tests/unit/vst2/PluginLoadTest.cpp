@@ -190,7 +190,7 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
         EXPECT_TRUE(host.Plugins().empty());
         for (AEffect* const effect : seen)
         {
-            EXPECT_EQ(GetEffectRegistry().Find(effect).plugin, nullptr);
+            EXPECT_EQ(gEffectRegistry.Find(effect).plugin, nullptr);
         }
         module.Release();
         EXPECT_FALSE(ScriptedModule::IsLoaded(module.Path()));
