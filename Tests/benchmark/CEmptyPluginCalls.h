@@ -1,0 +1,34 @@
+#pragma once
+#include "Tests/benchmark/EmptyPlugin.h"
+
+#include <filesystem>
+#include <memory>
+
+inline const std::filesystem::path kEmptyPlugin = EMPTY_PLUGIN_FILE;
+
+/**
+ * Makes the host calls of the empty plug-in's instances.
+ *
+ * Threads: the main thread. Instances must be alive while their calls are made.
+ */
+class CEmptyPluginCalls
+{
+public:
+    /** @param inFile the very file that the instances were loaded from. Throws std::runtime_error. */
+    explicit CEmptyPluginCalls(const std::filesystem::path& inFile);
+
+    /** The instance's question for the time. @return what its host answers. */
+    VstIntPtr AskForTime(int inInstance) const
+    {
+        return mHost(mAccess->effectAt(inInstance), audioMasterGetTime, 0, 0, nullptr, 0.0F);
+    }
+
+private:
+    struct SImageCloser
+    {
+        void operator()(void* inImage) const;
+    };
+    std::unique_ptr<void, SImageCloser> mImage;
+    const SEmptyPluginAccess* mAccess = nullptr;
+    audioMasterCallback mHost = nullptr;
+};

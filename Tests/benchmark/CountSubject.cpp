@@ -1,0 +1,148 @@
+#include "Tests/benchmark/CBenchRig.h"
+#include "Tests/benchmark/CEmptyPluginCalls.h"
+#include "Tools/aaxhost/lib/InstanceState.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <stdexcept>
+#include <string>
+#include <valgrind/callgrind.h>
+
+namespace
+{
+constexpr int kCalls = 200;
+
+/** Leaves one dump, named after what it counts and how often one call of `inCall` does that. */
+template <class Call>
+void Count(const std::string& inName, int inTimes, Call inCall)
+{
+    // Read by callgrind some time after the request: kept until the end.
+    static std::deque<std::string> names;
+    const std::string& name = names.emplace_back(inName + " calls=" + std::to_string(inTimes));
+    inCall(); // symbols are bound and arrays grow in the first one
+    CALLGRIND_START_INSTRUMENTATION;
+    CALLGRIND_ZERO_STATS;
+    inCall();
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
+    CALLGRIND_STOP_INSTRUMENTATION;
+}
+
+/** As above for what is counted one by one. */
+template <class Call>
+void CountEach(const std::string& inName, Call inCall)
+{
+    Count(inName, kCalls,
+          [&]
+          {
+              for (int i = 0; i < kCalls; ++i)
+                  inCall();
+          });
+}
+
+void CountRendering()
+{
+    CBenchRig rig(kPlainModule, kEmptyPlugin);
+    for (const int frames : {16, 64, 1024})
+    {
+        rig.SetBlock(frames, 0);
+        CountEach("render frames=" + std::to_string(frames) + " packets=0", [&] { rig.Render(); });
+    }
+    for (const std::size_t packets : {1U, 10U, 100U, 300U})
+    {
+        rig.SetBlock(64, packets);
+        CountEach("render frames=64 packets=" + std::to_string(packets), [&] { rig.Render(); });
+    }
+    rig.SetBlock(64, 0);
+    for (int i = 0; i < 100000; ++i)
+        rig.Render();
+    CountEach("render age=100000", [&] { rig.Render(); });
+}
+
+void CountManyInstances()
+{
+    constexpr int kInstances = 512;
+    CBenchRig rig(kPlainModule, kEmptyPlugin, kInstances);
+    Count("render instances=512", kInstances, [&] { rig.Render(); });
+}
+
+void CountCallbacks(int inInstances)
+{
+    CBenchRig rig(kPlainModule, kEmptyPlugin, inInstances);
+    CEmptyPluginCalls plugin(rig.Bundle().SourceVst());
+    Count("callback instances=" + std::to_string(inInstances), inInstances,
+          [&]
+          {
+              for (int i = 0; i < inInstances; ++i)
+                  plugin.AskForTime(i);
+          });
+}
+
+void CountParameters()
+{
+    constexpr int kParameters = 1000;
+    setenv(kEmptyPluginParameters, std::to_string(kParameters).c_str(), 1);
+    CBenchRig rig(kPlainModule, kEmptyPlugin);
+    unsetenv(kEmptyPluginParameters);
+    CountEach("render parameters=1000", [&] { rig.Render(); });
+    double value = 0.0;
+    CountEach("update parameters=1000",
+              [&]
+              {
+                  value = value < 0.5 ? 0.75 : 0.25;
+                  (void)rig.Instance().UpdateParameter("00500", value); // checked by the tests
+              });
+    CountEach("coefficients clean", [&] { (void)rig.Instance().FinishUpdates(); });
+}
+
+void CountCreation()
+{
+    setenv(kEmptyPluginParameters, "100", 1);
+    CBenchRig rig(kPlainModule, kEmptyPlugin);
+    Count("create and delete parameters=100", 1,
+          [&]
+          { (void)CInstance::Create(rig.Module(), CBenchRig::kRate); }); // the rig has one: it can be made
+    unsetenv(kEmptyPluginParameters);
+}
+
+/** Saving and loading, beside one plain copy of as many bytes: what is copied, the C library copies. */
+void CountState()
+{
+    constexpr std::size_t kBytes = std::size_t{64} << 20;
+    setenv(kEmptyPluginChunkBytes, std::to_string(kBytes).c_str(), 1);
+    CBenchRig rig(kPlainModule, kEmptyPlugin);
+    unsetenv(kEmptyPluginChunkBytes);
+    AAX_IACFEffectParameters& instance = rig.Instance().Parameters();
+    const AAX_CTypeID id = AAX_FourCharCode("0001");
+    std::uint32_t size = 0;
+    if (instance.GetChunkSize(id, &size) != kAAX_Success || size < kBytes)
+        throw std::runtime_error("the plug-in's chunk is not offered");
+    CStateChunk chunk(size);
+    Count("save bytes=67108864", 1, [&] { (void)instance.GetChunk(id, &chunk.Record()); });
+    std::vector<std::byte> copy(kBytes);
+    Count("plain copy bytes=67108864", 1, [&] { std::memcpy(copy.data(), chunk.Data().data(), kBytes); });
+    Count("load bytes=67108864", 1, [&] { (void)instance.SetChunk(id, &chunk.Record()); });
+}
+} // namespace
+
+int main()
+{
+    try
+    {
+        CountRendering();
+        CountManyInstances();
+        CountParameters();
+        CountCallbacks(1);
+        CountCallbacks(64);
+        CountCallbacks(1000);
+        CountCreation();
+        CountState();
+        return 0;
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}

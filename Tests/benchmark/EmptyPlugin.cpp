@@ -1,0 +1,116 @@
+#include "Tests/benchmark/EmptyPlugin.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#define EMPTY_PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace
+{
+constexpr std::int32_t kChannels = 2;
+
+/** A stereo effect that takes MIDI and renders nothing: whatever a block costs is its host's. */
+struct SEmptyPlugin
+{
+    AEffect effect{};
+    std::vector<float> parameters;
+    std::vector<char> chunk;
+};
+
+// Written by whoever makes and ends instances: the main thread.
+std::vector<std::unique_ptr<SEmptyPlugin>> gInstances;
+audioMasterCallback gHost = nullptr;
+
+SEmptyPlugin& PluginOf(AEffect* inEffect) { return *static_cast<SEmptyPlugin*>(inEffect->object); }
+
+std::size_t Setting(const char* inName)
+{
+    const char* const text = std::getenv(inName);
+    return text != nullptr ? std::strtoul(text, nullptr, 10) : 0;
+}
+
+VstIntPtr DescribePin(std::int32_t inIndex, void* outPin)
+{
+    if (inIndex < 0 || inIndex >= kChannels)
+        return 0;
+    auto& pin = *static_cast<VstPinProperties*>(outPin);
+    pin = {};
+    std::strcpy(pin.label, "Main");
+    pin.flags = kVstPinIsActive | kVstPinIsStereo;
+    return 1;
+}
+
+void End(const SEmptyPlugin& inPlugin)
+{
+    std::erase_if(gInstances, [&](const auto& inListed) { return inListed.get() == &inPlugin; });
+}
+
+VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue,
+                   void* inPointer, float)
+{
+    SEmptyPlugin& plugin = PluginOf(inEffect);
+    switch (inOpcode)
+    {
+    case effClose: End(plugin); return 0;
+    case effGetEffectName: std::strcpy(static_cast<char*>(inPointer), "Empty"); return 1;
+    case effGetParamName: std::snprintf(static_cast<char*>(inPointer), 8, "P%d", inIndex); return 1;
+    case effGetInputProperties:
+    case effGetOutputProperties: return DescribePin(inIndex, inPointer);
+    case effCanDo: return std::strcmp(static_cast<const char*>(inPointer), "receiveVstMidiEvent") == 0;
+    case effGetChunk:
+        *static_cast<void**>(inPointer) = plugin.chunk.data();
+        return static_cast<VstIntPtr>(plugin.chunk.size());
+    case effSetChunk:
+        plugin.chunk.assign(static_cast<const char*>(inPointer),
+                            static_cast<const char*>(inPointer) + inValue);
+        return 1;
+    default: return 0;
+    }
+}
+
+void SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue)
+{
+    PluginOf(inEffect).parameters[static_cast<std::size_t>(inIndex)] = inValue;
+}
+
+float GetParameter(AEffect* inEffect, std::int32_t inIndex)
+{
+    return PluginOf(inEffect).parameters[static_cast<std::size_t>(inIndex)];
+}
+
+void RenderNothing(AEffect*, float**, float**, std::int32_t) {}
+
+constexpr SEmptyPluginAccess kAccess{
+    [] { return static_cast<int>(gInstances.size()); },
+    [](int inIndex) { return &gInstances[static_cast<std::size_t>(inIndex)]->effect; }, [] { return gHost; }};
+} // namespace
+
+EMPTY_PLUGIN_EXPORT const SEmptyPluginAccess* GetEmptyPluginAccess() { return &kAccess; }
+
+EMPTY_PLUGIN_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
+{
+    auto plugin = std::make_unique<SEmptyPlugin>();
+    plugin->parameters.assign(Setting(kEmptyPluginParameters), 0.5F);
+    plugin->chunk.assign(Setting(kEmptyPluginChunkBytes), '\x5A');
+    AEffect& effect = plugin->effect;
+    effect.magic = kEffectMagic;
+    effect.dispatcher = &Dispatch;
+    effect.setParameter = &SetParameter;
+    effect.getParameter = &GetParameter;
+    effect.numPrograms = 1;
+    effect.numParams = static_cast<std::int32_t>(plugin->parameters.size());
+    effect.numInputs = kChannels;
+    effect.numOutputs = kChannels;
+    effect.flags = effFlagsCanReplacing | (plugin->chunk.empty() ? 0 : effFlagsProgramChunks);
+    effect.object = plugin.get();
+    effect.uniqueID = 0x456D7074; // "Empt"
+    effect.version = 1;
+    effect.processReplacing = &RenderNothing;
+    gHost = inHost;
+    gInstances.push_back(std::move(plugin));
+    return &gInstances.back()->effect;
+}
