@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <fmt/format.h>
-#include <fstream>
 #include <memory>
 #include <optional>
 
@@ -36,16 +35,6 @@ int ListChecks()
         fmt::print("  {:<{}} {:>2}  {}\n", check.mName, kNameWidth, check.mStrictness, check.mDescription);
     }
     return kExitSuccess;
-}
-
-COutcome<SDone> WriteText(const std::string& inPath, const std::string& inText)
-{
-    std::ofstream file(inPath, std::ios::binary | std::ios::trunc);
-    file << inText;
-    file.close();
-    if (!file)
-        return SProblem{fmt::format("'{}' cannot be written.", inPath)};
-    return SDone{};
 }
 
 /** Prints each result as it comes, its group first where it is another one. */

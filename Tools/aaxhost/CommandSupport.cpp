@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <fmt/format.h>
+#include <fstream>
 #include <unistd.h>
 
 int Fail(const SProblem& inProblem)
@@ -17,6 +18,16 @@ int FailUsage(const std::string& inSentence)
 {
     fmt::print(stderr, "{}\n", inSentence);
     return kExitUsage;
+}
+
+COutcome<SDone> WriteText(const std::string& inPath, const std::string& inText)
+{
+    std::ofstream file(inPath, std::ios::binary | std::ios::trunc);
+    file << inText;
+    file.close();
+    if (!file)
+        return SProblem{fmt::format("'{}' cannot be written.", inPath)};
+    return SDone{};
 }
 
 CLI::Validator NumberFrom(double inLowest, double inHighest)

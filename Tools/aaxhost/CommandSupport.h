@@ -15,6 +15,8 @@ inline constexpr int kExitUsage = 2;   // wrong usage
 int Fail(const SProblem& inProblem);
 /** Says the sentence on standard error. @return kExitUsage. */
 int FailUsage(const std::string& inSentence);
+/** Writes a file whose text is made already; replaces one that is there. */
+COutcome<SDone> WriteText(const std::string& inPath, const std::string& inText);
 
 /** The chosen command leaves here what is to be done after the command line was read. */
 using CommandAction = std::function<int()>;

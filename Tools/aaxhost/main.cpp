@@ -1,3 +1,4 @@
+#include "Tools/aaxhost/CommandBench.h"
 #include "Tools/aaxhost/CommandCheck.h"
 #include "Tools/aaxhost/CommandDescribe.h"
 #include "Tools/aaxhost/CommandEditor.h"
@@ -15,6 +16,7 @@ int ReadCommandLine(int argc, char** argv, CommandAction& outAction)
 {
     CLI::App app("Loads AAX modules without a screen or a sound card", "aaxhost");
     app.require_subcommand(1);
+    AddCommandBench(app, outAction);
     AddCommandCheck(app, outAction);
     AddCommandDescribe(app, outAction);
     AddCommandEditor(app, outAction);

@@ -36,9 +36,7 @@ VstIntPtr Callback(AEffect*, std::int32_t inOpcode, std::int32_t, VstIntPtr, voi
     {
     case audioMasterVersion: return kHostVersion;
     case audioMasterGetTime: return reinterpret_cast<VstIntPtr>(&gTime);
-    case audioMasterGetSampleRate: return static_cast<VstIntPtr>(gTime.sampleRate);
-    case audioMasterGetBlockSize: return kMaxFrames;
-    default: return 0;
+    default: return 0; // the sample rate and the block size too, as of a module: what they change would be compared
     }
 }
 
@@ -51,31 +49,22 @@ public:
           mInputs(MakeBuffers(mEffect->numInputs)),
           mOutputs(MakeBuffers(mEffect->numOutputs))
     {
-        // Twice, as a module does it: some plug-ins drop the rate that was sent before they were open.
+        // Twice, as a module does it: some plug-ins drop the rate that was sent before they were open, and some take more
+        // memory the second time.
         Start(inRate);
-        Dispatch(effOpen);
         Start(inRate);
         for (std::vector<float>& buffer : mInputs)
         {
-            std::uint32_t noise = 1;
-            for (float& sample : buffer)
-            {
-                noise = noise * 1664525U + 1013904223U;
-                sample = 0.25F * (static_cast<float>(noise >> 8) / 8388608.0F - 1.0F);
-            }
+            FillWithNoise(buffer);
+            mInputPointers.push_back(buffer.data());
         }
+        for (std::vector<float>& buffer : mOutputs)
+            mOutputPointers.push_back(buffer.data());
     }
 
     void Render(std::int32_t inFrames) override
     {
-        std::vector<float*>& inputs = mInputPointers;
-        inputs.clear();
-        for (std::vector<float>& buffer : mInputs)
-            inputs.push_back(buffer.data());
-        mOutputPointers.clear();
-        for (std::vector<float>& buffer : mOutputs)
-            mOutputPointers.push_back(buffer.data());
-        mEffect->processReplacing(mEffect.get(), inputs.data(), mOutputPointers.data(), inFrames);
+        mEffect->processReplacing(mEffect.get(), mInputPointers.data(), mOutputPointers.data(), inFrames);
         gTime.samplePos += inFrames;
     }
 
@@ -92,6 +81,11 @@ public:
         Dispatch(effProcessEvents, 0, &mEvents);
     }
 
+    std::size_t BufferBytes() const override
+    {
+        return (mInputs.size() + mOutputs.size()) * kMaxFrames * sizeof(float);
+    }
+
 private:
     static std::vector<std::vector<float>> MakeBuffers(std::int32_t inCount)
     {
@@ -103,6 +97,7 @@ private:
     {
         Dispatch(effSetSampleRate, 0, nullptr, inRate);
         Dispatch(effSetBlockSize, kMaxFrames);
+        Dispatch(effOpen);
         Dispatch(effMainsChanged, 1);
     }
 
@@ -121,6 +116,16 @@ private:
     VstEvents mEvents{};
 };
 } // namespace
+
+void CBareCost::FillWithNoise(std::span<float> outSamples)
+{
+    std::uint32_t noise = 1;
+    for (float& sample : outSamples)
+    {
+        noise = noise * 1664525U + 1013904223U;
+        sample = 0.25F * (static_cast<float>(noise >> 8) / 8388608.0F - 1.0F);
+    }
+}
 
 std::unique_ptr<CBareCost> CBareCost::Open(const std::string& inPlugin, float inRate)
 {

@@ -1,7 +1,9 @@
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 /**
@@ -21,6 +23,11 @@ public:
     /** Renders noise in blocks of inFrames, at most 1,024. */
     virtual void Render(std::int32_t inFrames) = 0;
     virtual void SendNote(bool inOn) = 0;
+    /** Of the audio buffers that it renders with, which are this object's and not the plug-in's. */
+    virtual std::size_t BufferBytes() const = 0;
+
+    /** The noise that Render feeds in, the same each time: -12 dB at most. */
+    static void FillWithNoise(std::span<float> outSamples);
 
 protected:
     CBareCost() = default;

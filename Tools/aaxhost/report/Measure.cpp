@@ -5,6 +5,7 @@
 #include "Tools/aaxhost/check/ChildRun.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/lib/WrappedPlugin.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"
@@ -307,23 +308,6 @@ SReportCost BareCost(const std::string& inPlugin)
     for (const int frames : kBlocks)
         cost.mBare.push_back(MedianMicroseconds([&] { plugin->Render(frames); }));
     return cost;
-}
-
-/** The shared object of the wrapped plug-in; empty where there is none. */
-std::string WrappedPlugin(const std::string& inModule)
-{
-    std::error_code ignored; // whatever cannot be asked is not there
-    fs::path contents = fs::path(inModule) / "Contents";
-    if (!fs::is_directory(contents, ignored))
-        contents = fs::path(inModule).parent_path().parent_path();
-    const fs::path plugin = contents / "Resources" / "source.vst";
-    if (!fs::is_directory(plugin, ignored))
-        return fs::is_regular_file(plugin, ignored) ? plugin.string() : std::string();
-    for (const fs::path& folder : {plugin / "Contents" / "x86_64-linux", plugin})
-        for (const auto& entry : fs::directory_iterator(folder, ignored))
-            if (entry.path().extension() == ".so")
-                return entry.path().string();
-    return {};
 }
 
 std::string Base64(const std::string& inBytes)

@@ -1,0 +1,42 @@
+#include "Tools/aaxhost/CommandBench.h"
+
+#include "Tools/aaxhost/bench/ModuleBench.h"
+
+#include <fmt/format.h>
+#include <memory>
+
+namespace
+{
+struct SBenchOptions
+{
+    SBenchJob mJob;
+    std::string mJson;
+};
+
+int Bench(const SBenchOptions& inOptions)
+{
+    CProgressBar progress(1.0);
+    const auto results = MeasureModule(inOptions.mJob, [&](double inDone) { progress.Show(inDone); });
+    progress.Hide();
+    if (!results)
+        return Fail(results.Problem());
+    if (!inOptions.mJson.empty())
+        if (const auto written = WriteText(inOptions.mJson, BenchAsJson(*results)); !written)
+            return Fail(written.Problem());
+    fmt::print("{}", BenchAsText(*results));
+    return kExitSuccess;
+}
+} // namespace
+
+void AddCommandBench(CLI::App& ioApp, CommandAction& outAction)
+{
+    auto options = std::make_shared<SBenchOptions>();
+    CLI::App* command = ioApp.add_subcommand("bench", "Measure what a module costs beside its plug-in");
+    command->add_option("MODULE", options->mJob.mModule, "Bundle folder or module file")->required();
+    command->add_option("--json", options->mJson, "File to write with the figures for a machine");
+    command->add_option("--instances", options->mJob.mMostInstances, "Most instances at once (512)")
+        ->check(WholeNumberFrom(1, 4096));
+    command->add_option("--turns", options->mJob.mTurns, "How often each time is taken (101)")
+        ->check(WholeNumberFrom(1, 100000));
+    command->callback([options, &outAction] { outAction = [options] { return Bench(*options); }; });
+}
