@@ -47,7 +47,9 @@ public:
     SOwner Find(const AEffect* inEffect, const CVst2Host* inHost = nullptr) const noexcept;
 
 private:
-    static constexpr std::size_t kBucketCount = 1024;
+    /** Among 1,000 effects hardly two share a chain. The table is zero until it is used, so that it costs the
+     * pages in use. */
+    static constexpr std::size_t kBucketCount = 8192;
 
     /** Written by one thread under the mutex, `effect` last; readers check `effect` before and after the
      * rest. */
@@ -80,7 +82,7 @@ inline std::size_t CEffectRegistry::BucketOf(const AEffect* inEffect) noexcept
 {
     // Multiplied by 2^64 divided by the golden ratio: the top bits depend on every bit of the address.
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;
-    constexpr int kShift = 54;
+    constexpr int kShift = 51;
     static_assert((UINT64_MAX >> kShift) + 1 == kBucketCount);
     return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(inEffect) * kSpread) >> kShift);
 }
