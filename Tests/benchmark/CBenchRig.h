@@ -1,54 +1,13 @@
 #pragma once
-#include "Interfaces/AAX/AAX_IMIDINode.h"
-#include "Interfaces/AAX/AAX_ITransport.h"
 #include "Tests/integration/ModuleBundle.h"
+#include "Tools/aaxhost/bench/CFixedMidiNode.h"
+#include "Tools/aaxhost/bench/CFixedTransport.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
-
-/** A transport that plays; its answers cost next to nothing and call nobody. */
-class CFixedTransport final : public AAX_ITransport
-{
-public:
-    AAX_Result GetCurrentTempo(double* outTempo) const override;
-    AAX_Result GetCurrentMeter(std::int32_t*, std::int32_t*) const override;
-    AAX_Result IsTransportPlaying(bool* outPlaying) const override;
-    AAX_Result GetCurrentTickPosition(std::int64_t*) const override;
-    AAX_Result GetCurrentLoopPosition(bool*, std::int64_t*, std::int64_t*) const override;
-    AAX_Result GetCurrentNativeSampleLocation(std::int64_t* outSamples) const override;
-    AAX_Result GetCustomTickPosition(std::int64_t*, std::int64_t) const override;
-    AAX_Result GetBarBeatPosition(std::int32_t*, std::int32_t*, std::int64_t*, std::int64_t) const override;
-    AAX_Result GetTicksPerQuarter(std::uint32_t*) const override;
-    AAX_Result GetCurrentTicksPerBeat(std::uint32_t*) const override;
-    AAX_Result GetTimelineSelectionStartPosition(std::int64_t*) const override;
-    AAX_Result GetTimeCodeInfo(std::int32_t*, std::int32_t*) const override;
-    AAX_Result GetFeetFramesInfo(std::int32_t*, std::int64_t*) const override;
-
-private:
-    mutable std::int64_t mLocation = 0; // samples; moves with each question
-};
-
-/** A MIDI node whose packets stay the same from block to block. */
-class CFixedMidiNode final : public AAX_IMIDINode
-{
-public:
-    explicit CFixedMidiNode(CFixedTransport& inTransport) : mTransport(inTransport) {}
-    /** Controller changes, spread over the block. */
-    void SetPackets(std::size_t inCount, std::int32_t inFrames);
-
-    AAX_CMidiStream* GetNodeBuffer() override { return &mStream; }
-    AAX_Result PostMIDIPacket(AAX_CMidiPacket*) override { return kAAX_Success; }
-    AAX_ITransport* GetTransport() override { return &mTransport; }
-
-private:
-    CFixedTransport& mTransport;
-    std::vector<AAX_CMidiPacket> mPackets;
-    AAX_CMidiStream mStream{0, nullptr};
-};
 
 /**
  * A module with a plug-in of the benchmark's choice, any number of instances of it, and the means to render

@@ -1,88 +1,81 @@
+#include "Tests/benchmark/Benchmarks.h"
+#include "Tests/benchmark/CBenchRig.h"
+#include "Tests/benchmark/CEmptyPluginCalls.h"
 #include "Tests/integration/BarePlugin.h"
-#include "Tests/integration/ModuleBundle.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-
-#include <benchmark/benchmark.h>
+#include "Tools/aaxhost/bare/BareCost.h"
 
 #include <array>
+#include <benchmark/benchmark.h>
 #include <string>
 
 namespace
 {
-constexpr float kRate = 48000.0F; // Hz
-
 struct SSubject
 {
     const char* mName;
     std::filesystem::path mPlugin;
     bool mNeedsOptions;
+    std::int64_t mMostInstances = 512;
+
+    const std::filesystem::path& Module() const { return mNeedsOptions ? kOptionsModule : kPlainModule; }
 };
 
-const std::array<SSubject, 5> kSubjects{
-    SSubject{"ExampleSynth", kSynthPlugin, false}, SSubject{"ExampleDelay", kDelayPlugin, false},
-    SSubject{"Kars", InstalledPlugin("Kars"), true}, SSubject{"MVerb", InstalledPlugin("MVerb"), true},
-    SSubject{"3BandSplitter", InstalledPlugin("3BandSplitter"), true}};
+const std::array<SSubject, 5> kSubjects{SSubject{"Empty", kEmptyPlugin, false},
+                                        SSubject{"ExampleSynth", kSynthPlugin, false},
+                                        SSubject{"Kars", InstalledPlugin("Kars"), true},
+                                        SSubject{"MVerb", InstalledPlugin("MVerb"), true, 64} /* 6 MB each */,
+                                        SSubject{"3BandSplitter", InstalledPlugin("3BandSplitter"), true}};
 
 /** The plug-in's own processReplacing, called directly with buffers prepared beforehand. */
 void RenderBare(benchmark::State& ioState, const SSubject& inSubject)
 {
-    CBarePlugin plugin(inSubject.mPlugin, inSubject.mNeedsOptions ? kOptionsEntryVersion : 0, kRate);
+    CBarePlugin plugin(inSubject.mPlugin, inSubject.mNeedsOptions ? kOptionsEntryVersion : 0,
+                       static_cast<float>(CBenchRig::kRate));
     AEffect& effect = plugin.Effect();
     std::vector<std::vector<float>> buffers(static_cast<std::size_t>(effect.numInputs + effect.numOutputs),
                                             std::vector<float>(CBarePlugin::kMaxFrames));
     std::vector<float*> pointers;
     for (auto& buffer : buffers)
         pointers.push_back(buffer.data());
+    for (std::size_t channel = 0; channel < static_cast<std::size_t>(effect.numInputs); ++channel)
+        CBareCost::FillWithNoise(buffers[channel]);
     float** const outputs = pointers.data() + effect.numInputs;
     for (auto _ : ioState)
         effect.processReplacing(&effect, pointers.data(), outputs,
                                 static_cast<std::int32_t>(ioState.range(0)));
 }
 
-/** The same plug-in through the module's process procedure. */
+/** The same plug-in through the module's process procedure: frames, packets, instances. */
 void RenderModule(benchmark::State& ioState, const SSubject& inSubject)
 {
-    const CModuleBundle bundle(inSubject.mNeedsOptions ? kOptionsModule : kPlainModule, inSubject.mPlugin);
-    CHostLog log;
-    auto module = CModule::Open(bundle.Path().string(), log);
-    if (!module)
-        return ioState.SkipWithError(module.Problem().mSentence.c_str());
-    auto instance = CInstance::Create(**module, static_cast<double>(kRate));
-    if (!instance)
-        return ioState.SkipWithError(instance.Problem().mSentence.c_str());
-    const std::unique_ptr<SRenderCall> call = (*instance)->MakeRenderCall();
-    call->mFrames = static_cast<std::int32_t>(ioState.range(0));
-    CHostMidiNode* const node = call->FindNode(AAX_eMIDINodeType_LocalInput);
-    for (std::int64_t i = 0; node != nullptr && i < ioState.range(1); ++i)
-        node->Add(0, std::array<std::uint8_t, 3>{0xB0, 1, static_cast<std::uint8_t>(i % 128)});
-    (*instance)->Render(*call); // sizes what grows with the first block
-    void* const contexts[] = {call->Context()};
-    const AAX_CProcessProc process = (*instance)->ProcessProc();
+    CBenchRig rig(inSubject.Module(), inSubject.mPlugin, static_cast<int>(ioState.range(2)));
+    rig.SetBlock(static_cast<std::int32_t>(ioState.range(0)), static_cast<std::size_t>(ioState.range(1)));
+    rig.Render(); // sizes what grows with the first block
     for (auto _ : ioState)
-        process(contexts, contexts + 1);
+        rig.Render();
+    ioState.SetItemsProcessed(ioState.iterations() * ioState.range(2));
 }
 } // namespace
 
-int main(int argc, char** argv)
+void RegisterRenderBenchmarks()
 {
     for (const SSubject& subject : kSubjects)
     {
         if (subject.mPlugin.empty())
             continue;
-        const std::string name = subject.mName;
-        for (const std::int64_t frames : {16, 64, 256, 1024})
+        const std::string name = std::string("render/") + subject.mName;
+        auto* const bare = benchmark::RegisterBenchmark((name + "/bare").c_str(), &RenderBare, subject);
+        auto* const module = benchmark::RegisterBenchmark((name + "/module").c_str(), &RenderModule, subject);
+        bare->ArgName("frames");
+        module->ArgNames({"frames", "packets", "instances"});
+        for (const std::int64_t frames : {16, 32, 64, 128, 256, 512, 1024})
         {
-            benchmark::RegisterBenchmark((name + "/bare").c_str(), &RenderBare, subject)->Args({frames, 0});
-            benchmark::RegisterBenchmark((name + "/module").c_str(), &RenderModule, subject)
-                ->Args({frames, 0});
+            bare->Arg(frames);
+            module->Args({frames, 0, 1});
         }
-        benchmark::RegisterBenchmark((name + "/module").c_str(), &RenderModule, subject)->Args({64, 100});
+        for (const std::int64_t packets : {1, 10, 100, 300})
+            module->Args({64, packets, 1});
+        for (std::int64_t instances = 8; instances <= subject.mMostInstances; instances *= 8)
+            module->Args({64, 0, instances});
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
 }

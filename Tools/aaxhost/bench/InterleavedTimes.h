@@ -77,6 +77,7 @@ double MedianTime(Call inCall, int inTurns)
     constexpr double kTurnMicroseconds = 200.0;
     const int calls = CallsWithin(kTurnMicroseconds, inCall);
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(inTurns));
     for (int turn = 0; turn < inTurns; ++turn)
         times.push_back(TimeOf(calls, inCall));
     return Median(times);
