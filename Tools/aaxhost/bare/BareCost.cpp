@@ -36,7 +36,9 @@ VstIntPtr Callback(AEffect*, std::int32_t inOpcode, std::int32_t, VstIntPtr, voi
     {
     case audioMasterVersion: return kHostVersion;
     case audioMasterGetTime: return reinterpret_cast<VstIntPtr>(&gTime);
-    default: return 0; // the sample rate and the block size too, as of a module: what they change would be compared
+    default:
+        return 0; // the sample rate and the block size too, as of a module: what they change would be
+                  // compared
     }
 }
 
@@ -49,8 +51,8 @@ public:
           mInputs(MakeBuffers(mEffect->numInputs)),
           mOutputs(MakeBuffers(mEffect->numOutputs))
     {
-        // Twice, as a module does it: some plug-ins drop the rate that was sent before they were open, and some take more
-        // memory the second time.
+        // Twice, as a module does it: some plug-ins drop the rate that was sent before they were open, and
+        // some take more memory the second time.
         Start(inRate);
         Start(inRate);
         for (std::vector<float>& buffer : mInputs)
