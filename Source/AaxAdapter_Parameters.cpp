@@ -17,6 +17,8 @@
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/CopyBounded.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -55,20 +57,35 @@ AaxAdapter_Parameters::~AaxAdapter_Parameters()
     // A plug-in may report changes while it closes; nobody is left to hear them.
     mVst2Host.SetMainListener(nullptr);
     mVst2Host.SetEditListener(nullptr);
-    if (mPlugin != nullptr && mPlugin->IsEditorOpen())
-        mPlugin->CloseEditor();
+    (void)GuardedFromPlugin( // it closes either way
+        [this]
+        {
+            if (mPlugin != nullptr && mPlugin->IsEditorOpen())
+                mPlugin->CloseEditor();
+            return kAAX_Success;
+        });
     mVst2Host.ClosePlugin(mPlugin);
+}
+
+AAX_Result AaxAdapter_Parameters::Uninitialize()
+{
+    // First of all: threads of the plug-in may be reporting changes of the parameters that go now.
+    mVst2Host.SetMainListener(nullptr);
+    mHasParameters.store(false, std::memory_order_release);
+    return AAX_CInstrumentParameters::Uninitialize();
 }
 
 AAX_Result AaxAdapter_Parameters::EffectInit()
 {
     const CClearedFlag notReady(mReady);
+    mHasParameters.store(false, std::memory_order_release);
     return GuardedFromPlugin(
         [this]
         {
             const AAX_Result loaded = LoadWrappedPlugin();
             AddPluginParameters();
             AddOwnParameters();
+            mHasParameters.store(true, std::memory_order_release);
             RegisterPackets();
             return loaded;
         });
@@ -81,10 +98,13 @@ AAX_Result AaxAdapter_Parameters::LoadWrappedPlugin()
     mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
     mVst2Host.ClosePlugin(mPlugin); // of an earlier initialisation
+    mPlugin = nullptr;              // also where loading ends in an exception
     mVst2Host.SetBufferSize(kBlockSizeFrames);
     mVst2Host.SetSampleRate(mSampleRate);
     mVst2Host.SetMainListener(this);
-    mPlugin = mVst2Host.LoadPlugin(GetSourcePath());
+    std::array<char, kSourceVstPathSize> path{}; // not the shared one: instances may start on several threads
+    CreateSourceVstPath(path.data());
+    mPlugin = mVst2Host.LoadPlugin(path.data());
     mLatency = 0;
     if (mPlugin == nullptr)
         return kAAX_Success;
@@ -106,19 +126,27 @@ void AaxAdapter_Parameters::PrepareChannels()
     const AEffect& effect = *mPlugin->GetEffect();
     mHasInputNode = mPlugin->AcceptedMidiAtLoad() || kMidiInput;
     mHostOutputChannels = layout.OutputChannelCount();
-    mInputs.Prepare(layout.InputChannelCount(), effect.numInputs, kBlockSizeFrames);
-    mOutputs.Prepare(layout.OutputChannelCount(), effect.numOutputs, kBlockSizeFrames);
+    // With a nonsensical count it counts as grown, and its blocks are silent.
+    const auto sensible = [](std::int32_t inChannels) { return inChannels <= kMaxChannels ? inChannels : 0; };
+    mInputs.Prepare(layout.InputChannelCount(), sensible(effect.numInputs), kBlockSizeFrames);
+    mOutputs.Prepare(layout.OutputChannelCount(), sensible(effect.numOutputs), kBlockSizeFrames);
 }
 
 void AaxAdapter_Parameters::AddPluginParameters()
 {
-    const long count = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
-    for (long i = 0; i < count; ++i)
+    const long announced = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
+    mParameterCount = announced <= kMaxParameters ? announced : 0;
+    for (long i = 0; i < mParameterCount; ++i)
     {
         const float value = mPlugin->GetParameter(i);
         mParameterManager.AddParameter(
             MakeUnitParameter(CParameterId(i).Get(), mPlugin->GetParameterName(i), value, true).release());
     }
+}
+
+long AaxAdapter_Parameters::PluginParameterCount() const
+{
+    return mPlugin != nullptr ? std::min(mParameterCount, mPlugin->GetNumParameters()) : 0;
 }
 
 void AaxAdapter_Parameters::AddOwnParameters()
@@ -160,13 +188,18 @@ void AaxAdapter_Parameters::ReleaseEditor(CAaxEditor& inEditor) noexcept
     mVst2Host.SetEditListener(nullptr);
 }
 
-void AaxAdapter_Parameters::SetHostParameter(long inIndex, float inValue) { SetParameter(inIndex, inValue); }
+void AaxAdapter_Parameters::SetHostParameter(long inIndex, float inValue)
+{
+    // While they are made on the main thread, another one must not look for them.
+    if (mHasParameters.load(std::memory_order_acquire))
+        SetParameter(inIndex, inValue);
+}
 
 void AaxAdapter_Parameters::UpdateParameters()
 {
-    if (mPlugin == nullptr || !mReady.load(std::memory_order_acquire))
+    if (!mReady.load(std::memory_order_acquire))
         return;
-    const long count = mPlugin->GetNumParameters();
+    const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
         SetParameter(i, mPlugin->GetParameter(i));
 }
@@ -207,7 +240,7 @@ AAX_Result AaxAdapter_Parameters::UpdateParameterNormalizedValue(AAX_CParamID in
 void AaxAdapter_Parameters::PushParameter(AAX_CParamID inId, double inValue)
 {
     const long index = IdToIx(inId);
-    if (mPlugin != nullptr && index >= 0 && index < mPlugin->GetNumParameters())
+    if (index >= 0 && index < PluginParameterCount())
         mPlugin->SetParameter(index, static_cast<float>(inValue));
 }
 
@@ -231,7 +264,7 @@ AAX_Result AaxAdapter_Parameters::UpdatePacket_Gain(const char*, AAX_CPacket& ou
                 std::memcpy(outPacket.mPacketData.Get(sizeof(value)), &value, sizeof(value));
                 outPacket.mDataSize = sizeof(value);
             }
-            const long count = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
+            const long count = PluginParameterCount();
             for (long i = 0; i < count; ++i)
             {
                 const AAX_IParameter* const parameter =

@@ -33,9 +33,12 @@ public:
     /** Loads the wrapped plug-in and creates the parameters; without a plug-in there are bypass and gain
      * only. */
     AAX_Result EffectInit() override;
+    /** Hears no more of the plug-in, which stays loaded. */
+    AAX_Result Uninitialize() override;
     void RenderAudio(AAX_SInstrumentRenderInfo* ioInfo) override;
 
-    /** The plug-in changed a parameter: tells the host, and does not call the plug-in again. */
+    /** The plug-in changed a parameter: tells the host, and does not call the plug-in again. Ignored until
+     * the parameters are made. */
     void SetHostParameter(long inIndex, float inValue) override;
     /** The plug-in may have changed every parameter; ignored while `EffectInit` or a state load runs. */
     void UpdateParameters() override;
@@ -77,6 +80,9 @@ public:
     static constexpr const char* kGainID = "Gain";
     static constexpr std::int32_t kBlockSizeFrames = 1024; // the largest block of a host
     static constexpr std::int64_t kFirstEventCapacity = 100;
+    // Far above what any plug-in has: a higher number is a mistake, and counts as none.
+    static constexpr long kMaxParameters = 65536;
+    static constexpr std::int32_t kMaxChannels = 4096; // of either direction
 
 private:
     AAX_Result LoadWrappedPlugin();
@@ -91,6 +97,8 @@ private:
     /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
     void MirrorPluginValues() const;
     void PushParameter(AAX_CParamID inId, double inValue);
+    /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
+    long PluginParameterCount() const;
 
     void UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept;
     void ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo);
@@ -103,6 +111,9 @@ private:
     std::array<char, 24> mIdBuffer{};
     CVst2Host mVst2Host;
     std::atomic<bool> mReady{true}; // written on the main thread, read wherever the plug-in reports changes
+    // Written on the main thread, read wherever the plug-in reports changes.
+    std::atomic<bool> mHasParameters{false};
+    long mParameterCount = 0;       // of the plug-in, as the host knows them
     float mSampleRate = 0.0F;       // Hz
     CVst2Plugin* mPlugin = nullptr; // owned by mVst2Host
     CAaxEditor* mEditor = nullptr;  // the host's

@@ -142,7 +142,7 @@ AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
     // the requests, and the next gain packet pushes the same.
     AAX_CChunkDataParser saved;
     saved.LoadChunk(&inChunk);
-    const long count = mPlugin->GetNumParameters();
+    const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
     {
         double value = 0.0;
@@ -164,7 +164,7 @@ AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChun
         if (saved.mProgram >= 0)
             mPlugin->SetProgram(saved.mProgram);
     }
-    const long count = mPlugin->GetNumParameters();
+    const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
         SetParameter(i, mPlugin->GetParameter(i));
     MirrorPluginValues();
@@ -186,7 +186,7 @@ void AaxAdapter_Parameters::MirrorPluginValues() const
 {
     // Saving is const to the host, but what it saves has to be brought up to date first.
     auto& parameters = const_cast<AAX_CParameterManager&>(mParameterManager);
-    const long count = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
+    const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
         if (AAX_IParameter* const parameter = parameters.GetParameterByID(CParameterId(i).Get()))
             parameter->UpdateNormalizedValue(static_cast<double>(mPlugin->GetParameter(i)));

@@ -8,6 +8,7 @@
 #include "Source/plugins/ProductOptions.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <iterator>
 #include <mutex>
@@ -129,6 +130,49 @@ long CVst2Host::GetEffectIndex(const AEffect* inEffect) const
     return inEffect == nullptr || found == mPlugins.end() ? -1 : std::distance(mPlugins.begin(), found);
 }
 
+void CVst2Host::SetMainListener(IMainHost* inListener)
+{
+    mListenerThread.store(std::this_thread::get_id());
+    mMainListener.store(inListener);
+    AwaitListenerCalls();
+}
+
+void CVst2Host::SetEditListener(IEditHost* inListener)
+{
+    mListenerThread.store(std::this_thread::get_id());
+    mEditListener.store(inListener);
+    AwaitListenerCalls();
+}
+
+void CVst2Host::AwaitListenerCalls() noexcept
+{
+    // Only so long: a host may let a call of another thread wait for this one.
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (mListenerCalls.load() != 0 && std::chrono::steady_clock::now() < end)
+    {
+        std::this_thread::yield();
+    }
+}
+
+// Counted before the listener is read, in one order with its being set: who sets it either sees the call or
+// is seen.
+CVst2Host::CListenerCall::CListenerCall(CVst2Host& ioHost) noexcept
+    : mCalls(ioHost.mListenerThread.load() != std::this_thread::get_id() ? &ioHost.mListenerCalls : nullptr)
+{
+    if (mCalls != nullptr)
+    {
+        mCalls->fetch_add(1);
+    }
+}
+
+CVst2Host::CListenerCall::~CListenerCall()
+{
+    if (mCalls != nullptr)
+    {
+        mCalls->fetch_sub(1);
+    }
+}
+
 void CVst2Host::SetSampleRate(float inHertz)
 {
     mSampleRate = inHertz;
@@ -216,7 +260,6 @@ VstIntPtr CVst2Host::OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpc
 VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
                             void* inPointer)
 {
-    IEditHost* const editor = mEditListener.load();
     switch (inOpcode)
     {
     case audioMasterAutomate: OnAutomate(inPlugin, inIndex); return 0;
@@ -236,20 +279,8 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
         return 0;
     case audioMasterGetProductString: CopyProductString(inPointer); return 0;
     case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); return 1;
-    case audioMasterBeginEdit:
-        if (editor != nullptr)
-        {
-            (void)editor->HandleParameterMouseDown(inIndex,
-                                                   getMouseMods()); // the plug-in is told 0 in any case
-        }
-        return 0;
-    case audioMasterEndEdit:
-        if (editor != nullptr)
-        {
-            (void)editor->HandleParameterMouseUp(inIndex,
-                                                 getMouseMods()); // the plug-in is told 0 in any case
-        }
-        return 0;
+    case audioMasterBeginEdit: OnGesture(&IEditHost::HandleParameterMouseDown, inIndex); return 0;
+    case audioMasterEndEdit: OnGesture(&IEditHost::HandleParameterMouseUp, inIndex); return 0;
     // Sample rate and block size too: plug-ins learn them from effSetSampleRate, effSetBlockSize and the time
     // info.
     default: return 0;
@@ -258,16 +289,14 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
 
 void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
 {
+    const CListenerCall call(*this);
     // The plug-in's own value counts, not the one that came with the call: that is not always normalised.
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr)
     {
         listener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
     }
-    if (IEditHost* const editor = mEditListener.load(); editor != nullptr)
-    {
-        (void)editor->HandleParameterMouseDrag(inIndex, getMouseMods()); // the plug-in is told 0 in any case
-    }
+    OnGesture(&IEditHost::HandleParameterMouseDrag, inIndex);
     IMainHost* const ownListener = inPlugin != nullptr ? inPlugin->GetAutomationListener() : nullptr;
     if (ownListener != nullptr)
     {
@@ -275,8 +304,18 @@ void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
     }
 }
 
+void CVst2Host::OnGesture(std::int32_t (IEditHost::*inGesture)(long, unsigned long), std::int32_t inIndex)
+{
+    const CListenerCall call(*this);
+    if (IEditHost* const editor = mEditListener.load(); editor != nullptr)
+    {
+        (void)(editor->*inGesture)(inIndex, getMouseMods()); // the plug-in is told 0 in any case
+    }
+}
+
 void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)
 {
+    const CListenerCall call(*this);
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr && inPlugin->GetNumPrograms() >= 2)
     {

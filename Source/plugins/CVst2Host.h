@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <thread>
 #include <vector>
 
 class CVst2Host;
@@ -73,9 +74,12 @@ public:
     VstIntPtr OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                     VstIntPtr inValue, void* inPointer, float inOpt);
 
-    /** Not owned, null for none; must outlive the host or be taken back. */
-    void SetMainListener(IMainHost* inListener) { mMainListener.store(inListener); }
-    void SetEditListener(IEditHost* inListener) { mEditListener.store(inListener); }
+    /**
+     * Not owned, null for none; must outlive the host or be taken back. The one before is not called any more
+     * when this returns: calls that other threads are making are waited for, though not for ever.
+     */
+    void SetMainListener(IMainHost* inListener);
+    void SetEditListener(IEditHost* inListener);
     /** The one record that plug-ins are given; written by the render thread before each block. */
     VstTimeInfo& TimeInfo() { return mTimeInfo; }
     std::span<const std::unique_ptr<CVst2Plugin>> Plugins() const { return mPlugins; }
@@ -91,6 +95,22 @@ private:
     VstIntPtr Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex, void* inPointer);
     void OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex);
     void OnUpdateDisplay(CVst2Plugin* inPlugin);
+    void OnGesture(std::int32_t (IEditHost::*inGesture)(long, unsigned long), std::int32_t inIndex);
+    void AwaitListenerCalls() noexcept;
+
+    /** Counts, while it lives, a call to a listener; not on the listeners' own thread, which never waits for
+     * itself. */
+    class CListenerCall
+    {
+    public:
+        explicit CListenerCall(CVst2Host& ioHost) noexcept;
+        CListenerCall(const CListenerCall&) = delete;
+        CListenerCall& operator=(const CListenerCall&) = delete;
+        ~CListenerCall();
+
+    private:
+        std::atomic<std::int32_t>* mCalls = nullptr;
+    };
 
     std::vector<std::unique_ptr<CVst2Plugin>> mPlugins;
     long mBlockSize = -1;      // frames
@@ -99,6 +119,8 @@ private:
     VstTimeInfo mTimeInfo{};
     std::atomic<IMainHost*> mMainListener = nullptr; // main thread writes, host callbacks read
     std::atomic<IEditHost*> mEditListener = nullptr; // main thread writes, host callbacks read
+    std::atomic<std::thread::id> mListenerThread{};  // that set a listener last; as above
+    std::atomic<std::int32_t> mListenerCalls = 0;    // host callbacks write, main thread reads
     std::uint32_t mSerial = 0;
 };
 

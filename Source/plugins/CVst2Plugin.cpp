@@ -169,12 +169,22 @@ void CVst2Plugin::ForceMidi()
 
 void CVst2Plugin::Close() noexcept
 {
-    if (mEffect != nullptr)
+    if (mEffect == nullptr)
     {
-        (void)Dispatch(effMainsChanged, 0, 0);
-        (void)Dispatch(effClose);
-        ForgetEffect();
+        return;
     }
+    for (const std::int32_t opcode : {effMainsChanged, effClose})
+    {
+        try
+        {
+            (void)Dispatch(opcode);
+        }
+        catch (...)
+        {
+            // It is given up either way, and whoever closes it has nobody to tell.
+        }
+    }
+    ForgetEffect();
 }
 
 void CVst2Plugin::Unregister() noexcept { gEffectRegistry.Remove(mEffect, this); }

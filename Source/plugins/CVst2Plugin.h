@@ -22,7 +22,7 @@ class IPluginImage;
  * Texts come in one buffer per object, valid until the next call that gives a text.
  * Threads: ProcessEvents and Process belong to the render thread, everything else to the main thread; the
  * setters that the host callback uses (ForceMidi, RequestIdle) may be called on any. An exception of the
- * plug-in's passes to the caller, but for Load, which fails, and destruction, which ends the process.
+ * plug-in's passes to the caller, but for Load, which fails, and for closing, where it counts for nothing.
  */
 class CVst2Plugin final : public IPlugin
 {
@@ -205,7 +205,10 @@ private:
     VstIntPtr Dispatch(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
                        void* inPointer = nullptr, float inOpt = 0.0F) const
     {
-        return mEffect->dispatcher(mEffect, inOpcode, inIndex, inValue, inPointer, inOpt);
+        // NOTE: a plug-in that closes itself may clear its record.
+        return mEffect->dispatcher != nullptr
+                   ? mEffect->dispatcher(mEffect, inOpcode, inIndex, inValue, inPointer, inOpt)
+                   : 0;
     }
     bool LoadEffect(const char* inUtf8Path, CVst2Host& inHost);
     VstPluginEntryProc FindEntry() const;

@@ -1,6 +1,7 @@
 #include "Source/plugins/CVst2Plugin.h"
 
 #include "Source/plugins/CopyBounded.h"
+#include "Source/plugins/SRoomyRecord.h"
 
 #include <cmath>
 #include <cstdio>
@@ -10,10 +11,10 @@ namespace
 {
 /** A record to be filled in: program 0 in omni mode, without a name. The program asked for travels in the
  * index. */
-MidiProgramName OmniProgram()
+SRoomyRecord<MidiProgramName> OmniProgram()
 {
-    MidiProgramName program{};
-    program.flags = kMidiIsOmni;
+    SRoomyRecord<MidiProgramName> program;
+    program.mRecord.flags = kMidiIsOmni;
     return program;
 }
 
@@ -74,7 +75,7 @@ long CVst2Plugin::GetNumMidiPrograms()
     {
         return -1;
     }
-    MidiProgramName program = OmniProgram();
+    SRoomyRecord<MidiProgramName> program = OmniProgram();
     return static_cast<long>(Dispatch(effGetMidiProgramName, 0, 0, &program));
 }
 
@@ -84,19 +85,19 @@ long CVst2Plugin::GetNumMidiCategories()
     {
         return -1;
     }
-    MidiProgramCategory category{};
+    SRoomyRecord<MidiProgramCategory> category;
     return static_cast<long>(Dispatch(effGetMidiProgramCategory, 0, 0, &category));
 }
 
 const char* CVst2Plugin::GetMidiCategory(long inIndex)
 {
-    MidiProgramCategory category{};
+    SRoomyRecord<MidiProgramCategory> category;
     if (mEffect != nullptr)
     {
         (void)Dispatch(effGetMidiProgramCategory, static_cast<std::int32_t>(inIndex), 0, &category);
-        Terminate(category.name);
+        Terminate(category.mRecord.name);
     }
-    CopyBounded(mText, category.name);
+    CopyBounded(mText, category.mRecord.name);
     return mText.data();
 }
 
@@ -107,20 +108,21 @@ const char* CVst2Plugin::GetMidiProgram(long inIndex)
     {
         return mText.data();
     }
-    MidiProgramName program = OmniProgram();
-    (void)Dispatch(effGetMidiProgramName, static_cast<std::int32_t>(inIndex), 0, &program);
+    SRoomyRecord<MidiProgramName> answer = OmniProgram();
+    (void)Dispatch(effGetMidiProgramName, static_cast<std::int32_t>(inIndex), 0, &answer);
+    MidiProgramName& program = answer.mRecord;
     Terminate(program.name);
 
-    MidiProgramCategory category{};
-    CopyBounded(category.name, "-");
+    SRoomyRecord<MidiProgramCategory> category;
+    CopyBounded(category.mRecord.name, "-");
     if (const std::int32_t parent = program.parentCategoryIndex;
         parent < GetNumMidiCategories() && parent >= 0)
     {
         category = {};
         (void)Dispatch(effGetMidiProgramCategory, parent, 0, &category);
-        Terminate(category.name);
+        Terminate(category.mRecord.name);
     }
-    (void)std::snprintf(mText.data(), mText.size(), " %s ; ? ; %d ; %d ; %s", category.name,
+    (void)std::snprintf(mText.data(), mText.size(), " %s ; ? ; %d ; %d ; %s", category.mRecord.name,
                         static_cast<signed char>(program.midiBankLsb),
                         static_cast<signed char>(program.midiBankMsb),
                         program.name); // two names of 64 always fit

@@ -2,6 +2,7 @@
 
 #include "Interfaces/VST2/AEffect.h"
 #include "Source/plugins/CopyBounded.h"
+#include "Source/plugins/SRoomyRecord.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,8 +16,9 @@ bool ListPorts(AEffect& inEffect, EPortDirection inDirection, long inChannelCoun
     outPorts.clear();
     for (long pin = 0; pin < inChannelCount;)
     {
-        VstPinProperties properties{};
-        if (inEffect.dispatcher(&inEffect, opcode, static_cast<std::int32_t>(pin), 0, &properties, 0.0F) == 0)
+        SRoomyRecord<VstPinProperties> answer;
+        VstPinProperties& properties = answer.mRecord;
+        if (inEffect.dispatcher(&inEffect, opcode, static_cast<std::int32_t>(pin), 0, &answer, 0.0F) == 0)
         {
             if (pin == 0 && inPortsFromCounts)
             {

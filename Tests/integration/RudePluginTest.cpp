@@ -1,0 +1,424 @@
+#include "Tests/doubles/ScriptedModule.h"
+#include "Tests/integration/CHostRoutine.h"
+#include "Tests/integration/ModuleBundle.h"
+#include "Tools/aaxhost/lib/CModule.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <limits>
+#include <map>
+#include <thread>
+
+namespace
+{
+constexpr std::int32_t kLastOpcode = 77;
+constexpr std::int32_t kLastHostOpcode = 49;
+constexpr std::int32_t kHuge = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kParameters = 3;
+
+/** A module in a bundle of its own around a scripted plug-in, which is a polite one until a test says else.
+ */
+class RudePlugin : public testing::Test
+{
+protected:
+    RudePlugin() { BePolite(); }
+    ~RudePlugin() override { Stop(); }
+
+    SPluginScript& Script() { return mScript.Script(); }
+    void Stop()
+    {
+        mRoutine.reset();
+        mInstance.reset();
+        mModule.reset();
+    }
+    void BePolite()
+    {
+        Stop();
+        Script().Reset();
+        Script().shape.numInputs = Script().shape.numOutputs = 2;
+        Script().shape.numPrograms = 2;
+        Script().shape.flags = effFlagsProgramChunks | effFlagsHasEditor;
+        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
+        Script().parameters = {0.25F, 0.5F, 0.75F};
+        Script().bankChunk = {1, 2, 3, 4};
+        Script().editorSize = {0, 0, 100, 200};
+        Script().results[effCanDo] = 1;
+    }
+    bool Open()
+    {
+        auto module = CModule::Open(mBundle.Path().string(), mLog);
+        mModule = module ? std::move(*module) : nullptr;
+        return mModule != nullptr;
+    }
+    bool Start()
+    {
+        if (!Open())
+            return false;
+        auto instance = CInstance::Create(*mModule, 48000.0);
+        mInstance = instance ? std::move(*instance) : nullptr;
+        if (mInstance != nullptr)
+            mRoutine = std::make_unique<CHostRoutine>(*mInstance);
+        return mInstance != nullptr;
+    }
+    /** Everything, with no other failure than the one for a plug-in that is not there. */
+    void UseAll()
+    {
+        mRoutine->Everything();
+        std::set<AAX_Result> failures = mRoutine->Failures();
+        failures.erase(kAAX_ErrorNullObject);
+        EXPECT_EQ(failures, std::set<AAX_Result>());
+    }
+    /** What was left behind serves a polite plug-in as if nothing had happened. */
+    void ExpectRecovery()
+    {
+        BePolite();
+        ASSERT_TRUE(Start());
+        mRoutine->Everything();
+        EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
+        EXPECT_EQ(mRoutine->Call().Output(1)[63], CHostRoutine::kInputLevel);
+    }
+    AEffect& Effect() { return Script().instances.back()->Effect(); }
+
+    const CModuleBundle mBundle{kPlainModule, ScriptedModule::FileOf("scripted_plugin.so")};
+    ScriptedModule mScript{mBundle.SourceVst()};
+    CHostLog mLog;
+    std::unique_ptr<CModule> mModule;
+    std::unique_ptr<CInstance> mInstance;
+    std::unique_ptr<CHostRoutine> mRoutine;
+};
+
+TEST_F(RudePlugin, ThatFillsItsRecordOnlyWhenOpenedIsUsedAsItIsThen)
+{
+    const AEffect filled = Script().shape;
+    Script().onCreate = [](AEffect& outEffect)
+    {
+        outEffect.numInputs = outEffect.numOutputs = outEffect.numParams = outEffect.numPrograms =
+            outEffect.flags = 0;
+    };
+    Script().hooks[effOpen] = [=](ScriptedEffect& ioEffect, const SDispatch&)
+    {
+        AEffect& effect = ioEffect.Effect();
+        effect.numInputs = filled.numInputs;
+        effect.numOutputs = filled.numOutputs;
+        effect.numParams = kParameters;
+        effect.numPrograms = filled.numPrograms;
+        effect.flags = filled.flags;
+    };
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(mInstance->ListParameters().size(), kParameters + 2U);
+    mRoutine->Everything();
+    EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
+    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    ExpectRecovery();
+}
+
+TEST_F(RudePlugin, ThatCallsBackInsideEveryCallIsAnswered)
+{
+    std::atomic<int> wrong = 0;
+    Script().onEntry = [&](audioMasterCallback inHost)
+    {
+        char text[64] = "";
+        for (std::int32_t opcode = -1; opcode <= kLastHostOpcode; ++opcode)
+            wrong += inHost(nullptr, opcode, 0, 0, text, 0.0F) == 0 ? 0 : 1;
+    };
+    for (std::int32_t opcode = 0; opcode <= kLastOpcode; ++opcode)
+        Script().hooks[opcode] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+        {
+            char text[64] = "";
+            for (std::int32_t call = -1; call <= kLastHostOpcode; ++call)
+                (void)ioEffect.CallHost(call, 1, text); // as they come; one is looked at
+            const VstIntPtr version = ioEffect.CallHost(audioMasterVersion);
+            wrong += version == 2400 || version == 0 ? 0 : 1; // 0: it is being closed with its host
+        };
+    ASSERT_TRUE(Start());
+    UseAll();
+    EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
+    ExpectRecovery();
+    EXPECT_EQ(wrong.load(), 0);
+}
+
+TEST_F(RudePlugin, ThatCallsBackFromItsOwnThreadIsAnsweredUntilItIsClosed)
+{
+    struct SCaller
+    {
+        std::atomic<bool> mStops = false;
+        std::thread mThread;
+    };
+    std::map<ScriptedEffect*, SCaller> callers;
+    Script().hooks[effOpen] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+    {
+        SCaller& caller = callers[&ioEffect];
+        if (!caller.mThread.joinable())
+            caller.mThread = std::thread(
+                [&ioEffect, &caller]
+                {
+                    while (!caller.mStops.load())
+                        for (const std::int32_t opcode :
+                             {audioMasterGetTime, audioMasterBeginEdit, audioMasterAutomate,
+                              audioMasterEndEdit, audioMasterUpdateDisplay, audioMasterWantMidi})
+                            (void)ioEffect.CallHost(opcode, 1); // to be survived
+                });
+    };
+    Script().hooks[effClose] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+    {
+        SCaller& caller = callers[&ioEffect];
+        caller.mStops.store(true);
+        if (caller.mThread.joinable())
+            caller.mThread.join();
+        callers.erase(&ioEffect);
+    };
+    for (int i = 0; i < 5; ++i)
+    {
+        ASSERT_TRUE(Start());
+        mLog.Clear();
+        for (int round = 0; round < 5 || mLog.Count("PostSetValueRequest") == 0; ++round)
+            UseAll();
+        EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
+        mRoutine.reset();
+        mInstance.reset();
+    }
+    EXPECT_TRUE(callers.empty());
+    ExpectRecovery();
+}
+
+TEST_F(RudePlugin, ThatAsksForTheTimeOncePerSampleHasItAllTheWay)
+{
+    int wrong = 0;
+    Script().onProcess = [&](ScriptedEffect& ioEffect, float**, float**, std::int32_t inFrames)
+    {
+        for (std::int32_t i = 0; i < inFrames; ++i)
+        {
+            const auto* const time =
+                reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+            wrong += time != nullptr && time->tempo == 90.0 && time->sampleRate == 48000.0 ? 0 : 1;
+        }
+    };
+    ASSERT_TRUE(Start());
+    mInstance->Host().Transport().State().mTempo = 90.0;
+    UseAll();
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(RudePlugin, ThatKeepsEventPointersReadsTheSameEventsInTheNextBlock)
+{
+    std::vector<const VstEvent*> kept;
+    std::vector<int> notes;
+    Script().hooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& inCall)
+    {
+        const auto& events = *static_cast<const VstEvents*>(inCall.pointer);
+        kept.assign(events.events, events.events + events.numEvents);
+    };
+    Script().onProcess = [&](ScriptedEffect&, float**, float**, std::int32_t)
+    {
+        notes.clear();
+        for (const VstEvent* const event : kept)
+            notes.push_back(reinterpret_cast<const VstMidiEvent*>(event)->midiData[1]);
+    };
+    ASSERT_TRUE(Start());
+    mRoutine->Render(64, 3);
+    mRoutine->Render(64, 0);
+    EXPECT_EQ(notes, (std::vector<int>{0, 1, 2}));
+    mRoutine->Render(64, 400); // grows what the module packs the events in
+    EXPECT_EQ(notes.size(), 100U);
+    mRoutine->Render(64, 0);
+    EXPECT_EQ(notes.front(), 300 % 128);
+}
+
+TEST_F(RudePlugin, ThatUpdatesTheDisplayWhileItLoadsTellsEachValueOnce)
+{
+    Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    { EXPECT_EQ(ioEffect.CallHost(audioMasterUpdateDisplay), 1); };
+    ASSERT_TRUE(Start());
+    mRoutine->Save();
+    mLog.Clear();
+    mRoutine->Load();
+    // The controls chunk asks for each value and that of the gain, the plug-in's chunk for each of its own.
+    EXPECT_EQ(mLog.Count("PostSetValueRequest"), 2U * kParameters + 1U);
+    EXPECT_EQ(mLog.Count("PostTouchRequest"), mLog.Count("PostReleaseRequest"));
+}
+
+TEST_F(RudePlugin, ThatWritesTextsOf255CharactersHarmsNobody)
+{
+    const std::string longest(255, 'x');
+    for (const std::int32_t opcode : {effGetEffectName, effGetVendorString, effGetProductString})
+        Script().texts[{opcode, 0}] = longest;
+    for (const std::int32_t opcode :
+         {effGetParamName, effGetParamDisplay, effGetParamLabel, effGetProgramNameIndexed})
+        for (std::int32_t i = 0; i < kParameters; ++i)
+            Script().texts[{opcode, i}] = longest;
+    for (const std::int32_t opcode : {effGetInputProperties, effGetOutputProperties})
+        Script().hooks[opcode] = [&](ScriptedEffect&, const SDispatch& inCall)
+        { std::memcpy(inCall.pointer, longest.c_str(), longest.size() + 1); }; // four times its field
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(mModule->Effect().mNames.front(), longest);
+    EXPECT_EQ(mInstance->ListParameters()[2].mName, longest);
+    UseAll();
+    ExpectRecovery();
+}
+
+TEST_F(RudePlugin, ThatThrowsInADispatcherCallFailsThatCallAlone)
+{
+    for (std::int32_t opcode = SPluginScript::kEntry; opcode <= kLastOpcode; ++opcode)
+    {
+        SCOPED_TRACE(opcode);
+        BePolite();
+        Script().faults.insert(opcode);
+        if (Start())
+            UseAll();
+        Stop();
+        EXPECT_EQ(mLog.LiveObjects(), 0);
+        ExpectRecovery();
+    }
+}
+
+TEST_F(RudePlugin, ThatThrowsOnlyOnceItRunsFailsThatCallAlone)
+{
+    const std::pair<const char*, void (*)(AEffect&)> rows[] = {
+        {"getParameter", [](AEffect& outEffect)
+         { outEffect.getParameter = [](AEffect*, std::int32_t) -> float { throw 5; }; }},
+        {"setParameter",
+         [](AEffect& outEffect) { outEffect.setParameter = [](AEffect*, std::int32_t, float) { throw 5; }; }},
+        {"processReplacing", [](AEffect& outEffect)
+         { outEffect.processReplacing = [](AEffect*, float**, float**, std::int32_t) { throw 5; }; }},
+        {"dispatcher",
+         [](AEffect& outEffect)
+         {
+             outEffect.dispatcher = [](AEffect*, std::int32_t, std::int32_t, VstIntPtr, void*,
+                                       float) -> VstIntPtr { throw 5; };
+         }},
+    };
+    for (const auto& [what, makeRude] : rows)
+    {
+        SCOPED_TRACE(what);
+        BePolite();
+        ASSERT_TRUE(Start());
+        makeRude(Effect());
+        UseAll();
+        EXPECT_EQ(mRoutine->Failures().empty(), std::string_view(what) == "processReplacing");
+        // Events go through the dispatcher.
+        const bool isSilent = std::string_view(what).find("Parameter") == std::string_view::npos;
+        EXPECT_EQ(mRoutine->Call().Output(0)[0], isSilent ? 0.0F : CHostRoutine::kInputLevel);
+        ExpectRecovery();
+    }
+}
+
+TEST_F(RudePlugin, ThatGivesANonsensicalChunkHasAnEmptyOne)
+{
+    struct SRow
+    {
+        const char* what;
+        VstIntPtr size;
+        std::vector<std::uint8_t> bytes;
+    };
+    for (const SRow& row : {SRow{"negative", -1, {1}}, SRow{"huge", VstIntPtr{1} << 40, {1}},
+                            SRow{"minus one without a sign", 0xFFFFFFFF, {1}},
+                            SRow{"as high as goes", kHuge, {1}}, SRow{"of no memory", 100, {}}})
+    {
+        SCOPED_TRACE(row.what);
+        BePolite();
+        Script().bankChunk = row.bytes;
+        Script().results[effGetChunk] = row.size;
+        ASSERT_TRUE(Start());
+        std::uint32_t size = 99;
+        EXPECT_EQ(mInstance->Parameters().GetChunkSize(AAX_FourCharCode("0001"), &size), kAAX_Success);
+        EXPECT_EQ(size, 9U) << "the trailer alone";
+        UseAll();
+        ExpectRecovery();
+    }
+}
+
+TEST_F(RudePlugin, WithoutARectangleHasAnEditorOfNoSize)
+{
+    Script().givesEditorSize = false;
+    ASSERT_TRUE(Start());
+    ASSERT_TRUE(mInstance->OpenGUI());
+    AAX_Point size{9.0F, 9.0F};
+    EXPECT_EQ(mInstance->GUI()->GetViewSize(&size), kAAX_Success);
+    EXPECT_EQ(size.mVertical + size.mHorizontal, 0.0F);
+    mInstance->CloseGUI();
+    UseAll();
+}
+
+TEST_F(RudePlugin, WithOtherCountsThanBeforeKeepsTheHostsParameters)
+{
+    ASSERT_TRUE(Start());
+    for (const std::int32_t count : {1, 1000, kHuge, 0, -5, kParameters})
+    {
+        SCOPED_TRACE(count);
+        Effect().numParams = count;
+        Effect().numPrograms = count;
+        UseAll();
+        EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
+        EXPECT_EQ(mInstance->ListParameters().size(), kParameters + 2U);
+        EXPECT_EQ(Script().instances.back()->CallHost(audioMasterUpdateDisplay), 1);
+    }
+    EXPECT_EQ(Script().outOfRangeCalls, 0) << "asked about parameters that it did not have";
+    for (const std::int32_t channels : {3, kHuge})
+    {
+        Effect().numOutputs = channels;
+        mRoutine->Render(64, 0);
+        EXPECT_EQ(mRoutine->Call().Output(0)[0], 0.0F) << "it would write to channels that are not there";
+    }
+    Effect().numOutputs = 2;
+    Effect().initialDelay = 77;
+    UseAll();
+    EXPECT_EQ(mInstance->Host().Controller().State().mSignalLatency, 0) << "told at the start only";
+}
+
+TEST_F(RudePlugin, WithNonsensicalCountsFromTheStartIsLoadedAllTheSame)
+{
+    for (const std::int32_t count : {kHuge, -kHuge})
+    {
+        SCOPED_TRACE(count);
+        BePolite();
+        Script().onCreate = [=](AEffect& outEffect)
+        { outEffect.numParams = outEffect.numPrograms = outEffect.numInputs = outEffect.numOutputs = count; };
+        ASSERT_TRUE(Start());
+        UseAll();
+        EXPECT_EQ(mInstance->ListParameters().size(), 2U);
+        ExpectRecovery();
+    }
+}
+
+TEST_F(RudePlugin, ThatBeginsAnEditAndNeverEndsItLeavesNothingTouched)
+{
+    Script().hooks[effEditIdle] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    {
+        (void)ioEffect.CallHost(audioMasterBeginEdit, 0); // answered 0 in any case
+        (void)ioEffect.CallHost(audioMasterAutomate, 0);
+    };
+    ASSERT_TRUE(Start());
+    mLog.Clear();
+    UseAll();
+    EXPECT_EQ(mLog.Count("HandleParameterMouseDown"), 2U);
+    EXPECT_EQ(mLog.Count("HandleParameterMouseUp"), 0U);
+    EXPECT_FALSE(mInstance->Host().Automation().IsTouched("00000"));
+    ASSERT_TRUE(mInstance->OpenGUI());
+    EXPECT_EQ(mInstance->GUI()->SetViewContainer(&mInstance->Host().ViewContainer()), kAAX_Success);
+    EXPECT_EQ(mInstance->GUI()->TimerWakeup(), kAAX_Success);
+    ExpectRecovery(); // the instance goes in the middle of the drag
+}
+
+TEST_F(RudePlugin, ThatClosesItselfIsAsGoodAsGone)
+{
+    for (const bool clearsRecord : {false, true})
+    {
+        SCOPED_TRACE(clearsRecord);
+        BePolite();
+        Script().hooks[effEditIdle] = [clearsRecord](ScriptedEffect& ioEffect, const SDispatch&)
+        {
+            AEffect& effect = ioEffect.Effect();
+            for (const std::int32_t opcode : {effEditClose, effMainsChanged})
+                (void)effect.dispatcher(&effect, opcode, 0, 0, nullptr, 0.0F); // has no result
+            if (clearsRecord)
+                effect = {};
+        };
+        ASSERT_TRUE(Start());
+        UseAll();
+        UseAll();
+        ExpectRecovery();
+    }
+}
+} // namespace
