@@ -12,6 +12,7 @@
 # The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
 # `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
+include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 
 function(add_aax_adapter name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
@@ -33,6 +34,8 @@ function(add_aax_adapter name)
         target_link_libraries(${name} PRIVATE project_warnings)
     endif()
     set_target_properties(${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name})
+    aaxadapter_harden_compilation(${name} PRIVATE)
+    aaxadapter_harden_linking(${name})
     _aaxadapter_export_entry_points(${name})
     if(APPLE)
         _aaxadapter_layout_macos(${name} ${bundle})

@@ -19,6 +19,7 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_BINARY_DIR}/AaxAdapterConfigVersion.cmake
             ${CMAKE_CURRENT_LIST_DIR}/AaxAdapterConfig.cmake
             ${CMAKE_CURRENT_LIST_DIR}/AaxAdapter.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports

@@ -1,6 +1,7 @@
 # What every target of this project shares. Nothing here is set for a folder or globally behind a target's back,
 # but for the standard, the position independence and the visibility that a module needs of all its parts.
 include_guard(GLOBAL)
+include(Hardening)
 
 option(AAXADAPTER_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(AAXADAPTER_FUZZ "Build the fuzz targets, with clang" OFF)
@@ -15,12 +16,15 @@ if(PROJECT_IS_TOP_LEVEL)
     set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endif()
 
+set(AAXADAPTER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them")
+
 # Warnings are errors in our own code; foreign headers are SYSTEM.
 add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
 
+aaxadapter_harden_compilation(project_warnings INTERFACE)
+
 # The sanitizers of the presets `asan` and `tsan`.
-set(AAXADAPTER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them")
 if(AAXADAPTER_SANITIZE)
     target_compile_options(project_warnings INTERFACE
         -fsanitize=${AAXADAPTER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
