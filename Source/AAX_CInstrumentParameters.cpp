@@ -4,6 +4,7 @@
 #include "Interfaces/AAX/AAX_IEffectDescriptor.h"
 #include "Interfaces/AAX/AAX_IPropertyMap.h"
 #include "Libs/AAXLibrary/source/AAX_CString.h"
+#include "Source/render/RenderEntry.h"
 
 #include <cstring>
 #include <memory>
@@ -106,8 +107,7 @@ AAX_Result AAX_CInstrumentParameters::StaticDescribe(AAX_IEffectDescriptor* outD
     if (properties == nullptr)
         return result | kAAX_ErrorNullObject;
     result |= AddProperties(*properties, inInfo);
-    result |= component->AddProcessProc_Native(reinterpret_cast<AAX_CProcessProc>(&StaticRenderAudio),
-                                               properties.get(), nullptr, nullptr, nullptr);
+    result |= component->AddProcessProc_Native(RenderEntry(), properties.get(), nullptr, nullptr, nullptr);
     result |= outDescriptor->AddComponent(component.get());
     return result;
 }

@@ -7,6 +7,7 @@
 #       ENTRY_VERSION    2400                   # host version answered inside the plug-in's entry; default 0
 #       PORTS_FROM_COUNTS                       # ports of a plug-in that describes no pins
 #       MIDI_INPUT                              # a MIDI input although the plug-in announces none
+#       RT_GUARD                                # counts what should not happen while a block is rendered, for a beta
 #       VERSION          1.2.3)                 # of the bundle; default 1.0.0
 #
 # The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
@@ -16,7 +17,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 
 function(add_aax_adapter name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
-        "PORTS_FROM_COUNTS;MIDI_INPUT" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
+        "PORTS_FROM_COUNTS;MIDI_INPUT;RT_GUARD" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
     _aaxadapter_check_arguments()
 
     set(bundle ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin)
@@ -30,6 +31,10 @@ function(add_aax_adapter name)
     target_compile_features(${name} PRIVATE cxx_std_20)
     target_link_libraries(${name} PRIVATE
         "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
+    if(arg_RT_GUARD)
+        # Whole, so that its render callback stands before the usual one.
+        target_link_libraries(${name} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::render_guard>")
+    endif()
     if(TARGET project_warnings) # not in a project that uses the installed package
         target_link_libraries(${name} PRIVATE project_warnings)
     endif()
@@ -54,7 +59,7 @@ macro(_aaxadapter_check_arguments)
     endif()
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "add_aax_adapter(${name}): '${arg_UNPARSED_ARGUMENTS}' is no argument of it; "
-            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT or VERSION.")
+            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT, RT_GUARD or VERSION.")
     endif()
     foreach(required SOURCE_VST EFFECT_ID MANUFACTURER_ID)
         if(NOT arg_${required})

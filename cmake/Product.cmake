@@ -2,7 +2,7 @@
 #   cmake --preset release -DAAXADAPTER_PRODUCT=MyPlugin -DAAXADAPTER_SOURCE_VST=path
 #         -DAAXADAPTER_EFFECT_ID=com.maker.myplugin -DAAXADAPTER_MANUFACTURER_ID=Mkr1
 #         [-DAAXADAPTER_ENTRY_VERSION=2400] [-DAAXADAPTER_PORTS_FROM_COUNTS=ON] [-DAAXADAPTER_MIDI_INPUT=ON]
-#         [-DAAXADAPTER_VERSION=1.2.3]
+#         [-DAAXADAPTER_RT_GUARD=ON] [-DAAXADAPTER_VERSION=1.2.3]
 include_guard(GLOBAL)
 
 set(AAXADAPTER_PRODUCT "" CACHE STRING "Name of the product to build")
@@ -14,9 +14,11 @@ set(AAXADAPTER_VERSION "1.0.0" CACHE STRING "Version of the bundle")
 option(AAXADAPTER_PORTS_FROM_COUNTS "Ports of a plug-in that describes no pins" OFF)
 option(AAXADAPTER_MIDI_INPUT "A MIDI input although the plug-in announces none" OFF)
 
+option(AAXADAPTER_RT_GUARD "Count what should not happen while a block is rendered, for a beta" OFF)
+
 if(AAXADAPTER_PRODUCT)
     set(options "")
-    foreach(option PORTS_FROM_COUNTS MIDI_INPUT)
+    foreach(option PORTS_FROM_COUNTS MIDI_INPUT RT_GUARD)
         if(AAXADAPTER_${option})
             list(APPEND options ${option})
         endif()

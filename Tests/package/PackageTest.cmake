@@ -37,6 +37,10 @@ run(${WORK}/installed/bin/aaxhost describe ${WORK}/product/MakersDelay.aaxplugin
 if(NOT output MATCHES "com\\.example\\.makersdelay")
     message(FATAL_ERROR "the product describes something else:\n${output}")
 endif()
+run(${WORK}/installed/bin/aaxhost render ${WORK}/build/modules/MakersBeta.aaxplugin --output ${WORK}/beta.wav --seconds 0.1)
+if(NOT output MATCHES "Real-time guard, [1-9]")
+    message(FATAL_ERROR "the product with RT_GUARD watches nothing:\n${output}")
+endif()
 
 set(bundle MakersDelay.aaxplugin/Contents)
 pack_and_look(${WORK}/build product ${bundle}/${MODULE} ${bundle}/Resources/source.vst/?)
