@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -50,10 +51,12 @@ AaxAdapter_Parameters::AaxAdapter_Parameters()
 {
 }
 
-AaxAdapter_Parameters::~AaxAdapter_Parameters()
+AaxAdapter_Parameters::~AaxAdapter_Parameters() { ReleasePlugin(); }
+
+void AaxAdapter_Parameters::ReleasePlugin()
 {
     if (mEditor != nullptr)
-        mEditor->ForgetInstance();
+        std::exchange(mEditor, nullptr)->ForgetInstance();
     // A plug-in may report changes while it closes; nobody is left to hear them.
     mVst2Host.SetMainListener(nullptr);
     mVst2Host.SetEditListener(nullptr);
@@ -64,7 +67,7 @@ AaxAdapter_Parameters::~AaxAdapter_Parameters()
                 mPlugin->CloseEditor();
             return kAAX_Success;
         });
-    mVst2Host.ClosePlugin(mPlugin);
+    mVst2Host.ClosePlugin(std::exchange(mPlugin, nullptr));
 }
 
 AAX_Result AaxAdapter_Parameters::Uninitialize()
@@ -97,8 +100,7 @@ AAX_Result AaxAdapter_Parameters::LoadWrappedPlugin()
     (void)Controller()->GetSampleRate(&mSampleRate); // a host that answers nothing leaves the rate at 0
     mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
-    mVst2Host.ClosePlugin(mPlugin); // of an earlier initialisation
-    mPlugin = nullptr;              // also where loading ends in an exception
+    ReleasePlugin(); // of an earlier initialisation
     mVst2Host.SetBufferSize(kBlockSizeFrames);
     mVst2Host.SetSampleRate(mSampleRate);
     mVst2Host.SetMainListener(this);

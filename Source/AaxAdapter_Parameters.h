@@ -86,6 +86,8 @@ public:
 
 private:
     AAX_Result LoadWrappedPlugin();
+    /** Closes it, and its editor before; the host's editor knows it no more. */
+    void ReleasePlugin();
     void AddPluginParameters();
     void AddOwnParameters();
     void RegisterPackets();

@@ -401,6 +401,28 @@ TEST_F(RudePlugin, ThatBeginsAnEditAndNeverEndsItLeavesNothingTouched)
     ExpectRecovery(); // the instance goes in the middle of the drag
 }
 
+TEST(RudeHost, ThatInitializesAnInstanceWithAnOpenEditorAgainHasAnEditorWithoutAPlugin)
+{
+    const CModuleBundle bundle(kPlainModule, kSynthPlugin);
+    CHostLog log;
+    auto module = CModule::Open(bundle.Path().string(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    auto instance = CInstance::Create(**module, 48000.0);
+    ASSERT_TRUE(instance) << instance.Problem().mSentence;
+    CInstanceHost& host = (*instance)->Host();
+    ASSERT_TRUE((*instance)->OpenGUI());
+    AAX_IACFEffectGUI& gui = *(*instance)->GUI();
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_EQ(gui.SetViewContainer(&host.ViewContainer()), kAAX_Success);
+        EXPECT_EQ((*instance)->Parameters().Initialize(host.Unknown()), kAAX_Success);
+        AAX_Point size;
+        EXPECT_EQ(gui.GetViewSize(&size), kAAX_Success);
+        EXPECT_EQ(gui.TimerWakeup(), kAAX_Success);
+        EXPECT_EQ(gui.SetViewContainer(nullptr), kAAX_Success);
+    }
+}
+
 TEST_F(RudePlugin, ThatClosesItselfIsAsGoodAsGone)
 {
     for (const bool clearsRecord : {false, true})

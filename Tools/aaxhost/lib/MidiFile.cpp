@@ -44,14 +44,20 @@ COutcome<std::vector<SMidiEvent>> ReadMidiFile(const std::string& inPath)
     const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
     if (!stream.is_open() || stream.bad())
         return SProblem{fmt::format("The MIDI file '{}' cannot be read.", inPath)};
-    if (!IsWholeMidiFile({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}))
-        return SProblem{fmt::format("'{}' is no whole Standard MIDI File of format 0 or 1.", inPath)};
+    return MidiFromBytes({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, inPath);
+}
+
+COutcome<std::vector<SMidiEvent>> MidiFromBytes(std::span<const std::uint8_t> inBytes,
+                                                const std::string& inName)
+{
+    if (!IsWholeMidiFile(inBytes))
+        return SProblem{fmt::format("'{}' is no whole Standard MIDI File of format 0 or 1.", inName)};
 
     const CQuietLibrary quiet;
     const std::unique_ptr<smf_t, SmfDeleter> file(
-        smf_load_from_memory(bytes.data(), static_cast<int>(bytes.size())));
+        smf_load_from_memory(inBytes.data(), static_cast<int>(inBytes.size())));
     if (file == nullptr)
-        return SProblem{fmt::format("'{}' cannot be read as a Standard MIDI File.", inPath)};
+        return SProblem{fmt::format("'{}' cannot be read as a Standard MIDI File.", inName)};
 
     std::vector<SMidiEvent> events;
     smf_rewind(file.get());

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -21,3 +22,6 @@ struct SMidiEvent
  * into account. System messages are left out: a packet of the host's MIDI nodes has no room for them.
  */
 COutcome<std::vector<SMidiEvent>> ReadMidiFile(const std::string& inPath);
+/** The same from memory. @param inName what a problem's sentence calls it. */
+COutcome<std::vector<SMidiEvent>> MidiFromBytes(std::span<const std::uint8_t> inBytes,
+                                                const std::string& inName);
