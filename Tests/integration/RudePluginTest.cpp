@@ -208,7 +208,8 @@ TEST_F(RudePlugin, ThatKeepsEventPointersReadsTheSameEventsInTheNextBlock)
     Script().hooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& inCall)
     {
         const auto& events = *static_cast<const VstEvents*>(inCall.pointer);
-        kept.assign(events.events, events.events + events.numEvents);
+        const VstEvent* const* const list = events.events; // longer than the two that it is declared with
+        kept.assign(list, list + events.numEvents);
     };
     Script().onProcess = [&](ScriptedEffect&, float**, float**, std::int32_t)
     {
