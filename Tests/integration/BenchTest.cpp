@@ -33,7 +33,8 @@ TEST(Bench, NoFigureIsLeftOutOfWhatTheSynthesizerCosts)
     const CBenchRun run;
     ASSERT_EQ(run.mRun.mExit, 0) << run.mRun.mErrors;
     const Json& results = run.mResults;
-    EXPECT_EQ(results["notes"], Json::array());
+    // A sanitizer's allocator does not tell how much of it is in use, which is said.
+    EXPECT_EQ(results["notes"].size(), results["memoryBytes"].is_null() ? 1U : 0U) << results["notes"];
 
     ASSERT_EQ(results["blocks"].size(), 7U);
     for (const Json& block : results["blocks"])
