@@ -20,10 +20,8 @@ namespace fs = std::filesystem;
 extern "C"
 {
     // Of the leak checker; null where the program is built without it.
-    // NOLINTBEGIN(bugprone-reserved-identifier): their names
     [[gnu::weak]] void __lsan_disable();
     [[gnu::weak]] void __lsan_enable();
-    // NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace

@@ -8,10 +8,8 @@
 #include <sys/mman.h>
 
 // Of the leak checker; null where the program is built without it.
-// NOLINTBEGIN(bugprone-reserved-identifier): their names
 extern "C" [[gnu::weak]] void __lsan_register_root_region(const void* inStart, std::size_t inSize);
 extern "C" [[gnu::weak]] void __lsan_unregister_root_region(const void* inStart, std::size_t inSize);
-// NOLINTEND(bugprone-reserved-identifier)
 
 CImageMemory::CImageMemory(std::uint64_t inLowestAddress, std::size_t inSize)
     : mSize(inSize), mLowestAddress(inLowestAddress)

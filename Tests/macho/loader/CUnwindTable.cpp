@@ -9,10 +9,8 @@
 #include "Tests/macho/loader/UnwindInfo.h"
 
 // Of the compiler's runtime library.
-// NOLINTBEGIN(bugprone-reserved-identifier): their names
 extern "C" void __register_frame(void* inTable);
 extern "C" void __deregister_frame(void* inTable);
-// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {

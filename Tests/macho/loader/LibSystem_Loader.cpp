@@ -8,7 +8,6 @@
 #include <dlfcn.h>
 
 // Of the C library here: runs a function when the calling thread ends.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): its name
 extern "C" int __cxa_thread_atexit_impl(void (*inFunction)(void*), void* inArgument, void* inModule);
 
 namespace

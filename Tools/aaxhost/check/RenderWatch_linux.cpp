@@ -211,13 +211,11 @@ std::string RenderWatchObstacle()
 
 extern "C"
 {
-    // NOLINTBEGIN(bugprone-reserved-identifier): their names
     void* __libc_malloc(std::size_t);
     void* __libc_calloc(std::size_t, std::size_t);
     void* __libc_realloc(void*, std::size_t);
     void* __libc_memalign(std::size_t, std::size_t);
     void __libc_free(void*);
-    // NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace
