@@ -1,5 +1,14 @@
 #include "Source/plugins/EffectRegistry.h"
 
+#include <mutex>
+
+namespace
+{
+// Whoever writes into any registry holds it. Not a part of the registry, which is all zero and so takes no
+// room in the module's file; a mutex is not zero everywhere.
+constinit std::mutex gWriters;
+} // namespace
+
 constinit CEffectRegistry gEffectRegistry;
 
 CEffectRegistry::~CEffectRegistry()
@@ -18,7 +27,7 @@ CEffectRegistry::~CEffectRegistry()
 void CEffectRegistry::Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inPlugin,
                           std::uint32_t inHostSerial)
 {
-    const std::lock_guard lock(mWriters);
+    const std::lock_guard lock(gWriters);
     SSlot& slot = FreeSlot(mBuckets[BucketOf(inEffect)]);
     slot.host.store(inHost, std::memory_order_release);
     slot.plugin.store(inPlugin, std::memory_order_release);
@@ -32,7 +41,7 @@ void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugi
     {
         return;
     }
-    const std::lock_guard lock(mWriters);
+    const std::lock_guard lock(gWriters);
     for (SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr; slot = slot->next.load())
     {
         if (slot->effect.load() == inEffect && slot->plugin.load() == inPlugin)

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 
 class CVst2Host;
 class CVst2Plugin;
@@ -51,7 +50,7 @@ private:
      * pages in use. */
     static constexpr std::size_t kBucketCount = 8192;
 
-    /** Written by one thread under the mutex, `effect` last; readers check `effect` before and after the
+    /** Written by one thread at a time, `effect` last; readers check `effect` before and after the
      * rest. */
     struct SSlot
     {
@@ -66,7 +65,6 @@ private:
     SSlot& FreeSlot(SSlot& inFirst);
 
     std::array<SSlot, kBucketCount> mBuckets{};
-    std::mutex mWriters;
     std::uint32_t mAdded = 0;
 };
 
