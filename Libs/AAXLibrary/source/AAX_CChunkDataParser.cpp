@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <functional>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -33,7 +35,9 @@ constexpr std::array<char, 4> kMarker{1, 1, 1, 1};
 constexpr std::size_t kMaxKeyLength = 255; // that the reader takes in
 constexpr std::size_t kTagLength = 2;      // the letter and '_'
 
-constexpr std::size_t Align4(std::size_t inSize) { return (inSize + 3) & ~std::size_t{3}; }
+constexpr std::size_t kAlignment = 4;
+
+constexpr std::size_t Align4(std::size_t inSize) { return (inSize + kAlignment - 1) & ~(kAlignment - 1); }
 
 const SType& TypeOfCode(std::int32_t inType) { return kTypes[static_cast<std::size_t>(inType)]; }
 
@@ -50,7 +54,7 @@ void WriteBigEndian(std::uint64_t inNumber, std::size_t inBytes, char* outData)
         outData[i] = static_cast<char>(inNumber & 0xFF);
 }
 
-std::uint64_t ReadBigEndian(std::span<const char> inData)
+std::uint64_t ReadBigEndian(std::string_view inData)
 {
     std::uint64_t number = 0;
     for (const char byte : inData)
@@ -66,6 +70,12 @@ std::int64_t NumberOfType(std::int32_t inType, std::uint64_t inBits)
     case kTypeInt32: return static_cast<std::int32_t>(inBits);
     default: return static_cast<std::int64_t>(inBits);
     }
+}
+
+/** @param inBuckets   a power of two. */
+std::size_t BucketOf(std::string_view inName, std::size_t inBuckets)
+{
+    return std::hash<std::string_view>()(inName) & (inBuckets - 1);
 }
 } // namespace
 
@@ -166,20 +176,46 @@ bool AAX_CChunkDataParser::ReplaceDouble(const char* inName, double inValue)
 
 std::int32_t AAX_CChunkDataParser::FindName(const AAX_CString& inName)
 {
-    const auto count = static_cast<std::int32_t>(mDataValues.size());
-    if (mLastFoundIndex >= count - 1)
+    if (mLastFoundIndex >= static_cast<std::int32_t>(mDataValues.size()) - 1)
         mLastFoundIndex = -1;
-    const std::int32_t start = mLastFoundIndex + 1;
-    for (std::int32_t i = 0; i < count; ++i)
+    if (mDataValues.empty())
+        return -1;
+    const auto hasName = [&, this](std::uint32_t inPosition)
+    { return mDataValues[inPosition].mDataName == inName; };
+    const auto start = static_cast<std::uint32_t>(mLastFoundIndex + 1);
+    if (hasName(start))
+        return mLastFoundIndex = static_cast<std::int32_t>(start);
+
+    if (mNameIndex.mPositions.size() != mDataValues.size())
+        BuildNameIndex();
+    const std::size_t bucket = BucketOf(inName.CString(), mNameIndex.mBucketStarts.size() - 1);
+    const auto first = mNameIndex.mPositions.begin() + mNameIndex.mBucketStarts[bucket];
+    const auto last = mNameIndex.mPositions.begin() + mNameIndex.mBucketStarts[bucket + 1];
+    const auto middle = std::lower_bound(first, last, start);
+    auto found = std::find_if(middle, last, hasName);
+    if (found == last)
     {
-        const std::int32_t index = (start + i) % count;
-        if (mDataValues[static_cast<std::size_t>(index)].mDataName == inName)
-        {
-            mLastFoundIndex = index;
-            return index;
-        }
+        found = std::find_if(first, middle, hasName);
+        if (found == middle)
+            return -1;
     }
-    return -1;
+    return mLastFoundIndex = static_cast<std::int32_t>(*found);
+}
+
+void AAX_CChunkDataParser::BuildNameIndex()
+{
+    const std::size_t buckets = std::bit_ceil(mDataValues.size());
+    SNameIndex index{std::vector<std::uint32_t>(buckets + 1), std::vector<std::uint32_t>(mDataValues.size())};
+    for (const DataValue& entry : mDataValues)
+        ++index.mBucketStarts[BucketOf(entry.mDataName.CString(), buckets)];
+    std::partial_sum(index.mBucketStarts.begin(), index.mBucketStarts.end(), index.mBucketStarts.begin());
+    // Each start is its bucket's end until the last entry of the bucket has been put in, from the back.
+    for (std::size_t position = mDataValues.size(); position-- > 0;)
+    {
+        const std::size_t bucket = BucketOf(mDataValues[position].mDataName.CString(), buckets);
+        index.mPositions[--index.mBucketStarts[bucket]] = static_cast<std::uint32_t>(position);
+    }
+    mNameIndex = std::move(index);
 }
 
 std::size_t AAX_CChunkDataParser::EntrySize(const DataValue& inEntry)
@@ -231,39 +267,58 @@ AAX_Result AAX_CChunkDataParser::GetChunkData(AAX_SPlugInChunk* outChunk) const
     return kAAX_Success;
 }
 
-std::optional<std::size_t> AAX_CChunkDataParser::ReadEntry(std::span<const char> inData,
-                                                           std::size_t inPosition, DataValue& outEntry)
+std::optional<AAX_CChunkDataParser::SStoredEntry> AAX_CChunkDataParser::ReadEntry(std::string_view inData,
+                                                                                  std::size_t inPosition)
 {
-    const std::span<const char> rest = inData.subspan(inPosition);
-    const std::span<const char> keyRoom = rest.first(std::min(rest.size(), kMaxKeyLength));
-    const std::string key(keyRoom.begin(), std::ranges::find(keyRoom, '\0'));
+    const std::string_view rest = inData.substr(inPosition);
+    const std::string_view keyRoom = rest.substr(0, kMaxKeyLength);
+    const std::string_view key = keyRoom.substr(0, keyRoom.find('\0'));
     if (key.size() == rest.size())
         return std::nullopt;
 
     const SType& type = TypeOfTag(key.empty() ? '\0' : key.front());
-    outEntry.mDataType = type.mType;
-    if (key.size() > kTagLength)
-        outEntry.mDataName.Set(key.c_str() + kTagLength);
-
     const std::size_t valueStart = Align4(inPosition + key.size() + 1);
+    SStoredEntry entry{type.mType, key.substr(std::min(key.size(), kTagLength)), {}, valueStart};
     if (type.mType == kTypeNone)
-        return valueStart;
+        return entry;
     if (valueStart > inData.size())
         return std::nullopt;
-    const std::span<const char> value = inData.subspan(valueStart);
+    const std::string_view value = inData.substr(valueStart);
     if (type.mType == kTypeString)
     {
-        const auto end = std::ranges::find(value, '\0');
-        if (end == value.end())
+        const std::size_t length = value.find('\0');
+        if (length == value.npos)
             return std::nullopt;
-        outEntry.mStringValue.Set(value.data());
+        entry.mValue = value.substr(0, length);
         // Not aligned: what follows reads the padding of the text as an entry without name and value.
-        return valueStart + outEntry.mStringValue.Length() + 1;
+        entry.mEnd += length + 1;
+        return entry;
     }
     if (value.size() < type.mSpace)
         return std::nullopt;
-    outEntry.mIntValue = NumberOfType(type.mType, ReadBigEndian(value.first(type.mBytes)));
-    return valueStart + type.mSpace;
+    entry.mValue = value.substr(0, type.mBytes);
+    entry.mEnd += type.mSpace;
+    return entry;
+}
+
+template <class Visit>
+void AAX_CChunkDataParser::VisitEntries(std::string_view inData, Visit inVisit)
+{
+    bool wasEmpty = false; // the entry before
+    for (std::size_t position = kMarker.size(); position < inData.size();)
+    {
+        const std::optional<SStoredEntry> entry = ReadEntry(inData, position);
+        if (!entry)
+            return;
+        const bool isEmpty = entry->mDataType == kTypeNone && entry->mName.empty();
+        if (!isEmpty || !wasEmpty)
+            inVisit(*entry);
+        wasEmpty = isEmpty;
+        position = entry->mEnd;
+        // A writer leaves one word of padding at most; damaged data may be nothing else.
+        while (isEmpty && position < inData.size() && inData[position] == '\0')
+            position += kAlignment;
+    }
 }
 
 void AAX_CChunkDataParser::LoadChunk(const AAX_SPlugInChunk* inChunk)
@@ -274,24 +329,29 @@ void AAX_CChunkDataParser::LoadChunk(const AAX_SPlugInChunk* inChunk)
     mChunkVersion = inChunk->mVersion;
     if (inChunk->mSize < static_cast<std::int32_t>(kMarker.size()))
         return;
-    const std::span<const char> data(inChunk->mData, static_cast<std::size_t>(inChunk->mSize));
-    if (!std::ranges::equal(data.first(kMarker.size()), kMarker))
+    const std::string_view data(inChunk->mData, static_cast<std::size_t>(inChunk->mSize));
+    if (!std::ranges::equal(data.substr(0, kMarker.size()), kMarker))
         return;
-    std::size_t position = kMarker.size();
-    while (position < data.size())
-    {
-        DataValue entry;
-        const std::optional<std::size_t> end = ReadEntry(data, position, entry);
-        if (!end)
-            return;
-        mDataValues.push_back(std::move(entry));
-        position = *end;
-    }
+    std::size_t count = 0;
+    VisitEntries(data, [&](const SStoredEntry&) { ++count; });
+    mDataValues.reserve(count); // a list that grows needs the memory twice
+    VisitEntries(data,
+                 [this](const SStoredEntry& inEntry)
+                 {
+                     DataValue& entry = mDataValues.emplace_back();
+                     entry.mDataType = inEntry.mDataType;
+                     entry.mDataName.Set(std::string(inEntry.mName).c_str());
+                     if (inEntry.mDataType == kTypeString)
+                         entry.mStringValue.Set(inEntry.mValue.data()); // it ends with a NUL there
+                     else
+                         entry.mIntValue = NumberOfType(inEntry.mDataType, ReadBigEndian(inEntry.mValue));
+                 });
 }
 
 void AAX_CChunkDataParser::Clear()
 {
-    mDataValues.clear();
+    mDataValues = std::vector<DataValue>();
+    mNameIndex = SNameIndex();
     mLastFoundIndex = -1;
     mChunkVersion = -1;
 }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
+#include <string_view>
 #include <vector>
 
 /**
@@ -15,7 +15,8 @@
  * value, most significant byte first, each padded with zero bytes to a multiple of four.
  *
  * A search starts behind the entry found last and wraps, so values read in the order of the data are found at
- * once. A name that was added twice is stored twice.
+ * once; the first search that is not makes an index, so that many searches take time in proportion to the
+ * list. A name that was added twice is stored twice.
  *
  * Threads: one at a time.
  */
@@ -50,12 +51,13 @@ public:
      */
     [[nodiscard]] AAX_Result GetChunkData(AAX_SPlugInChunk* outChunk) const;
     /**
-     * Replaces the list. Data that is no list of values gives an empty one; a last entry that is cut short is
-     * dropped. No byte behind the chunk's size is read.
+     * Replaces the list, in time and memory in proportion to the chunk's size. Data that is no list of values
+     * gives an empty one; a last entry that is cut short is dropped, and of entries without name and value
+     * that follow each other one is kept. No byte behind the chunk's size is read.
      */
     void LoadChunk(const AAX_SPlugInChunk* inChunk);
 
-    void Clear();
+    void Clear(); // gives the memory back
     bool IsEmpty() const;
 
 protected:
@@ -72,14 +74,34 @@ protected:
     std::vector<DataValue> mDataValues;
 
 private:
+    /** An entry as it lies in a chunk, still in the chunk's memory. */
+    struct SStoredEntry
+    {
+        std::int32_t mDataType = 0;
+        std::string_view mName;
+        std::string_view mValue; // a text, or the bytes of a number
+        std::size_t mEnd = 0;    // the position behind the entry
+    };
+    /** Positions in mDataValues by the hash of the entry's name; those of a bucket ascend. */
+    struct SNameIndex
+    {
+        std::vector<std::uint32_t> mBucketStarts; // one more than there are buckets
+        std::vector<std::uint32_t> mPositions;    // as many as there were entries
+    };
+
     static std::size_t EntrySize(const DataValue& inEntry);
     /** @return the position behind the entry. */
     static char* WriteEntry(const DataValue& inEntry, char* outData);
-    /** @return the position behind the entry; none when the data ends inside of it. */
-    static std::optional<std::size_t> ReadEntry(std::span<const char> inData, std::size_t inPosition,
-                                                DataValue& outEntry);
+    /** @return none when the data ends inside of the entry. */
+    static std::optional<SStoredEntry> ReadEntry(std::string_view inData, std::size_t inPosition);
+    /** Calls `inVisit` with each entry; of entries without name and value that follow each other with one. */
+    template <class Visit>
+    static void VisitEntries(std::string_view inData, Visit inVisit);
 
     void AddNumber(const char* inName, std::int32_t inType, std::int64_t inBits);
     /** @return null when no entry has the name or the one found has another type. */
     DataValue* FindValue(const char* inName, std::int32_t inType);
+    void BuildNameIndex();
+
+    SNameIndex mNameIndex; // of the list as long as it has as many entries; made by a search
 };

@@ -181,12 +181,14 @@ AAX_Result AAX_CEffectParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInCh
         return kAAX_ErrorUnknownChunk;
     if (inChunk == nullptr)
         return kAAX_ErrorNullArgument;
-    mChunkParser.LoadChunk(inChunk);
+    // Of its own: a host may ask for a chunk from inside a request, and nothing of this one is to be kept.
+    AAX_CChunkDataParser parser;
+    parser.LoadChunk(inChunk);
     for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
     {
         AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
         if (IsSaved(parameter))
-            VisitValue(parameter, SRestore{{mChunkParser, parameter.Identifier()}, parameter});
+            VisitValue(parameter, SRestore{{parser, parameter.Identifier()}, parameter});
     }
     return kAAX_Success;
 }
@@ -200,11 +202,12 @@ AAX_Result AAX_CEffectParameters::CompareActiveChunk(const AAX_SPlugInChunk* inC
     if (inChunk->mChunkID != kAAX_ControlsChunkID)
         return kAAX_Success;
     *outIsEqual = 0;
-    mChunkParser.LoadChunk(inChunk);
+    AAX_CChunkDataParser parser;
+    parser.LoadChunk(inChunk);
     for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
     {
         const AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
-        if (IsSaved(parameter) && !VisitValue(parameter, SCompare{{mChunkParser, parameter.Identifier()}}))
+        if (IsSaved(parameter) && !VisitValue(parameter, SCompare{{parser, parameter.Identifier()}}))
             return kAAX_Success;
     }
     *outIsEqual = 1;

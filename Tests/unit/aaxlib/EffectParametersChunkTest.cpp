@@ -1,7 +1,9 @@
+#include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxlib/TestParameters.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 
+#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -203,6 +205,70 @@ TEST_F(ControlsChunk, TruncatedChunkRestoresItsCompleteValuesAndReadsNoFurther)
         EXPECT_EQ(mInstance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
         EXPECT_EQ(mLog.Count("PostSetValueRequest"), size < 20 ? 0U : 1U);
         EXPECT_FALSE(IsEqual(chunk));
+    }
+}
+/** A parameter whose owner is asked for a chunk while it takes a value. */
+class CAskingParameter final : public BoolParameter
+{
+public:
+    CAskingParameter(AAX_CEffectParameters& ioOwner, const char* inId)
+        : BoolParameter(inId, AAX_CString(inId), false, AAX_CBinaryTaperDelegate<bool>(),
+                        AAX_CBinaryDisplayDelegate<bool>("off", "on"), true),
+          mOwner(ioOwner)
+    {
+    }
+    bool SetValueWithBool(bool inValue) override
+    {
+        std::uint32_t size = 0;
+        EXPECT_EQ(mOwner.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
+        CChunk chunk(std::string(size, 'x'));
+        EXPECT_EQ(mOwner.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+        return BoolParameter::SetValueWithBool(inValue);
+    }
+
+private:
+    AAX_CEffectParameters& mOwner;
+};
+
+TEST(ControlsChunkLoad, GoesOnAfterTheHostHasAskedForAChunkFromInsideARequest)
+{
+    CTestEffectParameters instance;
+    for (const char* id : {"a", "b", "c"})
+        instance.Add(std::make_unique<CAskingParameter>(instance, id));
+    CChunk chunk("\1\1\1\1"
+                 "l_a\0\0\0\0\1l_b\0\0\0\0\1l_c\0\0\0\0\1"s);
+    EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+    for (const char* id : {"a", "b", "c"})
+        EXPECT_EQ(instance.ValueOf(id), 1.0) << id;
+}
+
+TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
+{
+    CTestEffectParameters instance;
+    for (int i = 0; i < 1000; ++i)
+        instance.Add(MakeFloat(std::to_string(i).c_str()));
+    std::string doubles = "\1\1\1\1";
+    while (doubles.size() < 8U << 20)
+        doubles += "d_x\0\x3F\xE0\0\0\0\0\0\0"s;
+    struct SRow
+    {
+        const char* mName;
+        std::string mData;
+    };
+    for (const SRow& row : {SRow{"zeros behind the marker", "\1\1\1\1" + std::string(64U << 20, '\0')},
+                            SRow{"zeros", std::string(64U << 20, '\0')}, SRow{"values", doubles}})
+    {
+        SCOPED_TRACE(row.mName);
+        CChunk chunk(row.mData);
+        AAX_CBoolean isEqual = 7;
+        const auto start = std::chrono::steady_clock::now();
+        CCallGuard guard;
+        EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+        EXPECT_EQ(instance.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
+        const SGuardedCalls calls = guard.Stop();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)); // half a minute once
+        EXPECT_EQ(calls.mAllocations, calls.mFrees);
+        EXPECT_EQ(isEqual, 0);
     }
 }
 } // namespace

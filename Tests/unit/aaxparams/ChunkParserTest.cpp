@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -171,7 +172,10 @@ TEST(ChunkParser, OddDataIsReadByTheRulesElseNotAtAll)
           SRow{"unknown tag keeps its name", "\1\1\1\1x_ab\0\0\0\0l_c\0\0\0\0\1"sv, {{0, "ab"}, {2, "c"}}},
           SRow{"key of a tag alone", "\1\1\1\1l\0\0\0\0\0\0\1"sv, {{2, ""}}},
           SRow{"other second character", "\1\1\1\1l?a\0\0\0\0\1"sv, {{2, "a"}}},
-          SRow{"padding only", "\1\1\1\1\0\0\0\0\0\0"sv, {{0, ""}, {0, ""}}},
+          SRow{"padding only", "\1\1\1\1\0\0\0\0\0\0"sv, {{0, ""}}},
+          SRow{"empty entries of every kind in a row",
+               "\1\1\1\1\0\0\0\0x\0\0\0\0abcx_\0\0\0\0\0\0l_c\0\0\0\0\1\0\0\0\0"sv,
+               {{0, ""}, {2, "c"}, {0, ""}}},
           SRow{"key without an end", "\1\1\1\1x_ab"sv, {}},
           SRow{"key of 256 characters ends after 255", longKey, {{1, std::string(253, 'k')}}}})
     {
@@ -207,6 +211,60 @@ TEST(ChunkParser, SearchGoesOnBehindTheLastHitAndWraps)
         SCOPED_TRACE(row.name);
         EXPECT_EQ(parser.FindName(row.name), row.index);
     }
+}
+
+/** What a search finds when it compares one entry after the other. */
+std::int32_t FindByWalking(const std::vector<std::string>& inNames, const std::string& inName,
+                           std::int32_t& ioLast)
+{
+    const auto count = static_cast<std::int32_t>(inNames.size());
+    if (ioLast >= count - 1)
+        ioLast = -1;
+    for (std::int32_t i = 0; i < count; ++i)
+    {
+        const std::int32_t index = (ioLast + 1 + i) % count;
+        if (inNames[static_cast<std::size_t>(index)] == inName)
+            return ioLast = index;
+    }
+    return -1;
+}
+
+TEST(ChunkParser, SearchFindsWhatComparingOneEntryAfterTheOtherFinds)
+{
+    std::mt19937 random(20240612);
+    for (int round = 0; round < 300; ++round)
+    {
+        COpenParser parser;
+        std::vector<std::string> names;
+        std::int32_t last = -1;
+        const auto kinds = random() % 20 + 1;
+        for (int step = 0; step < 100; ++step)
+        {
+            const std::string name = std::to_string(random() % kinds);
+            if (random() % 3 == 0)
+            {
+                parser.AddInt32(name.c_str(), step);
+                names.push_back(name);
+            }
+            else
+            {
+                ASSERT_EQ(parser.FindName(name.c_str()), FindByWalking(names, name, last)) << round;
+            }
+        }
+    }
+}
+
+TEST(ChunkParser, SearchesForNamesThatAreNotThereTakeNoTimeEach)
+{
+    std::string data = "\1\1\1\1";
+    for (int i = 0; i < 500'000; ++i)
+        data += "l_x\0\0\0\0\1"sv;
+    COpenParser parser(data);
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 10'000; ++i)
+        ASSERT_EQ(parser.FindName(std::to_string(i).c_str()), -1);
+    // A walk through all entries for each would be five thousand million comparisons.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 TEST(ChunkParser, WhateverIsReadIsReadTheSameAfterWritingIt)
