@@ -106,7 +106,12 @@ AAX_Result AAX_CEffectParameters::Uninitialize()
 {
     mParameterManager.RemoveAllParameters();
     mParameterManager.Initialize(nullptr);
+    mPacketDispatcher.Clear();
     mPacketDispatcher.Initialize(nullptr, nullptr);
+    mFilteredParameterIDs.clear();
+    mNumSavedParameters = 0;
+    mChunkParser.Clear();
+    mChunkSize = 0;
     mController.reset();
     mAutomationDelegate.reset();
     mTransport.reset();

@@ -50,11 +50,12 @@ public:
 
     /**
      * Takes over what the context offers and has the derived class create its parameters. An instance that is
-     * initialised already starts anew.
+     * initialised already is uninitialised first.
      * @return what `EffectInit` answers.
      */
     AAX_Result Initialize(IACFUnknown* inHostContext) override;
-    /** Deletes the parameters and gives the host's interfaces back. */
+    /** Forgets all that `EffectInit` has made and gives the host's interfaces back; the changes stay counted.
+     */
     AAX_Result Uninitialize() override;
     AAX_Result NotificationReceived(AAX_CTypeID inType, const void* inData, std::uint32_t inSize) override;
 

@@ -26,6 +26,13 @@ void AAX_CPacketDispatcher::Initialize(AAX_IController* inController,
     mEffectParameters = inEffectParameters;
 }
 
+void AAX_CPacketDispatcher::Clear()
+{
+    const AAX_CMutexScope lock(mLockGuard);
+    mPacketsHandlers.clear();
+    mPacketsHolder.clear();
+}
+
 AAX_Result AAX_CPacketDispatcher::RegisterPacket(AAX_CParamID inId, AAX_CFieldIndex inField,
                                                  const AAX_IPacketHandler* inHandler)
 {

@@ -31,6 +31,9 @@ public:
     /** Neither is owned; with null nothing is posted, or no single value generated. */
     void Initialize(AAX_IController* inController, AAX_IEffectParameters* inEffectParameters);
 
+    /** Forgets every packet and handler; not from inside a handler or while a packet is posted. */
+    void Clear();
+
     /** @param inHandler stays the caller's. @return kAAX_ErrorNullArgument without identifier or handler. */
     AAX_Result RegisterPacket(AAX_CParamID inId, AAX_CFieldIndex inField,
                               const AAX_IPacketHandler* inHandler);

@@ -26,8 +26,10 @@ struct SAlwaysFull
     AAX_Result Fill(AAX_CParamID, AAX_CPacket& outPacket)
     {
         outPacket.mDataSize = 8;
+        ++mCalls;
         return kAAX_Success;
     }
+    int mCalls = 0;
 };
 
 class EffectParameters : public testing::Test
@@ -230,6 +232,48 @@ TEST_F(EffectParameters, FailedInitialisationIsAnsweredAndCanBeRepeated)
     EXPECT_EQ(mHost.References(), 0);
 }
 
+TEST_F(EffectParameters, SecondInitialisationHasNothingOfTheFirst)
+{
+    for (const bool uninitialize : {true, false})
+    {
+        SCOPED_TRACE(uninitialize);
+        SAlwaysFull full[2];
+        int turn = 0;
+        const auto init = [&](CTestEffectParameters& ioInstance)
+        {
+            ioInstance.Add(MakeFloat("Gain"));
+            ioInstance.FilterParameterIDOnSave(turn == 0 ? "Gain" : "Other");
+            const AAX_CPacketHandler<SAlwaysFull> handler(&full[turn], &SAlwaysFull::Fill);
+            return ioInstance.Packets().RegisterPacket("Gain", 5, &handler);
+        };
+        CTestEffectParameters instance(init);
+        std::uint32_t size = 0;
+        std::int32_t changes = 0;
+        for (; turn < 2; ++turn)
+        {
+            mLog.Clear();
+            ASSERT_EQ(instance.Initialize(mHost.Unknown()), kAAX_Success);
+            EXPECT_EQ(instance.GenerateCoefficients(), kAAX_Success);
+            EXPECT_EQ(mLog.Count("PostPacket"), 1U);
+            std::vector<char> memory(sizeof(AAX_SPlugInChunk) + 64);
+            EXPECT_EQ(
+                instance.GetChunk(kAAX_ControlsChunkID, reinterpret_cast<AAX_SPlugInChunk*>(memory.data())),
+                kAAX_ErrorChunkSize); // no size was asked for in this turn
+            EXPECT_EQ(instance.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
+            EXPECT_EQ(size, turn == 0 ? 4U : 20U);
+            EXPECT_EQ(instance.UpdateParameterNormalizedValue("Gain", 0.25, 0), kAAX_Success);
+            EXPECT_EQ(instance.GetNumberOfChanges(&changes), kAAX_Success);
+            EXPECT_EQ(changes, turn + 1);
+            if (uninitialize)
+            {
+                EXPECT_EQ(instance.Uninitialize(), kAAX_Success);
+            }
+        }
+        EXPECT_EQ(full[0].mCalls, 1);
+        EXPECT_EQ(full[1].mCalls, 1);
+    }
+}
+
 TEST_F(EffectParameters, NothingOfTheHostIsHeldOrUsedAfterTheEnd)
 {
     for (const bool uninitialize : {true, false})
@@ -246,7 +290,8 @@ TEST_F(EffectParameters, NothingOfTheHostIsHeldOrUsedAfterTheEnd)
             if (uninitialize)
             {
                 EXPECT_EQ(instance.Uninitialize(), kAAX_Success);
-                EXPECT_EQ(instance.GenerateCoefficients(), kAAX_ErrorNullObject);
+                EXPECT_EQ(instance.GenerateCoefficients(), kAAX_Success);
+                EXPECT_EQ(mLog.Count("PostPacket"), 0U);
                 EXPECT_EQ(instance.Controller(), nullptr);
                 EXPECT_FALSE(instance.IsParameterTouched("Gain"));
                 EXPECT_EQ(mHost.References(), 0);
