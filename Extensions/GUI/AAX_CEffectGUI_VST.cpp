@@ -3,6 +3,7 @@
 #include "Extensions/GUI/FrameGeometry.h"
 #include "Extensions/GUI/VSTGUI_ContentView.h"
 #include "Libs/AAXLibrary/source/AAX_CAutoreleasePool.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 
 #include <utility>
 
@@ -25,9 +26,13 @@ AAX_Result AAX_CEffectGUI_VST::GetViewSize(AAX_Point* outSize) const
 
 AAX_Result AAX_CEffectGUI_VST::Draw(AAX_Rect* inRect)
 {
-    if (mFrame != nullptr && inRect != nullptr)
-        mFrame->drawRect(nullptr, RectOf(*inRect));
-    return kAAX_Success;
+    return AAX_Contained(
+        [&, this]
+        {
+            if (mFrame != nullptr && inRect != nullptr)
+                mFrame->drawRect(nullptr, RectOf(*inRect));
+            return kAAX_Success;
+        });
 }
 
 void AAX_CEffectGUI_VST::CreateViewContainer()

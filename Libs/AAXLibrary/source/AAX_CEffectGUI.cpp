@@ -2,6 +2,7 @@
 
 #include "Interfaces/AAX/AAX_UIDs.h"
 #include "Libs/AAXLibrary/source/AAX_CString.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Libs/AAXLibrary/source/AAX_VTransport.h"
 #include "Libs/AAXLibrary/source/AAX_VViewContainer.h"
@@ -15,13 +16,18 @@ AAX_CEffectGUI::~AAX_CEffectGUI()
 
 AAX_Result AAX_CEffectGUI::Initialize(IACFUnknown* inController)
 {
-    mController.Set(std::make_unique<AAX_VController>(inController));
-    if (inController == nullptr)
-        return kAAX_ErrorNullArgument;
-    mEffectParameters.Set(ACFPtr<AAX_IACFEffectParameters>::Query(inController, IID_IAAXEffectParametersV1));
-    mTransport.Set(std::make_unique<AAX_VTransport>(inController));
-    CreateViewContents();
-    return kAAX_Success;
+    return AAX_Contained(
+        [&, this]
+        {
+            mController.Set(std::make_unique<AAX_VController>(inController));
+            if (inController == nullptr)
+                return kAAX_ErrorNullArgument;
+            mEffectParameters.Set(
+                ACFPtr<AAX_IACFEffectParameters>::Query(inController, IID_IAAXEffectParametersV1));
+            mTransport.Set(std::make_unique<AAX_VTransport>(inController));
+            CreateViewContents();
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectGUI::Uninitialize()
@@ -39,16 +45,20 @@ AAX_Result AAX_CEffectGUI::NotificationReceived(AAX_CTypeID, const void*, std::u
 
 AAX_Result AAX_CEffectGUI::SetViewContainer(IACFUnknown* inContainer)
 {
-    if (inContainer == nullptr)
-    {
-        mViewContainer.Clear();
-        DeleteViewContainer();
-        return kAAX_Success;
-    }
-    mViewContainer.Set(std::make_unique<AAX_VViewContainer>(inContainer));
-    CreateViewContainer();
-    UpdateAllParameters();
-    return kAAX_Success;
+    return AAX_Contained(
+        [&, this]
+        {
+            if (inContainer == nullptr)
+            {
+                mViewContainer.Clear();
+                DeleteViewContainer();
+                return kAAX_Success;
+            }
+            mViewContainer.Set(std::make_unique<AAX_VViewContainer>(inContainer));
+            CreateViewContainer();
+            UpdateAllParameters();
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectGUI::GetViewSize(AAX_Point*) const { return kAAX_Success; }

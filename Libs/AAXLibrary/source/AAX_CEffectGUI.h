@@ -18,7 +18,8 @@ class AAX_VViewContainer;
  * Base of an instance's editor: keeps the ways to the host's controller, transport and view container and to
  * the instance's parameters, and leaves what is shown to the derived class.
  *
- * Any of the host's interfaces may be missing. Wrappers that a further `Initialize` or `SetViewContainer`
+ * Any of the host's interfaces may be missing. An exception, also of the derived class's operations below,
+ * fails the call with kAAX_ErrorNullObject. Wrappers that a further `Initialize` or `SetViewContainer`
  * replaces are kept until the editor is destroyed: a derived class may still hold them.
  *
  * Threads: the host's main thread.
@@ -76,9 +77,10 @@ private:
         auto Get() const { return mCurrent; }
         void Set(Owner inOwner)
         {
-            mCurrent = std::to_address(inOwner);
-            if (mCurrent != nullptr)
+            const auto current = std::to_address(inOwner);
+            if (current != nullptr)
                 mOwners.push_back(std::move(inOwner));
+            mCurrent = current; // last: the object has an owner now
         }
         /** Nothing is in use any more; the object lives on. */
         void Clear() { mCurrent = nullptr; }

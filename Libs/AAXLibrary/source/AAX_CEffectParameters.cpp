@@ -2,6 +2,7 @@
 
 #include "Interfaces/AAX/AAX_IParameter.h"
 #include "Interfaces/AAX/AAX_IString.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Libs/AAXLibrary/source/AAX_VAutomationDelegate.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Libs/AAXLibrary/source/AAX_VTransport.h"
@@ -27,8 +28,12 @@ AAX_Result ReadParameter(const AAX_CParameterManager& inManager, AAX_CParamID in
     const AAX_IParameter* const parameter = inManager.GetParameterByID(inId);
     if (parameter == nullptr)
         return kAAX_ErrorUnknownParameter;
-    *outValue = inRead(*parameter);
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            *outValue = inRead(*parameter);
+            return kAAX_Success;
+        });
 }
 
 /** Has `inUse` do something with a parameter. */
@@ -38,8 +43,23 @@ AAX_Result UseParameter(AAX_CParameterManager& ioManager, AAX_CParamID inId, Use
     AAX_IParameter* const parameter = ioManager.GetParameterByID(inId);
     if (parameter == nullptr)
         return kAAX_ErrorUnknownParameter;
-    inUse(*parameter);
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            inUse(*parameter);
+            return kAAX_Success;
+        });
+}
+
+/** Hands a text to the host. */
+AAX_Result SetText(AAX_IString& outText, const char* inText)
+{
+    return AAX_Contained(
+        [&]
+        {
+            outText.Set(inText);
+            return kAAX_Success;
+        });
 }
 
 /** The longest line of at most `inLength` characters, the first of equally long ones; empty when none fits.
@@ -81,25 +101,29 @@ AAX_CEffectParameters::~AAX_CEffectParameters()
 
 AAX_Result AAX_CEffectParameters::Initialize(IACFUnknown* inHostContext)
 {
-    if (mController != nullptr)
-        (void)Uninitialize(); // what is left of the earlier initialisation has nobody to be reported to
-    mController = std::make_unique<AAX_VController>(inHostContext);
-    mAutomationDelegate = std::make_unique<AAX_VAutomationDelegate>(inHostContext);
-    mTransport = std::make_unique<AAX_VTransport>(inHostContext);
-    mParameterManager.Initialize(mAutomationDelegate.get());
-    mPacketDispatcher.Initialize(mController.get(), this);
+    return AAX_Contained(
+        [&, this]
+        {
+            if (mController != nullptr)
+                (void)Uninitialize(); // what is left of the earlier one has nobody to be reported to
+            mController = std::make_unique<AAX_VController>(inHostContext);
+            mAutomationDelegate = std::make_unique<AAX_VAutomationDelegate>(inHostContext);
+            mTransport = std::make_unique<AAX_VTransport>(inHostContext);
+            mParameterManager.Initialize(mAutomationDelegate.get());
+            mPacketDispatcher.Initialize(mController.get(), this);
 
-    const AAX_Result result = EffectInit();
-    if (result != kAAX_Success)
-        return result;
+            const AAX_Result result = EffectInit();
+            if (result != kAAX_Success)
+                return result;
 
-    AAX_CString bypass;
-    if (GetMasterBypassParameter(&bypass) == kAAX_Success)
-        FilterParameterIDOnSave(bypass.Get());
-    std::int32_t count = 0;
-    if (GetNumberOfParameters(&count) == kAAX_Success && count > 0)
-        mNumSavedParameters = count - static_cast<std::int32_t>(mFilteredParameterIDs.size());
-    return kAAX_Success;
+            AAX_CString bypass;
+            if (GetMasterBypassParameter(&bypass) == kAAX_Success)
+                FilterParameterIDOnSave(bypass.Get());
+            std::int32_t count = 0;
+            if (GetNumberOfParameters(&count) == kAAX_Success && count > 0)
+                mNumSavedParameters = count - static_cast<std::int32_t>(mFilteredParameterIDs.size());
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::Uninitialize()
@@ -125,13 +149,16 @@ AAX_Result AAX_CEffectParameters::NotificationReceived(AAX_CTypeID inType, const
 {
     std::uint32_t word = 0;
     AAX_IParameter* const preview = mParameterManager.GetParameterByID(cPreviewID);
-    if (inType == kAAX_NotificationPreview && preview != nullptr && inData != nullptr &&
-        inSize >= sizeof(word))
-    {
-        std::memcpy(&word, inData, sizeof(word));
-        preview->SetValueWithBool(word != 0);
-    }
-    return kAAX_Success;
+    if (inType != kAAX_NotificationPreview || preview == nullptr || inData == nullptr ||
+        inSize < sizeof(word))
+        return kAAX_Success;
+    std::memcpy(&word, inData, sizeof(word));
+    return AAX_Contained(
+        [=]
+        {
+            preview->SetValueWithBool(word != 0);
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetNumberOfParameters(std::int32_t* outCount) const
@@ -147,8 +174,7 @@ AAX_Result AAX_CEffectParameters::GetMasterBypassParameter(AAX_IString* outId) c
     if (outId == nullptr)
         return kAAX_ErrorNullArgument;
     const bool exists = mParameterManager.GetParameterByID(cDefaultMasterBypassID) != nullptr;
-    outId->Set(exists ? cDefaultMasterBypassID : "");
-    return kAAX_Success;
+    return SetText(*outId, exists ? cDefaultMasterBypassID : "");
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterIsAutomatable(AAX_CParamID inId,
@@ -173,8 +199,7 @@ AAX_Result AAX_CEffectParameters::GetParameterName(AAX_CParamID inId, AAX_IStrin
     if (outName == nullptr)
         return kAAX_ErrorNullArgument;
     const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(inId);
-    outName->Set(parameter != nullptr ? parameter->Name().Get() : "");
-    return kAAX_Success;
+    return SetText(*outName, parameter != nullptr ? parameter->Name().Get() : "");
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterNameOfLength(AAX_CParamID inId, AAX_IString* outName,
@@ -184,10 +209,14 @@ AAX_Result AAX_CEffectParameters::GetParameterNameOfLength(AAX_CParamID inId, AA
         return kAAX_ErrorNullArgument;
     const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(inId);
     const char* const shortened = parameter != nullptr ? parameter->ShortenedName(inLength).Get() : "";
-    const std::string line(
-        LongestFittingLine(std::string_view(shortened).substr(0, kLongestShortenedName), inLength));
-    outName->Set(line.empty() ? shortened : line.c_str());
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            const std::string line(
+                LongestFittingLine(std::string_view(shortened).substr(0, kLongestShortenedName), inLength));
+            outName->Set(line.empty() ? shortened : line.c_str());
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterDefaultNormalizedValue(AAX_CParamID inId,
@@ -238,8 +267,8 @@ AAX_Result AAX_CEffectParameters::GetParameterIDFromIndex(std::int32_t inIndex, 
     if (outId == nullptr)
         return kAAX_ErrorNullArgument;
     const AAX_IParameter* const parameter = mParameterManager.GetParameter(inIndex);
-    outId->Set(parameter != nullptr ? parameter->Identifier() : "");
-    return parameter != nullptr ? kAAX_Success : kAAX_ErrorUnknownParameter;
+    const AAX_Result set = SetText(*outId, parameter != nullptr ? parameter->Identifier() : "");
+    return parameter != nullptr ? set : kAAX_ErrorUnknownParameter;
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterValueInfo(AAX_CParamID, std::int32_t,
@@ -259,11 +288,15 @@ AAX_Result AAX_CEffectParameters::GetParameterValueFromString(AAX_CParamID inId,
     const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(inId);
     if (parameter == nullptr)
         return kAAX_ErrorUnknownParameter;
-    double value = 0.0; // the parameter also stores values that it refuses
-    if (!parameter->GetNormalizedValueFromString(AAX_CString(inText), &value))
-        return kAAX_ErrorTextNotConvertible;
-    *outValue = value;
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            double value = 0.0; // the parameter also stores values that it refuses
+            if (!parameter->GetNormalizedValueFromString(AAX_CString(inText), &value))
+                return kAAX_ErrorTextNotConvertible;
+            *outValue = value;
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterStringFromValue(AAX_CParamID inId, double inValue,
@@ -275,11 +308,15 @@ AAX_Result AAX_CEffectParameters::GetParameterStringFromValue(AAX_CParamID inId,
     const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(inId);
     if (parameter == nullptr)
         return kAAX_ErrorUnknownParameter;
-    AAX_CString text; // the parameter also writes texts of values that it refuses
-    if (!parameter->GetStringFromNormalizedValue(inValue, inMaxLength, text))
-        return kAAX_ErrorTextNotConvertible;
-    outText->Set(text.Get());
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            AAX_CString text; // the parameter also writes texts of values that it refuses
+            if (!parameter->GetStringFromNormalizedValue(inValue, inMaxLength, text))
+                return kAAX_ErrorTextNotConvertible;
+            outText->Set(text.Get());
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterValueString(AAX_CParamID inId, AAX_IString* outText,
@@ -290,10 +327,14 @@ AAX_Result AAX_CEffectParameters::GetParameterValueString(AAX_CParamID inId, AAX
     const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(inId);
     if (parameter == nullptr)
         return kAAX_ErrorUnknownParameter;
-    AAX_CString text;
-    (void)parameter->GetValueString(inMaxLength, &text); // a value without a text is shown as none
-    outText->Set(text.Get());
-    return kAAX_Success;
+    return AAX_Contained(
+        [&]
+        {
+            AAX_CString text;
+            (void)parameter->GetValueString(inMaxLength, &text); // a value without a text is shown as none
+            outText->Set(text.Get());
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterNormalizedValue(AAX_CParamID inId, double* outValue) const
@@ -351,7 +392,10 @@ AAX_Result AAX_CEffectParameters::UpdateParameterNormalizedRelative(AAX_CParamID
     return UpdateParameterNormalizedValue(inId, MovedNormalized(current, inDelta), AAX_EUpdateSource{0});
 }
 
-AAX_Result AAX_CEffectParameters::GenerateCoefficients() { return mPacketDispatcher.Dispatch(); }
+AAX_Result AAX_CEffectParameters::GenerateCoefficients()
+{
+    return AAX_Contained([this] { return mPacketDispatcher.Dispatch(); });
+}
 
 AAX_Result AAX_CEffectParameters::ResetFieldData(AAX_CFieldIndex, void* outData, std::uint32_t inSize) const
 {

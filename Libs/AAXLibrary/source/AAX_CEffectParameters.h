@@ -38,7 +38,7 @@ double BoolToNormalized(bool inValue) noexcept;
  * the change counts only when the host confirms it through `UpdateParameterNormalizedValue`. The host's
  * interfaces may all be missing. An identifier that no parameter has, null included, answers
  * kAAX_ErrorUnknownParameter unless a call says otherwise, a null argument of the host
- * kAAX_ErrorNullArgument.
+ * kAAX_ErrorNullArgument, an exception, such as for want of memory, kAAX_ErrorNullObject.
  *
  * Threads: the host serializes the calls of one instance; no lock is taken.
  */

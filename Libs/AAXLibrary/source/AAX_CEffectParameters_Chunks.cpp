@@ -1,5 +1,6 @@
 #include "Interfaces/AAX/AAX_IParameter.h"
 #include "Libs/AAXLibrary/source/AAX_CEffectParameters.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Libs/AAXLibrary/source/AAX_VAutomationDelegate.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Libs/AAXLibrary/source/AAX_VTransport.h"
@@ -151,10 +152,14 @@ AAX_Result AAX_CEffectParameters::GetChunkSize(AAX_CTypeID inId, std::uint32_t* 
     *outSize = 0;
     if (inId != kAAX_ControlsChunkID)
         return kAAX_ErrorUnknownChunk;
-    BuildChunkData();
-    mChunkSize = mChunkParser.GetChunkDataSize();
-    *outSize = static_cast<std::uint32_t>(mChunkSize);
-    return kAAX_Success;
+    return AAX_Contained(
+        [&, this]
+        {
+            BuildChunkData();
+            mChunkSize = mChunkParser.GetChunkDataSize();
+            *outSize = static_cast<std::uint32_t>(mChunkSize);
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::GetChunk(AAX_CTypeID inId, AAX_SPlugInChunk* outChunk) const
@@ -163,16 +168,20 @@ AAX_Result AAX_CEffectParameters::GetChunk(AAX_CTypeID inId, AAX_SPlugInChunk* o
         return kAAX_ErrorUnknownChunk;
     if (outChunk == nullptr)
         return kAAX_ErrorNullArgument;
-    BuildChunkData();
-    // The host has made room for the size that it was told.
-    const std::int32_t size = mChunkParser.GetChunkDataSize();
-    if (size == 0 || size != mChunkSize)
-        return kAAX_ErrorChunkSize;
-    outChunk->mVersion = kNoVersion;
-    static_assert(sizeof(kAAX_ControlsChunkName) <= sizeof(outChunk->mName));
-    std::ranges::fill(outChunk->mName, '\0');
-    std::ranges::copy(kAAX_ControlsChunkName, outChunk->mName);
-    return mChunkParser.GetChunkData(outChunk);
+    return AAX_Contained(
+        [&, this]
+        {
+            BuildChunkData();
+            // The host has made room for the size that it was told.
+            const std::int32_t size = mChunkParser.GetChunkDataSize();
+            if (size == 0 || size != mChunkSize)
+                return kAAX_ErrorChunkSize;
+            outChunk->mVersion = kNoVersion;
+            static_assert(sizeof(kAAX_ControlsChunkName) <= sizeof(outChunk->mName));
+            std::ranges::fill(outChunk->mName, '\0');
+            std::ranges::copy(kAAX_ControlsChunkName, outChunk->mName);
+            return mChunkParser.GetChunkData(outChunk);
+        });
 }
 
 AAX_Result AAX_CEffectParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk)
@@ -181,16 +190,21 @@ AAX_Result AAX_CEffectParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInCh
         return kAAX_ErrorUnknownChunk;
     if (inChunk == nullptr)
         return kAAX_ErrorNullArgument;
-    // Of its own: a host may ask for a chunk from inside a request, and nothing of this one is to be kept.
-    AAX_CChunkDataParser parser;
-    parser.LoadChunk(inChunk);
-    for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
-    {
-        AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
-        if (IsSaved(parameter))
-            VisitValue(parameter, SRestore{{parser, parameter.Identifier()}, parameter});
-    }
-    return kAAX_Success;
+    return AAX_Contained(
+        [&, this]
+        {
+            // Of its own: a host may ask for a chunk from inside a request, and nothing of this one is to be
+            // kept.
+            AAX_CChunkDataParser parser;
+            parser.LoadChunk(inChunk);
+            for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
+            {
+                AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
+                if (IsSaved(parameter))
+                    VisitValue(parameter, SRestore{{parser, parameter.Identifier()}, parameter});
+            }
+            return kAAX_Success;
+        });
 }
 
 AAX_Result AAX_CEffectParameters::CompareActiveChunk(const AAX_SPlugInChunk* inChunk,
@@ -202,16 +216,20 @@ AAX_Result AAX_CEffectParameters::CompareActiveChunk(const AAX_SPlugInChunk* inC
     if (inChunk->mChunkID != kAAX_ControlsChunkID)
         return kAAX_Success;
     *outIsEqual = 0;
-    AAX_CChunkDataParser parser;
-    parser.LoadChunk(inChunk);
-    for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
-    {
-        const AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
-        if (IsSaved(parameter) && !VisitValue(parameter, SCompare{{parser, parameter.Identifier()}}))
+    return AAX_Contained(
+        [&, this]
+        {
+            AAX_CChunkDataParser parser;
+            parser.LoadChunk(inChunk);
+            for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
+            {
+                const AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
+                if (IsSaved(parameter) && !VisitValue(parameter, SCompare{{parser, parameter.Identifier()}}))
+                    return kAAX_Success;
+            }
+            *outIsEqual = 1;
             return kAAX_Success;
-    }
-    *outIsEqual = 1;
-    return kAAX_Success;
+        });
 }
 
 void AAX_CEffectParameters::BuildChunkData() const

@@ -3,6 +3,7 @@
 #include "Interfaces/AAX/AAX_IController.h"
 #include "Interfaces/AAX/AAX_IEffectParameters.h"
 #include "Interfaces/AAX/AAX_IParameter.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 
 #include <algorithm>
 #include <cstring>
@@ -66,17 +67,25 @@ AAX_Result AAX_CPacketDispatcher::SetDirty(AAX_CParamID inId, bool inDirty)
 AAX_Result AAX_CPacketDispatcher::Dispatch()
 {
     const AAX_CMutexScope lock(mLockGuard);
-    AAX_Result result = kAAX_Success;
-    for (auto& [id, entry] : mPacketsHandlers)
+    AAX_Result posted = kAAX_Success;
+    AAX_Result contained = kAAX_Success;
+    for (const auto& registered : mPacketsHandlers)
     {
-        AAX_CPacket& packet = *entry.mPacket;
-        if (!packet.mDirty)
+        const SHandler& entry = registered.second;
+        if (!entry.mPacket->mDirty)
             continue;
-        if (entry.mHandler->Call(id.c_str(), packet) == kAAX_Success)
-            result = Post(packet);
-        packet.mDirty = false;
+        const AAX_Result handled = AAX_Contained(
+            [&, this]
+            {
+                if (entry.mHandler->Call(registered.first.c_str(), *entry.mPacket) == kAAX_Success)
+                    posted = Post(*entry.mPacket);
+                entry.mPacket->mDirty = false;
+                return kAAX_Success;
+            });
+        if (handled != kAAX_Success)
+            contained = handled;
     }
-    return result;
+    return contained != kAAX_Success ? contained : posted;
 }
 
 AAX_Result AAX_CPacketDispatcher::Post(const AAX_CPacket& inPacket)

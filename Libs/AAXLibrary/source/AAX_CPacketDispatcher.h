@@ -45,8 +45,9 @@ public:
 
     /**
      * Fills and posts every dirty packet, in the order of the identifiers' bytes. A packet whose handler
-     * fails is not posted and waits for the next change.
-     * @return what the controller answered to the last packet; kAAX_Success when none was posted.
+     * fails is not posted and waits for the next change; one whose handler throws stays dirty.
+     * @return what the controller answered to the last packet, kAAX_Success when none was posted;
+     *         kAAX_ErrorNullObject when a handler has thrown.
      */
     AAX_Result Dispatch();
 

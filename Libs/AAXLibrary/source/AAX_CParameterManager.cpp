@@ -2,9 +2,15 @@
 
 #include "Interfaces/AAX/AAX_IParameter.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <utility>
+
+namespace
+{
+constexpr std::size_t kFirstCapacity = 16;
+}
 
 AAX_CParameterManager::~AAX_CParameterManager() { RemoveAllParameters(); }
 
@@ -17,9 +23,12 @@ bool AAX_CParameterManager::AddParameter(AAX_IParameter* inParameter)
 {
     if (inParameter == nullptr || GetParameterByID(inParameter->Identifier()) != nullptr)
         return false;
+    // Nothing may throw once the parameter is owned here: it would have two owners then.
+    if (mParameters.size() == mParameters.capacity())
+        mParameters.reserve(std::max(kFirstCapacity, 2 * mParameters.size()));
     inParameter->SetAutomationDelegate(mAutomationDelegate);
-    mParameters.emplace_back(inParameter);
     mParametersMap.emplace(inParameter->Identifier(), inParameter);
+    mParameters.emplace_back(inParameter);
     return true;
 }
 

@@ -25,6 +25,7 @@ std::string FormatNumber(double inNumber, std::uint32_t inPrecision)
     const std::uint32_t streamed = std::min(inPrecision, kMaxFractionDigits);
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit); // a stream keeps to itself that memory has run out
     stream.setf(std::ios_base::fixed, std::ios_base::floatfield);
     stream.precision(static_cast<std::streamsize>(streamed));
     stream << inNumber;
@@ -38,6 +39,7 @@ std::string FormatNumber(std::int32_t inNumber)
 {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit); // a stream keeps to itself that memory has run out
     stream << inNumber;
     return std::move(stream).str();
 }
@@ -75,6 +77,7 @@ bool ExtractNumber(std::string_view inText, T* outValue)
         return false;
     std::istringstream stream{std::string(inText)};
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit); // a stream keeps to itself that memory has run out
     T value{};
     stream >> value;
     const bool extracted = !stream.fail();

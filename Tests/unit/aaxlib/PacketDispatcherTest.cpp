@@ -93,6 +93,21 @@ TEST_F(PacketDispatcher, PacketOfAFailedHandlerIsNeitherPostedNorTriedAgain)
     EXPECT_EQ(mLog.Count("PostPacket"), 0U);
 }
 
+TEST_F(PacketDispatcher, HandlerThatThrowsFailsTheCallAndIsAskedAgainAndTheOthersArePosted)
+{
+    Register("a", 1);
+    Register("b", 2);
+    mHandler.mDuringCall = [this]
+    {
+        mHandler.mDuringCall = {};
+        throw std::runtime_error("a");
+    };
+    EXPECT_EQ(mDispatcher.Dispatch(), kAAX_ErrorNullObject);
+    EXPECT_EQ(mLog.Calls(), (std::vector<std::string>{"PostPacket(2, 1 bytes)"}));
+    EXPECT_EQ(mDispatcher.Dispatch(), kAAX_Success);
+    EXPECT_EQ(mHandler.mCalls, (std::vector<std::string>{"a", "b", "a"}));
+}
+
 TEST_F(PacketDispatcher, AnswerIsThatOfTheLastPacketPosted)
 {
     Register("a", 1);

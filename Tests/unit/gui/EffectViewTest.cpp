@@ -1,6 +1,7 @@
 #include "Extensions/GUI/AAX_CEffectGUI_VST.h"
 #include "Extensions/GUI/VSTGUI_ContentView.h"
 #include "Interfaces/ACF/ACFPtr.h"
+#include "Tests/doubles/FailingMemory.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "vstgui_stand_in.h"
@@ -82,6 +83,10 @@ TEST_F(EffectView, SizeAndDrawingAreTheFramesAndWithoutOneNothing)
     EXPECT_EQ(mEditor->Draw(&rect), kAAX_Success);
     EXPECT_EQ(mEditor->Draw(nullptr), kAAX_Success);
     EXPECT_EQ(TakeVstguiCalls(), (Lines{"drawRect 2 1 32 41"}));
+    CFailingMemory memory(0);
+    const AAX_Result drawn = mEditor->Draw(&rect);
+    EXPECT_TRUE(memory.Stop());
+    EXPECT_EQ(drawn, kAAX_ErrorNullObject);
 }
 
 TEST_F(EffectView, AnInvisibleFrameHasNoSize)
