@@ -175,6 +175,11 @@ void CVst2Plugin::Close() noexcept
     }
     for (const std::int32_t opcode : {effMainsChanged, effClose})
     {
+        if (opcode == effClose)
+        {
+            // Before: in it the plug-in frees its effect, whose place another thread's load may get at once.
+            gEffectRegistry.MarkClosing(mEffect, this);
+        }
         try
         {
             (void)Dispatch(opcode);
@@ -204,6 +209,7 @@ void CVst2Plugin::AbandonLoad() noexcept
 {
     if (mEffect != nullptr)
     {
+        gEffectRegistry.MarkClosing(mEffect, this); // as in Close
         try
         {
             (void)Dispatch(effClose); // its instance may run threads of its own: ended before their code goes

@@ -35,21 +35,37 @@ void CEffectRegistry::Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inP
     slot.effect.store(inEffect, std::memory_order_release);
 }
 
+void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
+{
+    const std::lock_guard lock(gWriters);
+    if (SSlot* const slot = FindSlot(inEffect, inPlugin))
+    {
+        slot->order.store(slot->order.load() | kClosing, std::memory_order_release);
+    }
+}
+
 void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
+{
+    const std::lock_guard lock(gWriters);
+    if (SSlot* const slot = FindSlot(inEffect, inPlugin))
+    {
+        slot->effect.store(nullptr, std::memory_order_release);
+    }
+}
+
+CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,
+                                                  const CVst2Plugin* inPlugin) noexcept
 {
     if (inEffect == nullptr)
     {
-        return;
+        return nullptr;
     }
-    const std::lock_guard lock(gWriters);
-    for (SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr; slot = slot->next.load())
+    SSlot* slot = &mBuckets[BucketOf(inEffect)];
+    while (slot != nullptr && (slot->effect.load() != inEffect || slot->plugin.load() != inPlugin))
     {
-        if (slot->effect.load() == inEffect && slot->plugin.load() == inPlugin)
-        {
-            slot->effect.store(nullptr, std::memory_order_release);
-            return;
-        }
+        slot = slot->next.load();
     }
+    return slot;
 }
 
 CEffectRegistry::SSlot& CEffectRegistry::FreeSlot(SSlot& inFirst)

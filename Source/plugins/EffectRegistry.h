@@ -31,6 +31,11 @@ public:
      * and within one host the one that was added first.
      */
     void Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inPlugin, std::uint32_t inHostSerial);
+    /**
+     * From now on any other plug-in with the same effect is found first: a plug-in that ends frees its effect
+     * when it likes, and another one may get the same address. Does nothing when that pair was not added.
+     */
+    void MarkClosing(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept;
     /** Does nothing when that pair was not added. */
     void Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept;
 
@@ -49,6 +54,8 @@ private:
     /** Among 1,000 effects hardly two share a chain. The table is zero until it is used, so that it costs the
      * pages in use. */
     static constexpr std::size_t kBucketCount = 8192;
+    /** In a slot's order, above every serial that hosts reach. */
+    static constexpr std::uint64_t kClosing = std::uint64_t{1} << 63;
 
     /** Written by one thread at a time, `effect` last; readers check `effect` before and after the
      * rest. */
@@ -57,12 +64,14 @@ private:
         std::atomic<AEffect*> effect = nullptr; // null: free
         std::atomic<CVst2Host*> host = nullptr;
         std::atomic<CVst2Plugin*> plugin = nullptr;
-        std::atomic<std::uint64_t> order = 0;
+        std::atomic<std::uint64_t> order = 0; // of the host and of the addition; kClosing is set at the end
         std::atomic<SSlot*> next = nullptr;
     };
 
     static std::size_t BucketOf(const AEffect* inEffect) noexcept;
     SSlot& FreeSlot(SSlot& inFirst);
+    /** @return null when that pair was not added. */
+    SSlot* FindSlot(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept;
 
     std::array<SSlot, kBucketCount> mBuckets{};
     std::uint32_t mAdded = 0;

@@ -72,6 +72,41 @@ TEST(EffectRegistry, SharedEffectBelongsToTheOldestHostAndThenToTheNext)
     EXPECT_EQ(gEffectRegistry.Find(effect).plugin, late);
 }
 
+TEST(EffectRegistry, EffectThatAnotherHostLoadsWhileItIsBeingClosedIsTheOthers)
+{
+    for (const bool loads : {true, false})
+    {
+        SCOPED_TRACE(loads ? "closed" : "given up while it is loaded");
+        ScriptedModule module;
+        module.Script().sharesOneEffect = true; // its address is free again inside effClose
+        CVst2Host older;
+        CVst2Host newer;
+        CVst2Plugin* next = nullptr;
+        module.Script().hooks[effClose] = [&](ScriptedEffect& inEffect, const SDispatch&)
+        {
+            if (next != nullptr)
+            {
+                return; // the other one's end
+            }
+            module.Script().faults.clear();
+            const auto time = [&] { return inEffect.CallHost(audioMasterGetTime); };
+            EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&older.TimeInfo())); // also while it closes
+            next = newer.LoadPlugin(module.Path());
+            EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&newer.TimeInfo()));
+        };
+        if (!loads)
+        {
+            module.Script().faults.insert(effGetVstVersion);
+        }
+        CVst2Plugin* const plugin = older.LoadPlugin(module.Path());
+        EXPECT_EQ(plugin != nullptr, loads);
+        EXPECT_EQ(older.ClosePlugin(plugin), loads);
+        ASSERT_NE(next, nullptr);
+        EXPECT_EQ(gEffectRegistry.Find(next->GetEffect()).plugin, next);
+        EXPECT_TRUE(newer.ClosePlugin(next));
+    }
+}
+
 TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
 {
     auto registry = std::make_unique<CEffectRegistry>();
