@@ -222,10 +222,13 @@ private:
     char* WriteNumber(char* outRecord, long inValue) const;
     char* WriteRecordStart(char* outRecord, const char* inMagic, long inFormatVersion,
                            long inTotalSize) const;
-    char* WriteProgramValues(char* outRecord);
-    bool WriteChunkRecord(const char* inPath, long inHeaderSize, std::span<const std::byte> inChunk,
-                          char* (CVst2Plugin::*inWriteHeader)(char*, long));
-    bool WriteProgramsBank(const char* inPath);
+    // As the public ones, of counts that were taken before.
+    char* WritePresetHeader(char* outRecord, long inTotalSize, bool inHasChunk, long inParameters);
+    char* WriteBankHeader(char* outRecord, long inTotalSize, bool inHasChunk, long inPrograms,
+                          long inCurrentProgram) const;
+    // Each adds a record; false when its size would not fit its field.
+    bool AddProgramValues(std::vector<std::byte>& ioRecords);
+    bool AddProgramsBank(std::vector<std::byte>& ioRecords);
     bool IsOwnRecord(const std::optional<SPresetRecord>& inRecord) const;
     void ApplyProgram(SPresetRecord& ioProgram);
     void ApplyBank(std::span<SPresetRecord> inPrograms, long inCurrentProgram);

@@ -10,13 +10,34 @@
 namespace
 {
 constexpr long kMagicSize = 4;
+constexpr long kChunkSizeSize = 4;
 /** What the byte size of a record leaves out. Other programs leave out 8; readers take both. */
 constexpr long kNotCounted = 16;
+
+/** What a size field holds. */
+constexpr long kMaxRecordSize = std::numeric_limits<std::int32_t>::max();
 
 char* WriteMagic(char* outRecord, const char* inMagic)
 {
     std::memcpy(outRecord, inMagic, kMagicSize);
     return outRecord + kMagicSize;
+}
+
+/** A record with room for its header ahead of the chunk; empty when its size would not fit its field. */
+std::vector<std::byte> RecordOfChunk(long inHeaderSize, const void* inChunk, long inSize)
+{
+    if (inSize > kMaxRecordSize - inHeaderSize)
+        return {};
+    // Copied: the plug-in's memory is only good until its next chunk call, and the header asks it for texts.
+    const auto* const chunk = static_cast<const std::byte*>(inChunk);
+    std::vector<std::byte> record(static_cast<std::size_t>(inHeaderSize));
+    record.insert(record.end(), chunk, chunk + inSize);
+    return record;
+}
+
+char* Bytes(std::vector<std::byte>& ioRecord, std::size_t inOffset = 0)
+{
+    return reinterpret_cast<char*>(ioRecord.data() + inOffset);
 }
 } // namespace
 
@@ -40,10 +61,13 @@ char* CVst2Plugin::WriteRecordStart(char* outRecord, const char* inMagic, long i
 
 long CVst2Plugin::GetPresetHeaderSize() const
 {
-    return GotChunk() ? kProgramHeaderSize + 4 : kProgramHeaderSize;
+    return GotChunk() ? kProgramHeaderSize + kChunkSizeSize : kProgramHeaderSize;
 }
 
-long CVst2Plugin::GetBankHeaderSize() const { return GotChunk() ? kBankHeaderSize + 4 : kBankHeaderSize; }
+long CVst2Plugin::GetBankHeaderSize() const
+{
+    return GotChunk() ? kBankHeaderSize + kChunkSizeSize : kBankHeaderSize;
+}
 
 long CVst2Plugin::GetPresetSize()
 {
@@ -63,90 +87,102 @@ long CVst2Plugin::GetBankSize()
 
 char* CVst2Plugin::WritePresetHeader(char* outRecord, long inTotalSize)
 {
-    const bool hasChunk = GotChunk();
-    char* field = WriteRecordStart(outRecord, hasChunk ? kProgramChunkMagic : kProgramValuesMagic,
+    return WritePresetHeader(outRecord, inTotalSize, GotChunk(), GetNumParameters());
+}
+
+char* CVst2Plugin::WritePresetHeader(char* outRecord, long inTotalSize, bool inHasChunk, long inParameters)
+{
+    char* field = WriteRecordStart(outRecord, inHasChunk ? kProgramChunkMagic : kProgramValuesMagic,
                                    kProgramFormatVersion, inTotalSize);
-    field = WriteNumber(field, GetNumParameters());
+    field = WriteNumber(field, inParameters);
     CopyBounded(std::span(field, kRecordNameSize), GetProgramNameByIndex(GetProgram()));
     field += kRecordNameSize;
-    return hasChunk ? WriteNumber(field, inTotalSize - GetPresetHeaderSize()) : field;
+    return inHasChunk ? WriteNumber(field, inTotalSize - kProgramHeaderSize - kChunkSizeSize) : field;
 }
 
 char* CVst2Plugin::WriteBankHeader(char* outRecord, long inTotalSize)
 {
-    const bool hasChunk = GotChunk();
-    char* field = WriteRecordStart(outRecord, hasChunk ? kBankChunkMagic : kBankValuesMagic,
-                                   kBankFormatVersion, inTotalSize);
-    field = WriteNumber(field, GetNumPrograms());
-    field = WriteNumber(field, GetProgram());
-    field = std::fill_n(field, outRecord + kBankHeaderSize - field, '\0');
-    return hasChunk ? WriteNumber(field, inTotalSize - GetBankHeaderSize()) : field;
+    return WriteBankHeader(outRecord, inTotalSize, GotChunk(), GetNumPrograms(), GetProgram());
 }
 
-char* CVst2Plugin::WriteProgramValues(char* outRecord)
+char* CVst2Plugin::WriteBankHeader(char* outRecord, long inTotalSize, bool inHasChunk, long inPrograms,
+                                   long inCurrentProgram) const
 {
-    char* content = WritePresetHeader(outRecord, GetPresetSize());
-    for (long i = 0; i < GetNumParameters(); ++i)
+    char* field = WriteRecordStart(outRecord, inHasChunk ? kBankChunkMagic : kBankValuesMagic,
+                                   kBankFormatVersion, inTotalSize);
+    field = WriteNumber(field, inPrograms);
+    field = WriteNumber(field, inCurrentProgram);
+    field = std::fill_n(field, outRecord + kBankHeaderSize - field, '\0');
+    return inHasChunk ? WriteNumber(field, inTotalSize - kBankHeaderSize - kChunkSizeSize) : field;
+}
+
+bool CVst2Plugin::AddProgramValues(std::vector<std::byte>& ioRecords)
+{
+    const auto start = static_cast<long>(ioRecords.size());
+    // Taken once: a plug-in may have other parameters after any of the calls below.
+    const long count = std::max(GetNumParameters(), 0L);
+    const long size = kProgramHeaderSize + count * static_cast<long>(sizeof(float));
+    if (size > kMaxRecordSize - start)
+        return false;
+    ioRecords.resize(static_cast<std::size_t>(start + size));
+    char* content = WritePresetHeader(Bytes(ioRecords, static_cast<std::size_t>(start)), size, false, count);
+    for (long i = 0; i < count; ++i)
     {
-        const float value = Swap(GetParameter(i));
+        const float value = Swap(i < GetNumParameters() ? GetParameter(i) : 0.0F);
         std::memcpy(content, &value, sizeof(value));
         content += sizeof(value);
     }
-    return content;
+    return true;
 }
 
 bool CVst2Plugin::SavePreset(const char* inPath)
 {
     if (mEffect == nullptr)
         return false;
+    std::vector<std::byte> record;
     if (!GotChunk())
-    {
-        std::vector<std::byte> values(static_cast<std::size_t>(GetPresetSize()));
-        (void)WriteProgramValues(reinterpret_cast<char*>(values.data())); // fills it to the end
-        return WriteFileBytes(inPath, values);
-    }
+        return AddProgramValues(record) && WriteFileBytes(inPath, record);
     long size = 0;
-    const auto* const chunk = static_cast<const std::byte*>(GetState(size));
-    return WriteChunkRecord(inPath, GetPresetHeaderSize(), {chunk, static_cast<std::size_t>(size)},
-                            &CVst2Plugin::WritePresetHeader);
+    const void* const chunk = GetState(size);
+    record = RecordOfChunk(kProgramHeaderSize + kChunkSizeSize, chunk, size);
+    if (record.empty())
+        return false;
+    (void)WritePresetHeader(Bytes(record), static_cast<long>(record.size()), true,
+                            std::max(GetNumParameters(), 0L)); // the chunk is behind it already
+    return WriteFileBytes(inPath, record);
 }
 
 bool CVst2Plugin::WriteBank(const char* inPath)
 {
     if (mEffect == nullptr)
         return false;
+    std::vector<std::byte> record;
     if (!GotChunk())
-        return WriteProgramsBank(inPath);
-    const auto* const chunk = static_cast<const std::byte*>(GetChunk());
-    return WriteChunkRecord(inPath, GetBankHeaderSize(), {chunk, static_cast<std::size_t>(mChunkSize)},
-                            &CVst2Plugin::WriteBankHeader);
-}
-
-bool CVst2Plugin::WriteChunkRecord(const char* inPath, long inHeaderSize, std::span<const std::byte> inChunk,
-                                   char* (CVst2Plugin::*inWriteHeader)(char*, long))
-{
-    if (inChunk.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max() - inHeaderSize))
-        return false; // the size would not fit its field
-    // Copied first: the plug-in's memory is only good until its next chunk call, and the header asks it for
-    // texts.
-    std::vector<std::byte> record(static_cast<std::size_t>(inHeaderSize));
-    record.insert(record.end(), inChunk.begin(), inChunk.end());
-    (void)(this->*inWriteHeader)(reinterpret_cast<char*>(record.data()), static_cast<long>(record.size()));
+        return AddProgramsBank(record) && WriteFileBytes(inPath, record);
+    const void* const chunk = GetChunk();
+    record = RecordOfChunk(kBankHeaderSize + kChunkSizeSize, chunk, mChunkSize);
+    if (record.empty())
+        return false;
+    (void)WriteBankHeader(Bytes(record), static_cast<long>(record.size()), true,
+                          std::max(GetNumPrograms(), 0L), GetProgram()); // as above
     return WriteFileBytes(inPath, record);
 }
 
-bool CVst2Plugin::WriteProgramsBank(const char* inPath)
+bool CVst2Plugin::AddProgramsBank(std::vector<std::byte>& ioRecords)
 {
-    std::vector<std::byte> bank(static_cast<std::size_t>(GetBankSize()));
-    char* content = WriteBankHeader(reinterpret_cast<char*>(bank.data()), static_cast<long>(bank.size()));
+    const long count = std::max(GetNumPrograms(), 0L); // once, as the parameters
     const long current = GetProgram();
-    for (long program = 0; program < GetNumPrograms(); ++program)
+    ioRecords.resize(static_cast<std::size_t>(kBankHeaderSize));
+    bool fits = true;
+    for (long program = 0; fits && program < count; ++program)
     {
         SetProgram(program); // a plug-in tells the values of its current program only
-        content = WriteProgramValues(content);
+        fits = AddProgramValues(ioRecords);
     }
     SetProgram(current);
-    return WriteFileBytes(inPath, bank);
+    (void)WriteBankHeader(Bytes(ioRecords), static_cast<long>(ioRecords.size()), false, count,
+                          current); // the programs are behind it already
+    return fits;
 }
 
 bool CVst2Plugin::IsOwnRecord(const std::optional<SPresetRecord>& inRecord) const
@@ -208,7 +244,7 @@ bool CVst2Plugin::ReadBank(const char* inPath)
     }
     if (!rest.empty())
         return false;
-    ApplyBank(programs, bank->mCurrentProgram);
+    ApplyBank(programs, bank->mCurrentProgram.value_or(GetProgram()));
     return true;
 }
 
@@ -220,7 +256,7 @@ void CVst2Plugin::ApplyBank(std::span<SPresetRecord> inPrograms, long inCurrentP
         SetProgram(i);
         ApplyProgram(inPrograms[static_cast<std::size_t>(i)]);
     }
-    if (inCurrentProgram >= 0 && inCurrentProgram < count)
+    if (inCurrentProgram >= 0 && inCurrentProgram < GetNumPrograms())
         SetProgram(inCurrentProgram);
 }
 
@@ -234,8 +270,7 @@ void CVst2Plugin::ApplyProgram(SPresetRecord& ioProgram)
     else
     {
         // Another version of the plug-in may have had more parameters.
-        const long count = std::min<long>(ioProgram.mCount, GetNumParameters());
-        for (long i = 0; i < count; ++i)
+        for (long i = 0; i < std::min<long>(ioProgram.mCount, GetNumParameters()); ++i)
             SetParameter(i, ParameterValue(ioProgram, static_cast<std::size_t>(i)));
     }
     if (ioProgram.mName.front() != '\0')

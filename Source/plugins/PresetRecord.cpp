@@ -22,11 +22,14 @@ struct SKind
 {
     const char* mValuesMagic;
     const char* mChunkMagic;
+    std::int32_t mOldestFormatVersion;
     std::int32_t mFormatVersion;
     std::size_t mHeaderSize;
 };
-constexpr SKind kProgram{kProgramValuesMagic, kProgramChunkMagic, kProgramFormatVersion, kProgramHeaderSize};
-constexpr SKind kBank{kBankValuesMagic, kBankChunkMagic, kBankFormatVersion, kBankHeaderSize};
+constexpr SKind kProgram{kProgramValuesMagic, kProgramChunkMagic, kProgramFormatVersion,
+                         kProgramFormatVersion, kProgramHeaderSize};
+constexpr SKind kBank{kBankValuesMagic, kBankChunkMagic, kOldBankFormatVersion, kBankFormatVersion,
+                      kBankHeaderSize};
 
 /** The four bytes at an offset, most significant first. The caller has checked the size. */
 std::uint32_t BigEndian(std::span<const std::byte> inBytes, std::size_t inOffset)
@@ -47,13 +50,18 @@ bool HasMagic(std::span<const std::byte> inBytes, std::size_t inOffset, const ch
     return std::memcmp(inBytes.data() + inOffset, inMagic, 4) == 0;
 }
 
+bool HasFormatVersion(std::span<const std::byte> inBytes, const SKind& inKind)
+{
+    const std::int32_t version = SignedBigEndian(inBytes, kFormatVersionAt);
+    return version >= inKind.mOldestFormatVersion && version <= inKind.mFormatVersion;
+}
+
 bool HasHeader(std::span<const std::byte> inBytes, const SKind& inKind)
 {
     return inBytes.size() >= inKind.mHeaderSize && HasMagic(inBytes, 0, kRecordMagic) &&
            (HasMagic(inBytes, kKindAt, inKind.mValuesMagic) ||
             HasMagic(inBytes, kKindAt, inKind.mChunkMagic)) &&
-           SignedBigEndian(inBytes, kFormatVersionAt) == inKind.mFormatVersion &&
-           SignedBigEndian(inBytes, kCountAt) >= 0;
+           HasFormatVersion(inBytes, inKind) && SignedBigEndian(inBytes, kCountAt) >= 0;
 }
 
 bool HasByteSize(std::span<const std::byte> inBytes)
@@ -98,8 +106,11 @@ std::optional<SPresetRecord> ReadProgramRecord(std::span<const std::byte> inByte
 std::optional<SPresetRecord> ReadBankRecord(std::span<const std::byte> inBytes)
 {
     std::optional<SPresetRecord> record = ReadRecord(inBytes, kBank);
-    if (record.has_value())
-        record->mCurrentProgram = SignedBigEndian(inBytes, kCurrentProgramAt);
+    if (!record.has_value() || SignedBigEndian(inBytes, kFormatVersionAt) == kOldBankFormatVersion)
+        return record;
+    const std::int32_t current = SignedBigEndian(inBytes, kCurrentProgramAt);
+    if (current >= 0 && current < record->mCount)
+        record->mCurrentProgram = current;
     return record;
 }
 

@@ -21,17 +21,18 @@ inline constexpr const char* kBankChunkMagic = "FBCh";
 
 inline constexpr std::int32_t kProgramFormatVersion = 1;
 inline constexpr std::int32_t kBankFormatVersion = 2;
+inline constexpr std::int32_t kOldBankFormatVersion = 1; // the same without the current program; only read
 
 /** A program or bank as a preset or bank file keeps it, all numbers big-endian in the file. */
 struct SPresetRecord
 {
     bool mHasChunk = false;
     std::int32_t mUniqueId = 0;
-    std::int32_t mVersion = 0;                 // of the plug-in that wrote it
-    std::int32_t mCount = 0;                   // a program's parameters, a bank's programs
-    std::int32_t mCurrentProgram = 0;          // of a bank
-    std::array<char, kRecordNameSize> mName{}; // of a program
-    std::span<const std::byte> mContent;       // the chunk, the parameter values or the program records
+    std::int32_t mVersion = 0;                   // of the plug-in that wrote it
+    std::int32_t mCount = 0;                     // a program's parameters, a bank's programs
+    std::optional<std::int32_t> mCurrentProgram; // one of a bank's; none where the bank does not tell it
+    std::array<char, kRecordNameSize> mName{};   // of a program
+    std::span<const std::byte> mContent;         // the chunk, the parameter values or the program records
 };
 
 /**

@@ -206,7 +206,8 @@ TEST_F(PresetFile, FilesOfChunksAreReadBackAndElseRefused)
     ExpectRefused(plugin, &CVst2Plugin::ReadPreset,
                   {bank, Changed(preset, 59, 1), TwoValues("", kOneAndNothing)});
     ExpectRefused(plugin, &CVst2Plugin::ReadBank, WrongLengths(bank));
-    ExpectRefused(plugin, &CVst2Plugin::ReadBank, {preset, Changed(bank, 15, 1), Changed(bank, 19, 'e')});
+    ExpectRefused(plugin, &CVst2Plugin::ReadBank,
+                  {preset, Changed(bank, 15, 3), Changed(bank, 15, 0), Changed(bank, 19, 'e')});
     EXPECT_EQ(plugin.GetChunkSize(), 1);
 
     Write(bank);
@@ -237,5 +238,86 @@ TEST_F(PresetFile, BankOfValuesIsAppliedWholeOrNotAtAll)
     EXPECT_EQ(TakeChanges(), (Lines{"effSetProgram 0", "effSetProgramName Warm", "effSetProgram 1",
                                     "setParameter 0 1", "setParameter 1 0",
                                     "effSetProgramName A name of more than 27 char", "effSetProgram 1"}));
+}
+TEST_F(PresetFile, OldBankIsReadAndTheCurrentProgramStays)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
+    const std::string bank = Read();
+    struct SRow
+    {
+        const char* what;
+        std::string file;
+        int current;
+    };
+    for (const SRow& row :
+         {SRow{"new", bank, 0}, SRow{"old", Changed(bank, 15, 1), 1},
+          SRow{"old with something for the program", Changed(Changed(bank, 15, 1), 28, '\x7F'), 1},
+          SRow{"new with no such program", Changed(bank, 31, 2), 1}})
+    {
+        SCOPED_TRACE(row.what);
+        plugin.SetProgram(1);
+        Write(row.file);
+        EXPECT_TRUE(plugin.ReadBank(mFile.c_str()));
+        EXPECT_EQ(plugin.GetProgram(), row.current);
+    }
+    CVst2Plugin& chunked = LoadWithChunks();
+    ASSERT_TRUE(chunked.WriteBank(mFile.c_str()));
+    Write(Changed(Read(), 15, 1));
+    EXPECT_TRUE(chunked.ReadBank(mFile.c_str()));
+}
+
+TEST_F(PresetFile, CountsThatChangeWhileAFileIsWrittenDoNotDisturbIt)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    AEffect& effect = *plugin.GetEffect();
+    for (const std::int32_t parameters : {0, 1, 3, 1000})
+    {
+        for (const std::int32_t opcode : {effGetProgram, effGetProgramNameIndexed, effSetProgram})
+        {
+            SCOPED_TRACE(std::to_string(parameters) + " from opcode " + std::to_string(opcode) + " on");
+            const auto change = [&](ScriptedEffect& ioEffect, const SDispatch&)
+            {
+                effect.numParams = parameters;
+                effect.numPrograms = parameters;
+                effect.flags ^= effFlagsProgramChunks;
+                ioEffect.Parameters().resize(static_cast<std::size_t>(parameters), 0.5F);
+            };
+            for (const auto save : {&CVst2Plugin::SavePreset, &CVst2Plugin::WriteBank})
+            {
+                for (const bool hasChunk : {false, true})
+                {
+                    effect.numParams = 2;
+                    effect.numPrograms = 2;
+                    Script().instances.front()->Parameters() = {0.5F, 0.25F};
+                    effect.flags = hasChunk ? effFlagsProgramChunks : 0;
+                    Script().hooks = {{opcode, change}};
+                    EXPECT_TRUE((plugin.*save)(mFile.c_str()));
+                    Script().hooks.clear();
+                    effect.flags = hasChunk ? effFlagsProgramChunks : 0;
+                    const auto read =
+                        save == &CVst2Plugin::SavePreset ? &CVst2Plugin::ReadPreset : &CVst2Plugin::ReadBank;
+                    EXPECT_TRUE((plugin.*read)(mFile.c_str())) << hasChunk;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(Script().outOfRangeCalls, 0);
+}
+
+TEST_F(PresetFile, ParametersThatComeWhileTheyAreAskedForAreLeftOut)
+{
+    CVst2Plugin& plugin = LoadWithValues();
+    AEffect* const growing = plugin.GetEffect();
+    growing->getParameter = [](AEffect* inEffect, std::int32_t)
+    {
+        inEffect->numParams += 100;
+        return 0.5F;
+    };
+    ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
+    EXPECT_EQ(Read(), TwoValues("Warm", "\x3F\0\0\0\x3F\0\0\0"s));
+    growing->numParams = 600'000'000; // more bytes than a size field holds
+    EXPECT_FALSE(plugin.SavePreset(mFile.c_str()));
+    EXPECT_FALSE(plugin.WriteBank(mFile.c_str()));
 }
 } // namespace
