@@ -129,10 +129,9 @@ void CVst2Plugin::GetPortList()
 {
     mInputPorts.clear();
     mOutputPorts.clear();
-    if (mEffect != nullptr &&
-        ListPorts(*mEffect, EPortDirection::kInput, mInputCount, kPortsFromCounts, mInputPorts))
+    if (mEffect != nullptr)
     {
-        ListPorts(*mEffect, EPortDirection::kOutput, mOutputCount, kPortsFromCounts, mOutputPorts);
+        ListPorts(*mEffect, mInputCount, mOutputCount, kPortsFromCounts, mInputPorts, mOutputPorts);
     }
 }
 

@@ -8,22 +8,19 @@
 #include <cstddef>
 #include <iterator>
 
-bool ListPorts(AEffect& inEffect, EPortDirection inDirection, long inChannelCount, bool inPortsFromCounts,
-               std::vector<SIOPortDef>& outPorts)
+namespace
+{
+bool ListPins(AEffect& inEffect, EPortDirection inDirection, long inChannelCount,
+              std::vector<SIOPortDef>& outPorts)
 {
     const bool isInput = inDirection == EPortDirection::kInput;
     const std::int32_t opcode = isInput ? effGetInputProperties : effGetOutputProperties;
-    outPorts.clear();
     for (long pin = 0; pin < inChannelCount;)
     {
         SRoomyRecord<VstPinProperties> answer;
         VstPinProperties& properties = answer.mRecord;
         if (inEffect.dispatcher(&inEffect, opcode, static_cast<std::int32_t>(pin), 0, &answer, 0.0F) == 0)
         {
-            if (pin == 0 && inPortsFromCounts)
-            {
-                outPorts = PortsFromChannelCount(inChannelCount);
-            }
             return true;
         }
         const bool isStereo = (properties.flags & kVstPinIsStereo) != 0;
@@ -42,6 +39,36 @@ bool ListPorts(AEffect& inEffect, EPortDirection inDirection, long inChannelCoun
         pin += port.channelCount;
     }
     return true;
+}
+} // namespace
+
+bool ListPorts(AEffect& inEffect, EPortDirection inDirection, long inChannelCount, bool inPortsFromCounts,
+               std::vector<SIOPortDef>& outPorts)
+{
+    outPorts.clear();
+    const bool goesOn = ListPins(inEffect, inDirection, inChannelCount, outPorts);
+    if (inPortsFromCounts && outPorts.empty())
+    {
+        outPorts = PortsFromChannelCount(inChannelCount);
+    }
+    return goesOn;
+}
+
+void ListPorts(AEffect& inEffect, long inInputCount, long inOutputCount, bool inPortsFromCounts,
+               std::vector<SIOPortDef>& outInputs, std::vector<SIOPortDef>& outOutputs)
+{
+    const bool goesOn =
+        ListPorts(inEffect, EPortDirection::kInput, inInputCount, inPortsFromCounts, outInputs);
+    outOutputs.clear();
+    if (goesOn)
+    {
+        (void)ListPorts(inEffect, EPortDirection::kOutput, inOutputCount, inPortsFromCounts,
+                        outOutputs); // nothing is left to be ended
+    }
+    else if (inPortsFromCounts)
+    {
+        outOutputs = PortsFromChannelCount(inOutputCount);
+    }
 }
 
 std::vector<SIOPortDef> PortsFromChannelCount(long inChannelCount)

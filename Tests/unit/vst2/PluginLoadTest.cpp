@@ -339,4 +339,39 @@ TEST(PluginPorts, PortsFromCountsReplaceOnlyAnUnansweredFirstPin)
     EXPECT_TRUE(PortsFromChannelCount(-3).empty());
     EXPECT_EQ(ChannelsOf(PortsFromChannelCount(2)), (std::vector<long>{2}));
 }
+
+TEST(PluginPorts, PinThatEndsTheListLeavesADirectionWithoutPortsToItsCount)
+{
+    const SScriptedPin mono{"", 0};
+    const SScriptedPin speaker{"", kVstPinUseSpeaker};
+    struct SRow
+    {
+        const char* what;
+        std::vector<SScriptedPin> inputs;
+        std::vector<SScriptedPin> outputs;
+        std::vector<long> inputPorts;
+        std::vector<long> outputPorts;
+        std::vector<long> outputPortsWithout; // the option
+    };
+    for (const SRow& row : {SRow{"first input names a speaker", {speaker}, {mono}, {2, 2, 1}, {2, 2}, {}},
+                            SRow{"later input names one", {mono, speaker}, {mono}, {1}, {2, 2}, {}},
+                            SRow{"first output names one", {mono}, {speaker}, {1}, {2, 2}, {}},
+                            SRow{"later output names one", {mono}, {mono, speaker}, {1}, {1}, {1}}})
+    {
+        SCOPED_TRACE(row.what);
+        ScriptedModule module;
+        module.Script().inputPins = row.inputs;
+        module.Script().outputPins = row.outputs;
+        CVst2Host host;
+        CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
+        ASSERT_NE(plugin, nullptr);
+        std::vector<SIOPortDef> inputs;
+        std::vector<SIOPortDef> outputs;
+        ListPorts(*plugin->GetEffect(), 5, 4, true, inputs, outputs);
+        EXPECT_EQ(ChannelsOf(inputs), row.inputPorts);
+        EXPECT_EQ(ChannelsOf(outputs), row.outputPorts);
+        ListPorts(*plugin->GetEffect(), 5, 4, false, inputs, outputs);
+        EXPECT_EQ(ChannelsOf(outputs), row.outputPortsWithout);
+    }
+}
 } // namespace
