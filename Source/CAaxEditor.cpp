@@ -3,16 +3,16 @@
 #include "Extensions/GUI/FrameGeometry.h"
 #include "Interfaces/AAX/AAX_IEffectParameters.h"
 #include "Interfaces/AAX/AAX_IViewContainer.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Source/AaxAdapter_Parameters.h"
 #include "Source/ParameterId.h"
-#include "Source/PluginGuard.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/CopyBounded.h"
 
 #include <algorithm>
 
-AAX_IEffectGUI* CAaxEditor::Create() { return new CAaxEditor; } // the host's first reference takes ownership
+AAX_IEffectGUI* CAaxEditor::Create() { return AAX_CreateContained<CAaxEditor>(); }
 
 CAaxEditor::~CAaxEditor()
 {
@@ -33,7 +33,7 @@ AAX_Result CAaxEditor::GetViewSize(AAX_Point* outSize) const
     }
     if (!mPlugin->HasEditor())
         return kAAX_Success;
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [&, this]
         {
             long x = 0;
@@ -58,7 +58,9 @@ AAX_Result CAaxEditor::TimerWakeup()
 {
     if (mPlugin == nullptr)
         return kAAX_Success;
-    return GuardedFromPlugin(
+    if (mGestureContainer.load(std::memory_order_relaxed) != nullptr)
+        mHost->RefreshMouseMods();
+    return AAX_Contained(
         [this]
         {
             mPlugin->Idle();
@@ -142,6 +144,8 @@ void CAaxEditor::CreateViewContainer()
     mInstance->AttachEditor(*this);
     SetHost(&mInstance->Host());
     mHost->SetActualAAXHost();
+    mHost->SetGestureViewer(true);
+    mHost->RefreshMouseMods();
     mPlugin = mHost->Plugins().empty() ? nullptr : mHost->Plugins().front().get();
     if (mPlugin != nullptr && mPlugin->HasEditor())
         OpenEditor();
@@ -149,7 +153,7 @@ void CAaxEditor::CreateViewContainer()
 
 void CAaxEditor::OpenEditor()
 {
-    (void)GuardedFromPlugin( // a plug-in that cannot open it shows nothing
+    (void)AAX_Contained( // a plug-in that cannot open it shows nothing
         [this]
         {
             (void)mPlugin->OpenEditor(GetViewContainerPtr()); // plug-ins don't agree on what the result means
@@ -160,9 +164,11 @@ void CAaxEditor::OpenEditor()
 void CAaxEditor::DeleteViewContainer()
 {
     mGestureContainer.store(nullptr, std::memory_order_release);
+    if (mHost != nullptr)
+        mHost->SetGestureViewer(false);
     if (mPlugin == nullptr)
         return;
-    (void)GuardedFromPlugin( // it counts as closed either way
+    (void)AAX_Contained( // it counts as closed either way
         [this]
         {
             mPlugin->CloseEditor();

@@ -49,7 +49,7 @@ VstIntPtr AnswerUnmatchedCall(std::int32_t inOpcode, void* inPointer, std::int32
     }
 }
 
-CVst2Host::CVst2Host()
+CVst2Host::CVst2Host() : mMouseMods(kMouseModAlways)
 {
     InitTimeInfo();
     const std::lock_guard lock(gHostsGuard);
@@ -279,8 +279,8 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
         return 0;
     case audioMasterGetProductString: CopyProductString(inPointer); return 0;
     case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); return 1;
-    case audioMasterBeginEdit: OnGesture(&IEditHost::HandleParameterMouseDown, inIndex); return 0;
-    case audioMasterEndEdit: OnGesture(&IEditHost::HandleParameterMouseUp, inIndex); return 0;
+    case audioMasterBeginEdit: OnGesture(EGesture::kDown, inIndex); return 0;
+    case audioMasterEndEdit: OnGesture(EGesture::kUp, inIndex); return 0;
     // Sample rate and block size too: plug-ins learn them from effSetSampleRate, effSetBlockSize and the time
     // info.
     default: return 0;
@@ -296,7 +296,7 @@ void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
     {
         listener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
     }
-    OnGesture(&IEditHost::HandleParameterMouseDrag, inIndex);
+    OnGesture(EGesture::kDrag, inIndex);
     IMainHost* const ownListener = inPlugin != nullptr ? inPlugin->GetAutomationListener() : nullptr;
     if (ownListener != nullptr)
     {
@@ -304,14 +304,46 @@ void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
     }
 }
 
-void CVst2Host::OnGesture(std::int32_t (IEditHost::*inGesture)(long, unsigned long), std::int32_t inIndex)
+void CVst2Host::OnGesture(EGesture inGesture, std::int32_t inIndex)
 {
     const CListenerCall call(*this);
-    if (IEditHost* const editor = mEditListener.load(); editor != nullptr)
+    IEditHost* const editor = mEditListener.load();
+    if (editor == nullptr)
     {
-        (void)(editor->*inGesture)(inIndex, getMouseMods()); // the plug-in is told 0 in any case
+        return;
+    }
+    const unsigned long mods = MouseModsFor(inGesture);
+    switch (inGesture) // the plug-in is told 0 in any case
+    {
+    case EGesture::kDown: (void)editor->HandleParameterMouseDown(inIndex, mods); break;
+    case EGesture::kDrag: (void)editor->HandleParameterMouseDrag(inIndex, mods); break;
+    case EGesture::kUp: (void)editor->HandleParameterMouseUp(inIndex, mods); break;
     }
 }
+
+unsigned long CVst2Host::MouseModsFor(EGesture inGesture) noexcept
+{
+    if (!mHasGestureViewer.load())
+    {
+        return kMouseModAlways;
+    }
+    // Automation comes from the render call as well, which must not wait for the window system: there, and on
+    // every thread but the listeners' own, what was held down last has to do.
+    if (mListenerThread.load() == std::this_thread::get_id())
+    {
+        if (inGesture != EGesture::kDrag || mIsDragging.load())
+        {
+            RefreshMouseMods();
+        }
+        if (inGesture != EGesture::kDrag)
+        {
+            mIsDragging.store(inGesture == EGesture::kDown);
+        }
+    }
+    return mMouseMods.load();
+}
+
+void CVst2Host::RefreshMouseMods() noexcept { mMouseMods.store(getMouseMods()); }
 
 void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)
 {

@@ -80,6 +80,14 @@ public:
      */
     void SetMainListener(IMainHost* inListener);
     void SetEditListener(IEditHost* inListener);
+    /**
+     * Whether anybody sees the gestures that the edit listener hears; yes at first. Without a viewer nobody
+     * asks the window system what is held down meanwhile.
+     */
+    void SetGestureViewer(bool inIsThere) noexcept { mHasGestureViewer.store(inIsThere); }
+    /** What is held down now goes with automation that is no drag. For the listeners' thread, now and then.
+     */
+    void RefreshMouseMods() noexcept;
     /** The one record that plug-ins are given; written by the render thread before each block. */
     VstTimeInfo& TimeInfo() { return mTimeInfo; }
     std::span<const std::unique_ptr<CVst2Plugin>> Plugins() const { return mPlugins; }
@@ -95,7 +103,14 @@ private:
     VstIntPtr Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex, void* inPointer);
     void OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex);
     void OnUpdateDisplay(CVst2Plugin* inPlugin);
-    void OnGesture(std::int32_t (IEditHost::*inGesture)(long, unsigned long), std::int32_t inIndex);
+    enum class EGesture
+    {
+        kDown,
+        kDrag,
+        kUp
+    };
+    void OnGesture(EGesture inGesture, std::int32_t inIndex);
+    unsigned long MouseModsFor(EGesture inGesture) noexcept;
     void AwaitListenerCalls() noexcept;
 
     /** Counts, while it lives, a call to a listener; not on the listeners' own thread, which never waits for
@@ -121,6 +136,9 @@ private:
     std::atomic<IEditHost*> mEditListener = nullptr; // main thread writes, host callbacks read
     std::atomic<std::thread::id> mListenerThread{};  // that set a listener last; as above
     std::atomic<std::int32_t> mListenerCalls = 0;    // host callbacks write, main thread reads
+    std::atomic<bool> mHasGestureViewer = true;      // main thread writes, host callbacks read
+    std::atomic<unsigned long> mMouseMods;           // the listeners' thread writes, host callbacks read
+    std::atomic<bool> mIsDragging = false;           // between begin and end of an edit; as above
     std::uint32_t mSerial = 0;
 };
 
