@@ -4,6 +4,7 @@
 #include "Source/AaxAdapter_Parameters.h"
 #include "Source/AaxAdapter_Product.h"
 #include "Source/CAaxEditor.h"
+#include "Source/DescribedShape.h"
 #include "Source/SourceVstPath.h"
 #include "Source/StemLayout.h"
 #include "Source/plugins/CVst2Host.h"
@@ -84,6 +85,8 @@ AAX_Result GetEffectDescriptions(AAX_ICollection* outCollection)
     AAX_Result result = DescribeEffect(*descriptor, *plugin);
     if (result == kAAX_Success)
         result = outCollection->AddEffect(kEffectID_AaxAdapter, descriptor.get());
+    if (result == kAAX_Success)
+        RememberDescription(ShapeOf(*plugin));
 
     // The package is named even where the effect was refused, and what the host says to that changes nothing.
     (void)outCollection->SetManufacturerName(plugin->GetVendor());

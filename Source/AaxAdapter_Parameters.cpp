@@ -6,14 +6,15 @@
 #include "Libs/AAXLibrary/source/AAX_CNumberDisplayDelegate.h"
 #include "Libs/AAXLibrary/source/AAX_CPacket.h"
 #include "Libs/AAXLibrary/source/AAX_CParameter.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Libs/AAXLibrary/source/AAX_IPacketHandler.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Source/AaxAdapter_Product.h"
 #include "Source/CAaxEditor.h"
+#include "Source/CClearedFlag.h"
+#include "Source/DescribedShape.h"
 #include "Source/ParameterId.h"
-#include "Source/PluginGuard.h"
 #include "Source/SourceVstPath.h"
-#include "Source/StemLayout.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/CopyBounded.h"
 
@@ -43,7 +44,7 @@ std::unique_ptr<AAX_IParameter> MakeUnitParameter(const char* inId, const char* 
 
 AAX_IEffectParameters* AaxAdapter_Parameters::Create()
 {
-    return new AaxAdapter_Parameters; // the host's first reference takes ownership
+    return AAX_CreateContained<AaxAdapter_Parameters>();
 }
 
 AaxAdapter_Parameters::AaxAdapter_Parameters()
@@ -60,14 +61,15 @@ void AaxAdapter_Parameters::ReleasePlugin()
     // A plug-in may report changes while it closes; nobody is left to hear them.
     mVst2Host.SetMainListener(nullptr);
     mVst2Host.SetEditListener(nullptr);
-    (void)GuardedFromPlugin( // it closes either way
+    (void)AAX_Contained( // it closes either way
         [this]
         {
             if (mPlugin != nullptr && mPlugin->IsEditorOpen())
                 mPlugin->CloseEditor();
             return kAAX_Success;
         });
-    mVst2Host.ClosePlugin(std::exchange(mPlugin, nullptr));
+    mPlugin = nullptr;
+    mVst2Host.Reset(); // also one that could not be started
 }
 
 AAX_Result AaxAdapter_Parameters::Uninitialize()
@@ -82,62 +84,73 @@ AAX_Result AaxAdapter_Parameters::EffectInit()
 {
     const CClearedFlag notReady(mReady);
     mHasParameters.store(false, std::memory_order_release);
-    return GuardedFromPlugin(
+    const AAX_Result result = AAX_Contained(
         [this]
         {
-            const AAX_Result loaded = LoadWrappedPlugin();
+            LoadWrappedPlugin();
             AddPluginParameters();
             AddOwnParameters();
-            mHasParameters.store(true, std::memory_order_release);
             RegisterPackets();
-            return loaded;
+            mHasParameters.store(true, std::memory_order_release);
+            return kAAX_Success;
         });
+    if (result != kAAX_Success)
+        ReleasePlugin();
+    return result;
 }
 
-AAX_Result AaxAdapter_Parameters::LoadWrappedPlugin()
+void AaxAdapter_Parameters::LoadWrappedPlugin()
 {
     mSampleRate = 0.0F;
     (void)Controller()->GetSampleRate(&mSampleRate); // a host that answers nothing leaves the rate at 0
+    mTimeInfoRate = static_cast<double>(mSampleRate);
     mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
     ReleasePlugin(); // of an earlier initialisation
+    const std::int64_t toldBefore = std::exchange(mLatency, 0);
     mVst2Host.SetBufferSize(kBlockSizeFrames);
     mVst2Host.SetSampleRate(mSampleRate);
     mVst2Host.SetMainListener(this);
     std::array<char, kSourceVstPathSize> path{}; // not the shared one: instances may start on several threads
     CreateSourceVstPath(path.data());
     mPlugin = mVst2Host.LoadPlugin(path.data());
-    mLatency = 0;
-    if (mPlugin == nullptr)
-        return kAAX_Success;
+    if (mPlugin != nullptr)
+    {
+        // Again, although loading has done it: some plug-ins drop the rate and block size sent before they
+        // are open.
+        mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
+        mLatency = mPlugin->GetInitialDelay();
+        PrepareChannels();
+    }
+    TellLatency(toldBefore);
+}
 
-    // Again, although loading has done it: some plug-ins drop the rate and block size sent before they are
-    // open.
-    mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
-    mLatency = mPlugin->GetInitialDelay();
-    if (mLatency > 0)
+void AaxAdapter_Parameters::TellLatency(std::int64_t inToldBefore)
+{
+    // A host takes no latency for granted until it is told of one.
+    if (mLatency > 0 || inToldBefore > 0)
         (void)Controller()->SetSignalLatency(
-            static_cast<std::int32_t>(mLatency)); // a refusal changes nothing here
-    PrepareChannels();
-    return kAAX_Success;
+            static_cast<std::int32_t>(std::max<std::int64_t>(mLatency, 0))); // a refusal changes nothing here
 }
 
 void AaxAdapter_Parameters::PrepareChannels()
 {
-    const SStemLayout layout = StemLayoutOfPorts(mPlugin->InputPorts(), mPlugin->OutputPorts());
+    const SDescribedShape shape = RememberedDescription().value_or(ShapeOf(*mPlugin));
     const AEffect& effect = *mPlugin->GetEffect();
-    mHasInputNode = mPlugin->AcceptedMidiAtLoad() || kMidiInput;
-    mHostOutputChannels = layout.OutputChannelCount();
+    mHasInputNode = shape.mHasInputNode;
+    mHostOutputChannels = shape.mOutputChannels;
+    mDirectOutputs = effect.processReplacing != nullptr ? mHostOutputChannels : kNoneDirect;
     // With a nonsensical count it counts as grown, and its blocks are silent.
     const auto sensible = [](std::int32_t inChannels) { return inChannels <= kMaxChannels ? inChannels : 0; };
-    mInputs.Prepare(layout.InputChannelCount(), sensible(effect.numInputs), kBlockSizeFrames);
-    mOutputs.Prepare(layout.OutputChannelCount(), sensible(effect.numOutputs), kBlockSizeFrames);
+    mInputs.Prepare(shape.mInputChannels, sensible(effect.numInputs), kBlockSizeFrames);
+    mOutputs.Prepare(shape.mOutputChannels, sensible(effect.numOutputs), kBlockSizeFrames);
 }
 
 void AaxAdapter_Parameters::AddPluginParameters()
 {
     const long announced = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
-    mParameterCount = announced <= kMaxParameters ? announced : 0;
+    mParameterCount = announced <= kMaxParameters ? std::max(announced, 0L) : 0;
+    mPluginParameters = std::make_unique<CPluginParameter[]>(static_cast<std::size_t>(mParameterCount));
     for (long i = 0; i < mParameterCount; ++i)
     {
         const float value = mPlugin->GetParameter(i);
@@ -193,7 +206,7 @@ void AaxAdapter_Parameters::ReleaseEditor(CAaxEditor& inEditor) noexcept
 void AaxAdapter_Parameters::SetHostParameter(long inIndex, float inValue)
 {
     // While they are made on the main thread, another one must not look for them.
-    if (mHasParameters.load(std::memory_order_acquire))
+    if (mHasParameters.load(std::memory_order_acquire) && mReady.load(std::memory_order_acquire))
         SetParameter(inIndex, inValue);
 }
 
@@ -208,6 +221,8 @@ void AaxAdapter_Parameters::UpdateParameters()
 
 void AaxAdapter_Parameters::SetParameter(long inIndex, float inValue)
 {
+    if (inIndex >= 0 && inIndex < mParameterCount)
+        mPluginParameters[static_cast<std::size_t>(inIndex)].NoteRequest(static_cast<double>(inValue));
     // An index that no parameter has is the plug-in's mistake, and there is nobody to tell.
     (void)AAX_CEffectParameters::SetParameterNormalizedValue(CParameterId(inIndex).Get(), inValue);
 }
@@ -218,12 +233,16 @@ void AaxAdapter_Parameters::MessageToEditor(int, float) {}
 
 AAX_Result AaxAdapter_Parameters::SetParameterNormalizedValue(AAX_CParamID inId, double inValue)
 {
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [=, this]
         {
             (void)AAX_CEffectParameters::SetParameterNormalizedValue(
                 inId, inValue); // an unknown one reaches nobody
-            PushParameter(inId, inValue);
+            if (const long index = PluginParameterIndex(inId); index >= 0)
+            {
+                mPluginParameters[static_cast<std::size_t>(index)].NoteUpdate();
+                mPlugin->SetParameter(index, static_cast<float>(inValue));
+            }
             return kAAX_Success;
         });
 }
@@ -231,19 +250,27 @@ AAX_Result AaxAdapter_Parameters::SetParameterNormalizedValue(AAX_CParamID inId,
 AAX_Result AaxAdapter_Parameters::UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
                                                                  AAX_EUpdateSource)
 {
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [=, this]
         {
-            PushParameter(inId, inValue);
+            const long index = PluginParameterIndex(inId);
+            if (index >= 0 && !mPluginParameters[static_cast<std::size_t>(index)].Settle(
+                                  inValue, mHostCycle.load(std::memory_order_relaxed)))
+                mPlugin->SetParameter(index, static_cast<float>(inValue));
             return kAAX_Success;
         });
 }
 
-void AaxAdapter_Parameters::PushParameter(AAX_CParamID inId, double inValue)
+AAX_Result AaxAdapter_Parameters::GenerateCoefficients()
+{
+    mHostCycle.fetch_add(1, std::memory_order_relaxed);
+    return AAX_Contained([this] { return AAX_CInstrumentParameters::GenerateCoefficients(); });
+}
+
+long AaxAdapter_Parameters::PluginParameterIndex(AAX_CParamID inId) const
 {
     const long index = IdToIx(inId);
-    if (index >= 0 && index < PluginParameterCount())
-        mPlugin->SetParameter(index, static_cast<float>(inValue));
+    return index < PluginParameterCount() ? index : -1;
 }
 
 const char* AaxAdapter_Parameters::IxToId(long inIndex)
@@ -256,24 +283,21 @@ long AaxAdapter_Parameters::IdToIx(const char* inId) { return ParameterIndexFrom
 
 AAX_Result AaxAdapter_Parameters::UpdatePacket_Gain(const char*, AAX_CPacket& outPacket)
 {
-    return GuardedFromPlugin(
-        [&, this]
-        {
-            const AAX_IParameter* const gain = mParameterManager.GetParameterByID(kGainID);
-            float value = 0.0F;
-            if (gain != nullptr && gain->GetValueAsFloat(&value))
-            {
-                std::memcpy(outPacket.mPacketData.Get(sizeof(value)), &value, sizeof(value));
-                outPacket.mDataSize = sizeof(value);
-            }
-            const long count = PluginParameterCount();
-            for (long i = 0; i < count; ++i)
-            {
-                const AAX_IParameter* const parameter =
-                    mParameterManager.GetParameterByID(CParameterId(i).Get());
-                if (parameter != nullptr && parameter->GetValueAsFloat(&value))
-                    mPlugin->SetParameter(i, value);
-            }
-            return kAAX_Success;
-        });
+    const AAX_IParameter* const gain = mParameterManager.GetParameterByID(kGainID);
+    float value = 0.0F;
+    if (gain != nullptr && gain->GetValueAsFloat(&value))
+    {
+        std::memcpy(outPacket.mPacketData.Get(sizeof(value)), &value, sizeof(value));
+        outPacket.mDataSize = sizeof(value);
+    }
+    const long count = PluginParameterCount();
+    for (long i = 0; i < count; ++i)
+    {
+        if (mPluginParameters[static_cast<std::size_t>(i)].HasNewerValue())
+            continue;
+        const AAX_IParameter* const parameter = mParameterManager.GetParameterByID(CParameterId(i).Get());
+        if (parameter != nullptr && parameter->GetValueAsFloat(&value))
+            mPlugin->SetParameter(i, value);
+    }
+    return kAAX_Success;
 }

@@ -1,12 +1,15 @@
 #pragma once
 #include "Source/AAX_CInstrumentParameters.h"
 #include "Source/CChannelExtension.h"
+#include "Source/CPluginParameter.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/IMainHost.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <vector>
 
 class AAX_CPacket;
@@ -31,14 +34,14 @@ public:
     ~AaxAdapter_Parameters() override;
 
     /** Loads the wrapped plug-in and creates the parameters; without a plug-in there are bypass and gain
-     * only. */
+     * only. When it fails there is no plug-in either. */
     AAX_Result EffectInit() override;
     /** Hears no more of the plug-in, which stays loaded. */
     AAX_Result Uninitialize() override;
     void RenderAudio(AAX_SInstrumentRenderInfo* ioInfo) override;
 
     /** The plug-in changed a parameter: tells the host, and does not call the plug-in again. Ignored until
-     * the parameters are made. */
+     * the parameters are made, and while a state is loaded: the values are read when it is. */
     void SetHostParameter(long inIndex, float inValue) override;
     /** The plug-in may have changed every parameter; ignored while `EffectInit` or a state load runs. */
     void UpdateParameters() override;
@@ -48,9 +51,15 @@ public:
     virtual void MessageToEditor(int inMessage, float inValue);
 
     AAX_Result SetParameterNormalizedValue(AAX_CParamID inId, double inValue) override;
-    /** Hands the value to the plug-in only: the plug-in keeps it, and the host has it already. */
+    /**
+     * Hands the value to the plug-in only: the plug-in keeps it, and the host has it already. An answer to
+     * what the plug-in reported is not handed back to it (`CPluginParameter`).
+     */
     AAX_Result UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
                                               AAX_EUpdateSource inSource) override;
+    /** Ends a cycle of the host. An exception of the plug-in fails it; the packets are generated again then.
+     */
+    AAX_Result GenerateCoefficients() override;
 
     /**
      * State: the base's controls chunk, and the chunk of a plug-in that keeps one, with its current program,
@@ -59,7 +68,8 @@ public:
     AAX_Result GetNumberOfChunks(std::int32_t* outCount) const override;
     AAX_Result GetChunkIDFromIndex(std::int32_t inIndex, AAX_CTypeID* outId) const override;
     AAX_Result GetChunkSize(AAX_CTypeID inId, std::uint32_t* outSize) const override;
-    /** @return kAAX_ErrorChunkSize when the plug-in's chunk has outgrown the size told last. */
+    /** @return kAAX_ErrorChunkSize when the plug-in's chunk is larger than a chunk can be, or than it was
+     * when its size was asked for. */
     AAX_Result GetChunk(AAX_CTypeID inId, AAX_SPlugInChunk* outChunk) const override;
     /** A chunk that is neither of the two is no error, and changes nothing. */
     AAX_Result SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk) override;
@@ -69,7 +79,8 @@ public:
     const char* IxToId(long inIndex);
     static long IdToIx(const char* inId);
 
-    /** Fills the gain packet and pushes every AAX parameter's value into the plug-in. */
+    /** Fills the gain packet and pushes every AAX parameter's value into the plug-in, but for those of which
+     * the plug-in has got or reported a newer one. Passes an exception of the plug-in on. */
     AAX_Result UpdatePacket_Gain(const char* inId, AAX_CPacket& outPacket);
 
     /** Knows the editor, so that either can go first. One that was attached before is told to forget. */
@@ -78,14 +89,24 @@ public:
     CVst2Host& Host() { return mVst2Host; }
 
     static constexpr const char* kGainID = "Gain";
-    static constexpr std::int32_t kBlockSizeFrames = 1024; // the largest block of a host
+    static constexpr std::int32_t kBlockSizeFrames =
+        1024; // what the plug-in is told; larger blocks go in parts
     static constexpr std::int64_t kFirstEventCapacity = 100;
     // Far above what any plug-in has: a higher number is a mistake, and counts as none.
     static constexpr long kMaxParameters = 65536;
     static constexpr std::int32_t kMaxChannels = 4096; // of either direction
 
 private:
-    AAX_Result LoadWrappedPlugin();
+    static constexpr long kNoneDirect = -1;
+    /** A part of a block. */
+    struct SFrames
+    {
+        std::int32_t mFirst;
+        std::int32_t mCount;
+    };
+
+    void LoadWrappedPlugin();
+    void TellLatency(std::int64_t inToldBefore);
     /** Closes it, and its editor before; the host's editor knows it no more. */
     void ReleasePlugin();
     void AddPluginParameters();
@@ -96,40 +117,56 @@ private:
     AAX_Result SavePluginChunk(AAX_SPlugInChunk& outChunk) const;
     AAX_Result LoadPluginChunk(const AAX_SPlugInChunk& inChunk);
     AAX_Result LoadControls(const AAX_SPlugInChunk& inChunk);
+    /** Gives the plug-in the values that a controls chunk holds, and expects the host to be asked for them.
+     */
+    void GiveControls(const AAX_SPlugInChunk& inChunk);
     /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
     void MirrorPluginValues() const;
-    void PushParameter(AAX_CParamID inId, double inValue);
+    /** The index of a parameter that the plug-in has; -1 for any other identifier. */
+    long PluginParameterIndex(AAX_CParamID inId) const;
     /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
     long PluginParameterCount() const;
 
     void UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept;
     void ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo);
-    void ForwardInParts(std::int64_t inCount);
+    std::span<const AAX_CMidiPacket> PacketsOf(const AAX_SInstrumentRenderInfo& inInfo) const;
+    void ForwardPackets(std::int64_t inCount, const AAX_CMidiPacket* inPackets);
+    /** Those of a part of the block, the last part's with all that come later; as many calls as it takes. */
+    void ForwardPacketsOf(SFrames inFrames, bool inIsLast, std::span<const AAX_CMidiPacket> inPackets);
     void GrowEventArrays(std::int64_t inCount);
     void RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo);
-    void RenderExtended(AAX_SInstrumentRenderInfo& ioInfo);
-    void SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo) const noexcept;
+    void RenderInParts(AAX_SInstrumentRenderInfo& ioInfo);
+    void RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames);
+    /** From one of the described channels on. */
+    void SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo, long inFirstChannel,
+                        SFrames inFrames) const noexcept;
 
     std::array<char, 24> mIdBuffer{};
     CVst2Host mVst2Host;
     std::atomic<bool> mReady{true}; // written on the main thread, read wherever the plug-in reports changes
     // Written on the main thread, read wherever the plug-in reports changes.
     std::atomic<bool> mHasParameters{false};
-    long mParameterCount = 0;       // of the plug-in, as the host knows them
-    float mSampleRate = 0.0F;       // Hz
-    CVst2Plugin* mPlugin = nullptr; // owned by mVst2Host
-    CAaxEditor* mEditor = nullptr;  // the host's
+    long mParameterCount = 0;                              // of the plug-in, as the host knows them
+    std::unique_ptr<CPluginParameter[]> mPluginParameters; // as many; made and replaced while nobody listens
+    std::atomic<std::uint32_t> mHostCycle{0};              // main thread writes, updates on any thread read
+    float mSampleRate = 0.0F;                              // Hz
+    CVst2Plugin* mPlugin = nullptr;                        // owned by mVst2Host
+    CAaxEditor* mEditor = nullptr;                         // the host's
     std::vector<unsigned long> mEventData;
     std::vector<unsigned long> mEventTimes;
     std::int64_t mEventCapacity = kFirstEventCapacity;
-    std::int64_t mLatency = 0; // samples
+    std::int64_t mEventsAtOnce = kFirstEventCapacity; // what the arrays and one call to the plug-in take
+    std::int64_t mLatency = 0;                        // samples
     mutable long mAnnouncedChunkSize =
         -1; // bytes of the plug-in's chunk as the host was told last; -1: never
 
     bool mHasInputNode = false;          // the description added the input MIDI node
     double mSamplesPerBarAtOneBpm = 0.0; // follows from the sample rate
-    double mTempo = 120.0;               // the last one the host gave; render thread
-    long mHostOutputChannels = 0;
+    double mTimeInfoRate = 0.0;          // as well
+    double mTempo = 120.0;               // where the host writes it; render thread, as the next
+    double mLastTempo = 120.0;           // the last that was one
+    long mHostOutputChannels = 0;        // as described
+    long mDirectOutputs = kNoneDirect;   // with so many the plug-in writes all of them by itself
     CChannelExtension mInputs;
     CChannelExtension mOutputs;
 };

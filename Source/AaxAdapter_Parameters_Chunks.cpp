@@ -1,12 +1,14 @@
 #include "Interfaces/AAX/AAX_IParameter.h"
 #include "Libs/AAXLibrary/source/AAX_CChunkDataParser.h"
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Source/AaxAdapter_Parameters.h"
+#include "Source/CClearedFlag.h"
 #include "Source/ParameterId.h"
-#include "Source/PluginGuard.h"
 #include "Source/plugins/CVst2Plugin.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <span>
 
@@ -19,6 +21,8 @@ constexpr char kPluginChunkName[] = "0001";
 /** What stands between the plug-in's own chunk and its program number, a 32-bit integer at the very end. */
 constexpr std::array<char, 5> kTrailerMark{'E', 'D', 'I', 'D', '\0'};
 constexpr std::size_t kTrailerSize = kTrailerMark.size() + sizeof(std::int32_t);
+/** Of a plug-in's own chunk, so that the size of the whole fits its field. */
+constexpr long kMaxPluginDataSize = INT32_MAX - static_cast<long>(kTrailerSize);
 
 /** What a saved chunk holds. Chunks of older versions have no trailer, and so no program. */
 struct SSavedChunk
@@ -42,7 +46,7 @@ SSavedChunk SplitTrailer(std::span<const char> inData)
 
 std::span<const char> DataOf(const AAX_SPlugInChunk& inChunk)
 {
-    return {inChunk.mData, static_cast<std::uint32_t>(inChunk.mSize)};
+    return {inChunk.mData, static_cast<std::size_t>(inChunk.mSize)};
 }
 } // namespace
 
@@ -75,7 +79,7 @@ AAX_Result AaxAdapter_Parameters::GetChunkSize(AAX_CTypeID inId, std::uint32_t* 
         *outSize = 0;
         return kAAX_Success;
     }
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [&, this]
         {
             if (inId != kPluginChunk || !HasPluginChunk())
@@ -83,7 +87,10 @@ AAX_Result AaxAdapter_Parameters::GetChunkSize(AAX_CTypeID inId, std::uint32_t* 
                 MirrorPluginValues();
                 return AAX_CEffectParameters::GetChunkSize(inId, outSize);
             }
+            *outSize = 0;
             mAnnouncedChunkSize = mPlugin->GetChunkSize();
+            if (mAnnouncedChunkSize > kMaxPluginDataSize)
+                return kAAX_ErrorChunkSize;
             *outSize = static_cast<std::uint32_t>(mAnnouncedChunkSize) + kTrailerSize;
             return kAAX_Success;
         });
@@ -93,7 +100,7 @@ AAX_Result AaxAdapter_Parameters::GetChunk(AAX_CTypeID inId, AAX_SPlugInChunk* o
 {
     if (outChunk == nullptr)
         return kAAX_ErrorNullArgument;
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [&, this]
         {
             if (inId == kPluginChunk && HasPluginChunk())
@@ -108,7 +115,7 @@ AAX_Result AaxAdapter_Parameters::SavePluginChunk(AAX_SPlugInChunk& outChunk) co
     const auto* const data = static_cast<const char*>(mPlugin->GetChunk());
     const long size = mPlugin->GetLastChunkSize();
     // The host's room is what it was told; a chunk that has grown since does not fit.
-    if (mAnnouncedChunkSize >= 0 && size > mAnnouncedChunkSize)
+    if (size > kMaxPluginDataSize || (mAnnouncedChunkSize >= 0 && size > mAnnouncedChunkSize))
         return kAAX_ErrorChunkSize;
     outChunk.mChunkID = kPluginChunk;
     outChunk.mVersion = 0;
@@ -129,34 +136,42 @@ AAX_Result AaxAdapter_Parameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInCh
         return kAAX_Success;
     if (inChunk == nullptr)
         return kAAX_ErrorNullArgument;
-    return GuardedFromPlugin(
+    if (inChunk->mSize < 0) // above 0x7FFFFFFF as the host counts it
+        return kAAX_ErrorChunkSize;
+    return AAX_Contained(
         [&, this] { return inId == kControlsChunk ? LoadControls(*inChunk) : LoadPluginChunk(*inChunk); });
 }
 
 AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
 {
-    const AAX_Result result = AAX_CEffectParameters::SetChunk(kControlsChunk, &inChunk);
-    if (result != kAAX_Success || mPlugin == nullptr || mPlugin->GotChunk())
-        return result;
-    // The only state of a plug-in without chunks: it has it at once, whether and whenever the host answers
-    // the requests, and the next gain packet pushes the same.
+    // The plug-in has the values ahead of the requests for them, whether and whenever the host answers: a
+    // host that looks at the state meanwhile finds it whole.
+    GiveControls(inChunk);
+    MirrorPluginValues();
+    return AAX_CEffectParameters::SetChunk(kControlsChunk, &inChunk);
+}
+
+void AaxAdapter_Parameters::GiveControls(const AAX_SPlugInChunk& inChunk)
+{
+    const CClearedFlag notReady(mReady); // what the plug-in reports meanwhile is read when it is done
     AAX_CChunkDataParser saved;
     saved.LoadChunk(&inChunk);
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
     {
         double value = 0.0;
-        if (saved.FindDouble(CParameterId(i).Get(), &value))
-            mPlugin->SetParameter(i, static_cast<float>(value));
+        if (!saved.FindDouble(CParameterId(i).Get(), &value))
+            continue;
+        mPlugin->SetParameter(
+            i, static_cast<float>(std::clamp(value, 0.0, 1.0))); // no number stays one: ignored
+        mPluginParameters[static_cast<std::size_t>(i)].NoteRequest(value);
     }
-    MirrorPluginValues();
-    return result;
 }
 
 AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChunk)
 {
     {
-        const CClearedFlag notReady(mReady); // changes that the plug-in reports meanwhile are read below
+        const CClearedFlag notReady(mReady); // as above
         const SSavedChunk saved = SplitTrailer(DataOf(inChunk));
         // A plug-in only reads the data; the interface has no word for that.
         mPlugin->SetChunk(const_cast<char*>(saved.mPluginData.data()),
@@ -164,17 +179,17 @@ AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChun
         if (saved.mProgram >= 0)
             mPlugin->SetProgram(saved.mProgram);
     }
+    MirrorPluginValues();
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
         SetParameter(i, mPlugin->GetParameter(i));
-    MirrorPluginValues();
     return kAAX_Success;
 }
 
 AAX_Result AaxAdapter_Parameters::CompareActiveChunk(const AAX_SPlugInChunk* inChunk,
                                                      AAX_CBoolean* outIsEqual) const
 {
-    return GuardedFromPlugin(
+    return AAX_Contained(
         [&, this]
         {
             MirrorPluginValues();
@@ -188,6 +203,10 @@ void AaxAdapter_Parameters::MirrorPluginValues() const
     auto& parameters = const_cast<AAX_CParameterManager&>(mParameterManager);
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
-        if (AAX_IParameter* const parameter = parameters.GetParameterByID(CParameterId(i).Get()))
-            parameter->UpdateNormalizedValue(static_cast<double>(mPlugin->GetParameter(i)));
+    {
+        const auto value = static_cast<double>(mPlugin->GetParameter(i));
+        AAX_IParameter* const parameter = parameters.GetParameterByID(CParameterId(i).Get());
+        if (parameter != nullptr && !std::isnan(value))
+            parameter->UpdateNormalizedValue(std::clamp(value, 0.0, 1.0));
+    }
 }

@@ -13,9 +13,10 @@ void CChannelExtension::Prepare(long inHostChannels, long inPluginChannels, std:
                            [](auto& ioBuffer) { return ioBuffer.data(); });
 }
 
-float** CChannelExtension::Extend(float* const* inHostChannels) noexcept
+float** CChannelExtension::Extend(float* const* inHostChannels, std::int32_t inFirstFrame) noexcept
 {
-    std::copy_n(inHostChannels, mHostChannels, mChannels.begin());
+    std::transform(inHostChannels, inHostChannels + mHostChannels, mChannels.begin(),
+                   [=](float* inBuffer) { return inBuffer + inFirstFrame; });
     return mChannels.data();
 }
 

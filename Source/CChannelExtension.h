@@ -3,8 +3,8 @@
 #include <vector>
 
 /**
- * One direction's channel array for a plug-in that has more channels than the host gives: the host's own
- * buffers first, uncopied, then buffers of this object.
+ * One direction's channel array where the host's own does not serve as it is, because the plug-in has more
+ * channels or renders a part of a block: the host's buffers first, uncopied, then buffers of this object.
  *
  * Threads: `Prepare` before rendering; everything else on the render thread, where nothing is allocated.
  */
@@ -18,14 +18,15 @@ public:
      */
     void Prepare(long inHostChannels, long inPluginChannels, std::int32_t inMaxFrames);
 
-    /** False where the host's array is long enough to be handed on as it is. */
-    bool IsNeeded() const noexcept { return !mExtra.empty(); }
     long HostChannelCount() const noexcept { return mHostChannels; }
     /** How many channels the array that the plug-in gets has. */
     long ChannelCount() const noexcept { return mChannelCount; }
 
-    /** @return an array of ChannelCount() buffers, valid until the next call. */
-    float** Extend(float* const* inHostChannels) noexcept;
+    /**
+     * @param inFirstFrame   where the part to be rendered begins in the host's buffers
+     * @return an array of ChannelCount() buffers, valid until the next call.
+     */
+    float** Extend(float* const* inHostChannels, std::int32_t inFirstFrame) noexcept;
     /** Clears the first `inFrames` frames of the extra buffers. */
     void Silence(std::int32_t inFrames) noexcept;
 

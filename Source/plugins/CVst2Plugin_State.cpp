@@ -9,9 +9,8 @@ constexpr std::int32_t kBank = 0;    // index of the chunk opcodes
 constexpr std::int32_t kProgram = 1; // index of the chunk opcodes
 /** Far above what any plug-in has; keeps a nonsensical count from becoming a huge allocation. */
 constexpr long kMaxStateParameters = 1L << 20;
-/** Sizes above fit no chunk of a host and no file, whose fields have 32 bits: they are a plug-in's mistake.
- */
-constexpr long kMaxChunkSize = 0x7FFF0000;
+/** A program of more bytes is a plug-in's mistake. */
+constexpr long kMaxProgramSize = 0x7FFF0000;
 
 std::uint32_t ReverseBytes(std::uint32_t inValue)
 {
@@ -30,7 +29,7 @@ void CVst2Plugin::RequestChunk(std::int32_t inScope, void*& outChunk, long& outS
 {
     outChunk = nullptr;
     outSize = mEffect != nullptr ? static_cast<long>(Dispatch(effGetChunk, inScope, 0, &outChunk)) : 0;
-    if (outChunk == nullptr || outSize < 0 || outSize > kMaxChunkSize)
+    if (outChunk == nullptr || outSize < 0)
     {
         outSize = 0;
     }
@@ -67,6 +66,7 @@ void* CVst2Plugin::GetState(long& outSize)
     {
         void* chunk = nullptr;
         RequestChunk(kProgram, chunk, outSize);
+        outSize = outSize <= kMaxProgramSize ? outSize : 0;
         return chunk;
     }
     const long count = std::clamp(GetNumParameters(), 0L, kMaxStateParameters);

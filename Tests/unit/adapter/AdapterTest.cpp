@@ -55,9 +55,11 @@ void AdapterTest::Automate(std::int32_t inIndex, float inValue)
     EXPECT_EQ(Effect().CallHost(audioMasterAutomate, inIndex, nullptr, inValue), 0);
 }
 
-CRenderBlock::CRenderBlock(AaxAdapter_Parameters& inInstance, std::size_t inInputs, std::size_t inOutputs)
-    : mInputs(inInputs, std::vector<float>(kFrames, 1.0F)),
-      mOutputs(inOutputs, std::vector<float>(2 * kFrames, kUntouched)),
+CRenderBlock::CRenderBlock(AaxAdapter_Parameters& inInstance, std::size_t inInputs, std::size_t inOutputs,
+                           std::int32_t inFrames)
+    : mInputs(inInputs, std::vector<float>(static_cast<std::size_t>(inFrames), 1.0F)),
+      mOutputs(inOutputs, std::vector<float>(2 * static_cast<std::size_t>(inFrames), kUntouched)),
+      mFrames(inFrames),
       mInstance(&inInstance)
 {
     for (auto& channel : mInputs)

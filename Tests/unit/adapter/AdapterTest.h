@@ -55,13 +55,14 @@ public:
     static constexpr std::int32_t kFrames = 64;
     static constexpr float kUntouched = -99.0F;
 
-    CRenderBlock(AaxAdapter_Parameters& inInstance, std::size_t inInputs, std::size_t inOutputs);
+    CRenderBlock(AaxAdapter_Parameters& inInstance, std::size_t inInputs, std::size_t inOutputs,
+                 std::int32_t inFrames = kFrames);
     void Render();
 
     AAX_SInstrumentRenderInfo mInfo{};
     std::vector<std::vector<float>> mInputs;
     std::vector<std::vector<float>> mOutputs;
-    std::int32_t mFrames = kFrames;
+    std::int32_t mFrames;
 
 private:
     AAX_CInstrumentParameters* mInstance;

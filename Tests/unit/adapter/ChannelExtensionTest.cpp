@@ -7,21 +7,19 @@ namespace
 constexpr std::int32_t kFrames = 16;
 }
 
-TEST(ChannelExtension, IsOnlyNeededWhereThePluginHasMoreChannelsThanTheHost)
+TEST(ChannelExtension, HasAsManyChannelsAsWhoeverHasMore)
 {
     struct SRow
     {
         long mHost, mPlugin;
-        bool mNeeded;
         long mCount;
     };
-    for (const SRow& row : {SRow{2, 2, false, 2}, SRow{2, 1, false, 2}, SRow{0, 0, false, 0},
-                            SRow{2, -3, false, 2}, SRow{1, 2, true, 2}, SRow{0, 64, true, 64}})
+    for (const SRow& row :
+         {SRow{2, 2, 2}, SRow{2, 1, 2}, SRow{0, 0, 0}, SRow{2, -3, 2}, SRow{1, 2, 2}, SRow{0, 64, 64}})
     {
         SCOPED_TRACE(testing::Message() << row.mHost << " of the host, " << row.mPlugin << " of the plug-in");
         CChannelExtension channels;
         channels.Prepare(row.mHost, row.mPlugin, kFrames);
-        EXPECT_EQ(channels.IsNeeded(), row.mNeeded);
         EXPECT_EQ(channels.ChannelCount(), row.mCount);
     }
 }
@@ -32,8 +30,8 @@ TEST(ChannelExtension, HostBuffersAreHandedOnUncopiedAndExtraOnesAreTheirOwnAndS
     channels.Prepare(1, 3, kFrames);
     float hostBuffer[kFrames] = {};
     float* host[] = {hostBuffer};
-    float** all = channels.Extend(host);
-    EXPECT_EQ(all[0], hostBuffer);
+    float** all = channels.Extend(host, 4);
+    EXPECT_EQ(all[0], hostBuffer + 4);
     EXPECT_NE(all[1], all[2]);
     for (int channel : {1, 2})
         std::fill_n(all[channel], kFrames, 1.0F);

@@ -1,8 +1,10 @@
 #include "Tests/unit/adapter/AdapterTest.h"
 
 #include <atomic>
+#include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <map>
 #include <random>
 #include <thread>
 
@@ -160,6 +162,74 @@ TEST_F(Chunk, AfterALoadTheHostHasThePluginsValuesAndThePluginNoEcho)
     double value = 0.0;
     EXPECT_EQ(Instance().GetParameterNormalizedValue("00000", &value), kAAX_Success);
     EXPECT_EQ(value, 0.75);
+}
+
+TEST_F(Chunk, TheControlsOfAPluginWithAChunkDoNotComeBackWhenTheirAnswersDo)
+{
+    Script().parameters = {0.25F, 0.5F};
+    StartWithChunk({1, 2});
+    auto saved = Save();
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.0, 0), kAAX_Success);
+    Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    {
+        ioEffect.Parameters() = {0.75F, 1.0F}; // what the controls say is not what the plug-in's own state is
+        ioEffect.CallHost(audioMasterAutomate, 0);
+    };
+    Load(saved);
+    EXPECT_EQ(TakePluginCalls(),
+              (Lines{"setParameter 0 0", "setParameter 0 0.25", "effSetChunk 0", "effSetProgram 0"}));
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+    EXPECT_EQ(Effect().Parameters(), (std::vector{0.75F, 1.0F}));
+}
+
+TEST_F(Chunk, AHostThatLooksAtTheStateInsideARequestFindsTheNewOneWhole)
+{
+    Script().parameters = {0.25F, 0.5F, 0.75F};
+    Start();
+    auto saved = Save();
+    for (const char* id : {"00000", "00001", "00002"})
+        EXPECT_EQ(Instance().UpdateParameterNormalizedValue(id, 0.0, 0), kAAX_Success);
+    Bytes seen;
+    mLog.InsideCall("PostSetValueRequest",
+                    [&]
+                    {
+                        if (seen.empty())
+                            seen = Save()[0].second.Data();
+                    });
+    Load(saved);
+    EXPECT_TRUE(seen == saved[0].second.Data());
+    EXPECT_EQ(Effect().Parameters(), (std::vector{0.25F, 0.5F, 0.75F}));
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(Effect().Parameters(), (std::vector{0.25F, 0.5F, 0.75F}));
+}
+
+TEST_F(Chunk, SizesThatNoChunkHasAreRefused)
+{
+    StartWithChunk({1});
+    for (const AAX_CTypeID id : {kControls, kPlugin})
+    {
+        CChunk chunk(Bytes{1});
+        chunk.Record().mSize = -1;
+        EXPECT_EQ(Instance().SetChunk(id, &chunk.Record()), kAAX_ErrorChunkSize);
+    }
+    Script().hooks[effGetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
+    { *static_cast<void**>(inCall.pointer) = &ioEffect; };
+    Script().results[effGetChunk] = VstIntPtr{0x7FFFFFFF} - 8;
+    std::uint32_t size = 1;
+    EXPECT_EQ(Instance().GetChunkSize(kPlugin, &size), kAAX_ErrorChunkSize);
+    EXPECT_EQ(size, 0U);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+}
+
+TEST_F(Chunk, ValuesThatAreNoneAreNotTakenOver)
+{
+    Script().parameters = {0.25F, 0.25F, 0.25F};
+    Start();
+    Effect().Parameters() = {440.0F, std::nanf(""), -1.0F};
+    (void)Save();
+    const std::map<std::string, double> values = mHost.Automation().CurrentValues();
+    EXPECT_EQ(values, (std::map<std::string, double>{{"00000", 1.0}, {"00002", 0.0}}));
 }
 
 TEST_F(Chunk, APluginWithoutAChunkComesBackThroughTheControlsChunk)

@@ -143,6 +143,43 @@ TEST_F(Parameters, TheFirstCoefficientsPushEveryValueAndPostBothPackets)
     EXPECT_EQ(TakePluginCalls(), Lines{}); // nothing is dirty any more
 }
 
+TEST_F(Parameters, TheFirstCoefficientsLeaveAloneWhatThePluginGotOrReportedMeanwhile)
+{
+    Script().parameters = {0.25F, 0.25F, 0.25F, 0.25F};
+    ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.875, 0), kAAX_Success);
+    Automate(1, 0.75F);
+    EXPECT_EQ(Instance().SetParameterNormalizedValue("00002", 0.625), kAAX_Success);
+    Effect().Parameters()[3] = 0.0F; // changed behind everybody's back
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    EXPECT_EQ(Effect().Parameters(), (std::vector{0.875F, 0.75F, 0.625F, 0.25F}));
+}
+
+TEST_F(Parameters, AKnobThatIsDraggedIsNotSetBackByTheAnswers)
+{
+    Script().parameters = {0.0F};
+    Start();
+    for (const float value : {0.125F, 0.25F, 0.25F, 0.5F})
+        Automate(0, value);
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.125, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.125"})); // the host's own
+}
+
+TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)
+{
+    Script().parameters = {0.0F};
+    Start();
+    Automate(0, 0.5F);
+    EXPECT_EQ(Instance().Uninitialize(), kAAX_Success);
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_Success);
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00001", 0.5, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.25, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.25"}));
+}
+
 TEST_F(Parameters, LatencyIsReportedWhereThereIsOne)
 {
     for (const std::int32_t latency : {0, 64, -5})
@@ -154,6 +191,23 @@ TEST_F(Parameters, LatencyIsReportedWhereThereIsOne)
         EXPECT_EQ(mHost.Controller().State().mSignalLatency, std::max(latency, 0));
         Stop();
     }
+}
+
+TEST_F(Parameters, InitialisedAgainItStartsAfresh)
+{
+    Script().parameters = {0.25F};
+    Script().shape.initialDelay = 64;
+    Start();
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_Success);
+    Script().shape.initialDelay = 0;
+    Script().parameters = {0.25F, 0.75F};
+    EXPECT_EQ(Instance().Initialize(mHost.Unknown()), kAAX_Success);
+    EXPECT_EQ(IdsOf(Instance()), (Lines{"00000", "00001", "MasterBypassID", "Gain"}));
+    EXPECT_EQ(mHost.Controller().State().mSignalLatency, 0);
+    mLog.Clear();
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    EXPECT_EQ(mLog.Count("PostPacket"), 2U);
+    EXPECT_EQ(Script().instances.size(), 1U);
 }
 
 TEST_F(Parameters, WithoutAPluginThereAreBypassAndGainAndTheOutputsStay)
@@ -195,5 +249,21 @@ TEST_F(Parameters, AnExceptionOfThePluginEndsAtTheHostFacingCall)
     Stop();
     Script().faults.insert(effOpen);
     EXPECT_EQ(StartWithoutCoefficients(), kAAX_ErrorNullObject);
+    EXPECT_TRUE(Script().instances.empty()); // nothing of it is left for an editor to open
+    EXPECT_TRUE(Instance().Host().Plugins().empty());
+}
+
+TEST_F(Parameters, PacketsThatThePluginKeepsFromBeingMadeAreMadeTheNextTime)
+{
+    Script().parameters = {0.25F};
+    ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
+    Effect().Parameters() = {0.0F};
+    const auto setParameter = Effect().Effect().setParameter;
+    Effect().Effect().setParameter = [](AEffect*, std::int32_t, float) { throw 5; };
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_ErrorNullObject);
+    Effect().Effect().setParameter = setParameter;
+    EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
+    EXPECT_NE(mHost.Controller().Packet(0), nullptr);
+    EXPECT_NE(mHost.Controller().Packet(1), nullptr);
 }
 } // namespace

@@ -1,7 +1,9 @@
+#include "Source/DescribedShape.h"
 #include "Tests/unit/adapter/AdapterTest.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace
@@ -54,7 +56,6 @@ TEST_F(Render, TimeInformationFollowsTheTransport)
         {"three quarters, stopped", 120.0, 72000, 48000.0F, false, 3.0},
         {"before the start", 120.0, -48000, 48000.0F, true, -2.0},
         {"no rate", 120.0, 48000, 0.0F, true, 0.0},
-        {"an endless tempo", std::numeric_limits<double>::infinity(), 48000, 48000.0F, true, 0.0},
         // 2^63 samples: 2^63 / 44100 seconds of one quarter each
         {"as far as it goes", 60.0, std::numeric_limits<std::int64_t>::max(), 44100.0F, true, 3.71875},
     };
@@ -82,6 +83,11 @@ TEST_F(Render, TempoIsRoundedToSinglePrecisionAndTheLastOneStays)
     CHostTransport transport(mLog);
     transport.State().mTempo = 120.1;
     EXPECT_EQ(RenderAt(transport).tempo, static_cast<double>(120.1F));
+    for (const double none : {std::nan(""), std::numeric_limits<double>::infinity(), 1e300, 0.0, -120.0})
+    {
+        transport.State().mTempo = none;
+        EXPECT_EQ(RenderAt(transport).tempo, static_cast<double>(120.1F)) << none;
+    }
     transport.SetResult(kAAX_ErrorNullObject);
     EXPECT_EQ(RenderAt(transport).tempo, static_cast<double>(120.1F));
     CRenderBlock block(Instance(), 2, 2);
@@ -220,5 +226,108 @@ TEST_F(Render, APluginThatThrowsOrGrowsGivesSilence)
     Effect().Effect().numOutputs = 8;
     block.Render();
     EXPECT_EQ(block.mOutputs[0][0], 0.0F);
+}
+
+TEST_F(Render, ACopyWithOtherPortsIsFittedToWhatWasDescribed)
+{
+    struct SRow
+    {
+        std::int32_t mInputs, mOutputs, mTakesMidi; // of the copy; stereo and a MIDI node are described
+        std::size_t mWritten;
+    };
+    RememberDescription({2, 2, true});
+    for (const SRow& row : {SRow{2, 4, 1, 2}, {4, 2, 0, 2}, {2, 1, 1, 1}, {1, 0, 0, 0}, {0, -3, 0, 0}})
+    {
+        SCOPED_TRACE(testing::Message() << row.mInputs << " in, " << row.mOutputs << " out");
+        DescribePorts(Script(), row.mInputs, row.mOutputs, {4, {"", kMono}}, {4, {"", kMono}});
+        Script().results[effCanDo] = row.mTakesMidi;
+        Start();
+        Script().onProcess = [&](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
+        {
+            for (std::int32_t i = 0; i < row.mInputs; ++i)
+                EXPECT_EQ(inInputs[i][inFrames - 1], i < 2 ? 1.0F : 0.0F);
+            for (std::int32_t i = 0; i < row.mOutputs; ++i)
+                std::fill_n(inOutputs[i], inFrames, 3.0F);
+        };
+        CHostMidiNode node(mLog);
+        node.Add(0, std::array<std::uint8_t, 3>{0x90, 60, 100});
+        CRenderBlock block(Instance(), 2, 2);
+        block.mInfo.mInputNode = &node;
+        for (int i = 0; i < 2; ++i)
+            block.Render();
+        EXPECT_EQ(Script().events.size(), row.mTakesMidi != 0 ? 2U : 0U);
+        for (std::size_t i = 0; i < 2; ++i)
+        {
+            EXPECT_EQ(block.mOutputs[i][CRenderBlock::kFrames - 1], i < row.mWritten ? 3.0F : 0.0F);
+            EXPECT_EQ(block.mOutputs[i][CRenderBlock::kFrames], CRenderBlock::kUntouched);
+        }
+        Stop();
+        Script().Reset();
+    }
+}
+
+TEST_F(Render, WhatThePluginCannotWriteIsSilent)
+{
+    DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {});
+    Script().shape.numOutputs = 0; // a meter: the host is told of outputs like its inputs
+    Start();
+    CRenderBlock meter(Instance(), 2, 2);
+    meter.Render();
+    EXPECT_EQ(meter.mOutputs[1][CRenderBlock::kFrames - 1], 0.0F);
+    Stop();
+    Script().onCreate = [](AEffect& ioEffect) { ioEffect.processReplacing = nullptr; };
+    DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
+    Start();
+    CRenderBlock mute(Instance(), 2, 2);
+    mute.Render();
+    EXPECT_EQ(mute.mOutputs[1][CRenderBlock::kFrames - 1], 0.0F);
+}
+
+TEST_F(Render, BlocksBeyondTheAnnouncedSizeGoInPartsWithTheirEventsAndTimes)
+{
+    Script().results[effCanDo] = 1;
+    DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
+    mHost.SetSampleRate(48000.0F);
+    Start();
+    std::vector<std::pair<double, double>> times;
+    Script().onProcess =
+        [&](ScriptedEffect& ioEffect, float** inInputs, float** inOutputs, std::int32_t inFrames)
+    {
+        const auto& time = *reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+        times.emplace_back(time.samplePos, time.ppqPos);
+        std::copy_n(inInputs[1], inFrames, inOutputs[1]);
+    };
+    CHostMidiNode midi(mLog);
+    for (const std::uint32_t frame : {0U, 1023U, 1024U, 2500U, 9999U})
+        midi.Add(frame, std::array<std::uint8_t, 3>{0x90, 60, 100});
+    CHostTransport transport(mLog);
+    transport.State().mTempo = 120.0;
+    transport.State().mPlaying = true;
+    CHostMidiNode node(mLog, &transport);
+    constexpr std::int32_t kLong = 2500;
+    CRenderBlock block(Instance(), 2, 2, kLong);
+    for (std::int32_t i = 0; i < kLong; ++i)
+        block.mInputs[1][static_cast<std::size_t>(i)] = static_cast<float>(i);
+    block.mInfo.mInputNode = &midi;
+    block.mInfo.mTransportNode = &node;
+    block.Render();
+
+    EXPECT_TRUE(std::equal(block.mInputs[1].begin(), block.mInputs[1].end(), block.mOutputs[1].begin()));
+    EXPECT_EQ(block.mOutputs[1][kLong], CRenderBlock::kUntouched);
+    EXPECT_EQ(TakePluginCalls(),
+              (Lines{"effProcessEvents", "processReplacing 1024", "effProcessEvents", "processReplacing 1024",
+                     "effProcessEvents", "processReplacing 452"}));
+    ASSERT_EQ(Script().events.size(), 3U);
+    EXPECT_EQ(Script().events[0].size(), 2U);
+    EXPECT_EQ(Script().events[0][1].deltaFrames, 1023);
+    EXPECT_EQ(Script().events[1][0].deltaFrames, 0);
+    EXPECT_EQ(Script().events[2][0].deltaFrames, 452);
+    EXPECT_EQ(Script().events[2][1].deltaFrames, 9999 - 2048);
+    EXPECT_EQ(times, (std::vector<std::pair<double, double>>{
+                         {0.0, 0.0}, {1024.0, 1024.0 / 24000.0}, {2048.0, 2048.0 / 24000.0}}));
+
+    block.mFrames = -1;
+    block.Render();
+    EXPECT_EQ(TakePluginCalls(), Lines{});
 }
 } // namespace

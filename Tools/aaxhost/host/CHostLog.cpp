@@ -5,10 +5,25 @@
 
 AAX_Result CHostLog::Record(std::string_view inName, std::string_view inArguments)
 {
-    const std::lock_guard lock(mMutex);
-    const AAX_Result result = TakeFault(inName);
-    AddLine(inName, inArguments, result);
+    AAX_Result result = kAAX_Success;
+    std::function<void()> meanwhile;
+    {
+        const std::lock_guard lock(mMutex);
+        result = TakeFault(inName);
+        AddLine(inName, inArguments, result);
+        if (inName == mCallName)
+            meanwhile = mInsideCall;
+    }
+    if (meanwhile)
+        meanwhile();
     return result;
+}
+
+void CHostLog::InsideCall(std::string_view inName, std::function<void()> inDo)
+{
+    const std::lock_guard lock(mMutex);
+    mCallName = inName;
+    mInsideCall = std::move(inDo);
 }
 
 AAX_Result CHostLog::RecordRender(std::string_view inName) noexcept

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -33,6 +34,8 @@ public:
 
     /** Makes the nth call of that name from now answer `inResult`; 1 is the next one, 0 all of them. */
     void FailCall(std::string_view inName, int inNth, AAX_Result inResult);
+    /** What the host does inside each call of that name, before it answers; replaces what was set before. */
+    void InsideCall(std::string_view inName, std::function<void()> inDo);
     /** From now on neither a query nor the component factory gives this interface or component. */
     void SwitchOff(const acfUID& inId);
     bool Offers(const acfUID& inId) const;
@@ -67,6 +70,8 @@ private:
     mutable std::mutex mMutex;
     std::vector<std::string> mLines;
     std::vector<SFault> mFaults;
+    std::string mCallName;
+    std::function<void()> mInsideCall;
     std::vector<acfUID> mSwitchedOff;
     bool mRecordRender = false;
     // Whether a render call has to take the lock at all: any thread writes under the lock, the render thread

@@ -1,0 +1,34 @@
+#include "Source/DescribedShape.h"
+
+#include "Source/StemLayout.h"
+#include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/ProductOptions.h"
+
+#include <mutex>
+
+namespace
+{
+// Written by the host's loader thread at the end of a description, read by whatever thread starts an
+// instance.
+std::mutex gDescribedGuard;
+std::optional<SDescribedShape> gDescribed;
+} // namespace
+
+SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
+{
+    const SStemLayout layout = StemLayoutOfPorts(inPlugin.InputPorts(), inPlugin.OutputPorts());
+    return {layout.InputChannelCount(), layout.OutputChannelCount(),
+            inPlugin.AcceptedMidiAtLoad() || kMidiInput};
+}
+
+void RememberDescription(const SDescribedShape& inShape)
+{
+    const std::lock_guard lock(gDescribedGuard);
+    gDescribed = inShape;
+}
+
+std::optional<SDescribedShape> RememberedDescription()
+{
+    const std::lock_guard lock(gDescribedGuard);
+    return gDescribed;
+}
