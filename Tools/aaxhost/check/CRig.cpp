@@ -184,7 +184,7 @@ void CRig::LookAtOutputs(std::int32_t inFrames)
 void CRig::Render(std::int32_t inFrames)
 {
     // A refusal shows in what is rendered; the checks of parameters and automation look at the answers.
-    (void)mInstance->Host().DeliverUpdates(mInstance->Parameters());
+    (void)mInstance->RunCycle();
     RenderBlock(inFrames);
     if (mPosition < mNextTimer)
         return;
