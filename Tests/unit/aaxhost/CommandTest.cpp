@@ -55,7 +55,7 @@ TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
 {
     for (const char* arguments :
          {"--seconds 0",      "--seconds x", "--seconds nan",   "--seconds 1e99",  "--rate 44100.5",
-          "--rate 0",         "--block 0",   "--block 1025",    "--block -1",      "--tempo 0",
+          "--rate 0",         "--block 0",   "--block 4097",    "--block -1",      "--tempo 0",
           "--tempo inf",      "--set Level", "--set Level=x",   "--set Level=1.5", "--set Nobody=0.5",
           "--automate Level", "--answers",   "--answers never", "--unknown",       "extra"})
     {
