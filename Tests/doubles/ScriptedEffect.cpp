@@ -1,6 +1,7 @@
 #include "Tests/doubles/ScriptedEffect.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -169,6 +170,16 @@ ScriptedEffect::ScriptedEffect(SPluginScript& inScript, audioMasterCallback inHo
     mEffect.getParameter = GetParameter;
     mEffect.processReplacing = Process;
     mEffect.object = this;
+    if (!mScript.shapes.empty())
+    {
+        mShape = mScript.shapes.front();
+        if (mScript.shapes.size() > 1)
+        {
+            mScript.shapes.erase(mScript.shapes.begin());
+        }
+        mEffect.numInputs = mShape->numInputs;
+        mEffect.numOutputs = mShape->numOutputs;
+    }
     if (!mParameters.empty())
     {
         mEffect.numParams = static_cast<std::int32_t>(mParameters.size());
@@ -231,8 +242,9 @@ VstIntPtr ScriptedEffect::Answer(std::int32_t inOpcode, const SDispatch& inCall)
         return 1;
     }
     case effProcessEvents: RecordEvents(*static_cast<const VstEvents*>(inCall.pointer)); return 1;
-    case effGetInputProperties: return AnswerPin(mScript.inputPins, inCall);
-    case effGetOutputProperties: return AnswerPin(mScript.outputPins, inCall);
+    case effGetInputProperties: return AnswerPin(mShape ? mShape->inputPins : mScript.inputPins, inCall);
+    case effGetOutputProperties: return AnswerPin(mShape ? mShape->outputPins : mScript.outputPins, inCall);
+    case effCanDo: return mShape ? mShape->canDo : 0;
     case effGetMidiProgramName:
     case effGetMidiProgramCategory: return AnswerMidi(inOpcode, inCall);
     default: return 0;
@@ -281,14 +293,31 @@ void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float
 {
     ScriptedEffect& self = Self(inEffect);
     self.mScript.Log("setParameter " + std::to_string(inIndex) + " " + Number(inValue));
-    if (static_cast<std::size_t>(inIndex) < self.mParameters.size())
-    {
-        self.mParameters[static_cast<std::size_t>(inIndex)] = inValue;
-    }
-    else
+    if (static_cast<std::size_t>(inIndex) >= self.mParameters.size())
     {
         ++self.mScript.outOfRangeCalls;
+        return;
     }
+    self.TakeValue(inIndex, inValue);
+    if (self.mScript.reportsSets)
+    {
+        self.CallHost(audioMasterAutomate, inIndex, nullptr, inValue);
+    }
+    if (const auto coupled = self.mScript.coupled.find(inIndex); coupled != self.mScript.coupled.end())
+    {
+        for (const std::int32_t other : coupled->second)
+        {
+            self.TakeValue(other, inValue);
+            self.CallHost(audioMasterAutomate, other, nullptr, inValue);
+        }
+    }
+}
+
+void ScriptedEffect::TakeValue(std::int32_t inIndex, float inValue)
+{
+    const auto steps = static_cast<float>(mScript.steps);
+    mParameters.at(static_cast<std::size_t>(inIndex)) =
+        mScript.steps > 0 ? std::round(inValue * steps) / steps : inValue;
 }
 
 float ScriptedEffect::GetParameter(AEffect* inEffect, std::int32_t inIndex)

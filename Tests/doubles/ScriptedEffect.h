@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -28,6 +29,16 @@ struct SScriptedPin
     std::int32_t flags = 0;
 };
 
+/** How one instance looks to its host, where instances differ. */
+struct SPluginShape
+{
+    std::int32_t numInputs = 0;
+    std::int32_t numOutputs = 0;
+    std::vector<SScriptedPin> inputPins;
+    std::vector<SScriptedPin> outputPins;
+    VstIntPtr canDo = 0; // answer to every effCanDo
+};
+
 /** What a scripted plug-in is and does, the same for all its instances; a test may set it at any time. */
 struct SPluginSettings
 {
@@ -43,7 +54,14 @@ struct SPluginSettings
     std::map<std::int32_t, VstIntPtr> results; // by opcode; go before what would be answered
     std::vector<SScriptedPin> inputPins;       // pins beyond the last answer 0
     std::vector<SScriptedPin> outputPins;
+    // Each new instance takes the first and keeps it, the last one stays for all that follow; where there is
+    // none, the pins above and the counts of `shape` hold.
+    std::vector<SPluginShape> shapes;
     std::vector<float> parameters; // of new instances
+    std::int32_t steps = 0;   // a parameter that is set is rounded to one of so many steps; 0: not at all
+    bool reportsSets = false; // and is automated before setParameter comes back
+    std::map<std::int32_t, std::vector<std::int32_t>>
+        coupled; // those that take the same value, and are automated, when the key is set
     std::vector<std::uint8_t> bankChunk;
     std::vector<std::uint8_t> programChunk;
     std::vector<std::string> midiPrograms;
@@ -113,10 +131,12 @@ private:
     VstIntPtr AnswerPin(const std::vector<SScriptedPin>& inPins, const SDispatch& inCall) const;
     VstIntPtr AnswerMidi(std::int32_t inOpcode, const SDispatch& inCall) const;
     void RecordEvents(const VstEvents& inEvents);
+    void TakeValue(std::int32_t inIndex, float inValue);
 
     SPluginScript& mScript;
     audioMasterCallback mHost;
     AEffect mEffect{};
+    std::optional<SPluginShape> mShape;
     std::vector<float> mParameters;
     std::vector<std::uint8_t> mBankChunk;
     std::vector<std::uint8_t> mProgramChunk;

@@ -68,7 +68,7 @@ void CHostRoutine::Load()
         AAX_CBoolean isEqual = 0;
         Note(mInstance.Parameters().CompareActiveChunk(&saved.mChunk.Record(), &isEqual));
     }
-    Note(mInstance.Host().DeliverUpdates(mInstance.Parameters()));
+    Note(mInstance.RunCycle());
 }
 
 void CHostRoutine::ShowEditor()
@@ -82,7 +82,7 @@ void CHostRoutine::ShowEditor()
         Note(gui.SetViewContainer(&mInstance.Host().ViewContainer()));
         Note(gui.GetViewSize(&size));
         Note(gui.TimerWakeup());
-        Note(mInstance.Host().DeliverUpdates(mInstance.Parameters()));
+        Note(mInstance.RunCycle());
         Note(gui.SetViewContainer(nullptr));
     }
     mInstance.CloseGUI();

@@ -123,14 +123,23 @@ INSTANTIATE_TEST_SUITE_P(
         SBroken{"BrokenOpen", {"life-cycle.creates"}, "limit of 1 seconds"},
         SBroken{"BrokenLeak", {"life-cycle.memory"}, "memory grows"},
         SBroken{"BrokenShared", {"life-cycle.independent"}, "changes it in another"},
+        SBroken{"BrokenCopies", {"life-cycle.independent"}, "beside an instance with another one"},
         SBroken{"BrokenStatic", {"life-cycle.any-order", "robustness.everything"}, "abort (signal 6)"},
         SBroken{
             "BrokenRest", {"parameters.at-rest", "state.new-instance"}, "(Gain) moves from 0.8000 to 0.3000"},
         SBroken{"BrokenAutomation", {"automation.dense"}, "abort (signal 6)"},
+        SBroken{"BrokenReports", {"automation.answers"}, "and for 3 more in the 3 cycles after them"},
+        SBroken{"BrokenStart",
+                {"automation.before-coefficients"},
+                "(Gain) is at 0.8000 when they and 64 frames are done; automated later, at 0.1000"},
         SBroken{"BrokenGestures", {"editor.gestures"}, "never ends"},
         SBroken{"BrokenNotes", {"midi.note-ends"}, "still sounds"},
         SBroken{
             "BrokenBounds", {"rendering.guards"}, "In a block of 1 frames output 2 was written at frame 1"},
+        SBroken{"BrokenSilence",
+                {"rendering.writes-outputs"},
+                "In a block of 512 frames, 512 of them are not written in output 2 of 2"},
+        SBroken{"BrokenPointers", {"rendering.large-blocks"}, "In blocks of 2048 frames, output 1 is"},
         SBroken{"BrokenNumbers", {"rendering.beyond-full-scale", "rendering.full-scale"}, "not a number"},
         SBroken{"BrokenLatency", {"rendering.latency"}, "reports a latency of 64 samples"},
         SBroken{"BrokenHeap", {"rendering.allocations"}, "The wrapped plug-in allocates"},
@@ -139,6 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "The wrapped plug-in takes locks"},
         SBroken{"BrokenTempo", {"transport.moving-tempo", "transport.tempos"}, "abort (signal 6)"},
         SBroken{"BrokenMemory", {"state.new-instance", "state.round-trip"}, "was saved at"},
+        SBroken{"BrokenLoad", {"state.answers"}, "(Gain) is at 0."},
         SBroken{"BrokenChunk", {"state.damaged", "state.random", "state.truncated"}, "abort (signal 6)"}),
     [](const testing::TestParamInfo<SBroken>& inInfo) { return std::string(inInfo.param.mPlugin); });
 

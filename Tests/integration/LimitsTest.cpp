@@ -1,3 +1,4 @@
+#include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/RenderWatch.h"
@@ -90,6 +91,104 @@ TEST_F(Limits, NothingIsPostedToAMidiNode)
         EXPECT_TRUE(node.mNode->Posted().empty());
     for (const SField& field : rig.Instance().Component().mFields)
         EXPECT_FALSE(field.mKind == EFieldKind::MidiNode && field.mNodeType == AAX_eMIDINodeType_LocalOutput);
+}
+
+TEST_F(Limits, RelativeChangesMoveOnceAndThenStick)
+{
+    const auto instance = mContext.MakeInstance();
+    double before = 0.0;
+    ASSERT_EQ(instance->Parameters().GetParameterNormalizedValue(kTime, &before), kAAX_Success);
+    const double delta = before < 0.5 ? 0.125 : -0.125;
+    for (int i = 0; i < 3; ++i)
+    {
+        ASSERT_EQ(instance->Parameters().SetParameterNormalizedRelative(kTime, delta), kAAX_Success);
+        EXPECT_TRUE(DeliverAll(*instance));
+    }
+    EXPECT_NEAR(ValueOf(*instance, kTime), before + delta, 1e-6);
+}
+
+TEST_F(Limits, BypassAndGainDoNotFollow)
+{
+    const auto instance = mContext.MakeInstance();
+    for (const char* id : {"MasterBypassID", "Gain"})
+    {
+        SCOPED_TRACE(id);
+        double before = -1.0;
+        double after = -1.0;
+        ASSERT_EQ(instance->Parameters().GetParameterNormalizedValue(id, &before), kAAX_Success);
+        ASSERT_EQ(instance->SetParameter(id, 1.0 - before), kAAX_Success);
+        EXPECT_TRUE(DeliverAll(*instance));
+        ASSERT_EQ(instance->Parameters().GetParameterNormalizedValue(id, &after), kAAX_Success);
+        EXPECT_EQ(after, before);
+    }
+}
+
+/** As above, with a plug-in that says what reaches it and asks for what the examples do not. */
+class ScriptedLimits : public testing::Test
+{
+protected:
+    ScriptedLimits()
+    {
+        Script().shape.numInputs = Script().shape.numOutputs = 2;
+        Script().shape.flags = effFlagsHasEditor;
+        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
+        Script().parameters = {0.5F};
+        Script().results[effCanDo] = 1;
+        Script().editorSize = {0, 0, 100, 200};
+    }
+    SPluginScript& Script() { return mScript.Script(); }
+    ScriptedEffect& Effect() { return *Script().instances.back(); }
+    CHostLog& Log() { return mContext.Log(); }
+    std::unique_ptr<CInstance> OpenEditor()
+    {
+        auto instance = mContext.MakeInstance();
+        EXPECT_TRUE(instance->OpenGUI());
+        EXPECT_EQ(instance->GUI()->SetViewContainer(&instance->Host().ViewContainer()), kAAX_Success);
+        return instance;
+    }
+
+    const CModuleBundle mBundle{kPlainModule, ScriptedModule::FileOf("scripted_plugin.so")};
+    ScriptedModule mScript{mBundle.SourceVst()};
+    CCheckContext mContext{mBundle.Path().string(), 5};
+};
+
+TEST_F(ScriptedLimits, APieceOfASystemExclusiveMessageIsHandedOnAsAMessage)
+{
+    CRig rig(mContext);
+    ASSERT_NE(rig.Midi(), nullptr);
+    rig.Send(0, 0xF0, 0x43, 0x10);
+    rig.Send(0, 0x4C, 0x00, 0xF7);
+    rig.Render(64);
+    ASSERT_EQ(Script().events.size(), 1U);
+    ASSERT_EQ(Script().events.front().size(), 2U);
+    for (const VstMidiEvent& event : Script().events.front())
+        EXPECT_EQ(event.type, kVstMidiType);
+    EXPECT_EQ(static_cast<unsigned char>(Script().events.front()[1].midiData[0]), 0x4C)
+        << "of no meaning alone";
+}
+
+TEST_F(ScriptedLimits, AGestureThatEndsWhileTheWindowClosesIsNotHeard)
+{
+    Script().hooks[effEditClose] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    { (void)ioEffect.CallHost(audioMasterEndEdit); }; // answered 0 in any case
+    const auto instance = OpenEditor();
+    EXPECT_EQ(Effect().CallHost(audioMasterBeginEdit), 0);
+    EXPECT_EQ(Log().Count("HandleParameterMouseDown"), 1U);
+    EXPECT_EQ(instance->GUI()->SetViewContainer(nullptr), kAAX_Success);
+    EXPECT_EQ(Log().Count("HandleParameterMouseUp"), 0U);
+}
+
+TEST_F(ScriptedLimits, WishesForAnotherSizeAndForIdleTimeAreNotServed)
+{
+    const auto instance = OpenEditor();
+    (void)Script().TakeLog(); // of opening
+    EXPECT_EQ(Effect().CallHost(audioMasterSizeWindow, 300), 0);
+    EXPECT_EQ(Effect().CallHost(audioMasterNeedIdle), 0);
+    EXPECT_EQ(instance->GUI()->TimerWakeup(), kAAX_Success);
+    EXPECT_EQ(instance->Parameters().TimerWakeup(), kAAX_Success);
+    EXPECT_EQ(instance->RunCycle(), kAAX_Success);
+    EXPECT_EQ(Script().TakeLog(), (std::vector<std::string>{"effEditIdle"}));
+    EXPECT_EQ(Log().Count("SetViewSize"), 0U);
 }
 
 std::string Contents(const fs::path& inFile)

@@ -38,5 +38,6 @@ void AddCommandBench(CLI::App& ioApp, CommandAction& outAction)
         ->check(WholeNumberFrom(1, 4096));
     command->add_option("--turns", options->mJob.mTurns, "How often each time is taken (101)")
         ->check(WholeNumberFrom(1, 100000));
+    AddAnswersOption(*command, options->mJob.mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return Bench(*options); }; });
 }

@@ -18,6 +18,7 @@ struct SCheckOptions
     bool mList = false;
     std::vector<std::string> mOnly;
     double mLimit = 0.0; // seconds; 0: as the strictness has it
+    EAnswers mAnswers = EAnswers::Late;
     std::string mJson;
     std::string mReport;
 };
@@ -68,7 +69,7 @@ int Check(const SCheckOptions& inOptions)
 {
     if (inOptions.mList)
         return ListChecks();
-    SCheckJob job{inOptions.mModule, inOptions.mStrictness, {}, inOptions.mLimit};
+    SCheckJob job{inOptions.mModule, inOptions.mStrictness, {}, inOptions.mLimit, inOptions.mAnswers};
     if (inOptions.mOnly.empty())
         job.mChecks = ChecksFor(inOptions.mStrictness);
     for (const SCheck& check : AllChecks()) // in their own order, each once
@@ -118,6 +119,7 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
     command
         ->add_option("--limit", options->mLimit, "Seconds that a check may take; otherwise by the strictness")
         ->check(NumberFrom(0.1, 86400.0));
+    AddAnswersOption(*command, options->mAnswers);
     command->add_option("--json", options->mJson, "File to write with the results for a machine");
     command->add_option("--report", options->mReport, "HTML page to write for a person");
     command->callback(

@@ -24,6 +24,7 @@ struct SEditorOptions
     std::string mModule;
     std::optional<double> mSeconds;
     std::string mScreenshot;
+    EAnswers mAnswers = EAnswers::Late;
 };
 
 std::string TitleOf(const CModule& inModule)
@@ -80,7 +81,7 @@ int ShowEditor(const SEditorOptions& inOptions)
     const auto window = CHostWindow::Create(TitleOf(**module));
     if (!window)
         return Fail(window.Problem());
-    const auto instance = CInstance::Create(**module, kEditorRate);
+    const auto instance = CInstance::Create(**module, kEditorRate, {.mAnswers = inOptions.mAnswers});
     if (!instance)
         return Fail(instance.Problem());
     const CEditorReport report((*instance)->ListParameters());
@@ -111,5 +112,6 @@ void AddCommandEditor(CLI::App& ioApp, CommandAction& outAction)
         ->check(NumberFrom(0.1, 86400.0));
     command->add_option("--screenshot", options->mScreenshot,
                         "PNG file to write with what the window shows at the end");
+    AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return ShowEditor(*options); }; });
 }

@@ -35,6 +35,7 @@ struct SRenderOptions
     bool mMainOnly = false;
     std::string mState;
     std::string mSaveState;
+    EAnswers mAnswers = EAnswers::Late;
     std::vector<std::string> mSets;
     std::vector<std::string> mAutomations;
 };
@@ -125,7 +126,7 @@ COutcome<SDone> ApplySets(CInstance& inInstance, const SRenderOptions& inOptions
             return SProblem{
                 fmt::format("The parameter '{}' refuses {}: {}.", parts.mID, value, NameOfResult(result))};
     }
-    return SDone{};
+    return RunCycle(inInstance);
 }
 
 /** The saved state first, then what was set by hand. */
@@ -133,13 +134,19 @@ COutcome<SDone> PrepareInstance(const CModule& inModule, CInstance& inInstance,
                                 const SRenderOptions& inOptions, const SRenderMaterial& inMaterial)
 {
     if (inMaterial.mState)
+    {
         if (const auto given = GiveState(inModule, inInstance, *inMaterial.mState); !given)
             return given.Problem();
+        if (const auto answered = RunCycle(inInstance); !answered)
+            return answered.Problem();
+    }
     return ApplySets(inInstance, inOptions);
 }
 
 COutcome<SDone> SaveState(const CModule& inModule, CInstance& inInstance, const std::string& inPath)
 {
+    if (const auto answered = RunCycle(inInstance); !answered)
+        return answered.Problem();
     const auto state = TakeState(inModule, inInstance);
     if (!state)
         return state.Problem();
@@ -198,7 +205,7 @@ int Render(const SRenderOptions& inOptions)
     const auto module = CModule::Open(inOptions.mModule, log);
     if (!module)
         return Fail(module.Problem());
-    const auto instance = CInstance::Create(**module, material->mRate);
+    const auto instance = CInstance::Create(**module, material->mRate, {.mAnswers = inOptions.mAnswers});
     if (!instance)
         return Fail(instance.Problem());
     if (const std::string fault = FindUnknownParameter(**instance, inOptions); !fault.empty())
@@ -279,5 +286,6 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
                      "ID=FILE.csv: move a parameter along a curve of lines seconds,value")
         ->allow_extra_args(false)
         ->check(Assignment());
+    AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return Render(*options); }; });
 }

@@ -16,6 +16,7 @@ struct SStateOptions
 {
     std::string mModule;
     std::string mFile;
+    EAnswers mAnswers = EAnswers::Late;
 };
 
 /** A module and one instance of it. */
@@ -26,13 +27,13 @@ struct SSubject
     std::unique_ptr<CInstance> mInstance;
 };
 
-COutcome<SDone> Open(const std::string& inModule, SSubject& outSubject)
+COutcome<SDone> Open(const SStateOptions& inOptions, SSubject& outSubject)
 {
-    auto module = CModule::Open(inModule, outSubject.mLog);
+    auto module = CModule::Open(inOptions.mModule, outSubject.mLog);
     if (!module)
         return module.Problem();
     outSubject.mModule = std::move(*module);
-    auto instance = CInstance::Create(*outSubject.mModule, kStateRate);
+    auto instance = CInstance::Create(*outSubject.mModule, kStateRate, {.mAnswers = inOptions.mAnswers});
     if (!instance)
         return instance.Problem();
     outSubject.mInstance = std::move(*instance);
@@ -42,8 +43,10 @@ COutcome<SDone> Open(const std::string& inModule, SSubject& outSubject)
 int Save(const SStateOptions& inOptions)
 {
     SSubject subject;
-    if (const auto opened = Open(inOptions.mModule, subject); !opened)
+    if (const auto opened = Open(inOptions, subject); !opened)
         return Fail(opened.Problem());
+    if (const auto answered = RunCycle(*subject.mInstance); !answered)
+        return Fail(answered.Problem());
     const auto state = TakeState(*subject.mModule, *subject.mInstance);
     if (!state)
         return Fail(state.Problem());
@@ -60,10 +63,12 @@ int Load(const SStateOptions& inOptions)
     if (!state)
         return Fail(state.Problem());
     SSubject subject;
-    if (const auto opened = Open(inOptions.mModule, subject); !opened)
+    if (const auto opened = Open(inOptions, subject); !opened)
         return Fail(opened.Problem());
     if (const auto given = GiveState(*subject.mModule, *subject.mInstance, *state); !given)
         return Fail(given.Problem());
+    if (const auto answered = RunCycle(*subject.mInstance); !answered)
+        return Fail(answered.Problem());
     fmt::print("Loaded {}: {} chunks of {}\n", inOptions.mFile, state->mChunks.size(),
                NameOfProduct(state->mProduct));
     for (const SParameterInfo& parameter : subject.mInstance->ListParameters())
@@ -92,10 +97,12 @@ void AddCommandState(CLI::App& ioApp, CommandAction& outAction)
     auto options = std::make_shared<SStateOptions>();
     CLI::App* command = ioApp.add_subcommand("state", "Save, load or explain the state of an instance");
     command->add_option("MODULE", options->mModule, "Bundle folder or module file")->required();
+    AddAnswersOption(*command, options->mAnswers);
     command->require_subcommand(1);
     const auto add = [&](const char* inName, const char* inHelp, int (*inRun)(const SStateOptions&))
     {
         CLI::App* what = command->add_subcommand(inName, inHelp);
+        what->fallthrough(); // options may also stand behind it
         what->add_option("FILE", options->mFile, "State file")->required();
         what->callback([=, &outAction] { outAction = [=] { return inRun(*options); }; });
     };

@@ -1,11 +1,14 @@
 #include "Tools/aaxhost/CommandSupport.h"
 
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/ParseNumber.h"
 
 #include <cmath>
 #include <cstdio>
 #include <fmt/format.h>
 #include <fstream>
+#include <map>
 #include <unistd.h>
 
 int Fail(const SProblem& inProblem)
@@ -73,6 +76,25 @@ SAssignment SplitAssignment(const std::string& inText)
     if (equals == std::string::npos)
         return {inText, {}};
     return {inText.substr(0, equals), inText.substr(equals + 1)};
+}
+
+void AddAnswersOption(CLI::App& ioCommand, EAnswers& outAnswers)
+{
+    std::map<std::string, EAnswers> names;
+    for (const EAnswers answers : kAllAnswers)
+        names.emplace(NameOfAnswers(answers), answers);
+    ioCommand
+        .add_option("--answers", outAnswers,
+                    "When the host answers the module's requests: at-once, late or last (late)")
+        ->transform(CLI::CheckedTransformer(names).description(""));
+}
+
+COutcome<SDone> RunCycle(CInstance& inInstance)
+{
+    if (const AAX_Result result = inInstance.RunCycle())
+        return SProblem{fmt::format("The instance refuses updates: GenerateCoefficients answered {}.",
+                                    NameOfResult(result))};
+    return SDone{};
 }
 
 CProgressBar::CProgressBar(double inTotal) : mTotal(inTotal), mOnTerminal(isatty(STDERR_FILENO) != 0) {}

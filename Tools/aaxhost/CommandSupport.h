@@ -1,4 +1,5 @@
 #pragma once
+#include "Tools/aaxhost/host/CHostAutomation.h"
 #include "Tools/aaxhost/lib/COutcome.h"
 
 #include <CLI/CLI.hpp>
@@ -10,6 +11,8 @@
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1; // a failed check, a refused module, an unreadable file
 inline constexpr int kExitUsage = 2;   // wrong usage
+
+class CInstance;
 
 /** Says the sentence on standard error. @return kExitFailure. */
 int Fail(const SProblem& inProblem);
@@ -35,6 +38,11 @@ struct SAssignment
 /** Takes texts with something on both sides of an `=`. */
 CLI::Validator Assignment();
 SAssignment SplitAssignment(const std::string& inText);
+
+/** `--answers at-once|late|last`. */
+void AddAnswersOption(CLI::App& ioCommand, EAnswers& outAnswers);
+/** The host's next cycle, in which what was set or loaded is answered. */
+COutcome<SDone> RunCycle(CInstance& inInstance);
 
 /** A bar on standard error while it is a terminal and the work takes long; nothing otherwise. */
 class CProgressBar

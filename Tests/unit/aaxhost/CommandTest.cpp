@@ -54,9 +54,10 @@ bool IsOneSentence(const std::string& inText)
 TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
 {
     for (const char* arguments :
-         {"--seconds 0", "--seconds x", "--seconds nan", "--seconds 1e99", "--rate 44100.5", "--rate 0",
-          "--block 0", "--block 1025", "--block -1", "--tempo 0", "--tempo inf", "--set Level",
-          "--set Level=x", "--set Level=1.5", "--set Nobody=0.5", "--automate Level", "--unknown", "extra"})
+         {"--seconds 0",      "--seconds x", "--seconds nan",   "--seconds 1e99",  "--rate 44100.5",
+          "--rate 0",         "--block 0",   "--block 4097",    "--block -1",      "--tempo 0",
+          "--tempo inf",      "--set Level", "--set Level=x",   "--set Level=1.5", "--set Nobody=0.5",
+          "--automate Level", "--answers",   "--answers never", "--unknown",       "extra"})
     {
         SCOPED_TRACE(arguments);
         const SRun run = Run(RenderTo("a.wav") + arguments);
@@ -123,16 +124,22 @@ TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
     ASSERT_TRUE(writer->Write(channels, 4));
     ASSERT_TRUE(writer->Close());
 
-    // The module comes last: options that may be repeated must not swallow it.
-    const SRun run = Run("render --output " + mFolder.File("a.wav") + " --block 2 --input " +
-                         mFolder.File("in.wav") + " --set Level=0.25 --set Level=0.5 " + FakeModuleFile());
-    ASSERT_EQ(run.mExit, 0) << run.mError;
-    EXPECT_EQ(run.mError, "") << "no progress bar in a pipe";
-    const auto audio = ReadAudioFile(mFolder.File("a.wav"));
-    ASSERT_TRUE(audio) << audio.Problem().mSentence;
-    EXPECT_EQ(audio->mRate, 32000);
-    const std::vector<std::vector<float>> expected{{0, 0, 0, 0}, {0.25F, -0.25F, 0.125F, 0.5F}, {1, 0, 3, 0}};
-    EXPECT_EQ(audio->mChannels, expected);
+    for (const char* answers : {"", "--answers at-once ", "--answers late ", "--answers last "})
+    {
+        SCOPED_TRACE(answers);
+        // The module comes last: options that may be repeated must not swallow it.
+        const SRun run =
+            Run("render --output " + mFolder.File("a.wav") + " --block 2 --input " + mFolder.File("in.wav") +
+                " --set Level=0.25 --set Level=0.5 " + answers + FakeModuleFile());
+        ASSERT_EQ(run.mExit, 0) << run.mError;
+        EXPECT_EQ(run.mError, "") << "no progress bar in a pipe";
+        const auto audio = ReadAudioFile(mFolder.File("a.wav"));
+        ASSERT_TRUE(audio) << audio.Problem().mSentence;
+        EXPECT_EQ(audio->mRate, 32000);
+        const std::vector<std::vector<float>> expected{
+            {0, 0, 0, 0}, {0.25F, -0.25F, 0.125F, 0.5F}, {1, 0, 3, 0}};
+        EXPECT_EQ(audio->mChannels, expected);
+    }
     EXPECT_EQ(Run(RenderTo("b.wav") + "--rate 44100 --input " + mFolder.File("in.wav")).mExit, 1);
 }
 

@@ -4,6 +4,7 @@
 #include "Tests/unit/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/host/CHost.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
+#include "Tools/aaxhost/host/HostNames.h"
 
 #include <gtest/gtest.h>
 
@@ -142,27 +143,69 @@ TEST(HostTransport, AFailingTransportLeavesTheAnswerAlone)
     EXPECT_EQ(tempo, 77.0);
 }
 
-TEST(HostAutomation, ARequestTakesEffectOnlyWhenItIsDelivered)
+/** An instance of the fake module whose host answers in that way. */
+struct SAnswered
 {
-    CHostLog log;
-    const auto module = CModule::Open(FakeModuleFile(), log);
-    ASSERT_TRUE(module) << module.Problem().mSentence;
-    const auto instance = CInstance::Create(**module, 44100.0);
-    ASSERT_TRUE(instance) << instance.Problem().mSentence;
-    AAX_IACFEffectParameters& parameters = (*instance)->Parameters();
-    CInstanceHost& host = (*instance)->Host();
-    double value = -1.0;
+    explicit SAnswered(EAnswers inAnswers)
+        : mModule(std::move(*CModule::Open(FakeModuleFile(), mLog))),
+          mInstance(std::move(*CInstance::Create(*mModule, 44100.0, {.mAnswers = inAnswers})))
+    {
+    }
+    CHostAutomation& Automation() { return mInstance->Host().Automation(); }
+    /** All that the host sent. */
+    std::string Sent() { return mInstance->ListParameters().front().mValueText; }
+    double Level() { return mInstance->ListParameters().front().mValue; }
 
-    ASSERT_EQ(parameters.SetParameterNormalizedValue("Level", 0.25), kAAX_Success);
-    ASSERT_EQ(host.Automation().PostTouchRequest("Level"), kAAX_Success);
-    (void)parameters.GetParameterNormalizedValue("Level", &value);
-    EXPECT_EQ(value, 1.0);
-    EXPECT_TRUE(host.Automation().IsTouched("Level"));
-    EXPECT_EQ(host.Automation().PendingRequests(), 2U);
+    CHostLog mLog;
+    std::unique_ptr<CModule> mModule;
+    std::unique_ptr<CInstance> mInstance;
+};
 
-    EXPECT_EQ(host.DeliverUpdates(parameters), kAAX_Success);
-    (void)parameters.GetParameterNormalizedValue("Level", &value);
-    EXPECT_EQ(value, 0.25);
-    EXPECT_EQ(host.Automation().PendingRequests(), 0U);
+TEST(HostAutomation, EachKindOfHostAnswersAtItsTimeAndInItsOrder)
+{
+    constexpr const char* all = "touch Level, Level 10%, Other 30%, Level 25%, release Level";
+    struct SRow
+    {
+        EAnswers answers;
+        const char* before; // the cycle
+        const char* after;
+    };
+    for (const SRow& row : {SRow{EAnswers::AtOnce, all, all}, SRow{EAnswers::Late, "", all},
+                            SRow{EAnswers::Last, "", "touch Level, Other 30%, Level 25%, release Level"}})
+    {
+        SCOPED_TRACE(NameOfAnswers(row.answers));
+        SAnswered answered(row.answers);
+        CHostAutomation& automation = answered.Automation();
+        ASSERT_EQ(automation.PostTouchRequest("Level"), kAAX_Success);
+        ASSERT_EQ(automation.PostSetValueRequest("Level", 0.1), kAAX_Success);
+        ASSERT_EQ(automation.PostSetValueRequest("Other", 0.3), kAAX_Success);
+        ASSERT_EQ(answered.mInstance->SetParameter("Level", 0.25), kAAX_Success);
+        EXPECT_TRUE(automation.IsTouched("Level"));
+        ASSERT_EQ(automation.PostReleaseRequest("Level"), kAAX_Success);
+        EXPECT_EQ(answered.Sent(), row.before);
+        EXPECT_EQ(automation.PendingRequests(), row.answers == EAnswers::AtOnce ? 0U : 5U);
+        EXPECT_EQ(answered.Level(), 1.0) << "coefficients before the cycle";
+
+        EXPECT_EQ(answered.mInstance->RunCycle(), kAAX_Success);
+        EXPECT_EQ(answered.Sent(), row.after);
+        EXPECT_EQ(answered.Level(), 0.25) << "no coefficients";
+        EXPECT_EQ(automation.PendingRequests(), 0U);
+        EXPECT_EQ(automation.ValueRequests(), 3U);
+    }
+}
+
+TEST(HostAutomation, AModuleThatAsksAgainInsideEachAnswerDoesNotUseUpTheStack)
+{
+    const CFakeFault fault("echo");
+    SAnswered answered(EAnswers::AtOnce);
+    for (std::size_t cycle = 1; cycle <= 3; ++cycle)
+    {
+        if (cycle == 1)
+            ASSERT_EQ(answered.mInstance->SetParameter("Level", 0.5), kAAX_Success);
+        else
+            ASSERT_EQ(answered.mInstance->RunCycle(), kAAX_Success);
+        EXPECT_EQ(answered.Automation().ValueRequests(), cycle * (CHostAutomation::kMostNested + 1));
+        EXPECT_EQ(answered.Automation().PendingRequests(), 1U);
+    }
 }
 } // namespace

@@ -57,7 +57,7 @@ TEST_F(RendererTest, EveryMidiEventFallsOnItsFrameWhateverTheBlock)
     expected[100] = 6.0F / 128;
     expected[127] = 8.0F / 128;
     expected[249] = 16.0F / 128;
-    for (const std::int32_t block : {1, 7, 64, 100, 128, 1024})
+    for (const std::int32_t block : {1, 7, 64, 100, 128, 1024, 4096})
     {
         SCOPED_TRACE(block);
         mJob.mBlockFrames = block;
@@ -141,12 +141,12 @@ TEST_F(RendererTest, BuffersHaveRoomForAPluginThatReadsAFullBlock)
     call->mFrames = 1;
     for (std::size_t i = 0; i < call->mOutputs.size(); ++i)
     {
-        EXPECT_GE(call->Output(i).size(), 1024U);
+        EXPECT_GE(call->Output(i).size(), 4096U);
         EXPECT_EQ(call->mOutputs[i], call->Output(i).data());
     }
-    EXPECT_GE(call->Input(0).size(), 1024U);
+    EXPECT_GE(call->Input(0).size(), 4096U);
     mJob.mFrames = 1;
-    mJob.mBlockFrames = 1025;
+    mJob.mBlockFrames = 4097;
     EXPECT_FALSE(
         RenderOffline(*mInstance, mJob, [](std::span<const float* const>, std::int32_t) { return SDone{}; }));
 }

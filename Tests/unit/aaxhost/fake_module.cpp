@@ -6,7 +6,7 @@
  * 2  (auxiliary stem) at the first frame of a block: the transport's position, 1 more while it plays
  *
  * The environment variable FAKE_MODULE_FAULT makes it misbehave: startup, register, nodefinition, noeffect,
- * noprocess, nofactory, noparameters, initialize, throw, hugefield.
+ * noprocess, nofactory, noparameters, initialize, throw, hugefield, echo (asks for each value that it gets).
  */
 #include "Interfaces/AAX/AAX_IACFDescription.h"
 #include "Interfaces/AAX/AAX_IACFHost.h"
@@ -18,6 +18,7 @@
 #include "Interfaces/ACF/ACFPtr.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -34,7 +35,8 @@ bool Fault(std::string_view inName)
 
 constexpr const char* kLevel = "Level";
 
-/** One parameter; a value that is set is asked of the host and taken over with the host's update. */
+/** One parameter; a value that is set is asked of the host and taken over with the host's update. The text of
+ * its value is all that the host sent, call by call. */
 class CFakeParameters final : public AAX_IEffectParameters
 {
 public:
@@ -76,9 +78,20 @@ public:
     {
         return IsLevel(id) ? mAutomation->PostSetValueRequest(id, value) : kAAX_ErrorUnknownParameter;
     }
-    AAX_Result UpdateParameterNormalizedValue(AAX_CParamID, double value, AAX_EUpdateSource) override
+    AAX_Result UpdateParameterNormalizedValue(AAX_CParamID id, double value, AAX_EUpdateSource) override
     {
         mPending = value;
+        Note(std::string(id).append(" ").append(std::to_string(std::lround(100.0 * value))).append("%"));
+        return Fault("echo") ? mAutomation->PostSetValueRequest(id, value) : kAAX_Success;
+    }
+    AAX_Result UpdateParameterTouch(AAX_CParamID id, AAX_CBoolean touched) override
+    {
+        Note(std::string(touched != 0 ? "touch " : "release ").append(id));
+        return kAAX_Success;
+    }
+    AAX_Result GetParameterValueString(AAX_CParamID, AAX_IString* text, std::int32_t) const override
+    {
+        text->Set(mSent.c_str());
         return kAAX_Success;
     }
     AAX_Result GenerateCoefficients() override
@@ -120,14 +133,9 @@ public:
     {
         return No();
     }
-    AAX_Result GetParameterValueString(AAX_CParamID, AAX_IString*, std::int32_t) const override
-    {
-        return No();
-    }
     AAX_Result SetParameterNormalizedRelative(AAX_CParamID, double) override { return No(); }
     AAX_Result TouchParameter(AAX_CParamID) override { return No(); }
     AAX_Result ReleaseParameter(AAX_CParamID) override { return No(); }
-    AAX_Result UpdateParameterTouch(AAX_CParamID, AAX_CBoolean) override { return No(); }
     AAX_Result UpdateParameterNormalizedRelative(AAX_CParamID, double) override { return No(); }
     AAX_Result GetNumberOfChunks(std::int32_t*) const override { return No(); }
     AAX_Result GetChunkIDFromIndex(std::int32_t, AAX_CTypeID*) const override { return No(); }
@@ -158,7 +166,10 @@ private:
         return kAAX_Success;
     }
 
+    void Note(const std::string& inCall) { mSent.append(mSent.empty() ? "" : ", ").append(inCall); }
+
     ACFPtr<AAX_IACFAutomationDelegate> mAutomation;
+    std::string mSent;
     double mPending = 1.0;
 };
 

@@ -87,7 +87,7 @@ private:
         for (int i = 0; i < 5; ++i)
         {
             auto before = Clock::now();
-            auto instance = CInstance::Create(*mModule, kRate);
+            auto instance = CInstance::Create(*mModule, kRate, {.mAnswers = mJob.mAnswers});
             if (!instance)
                 return instance.Problem();
             creations.push_back(MillisecondsSince(before));
@@ -112,7 +112,7 @@ private:
         std::vector<std::unique_ptr<CInstance>> instances;
         for (int i = 0; i < kMemoryInstances; ++i)
         {
-            auto instance = CInstance::Create(*mModule, kRate);
+            auto instance = CInstance::Create(*mModule, kRate, {.mAnswers = mJob.mAnswers});
             if (!instance)
                 return instance.Problem();
             instances.push_back(std::move(*instance));
@@ -254,6 +254,7 @@ private:
             before = Clock::now();
             if (const auto given = GiveState(*mModule, *voice->mInstance, *state); !given)
                 return given.Problem();
+            (void)voice->mInstance->RunCycle(); // what the load asked for is a part of its cost
             loads.push_back(MillisecondsSince(before));
         }
         mResults.mSave = Median(saves);
@@ -275,7 +276,7 @@ private:
 
     COutcome<SVoice> MakeVoice()
     {
-        auto instance = CInstance::Create(*mModule, kRate);
+        auto instance = CInstance::Create(*mModule, kRate, {.mAnswers = mJob.mAnswers});
         if (!instance)
             return instance.Problem();
         SVoice voice;

@@ -1,4 +1,5 @@
 #pragma once
+#include "Tools/aaxhost/host/CHostAutomation.h"
 #include "Tools/aaxhost/lib/COutcome.h"
 
 #include <cstdint>
@@ -54,6 +55,7 @@ struct SBenchJob
     std::string mModule;
     int mMostInstances = 512;
     int mTurns = 101; // how often each time is taken
+    EAnswers mAnswers = EAnswers::Late;
 };
 
 /** Called with the share of the work that is done, from 0 to 1. */

@@ -9,8 +9,8 @@
 #include <fmt/format.h>
 #include <limits>
 
-CCheckContext::CCheckContext(std::string inModulePath, int inStrictness)
-    : mModulePath(std::move(inModulePath)), mStrictness(inStrictness)
+CCheckContext::CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers)
+    : mModulePath(std::move(inModulePath)), mStrictness(inStrictness), mInstanceOptions{.mAnswers = inAnswers}
 {
 }
 
@@ -28,7 +28,7 @@ CModule& CCheckContext::Module()
 
 std::unique_ptr<CInstance> CCheckContext::MakeInstance(double inRate)
 {
-    auto instance = CInstance::Create(Module(), inRate);
+    auto instance = CInstance::Create(Module(), inRate, mInstanceOptions);
     if (!instance)
         throw SCheckEnd{SFinding::Failed(instance.Problem().mSentence)};
     return std::move(*instance);
@@ -107,6 +107,6 @@ bool DeliverAll(CInstance& inInstance)
 {
     constexpr int rounds = 20; // a plug-in that echoes each value once needs two
     for (int i = 0; i < rounds && inInstance.Host().Automation().PendingRequests() > 0; ++i)
-        (void)inInstance.Host().DeliverUpdates(inInstance.Parameters()); // what waits next tells
+        (void)inInstance.RunCycle(); // what waits next tells
     return inInstance.Host().Automation().PendingRequests() == 0;
 }

@@ -17,7 +17,7 @@ inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choo
 class CCheckContext
 {
 public:
-    CCheckContext(std::string inModulePath, int inStrictness);
+    CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers = EAnswers::Late);
     CCheckContext(const CCheckContext&) = delete;
     CCheckContext& operator=(const CCheckContext&) = delete;
 
@@ -28,6 +28,8 @@ public:
     CModule& Module();
     /** All instances must be gone. */
     void CloseModule() { mModule.reset(); }
+    /** Of the instances that are made from now on. */
+    SInstanceOptions& InstanceOptions() noexcept { return mInstanceOptions; }
     /** Ends the check as failed when there is none to be had. */
     std::unique_ptr<CInstance> MakeInstance(double inRate = kCheckRate);
     /** From inLow at strictness 1 to inHigh at 10, in equal ratios. */
@@ -42,6 +44,7 @@ public:
 private:
     std::string mModulePath;
     int mStrictness;
+    SInstanceOptions mInstanceOptions;
     CHostLog mLog;
     std::unique_ptr<CModule> mModule; // goes before the log that it writes into
 };

@@ -161,8 +161,10 @@ void CRig::LookAtOutputs(std::int32_t inFrames)
     for (std::size_t channel = 0; channel < mOutputs.size(); ++channel)
     {
         const float* const frames = mCall->mOutputs[channel];
-        if (mDirty && mUnwritten == 0 && std::any_of(frames, frames + inFrames, IsMark))
-            mUnwritten = channel + 1;
+        const auto marks = mDirty ? std::count_if(frames, frames + inFrames, IsMark) : 0;
+        if (marks > 0 && mUnwritten.empty())
+            mUnwritten = fmt::format("In a block of {} frames, {} of them are not written in output {} of {}",
+                                     inFrames, marks, channel + 1, mOutputs.size());
         for (std::int32_t i = 0; i < inFrames; ++i)
         {
             if (std::isfinite(frames[i]))
@@ -184,7 +186,7 @@ void CRig::LookAtOutputs(std::int32_t inFrames)
 void CRig::Render(std::int32_t inFrames)
 {
     // A refusal shows in what is rendered; the checks of parameters and automation look at the answers.
-    (void)mInstance->Host().DeliverUpdates(mInstance->Parameters());
+    (void)mInstance->RunCycle();
     RenderBlock(inFrames);
     if (mPosition < mNextTimer)
         return;

@@ -22,7 +22,7 @@ SignalSource Impulse(std::int64_t inFrame, float inPeak);
 /**
  * An instance on the bench: feeds it block after block, and keeps an eye on what comes out.
  *
- * All buffers have room for 1,024 frames whatever the block, and marked words before, after and behind the
+ * All buffers have room for 4,096 frames whatever the block, and marked words before, after and behind the
  * frames of the block.
  *
  * Threads: `RenderBlock` on one thread at a time; everything else on the main thread.
@@ -58,8 +58,8 @@ public:
 
     /** Outputs hold marks instead of zeros before each block. */
     void DirtyOutputs() { mDirty = true; }
-    /** The first output, from 1, that kept its marks in some block; 0 when all were written. */
-    std::size_t UnwrittenOutput() const noexcept { return mUnwritten; }
+    /** The first output that kept its marks in some block, in words; empty when all were written. */
+    const std::string& Unwritten() const noexcept { return mUnwritten; }
 
     /** The play position moves on when the transport plays. MIDI packets are cleared afterwards. */
     void RenderBlock(std::int32_t inFrames);
@@ -114,8 +114,8 @@ private:
     bool mRecords = false;
     bool mInPlace = false;
     bool mDirty = false;
-    std::size_t mUnwritten = 0;
     bool mWroteInput = false;
+    std::string mUnwritten;
     std::string mNonFinite;
     std::string mOverrun;
 };

@@ -20,7 +20,7 @@ SFinding RunHere(const SCheck& inCheck, const SCheckJob& inJob)
 {
     try
     {
-        CCheckContext context(inJob.mModule, inJob.mStrictness);
+        CCheckContext context(inJob.mModule, inJob.mStrictness, inJob.mAnswers);
         return inCheck.mRun(context);
     }
     catch (const SCheckEnd& end)

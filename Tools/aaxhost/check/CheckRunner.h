@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/SCheck.h"
+#include "Tools/aaxhost/host/CHostAutomation.h"
 
 #include <functional>
 #include <string>
@@ -17,6 +18,7 @@ struct SCheckJob
     int mStrictness = 5;
     std::vector<const SCheck*> mChecks; // in the order in which they run
     double mLimitSeconds = 0.0;         // for each; 0: as long as the strictness allows
+    EAnswers mAnswers = EAnswers::Late; // of the host, but for the checks that try every kind
 };
 
 /** As long as a check may take at a strictness. */

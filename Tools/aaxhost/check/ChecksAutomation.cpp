@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
 #include <algorithm>
@@ -36,6 +37,83 @@ SFinding Settles(CCheckContext& ioContext)
             return SFinding::Failed(
                 fmt::format("Setting {} once starts an endless exchange of values with the host.",
                             NameOfParameter(*instance, id)));
+    }
+    return SFinding::Passed();
+}
+
+/** Counts what is asked for in a number of cycles after the last of twenty steps. */
+SFinding SettlesAfterAutomation(CCheckContext& ioContext)
+{
+    constexpr int steps = 20;
+    constexpr int cycles = 20;
+    constexpr std::size_t most = 1'000'000; // what an exchange that grows has no end at
+    for (const EAnswers answers : kAllAnswers)
+        for (const int stepsACycle : {1, 5})
+        {
+            ioContext.InstanceOptions().mAnswers = answers;
+            CRig rig(ioContext);
+            CInstance& instance = rig.Instance();
+            const CHostAutomation& automation = instance.Host().Automation();
+            const auto ids = NeededParameters(instance);
+            CSequence sequence(17);
+            const auto cycle = [&]
+            {
+                rig.Render(64);
+                ioContext.Log().Clear(); // of a line a request
+            };
+            for (int step = 1; step <= steps && automation.ValueRequests() < most; ++step)
+            {
+                for (const std::string& id : ids)
+                    (void)instance.UpdateParameter(id, sequence.Fraction()); // refusals show in another check
+                (void)instance.FinishUpdates();
+                if (step % stepsACycle == 0 && step < steps)
+                    cycle();
+            }
+            const std::size_t before = automation.ValueRequests();
+            const auto further = [&] { return automation.ValueRequests() - before; };
+            int done = 0;
+            while (done < cycles && further() <= ids.size())
+            {
+                cycle();
+                ++done;
+            }
+            if (further() > ids.size() || before >= most)
+                return SFinding::Failed(fmt::format(
+                    "With {} steps of automation, {} in each cycle, a host that answers {} is asked for {} "
+                    "values, and "
+                    "for {} more in the {} cycles after them; the plug-in has {} parameters.",
+                    steps, stepsACycle, NameOfAnswers(answers), before, further(), done, ids.size()));
+        }
+    return SFinding::Passed();
+}
+
+SFinding BeforeCoefficients(CCheckContext& ioContext)
+{
+    constexpr std::int32_t block = 64;
+    const auto automate = [](CInstance& instance)
+    {
+        (void)NeededParameters(instance);
+        for (const SParameterInfo& info : instance.ListParameters())
+            if (info.mAutomatable)
+                (void)instance.UpdateParameter(info.mID, info.mDefault < 0.5 ? 0.9 : 0.1); // read back
+        (void)instance.FinishUpdates();
+    };
+    CRig later(ioContext); // automated when it has begun to render
+    later.Render(block);
+    automate(later.Instance());
+    ioContext.InstanceOptions().mBeginsWithCoefficients = false;
+    CRig early(ioContext);
+    automate(early.Instance());
+    for (const std::int32_t frames : {0, block})
+    {
+        for (CRig* rig : {&later, &early})
+            if (frames > 0)
+                rig->Render(frames);
+        if (const auto moved = FirstMoved(early.Instance(), Values(later.Instance())))
+            return SFinding::Failed(fmt::format(
+                "Automated before the first coefficients, {} is at {:.4f} when they and {} frames are "
+                "done; automated later, at {:.4f}.",
+                moved->mName, moved->mNow, frames, moved->mBefore));
     }
     return SFinding::Passed();
 }
@@ -185,6 +263,11 @@ constexpr SCheck kChecks[] = {
     {"automation.accepted", "Every parameter takes automation over its whole range.", 1, &Accepted},
     {"automation.settles", "Setting a parameter once does not start an endless exchange with the host.", 1,
      &Settles},
+    {"automation.answers",
+     "Automation starts no exchange of values, whether the host answers at once, late or only the last.", 2,
+     &SettlesAfterAutomation},
+    {"automation.before-coefficients", "What is automated before the first coefficients stays.", 1,
+     &BeforeCoefficients},
     {"automation.no-touch-left", "Touches and releases are balanced and no parameter stays touched.", 1,
      &NoTouchLeft},
     {"automation.dense", "Automation every 16 frames leaves the sound finite.", 3, &Dense},

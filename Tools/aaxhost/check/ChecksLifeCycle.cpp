@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/RenderWatch.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 
 #include <algorithm>
 #include <cmath>
@@ -112,6 +113,46 @@ SFinding FiftyInstances(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
+/** Two instances with states of their own, given to them one after the other, render side by side. */
+SFinding StayDifferent(CCheckContext& ioContext)
+{
+    struct SSide
+    {
+        explicit SSide(CCheckContext& inContext) : mRig(inContext) {}
+        CRig mRig;
+        std::vector<double> mValues;
+    };
+    SSide sides[] = {SSide(ioContext), SSide(ioContext)};
+    std::vector<SInstanceState> states;
+    for (std::uint32_t i = 0; i < 2; ++i)
+    {
+        MoveAll(sides[i].mRig.Instance(), 51 + i);
+        states.push_back(Take(ioContext, sides[i].mRig.Instance()));
+    }
+    for (std::size_t i = 0; i < 2; ++i)
+    {
+        CRig& rig = sides[i].mRig;
+        Give(ioContext, rig.Instance(), states[1 - i]);
+        rig.Render(64); // in which a plug-in may settle
+        (void)DeliverAll(rig.Instance());
+        sides[i].mValues = Values(rig.Instance());
+    }
+    constexpr int blocks = 20;
+    for (int block = 0; block < blocks; ++block)
+        for (SSide& side : sides)
+            side.mRig.Render(64);
+    for (SSide& side : sides)
+    {
+        (void)DeliverAll(side.mRig.Instance());
+        if (const auto moved = FirstMoved(side.mRig.Instance(), side.mValues))
+            return SFinding::Failed(fmt::format("With a state of its own and beside an instance with another "
+                                                "one, {} goes from {:.4f} to {:.4f} "
+                                                "in {} blocks of 64 frames.",
+                                                moved->mName, moved->mBefore, moved->mNow, blocks));
+    }
+    return SFinding::Passed();
+}
+
 SFinding Independent(CCheckContext& ioContext)
 {
     const auto first = ioContext.MakeInstance();
@@ -131,7 +172,7 @@ SFinding Independent(CCheckContext& ioContext)
         if (std::abs(ValueOf(*second, ids[i]) - before[i]) > 1e-6)
             return SFinding::Failed(fmt::format("Setting {} of one instance changes it in another.",
                                                 NameOfParameter(*second, ids[i])));
-    return SFinding::Passed();
+    return StayDifferent(ioContext);
 }
 
 SFinding AnyOrder(CCheckContext& ioContext)
@@ -198,7 +239,8 @@ constexpr SCheck kChecks[] = {
     {"life-cycle.memory", "The memory stays steady while instances come and go.", 3, &Memory},
     {"life-cycle.many", "Many instances live and render side by side.", 2, &ManyInstances},
     {"life-cycle.fifty", "50 instances live and render side by side.", 7, &FiftyInstances},
-    {"life-cycle.independent", "Setting one instance's parameters leaves another's alone.", 2, &Independent},
+    {"life-cycle.independent", "Values and states of one instance leave another's alone, also in blocks.", 2,
+     &Independent},
     {"life-cycle.any-order", "Instances can be deleted in any order while others go on.", 3, &AnyOrder},
     {"life-cycle.reopens", "The module works again after it was closed.", 3, &Reopens},
     {"life-cycle.references", "The instance gives back to the host no more than it took.", 3, &References},

@@ -302,8 +302,11 @@ SFinding SweepFromAnotherThread(CCheckContext& ioContext)
     const int rounds = ioContext.Scaled(20, 2000);
     CSequence sequence(11);
     for (int round = 0; round < rounds; ++round)
+    {
         for (const std::string& id : ids)
             (void)instance.SetParameter(id, sequence.Fraction()); // what matters is what is rendered
+        (void)instance.RunCycle();
+    }
     render.WaitForBlocks(2);
     render.Stop();
     rig.ExpectFinite("while parameters move on another thread");

@@ -145,6 +145,7 @@ SFinding EverythingAtOnce(CCheckContext& ioContext)
         if (!ids.empty())
             (void)instance.SetParameter(ids[sequence.Below(static_cast<std::uint32_t>(ids.size()))],
                                         sequence.Fraction()); // what matters is what is rendered
+        (void)instance.RunCycle();
         (void)instance.Parameters().TimerWakeup();
         (void)instance.ListParameters();
         if (round % roundsAnInstance != 0)

@@ -1,7 +1,7 @@
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,64 +10,28 @@
 
 namespace
 {
-constexpr double kSameValue = 1e-4; // what a chunk restores may differ in single precision
-
-SInstanceState Take(CCheckContext& ioContext, CInstance& inInstance)
-{
-    auto state = TakeState(ioContext.Module(), inInstance);
-    if (!state)
-        throw SCheckEnd{SFinding::Failed(state.Problem().mSentence)};
-    return std::move(*state);
-}
-
-void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState)
-{
-    const auto given = GiveState(ioContext.Module(), ioInstance, inState);
-    if (!given)
-        throw SCheckEnd{SFinding::Failed(given.Problem().mSentence)};
-    (void)DeliverAll(ioInstance); // looked at by the checks of automation
-}
-
-/** Sets every parameter to a value of its own that is away from the present one. */
-void MoveAll(CInstance& ioInstance, std::uint32_t inSeed)
-{
-    CSequence sequence(inSeed);
-    for (const std::string& id : AutomatableParameters(ioInstance))
-    {
-        const double value = 0.1 + 0.8 * sequence.Fraction();
-        (void)ioInstance.SetParameter(
-            id, std::abs(value - ValueOf(ioInstance, id)) < 0.1 ? 1.0 - value : value); // read back later
-    }
-    (void)DeliverAll(ioInstance);
-}
-
-std::vector<double> Values(CInstance& inInstance)
-{
-    std::vector<double> values;
-    for (const std::string& id : AutomatableParameters(inInstance))
-        values.push_back(ValueOf(inInstance, id));
-    return values;
-}
-
 /** @return the sentence about the first parameter that differs; empty when none does. */
 std::string Compare(CInstance& inInstance, const std::vector<double>& inValues)
 {
-    const auto ids = AutomatableParameters(inInstance);
-    const auto now = Values(inInstance);
-    if (now.size() != inValues.size())
-        return "There is another number of parameters than before.";
-    for (std::size_t i = 0; i < ids.size(); ++i)
-        if (!(std::abs(now[i] - inValues[i]) <= kSameValue))
-            return fmt::format("{} was saved at {:.4f} and comes back at {:.4f}.",
-                               NameOfParameter(inInstance, ids[i]), inValues[i], now[i]);
-    return {};
+    const auto moved = FirstMoved(inInstance, inValues);
+    return moved ? fmt::format("{} was saved at {:.4f} and comes back at {:.4f}.", moved->mName,
+                               moved->mBefore, moved->mNow)
+                 : std::string();
 }
 
-bool AreEqual(const SInstanceState& inLeft, const SInstanceState& inRight)
+/** @return where the second state has other bytes, in words; empty where it has the same. */
+std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow)
 {
-    return std::ranges::equal(inLeft.mChunks, inRight.mChunks,
-                              [](const CStateChunk& left, const CStateChunk& right)
-                              { return std::ranges::equal(left.Data(), right.Data()); });
+    for (std::size_t i = 0; i < inBefore.mChunks.size(); ++i)
+    {
+        const auto before = inBefore.mChunks[i].Data();
+        const auto now = i < inNow.mChunks.size() ? inNow.mChunks[i].Data() : std::span<const std::byte>();
+        if (!std::ranges::equal(before, now))
+            return fmt::format("the chunk {} of {} bytes has {} bytes and differs from byte {} on",
+                               NameOfFourCharCode(inBefore.mChunks[i].Record().mChunkID), before.size(),
+                               now.size(), std::ranges::mismatch(before, now).in1 - before.begin());
+    }
+    return {};
 }
 
 SFinding RoundTrip(CCheckContext& ioContext)
@@ -101,13 +65,42 @@ SFinding NewInstance(CCheckContext& ioContext)
     return difference.empty() ? SFinding::Passed() : SFinding::Failed("In a new instance: " + difference);
 }
 
+SFinding StaysAfterAnswers(CCheckContext& ioContext)
+{
+    for (const EAnswers answers : kAllAnswers)
+    {
+        ioContext.InstanceOptions().mAnswers = answers;
+        const auto instance = ioContext.MakeInstance();
+        MoveAll(*instance, 33);
+        const SInstanceState saved = Take(ioContext, *instance);
+        MoveAll(*instance, 34);
+        Load(ioContext, *instance, saved);
+        const auto values = Values(*instance);
+        const SInstanceState loaded = Take(ioContext, *instance);
+        // Of one that is never saved the same twice the bytes say nothing.
+        const bool isSteady = OtherBytes(loaded, Take(ioContext, *instance)).empty();
+        (void)DeliverAll(*instance); // looked at by the checks of automation
+        if (const auto moved = FirstMoved(*instance, values))
+            return SFinding::Failed(fmt::format("With a host that answers {}, {} is at {:.4f} right after a "
+                                                "load and at {:.4f} after the answers.",
+                                                NameOfAnswers(answers), moved->mName, moved->mBefore,
+                                                moved->mNow));
+        if (const std::string other = OtherBytes(loaded, Take(ioContext, *instance));
+            isSteady && !other.empty())
+            return SFinding::Failed(
+                fmt::format("With a host that answers {}, saved again after the answers to a load, {}.",
+                            NameOfAnswers(answers), other));
+    }
+    return SFinding::Passed();
+}
+
 SFinding SameAgain(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
     MoveAll(rig.Instance(), 24);
     const SInstanceState first = Take(ioContext, rig.Instance());
     const SInstanceState second = Take(ioContext, rig.Instance());
-    return AreEqual(first, second)
+    return OtherBytes(first, second).empty()
                ? SFinding::Passed()
                : SFinding::Warning(
                      "Saved twice without a change, the state is not the same: sessions look changed.");
@@ -120,7 +113,7 @@ SFinding SavedBytes(CCheckContext& ioContext)
     const SInstanceState saved = Take(ioContext, *first);
     const auto second = ioContext.MakeInstance();
     Give(ioContext, *second, saved);
-    return AreEqual(saved, Take(ioContext, *second))
+    return OtherBytes(saved, Take(ioContext, *second)).empty()
                ? SFinding::Passed()
                : SFinding::Warning("A state that was loaded and saved again has other bytes.");
 }
@@ -337,6 +330,8 @@ constexpr SCheck kChecks[] = {
     {"state.round-trip", "A saved state, loaded again after changes, brings every parameter back.", 1,
      &RoundTrip},
     {"state.new-instance", "A saved state brings every parameter back in a new instance.", 1, &NewInstance},
+    {"state.answers", "A loaded state stays as it is when the host has answered, whenever it answers.", 2,
+     &StaysAfterAnswers},
     {"state.same-again", "Saved twice without a change, the state is the same.", 2, &SameAgain},
     {"state.same-bytes", "A loaded state is saved with the same bytes.", 2, &SavedBytes},
     {"state.same-sound", "Instances with the same state sound the same.", 3, &SameSound},

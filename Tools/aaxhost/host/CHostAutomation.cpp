@@ -1,10 +1,14 @@
 #include "Tools/aaxhost/host/CHostAutomation.h"
 
+#include "Interfaces/AAX/AAX_UIDs.h"
+#include "Interfaces/ACF/ACFPtr.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <utility>
 
 CHostAutomation::CHostAutomation(CHostLog& inLog, CInstanceHost& inOwner) : mLog(inLog), mOwner(inOwner) {}
 
@@ -15,15 +19,53 @@ std::size_t CHostAutomation::Deliver(AAX_IACFEffectParameters& inParameters)
         const std::lock_guard lock(mMutex);
         requests.swap(mRequests);
     }
-    for (const SRequest& request : requests)
+    if (Answers() == EAnswers::Last)
     {
-        // What the module answers changes nothing for the requests after it.
-        if (request.mKind == ERequest::Value)
-            (void)inParameters.UpdateParameterNormalizedValue(request.mID.c_str(), request.mValue, 0);
-        else
-            (void)inParameters.UpdateParameterTouch(request.mID.c_str(), request.mKind == ERequest::Touch);
+        std::set<std::string> newer;
+        const auto isOutdated = [&](const SRequest& request)
+        { return request.mKind == ERequest::Value && !newer.insert(request.mID).second; };
+        // Backwards, and what stays moves to the end in its order.
+        const auto kept = std::remove_if(requests.rbegin(), requests.rend(), isOutdated);
+        requests.erase(requests.begin(), kept.base());
     }
-    return requests.size();
+    for (const SRequest& request : requests)
+        Send(inParameters, request);
+    return requests.size() + mAnsweredAtOnce.exchange(0, std::memory_order_relaxed);
+}
+
+void CHostAutomation::Send(AAX_IACFEffectParameters& inParameters, const SRequest& inRequest)
+{
+    // What the module answers changes nothing for the requests after it.
+    if (inRequest.mKind == ERequest::Value)
+        (void)inParameters.UpdateParameterNormalizedValue(inRequest.mID.c_str(), inRequest.mValue, 0);
+    else
+        (void)inParameters.UpdateParameterTouch(inRequest.mID.c_str(), inRequest.mKind == ERequest::Touch);
+}
+
+void CHostAutomation::Take(SRequest inRequest) const
+{
+    if (inRequest.mKind == ERequest::Value)
+        mValueRequests.fetch_add(1, std::memory_order_relaxed);
+    if (Answers() == EAnswers::AtOnce && AnswerAtOnce(inRequest))
+        return;
+    const std::lock_guard lock(mMutex);
+    mRequests.push_back(std::move(inRequest));
+}
+
+bool CHostAutomation::AnswerAtOnce(const SRequest& inRequest) const
+{
+    const auto parameters =
+        ACFPtr<AAX_IACFEffectParameters>::Query(mOwner.EffectParameters(), IID_IAAXEffectParametersV1);
+    if (!parameters)
+        return false;
+    const bool isDeep = mNested.fetch_add(1, std::memory_order_relaxed) >= kMostNested;
+    if (!isDeep)
+    {
+        Send(*parameters.Get(), inRequest);
+        mAnsweredAtOnce.fetch_add(1, std::memory_order_relaxed);
+    }
+    mNested.fetch_sub(1, std::memory_order_relaxed);
+    return !isDeep;
 }
 
 std::size_t CHostAutomation::PendingRequests() const
@@ -88,8 +130,7 @@ AAX_Result CHostAutomation::PostSetValueRequest(AAX_CParamID id, double normaliz
         return fault;
     if (id == nullptr)
         return kAAX_ErrorNullArgument;
-    const std::lock_guard lock(mMutex);
-    mRequests.push_back({ERequest::Value, id, normalizedValue});
+    Take({ERequest::Value, id, normalizedValue});
     return kAAX_Success;
 }
 
@@ -121,12 +162,14 @@ AAX_Result CHostAutomation::PostTouch(const char* inName, AAX_CParamID inID, boo
         return fault;
     if (inID == nullptr)
         return kAAX_ErrorNullArgument;
-    const std::lock_guard lock(mMutex);
-    if (inTouched)
-        mTouched.insert(inID);
-    else
-        mTouched.erase(inID);
-    mRequests.push_back({inTouched ? ERequest::Touch : ERequest::Release, inID, 0.0});
+    {
+        const std::lock_guard lock(mMutex);
+        if (inTouched)
+            mTouched.insert(inID);
+        else
+            mTouched.erase(inID);
+    }
+    Take({inTouched ? ERequest::Touch : ERequest::Release, inID, 0.0});
     return kAAX_Success;
 }
 

@@ -41,8 +41,8 @@ ACFRESULT CInstanceHost::QueryInterface(const acfIID& iid, void** out)
         *out = static_cast<AAX_IACFAutomationDelegate*>(&mAutomation);
     else if (iid == IID_IAAXTransportV1 || iid == IID_IAAXTransportV2)
         *out = static_cast<AAX_IACFTransport_V2*>(&mTransport);
-    else if (mParameters != nullptr)
-        return mParameters->QueryInterface(iid, out);
+    else if (IACFUnknown* const parameters = EffectParameters())
+        return parameters->QueryInterface(iid, out);
     else
         return ACF_E_NOINTERFACE;
     AddRef();

@@ -4,6 +4,8 @@
 #include "Tools/aaxhost/host/CHostTransport.h"
 #include "Tools/aaxhost/host/CHostViewContainer.h"
 
+#include <atomic>
+
 class CHostLog;
 
 /**
@@ -28,14 +30,18 @@ public:
     CHostAutomation& Automation() noexcept { return mAutomation; }
     CHostTransport& Transport() noexcept { return mTransport; }
     CHostViewContainer& ViewContainer() noexcept { return mViewContainer; }
-    /** Not owned; the editor finds it through a query. Null takes it away again. */
-    void SetEffectParameters(IACFUnknown* inParameters) noexcept { mParameters = inParameters; }
+    /** Not owned; the editor finds it through a query, and it gets the answers that are given at once. Null
+     * takes it away again. */
+    void SetEffectParameters(IACFUnknown* inParameters) noexcept { mParameters.store(inParameters); }
+    /** On any thread. */
+    IACFUnknown* EffectParameters() const noexcept { return mParameters.load(); }
     /** Sets the rate of the controller and of the transport, in Hz. */
     void SetSampleRate(double inRate) noexcept;
 
     /**
-     * Answers the requests made until now as a host does: the updates in order, then the coefficients once.
-     * @return kAAX_Success, also when nothing waited, or what the generation of the coefficients answered.
+     * Answers the requests that wait, then has the coefficients generated once where anything was answered
+     * since the last call.
+     * @return kAAX_Success, also when nothing was, or what the generation of the coefficients answered.
      */
     AAX_Result DeliverUpdates(AAX_IACFEffectParameters& inParameters);
 
@@ -52,6 +58,6 @@ private:
     CHostAutomation mAutomation;
     CHostTransport mTransport;
     CHostViewContainer mViewContainer;
-    IACFUnknown* mParameters = nullptr;
+    std::atomic<IACFUnknown*> mParameters{nullptr}; // written on the main thread
     int mReferences = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "Interfaces/AAX/AAX_UIDs.h"
 #include "Interfaces/ACF/ACFInterfaces.h"
+#include "Tools/aaxhost/host/CHostAutomation.h"
 
 #include <fmt/format.h>
 
@@ -134,6 +135,17 @@ std::string_view NameOfProperty(AAX_EProperty inProperty)
     case kAAX_PropertyCanBypass: return "can bypass";
     default: return {};
     }
+}
+
+const char* NameOfAnswers(EAnswers inAnswers) noexcept
+{
+    switch (inAnswers)
+    {
+    case EAnswers::AtOnce: return "at-once";
+    case EAnswers::Late: return "late";
+    case EAnswers::Last: return "last";
+    }
+    return "";
 }
 
 std::string Quoted(const char* inText)

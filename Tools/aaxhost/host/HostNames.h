@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+enum class EAnswers;
+
 /** Readable forms of the interfaces' numbers, for the log and for messages. */
 
 /** The published name, or the 36-character form of an identifier that has none here. */
@@ -18,5 +20,7 @@ std::string NameOfFourCharCode(AAX_CTypeID inCode);
 std::string NameOfMidiNodeType(std::int32_t inType);
 /** "manufacturer id" and so on; empty for a property without a name here. */
 std::string_view NameOfProperty(AAX_EProperty inProperty);
+/** "at-once", "late", "last": as on the command line. */
+const char* NameOfAnswers(EAnswers inAnswers) noexcept;
 /** In quotes with unprintable bytes escaped; null stands for a null pointer. */
 std::string Quoted(const char* inText);

@@ -42,16 +42,17 @@ CInstance::~CInstance()
         (void)mParameters->Uninitialize(); // the object goes away whatever it answers
 }
 
-COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double inSampleRate)
+COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double inSampleRate,
+                                                       const SInstanceOptions& inOptions)
 {
     std::unique_ptr<CInstance> instance(new CInstance(inModule));
-    const auto begun = instance->Begin(inSampleRate);
+    const auto begun = instance->Begin(inSampleRate, inOptions);
     if (!begun)
         return begun.Problem();
     return instance;
 }
 
-COutcome<SDone> CInstance::Begin(double inSampleRate)
+COutcome<SDone> CInstance::Begin(double inSampleRate, const SInstanceOptions& inOptions)
 {
     const SEffect& effect = mModule.Effect();
     if (effect.mComponents.empty() || effect.mComponents.front().mProcs.empty())
@@ -72,16 +73,19 @@ COutcome<SDone> CInstance::Begin(double inSampleRate)
     controller.mInputStemFormat = inputFormat;
     controller.mOutputStemFormat = outputFormat;
     mHost->SetSampleRate(inSampleRate);
+    mHost->Automation().SetAnswers(inOptions.mAnswers);
 
     mParameters = MakeObject<AAX_IACFEffectParameters>(effect, kAAX_ProcPtrEffectParameters,
                                                        IID_IAAXEffectParametersV1);
     if (!mParameters)
         return SProblem{"The module makes no effect-parameters object."};
-    if (const AAX_Result result = mParameters->Initialize(mHost->Unknown()))
+    if (const AAX_Result initialized = mParameters->Initialize(mHost->Unknown()))
         return SProblem{
-            fmt::format("The instance does not start: Initialize answered {}.", NameOfResult(result))};
+            fmt::format("The instance does not start: Initialize answered {}.", NameOfResult(initialized))};
     mHost->SetEffectParameters(mParameters.Get());
-    if (const AAX_Result result = mParameters->GenerateCoefficients())
+    const AAX_Result result =
+        inOptions.mBeginsWithCoefficients ? mParameters->GenerateCoefficients() : kAAX_Success;
+    if (result != kAAX_Success)
         return SProblem{fmt::format("The instance does not start: GenerateCoefficients answered {}.",
                                     NameOfResult(result))};
     return SDone{};
@@ -145,11 +149,11 @@ bool CInstance::HasParameter(const std::string& inID)
     return mParameters->GetParameterIndex(inID.c_str(), &index) == kAAX_Success && index >= 0;
 }
 
+AAX_Result CInstance::RunCycle() { return mHost->DeliverUpdates(*mParameters.Get()); }
+
 AAX_Result CInstance::SetParameter(const std::string& inID, double inNormalized)
 {
-    if (const AAX_Result result = mParameters->SetParameterNormalizedValue(inID.c_str(), inNormalized))
-        return result;
-    return mHost->DeliverUpdates(*mParameters.Get());
+    return mParameters->SetParameterNormalizedValue(inID.c_str(), inNormalized);
 }
 
 AAX_Result CInstance::UpdateParameter(const std::string& inID, double inNormalized)

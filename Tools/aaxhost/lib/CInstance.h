@@ -24,6 +24,13 @@ struct SParameterInfo
     bool mAutomatable = false;
 };
 
+/** How a host deals with one of its instances. */
+struct SInstanceOptions
+{
+    EAnswers mAnswers = EAnswers::Late;  // to what the instance asks for
+    bool mBeginsWithCoefficients = true; // else the first `FinishUpdates` has them sent
+};
+
 /**
  * One instance of a module's first effect: its effect parameters, on demand its editor, and its render calls.
  *
@@ -34,7 +41,8 @@ class CInstance
 {
 public:
     /** Makes the effect parameters, initialises them and has them send their coefficients once. */
-    static COutcome<std::unique_ptr<CInstance>> Create(CModule& inModule, double inSampleRate);
+    static COutcome<std::unique_ptr<CInstance>> Create(CModule& inModule, double inSampleRate,
+                                                       const SInstanceOptions& inOptions = {});
     CInstance(const CInstance&) = delete;
     CInstance& operator=(const CInstance&) = delete;
     /** Ends the editor, then the parameters. */
@@ -52,7 +60,14 @@ public:
 
     std::vector<SParameterInfo> ListParameters();
     bool HasParameter(const std::string& inID);
-    /** As a control of the host does it: sets the value, then delivers what the module asked for. */
+    /**
+     * What a host does once in each cycle of its main thread: answers what the module asked for, then has it
+     * send its coefficients where there was anything. Nothing else here answers, but for a host at once.
+     * @return kAAX_Success, or what the generation of the coefficients answered.
+     */
+    AAX_Result RunCycle();
+
+    /** As a control of the host does it: the module takes the value and asks the host for it. */
     AAX_Result SetParameter(const std::string& inID, double inNormalized);
     /** As automation does it: updates the value. The coefficients follow with `FinishUpdates`. */
     AAX_Result UpdateParameter(const std::string& inID, double inNormalized);
@@ -74,7 +89,7 @@ public:
 
 private:
     explicit CInstance(CModule& inModule);
-    COutcome<SDone> Begin(double inSampleRate);
+    COutcome<SDone> Begin(double inSampleRate, const SInstanceOptions& inOptions);
 
     CModule& mModule;
     SComponent mComponent;

@@ -114,8 +114,5 @@ COutcome<SDone> GiveState(const CModule& inModule, CInstance& inInstance, const 
                 inInstance.Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()))
             return SProblem{fmt::format("The chunk {} cannot be loaded: SetChunk answered {}.",
                                         NameOfFourCharCode(chunk.Record().mChunkID), NameOfResult(result))};
-    if (const AAX_Result result = inInstance.Host().DeliverUpdates(inInstance.Parameters()))
-        return SProblem{
-            fmt::format("After the load GenerateCoefficients answered {}.", NameOfResult(result))};
     return SDone{};
 }

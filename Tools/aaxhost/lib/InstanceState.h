@@ -54,6 +54,6 @@ struct SInstanceState
 COutcome<SInstanceState> TakeState(const CModule& inModule, CInstance& inInstance);
 /** Refuses another product's state with a sentence that names both. */
 COutcome<SDone> CheckProduct(const CModule& inModule, const SInstanceState& inState);
-/** Gives the chunks back in their order, then what the module asked for meanwhile. Refuses another product's.
- */
+/** Gives the chunks back in their order; what the module asks for meanwhile is answered in the next cycle.
+ * Refuses another product's. */
 COutcome<SDone> GiveState(const CModule& inModule, CInstance& inInstance, const SInstanceState& inState);

@@ -26,12 +26,13 @@ public:
 
     COutcome<SDone> RenderBlock(std::int64_t inStart, std::int32_t inFrames)
     {
-        if (auto done = ApplyAutomation(inStart); !done)
-            return done;
-        // What the instance asks for between two blocks takes effect before the next one.
-        if (const AAX_Result result = mInstance.Host().DeliverUpdates(mInstance.Parameters()))
+        // What the instance asks for between two blocks takes effect before the next one; automation is
+        // newer.
+        if (const AAX_Result result = mInstance.RunCycle())
             return SProblem{fmt::format("The instance refuses updates: GenerateCoefficients answered {}.",
                                         NameOfResult(result))};
+        if (auto done = ApplyAutomation(inStart); !done)
+            return done;
         SetTransport(inStart);
         FillInputs(inStart, inFrames);
         FillMidi(inStart, inFrames);

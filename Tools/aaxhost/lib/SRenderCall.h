@@ -19,8 +19,8 @@ class IACFUnknown;
  */
 struct SRenderCall
 {
-    /** Every audio buffer has room for this many frames, whatever the frame count of the call. */
-    static constexpr std::int32_t kBufferFrames = 1024;
+    /** The largest block. Every audio buffer has room for it, whatever the frame count of the call. */
+    static constexpr std::int32_t kBufferFrames = 4096;
 
     struct SNode
     {

@@ -76,7 +76,7 @@ COutcome<SDone> CEditorView::Tick()
         return idled;
     if (auto sized = FollowSize(); !sized)
         return sized;
-    return Checked("GenerateCoefficients", mInstance.Host().DeliverUpdates(mInstance.Parameters()));
+    return Checked("GenerateCoefficients", mInstance.RunCycle());
 }
 
 COutcome<SDone> CEditorView::FollowSize()

@@ -1,0 +1,33 @@
+#pragma once
+#include "Tools/aaxhost/check/CCheckContext.h"
+#include "Tools/aaxhost/lib/InstanceState.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/** What several checks do with the values and the states of instances. Each ends the check as failed where
+ * the module refuses. */
+
+SInstanceState Take(CCheckContext& ioContext, CInstance& inInstance);
+/** As a host loads it; its answers are left to the next cycle. */
+void Load(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState);
+/** Loads it and answers all that is asked. */
+void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState);
+/** Sets every parameter to a value of its own that is away from the present one. */
+void MoveAll(CInstance& ioInstance, std::uint32_t inSeed);
+
+/** What a chunk restores, and single precision, may differ. */
+inline constexpr double kSameValue = 1e-4;
+/** The plug-in's own values, in the order of `AutomatableParameters`. */
+std::vector<double> Values(CInstance& inInstance);
+
+struct SMoved
+{
+    std::string mName;
+    double mBefore = 0.0;
+    double mNow = 0.0; // not a number for a parameter that is gone
+};
+/** The first parameter that is elsewhere now. */
+std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore);
