@@ -1,6 +1,6 @@
 #include "Examples/broken/CPlainEffect.h"
 
-/** Forgets its state: takes every chunk and does nothing with it. */
+/** Forgets its state: every chunk leaves it with zeros. */
 class CBrokenMemory final : public CPlainEffect
 {
 public:
@@ -11,9 +11,12 @@ public:
     static VstIntPtr Answer(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue,
                             void* inPointer, float inOpt)
     {
-        return inOpcode == effSetChunk ? 1
-                                       : CSpoiledDispatcher<CBrokenMemory>::Base(inEffect, inOpcode, inIndex,
-                                                                                 inValue, inPointer, inOpt);
+        if (inOpcode != effSetChunk)
+            return CSpoiledDispatcher<CBrokenMemory>::Base(inEffect, inOpcode, inIndex, inValue, inPointer,
+                                                           inOpt);
+        for (std::int32_t i = 0; i < inEffect->numParams; ++i)
+            inEffect->setParameter(inEffect, i, 0.0F);
+        return 1;
     }
 };
 
