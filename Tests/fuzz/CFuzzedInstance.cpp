@@ -5,6 +5,7 @@
 #include "Tools/aaxhost/host/CHostString.h"
 
 #include <array>
+#include <cmath>
 
 namespace
 {
@@ -18,7 +19,7 @@ ACFPtr<Interface> MakeObject(const SEffect& inEffect, AAX_CProcPtrID inProc, con
 
 // No call below has a result that could be wrong here: it comes back, and that is all.
 
-CFuzzedInstance::CFuzzedInstance(const SEffect& inEffect, CHostLog& inLog)
+CFuzzedInstance::CFuzzedInstance(const SEffect& inEffect, CHostLog& inLog, EAnswers inAnswers)
     : mEffect(inEffect),
       mLog(inLog),
       mHost(inLog),
@@ -26,6 +27,7 @@ CFuzzedInstance::CFuzzedInstance(const SEffect& inEffect, CHostLog& inLog)
                                                        IID_IAAXEffectParametersV1))
 {
     mHost.SetSampleRate(48000.0);
+    mHost.Automation().SetAnswers(inAnswers);
     mHost.SetEffectParameters(mParameters.Get());
 }
 
@@ -132,7 +134,7 @@ void CFuzzedInstance::ChangeParameter(CFuzzInput& ioInput)
     AAX_IACFEffectParameters& parameters = *mParameters.Get();
     const char* const id = Id(ioInput);
     const double value = ioInput.Value();
-    switch (ioInput.Choice(10))
+    switch (ioInput.Choice(11))
     {
     case 0: (void)parameters.SetParameterDefaultNormalizedValue(id, value); break;
     case 1: (void)parameters.SetParameterNormalizedRelative(id, value); break;
@@ -143,8 +145,31 @@ void CFuzzedInstance::ChangeParameter(CFuzzInput& ioInput)
     case 6: (void)parameters.UpdateParameterNormalizedValue(id, value, ioInput.Byte()); break;
     case 7: (void)parameters.GenerateCoefficients(); break;
     case 8: (void)mHost.DeliverUpdates(parameters); break;
+    case 10: Automate(ioInput); break;
     default: (void)parameters.SetParameterNormalizedValue(id, value); break;
     }
+}
+
+void CFuzzedInstance::Automate(CFuzzInput& ioInput)
+{
+    AAX_IACFEffectParameters& parameters = *mParameters.Get();
+    double value = 0.5;
+    for (std::uint8_t steps = ioInput.Byte() % 16; steps > 0; --steps)
+    {
+        const char* const id = Id(ioInput);
+        switch (ioInput.Choice(4))
+        {
+        case 0: value = ioInput.Value(); break;
+        case 1:
+            value = std::nextafter(value, 2.0);
+            break; // as an answer that is off by one in the last place
+        case 2: (void)parameters.SetParameterNormalizedValue(id, value); continue;
+        default: break; // the same again
+        }
+        (void)parameters.UpdateParameterNormalizedValue(id, value, 0);
+    }
+    if (ioInput.Yes())
+        (void)mHost.DeliverUpdates(parameters);
 }
 
 void CFuzzedInstance::AskAnythingElse(CFuzzInput& ioInput)

@@ -13,12 +13,14 @@
 
 /**
  * An instance of a module in the hands of a host that keeps to no order: calls come before Initialize and
- * after Uninitialize, with identifiers and values of nothing. What it hands over has the sizes that it says.
+ * after Uninitialize, with identifiers and values of nothing; requests are answered at once, any number of
+ * steps later, or only the last of them, and so are some that nobody made. What it hands over has the sizes
+ * that it says.
  */
 class CFuzzedInstance
 {
 public:
-    CFuzzedInstance(const SEffect& inEffect, CHostLog& inLog);
+    CFuzzedInstance(const SEffect& inEffect, CHostLog& inLog, EAnswers inAnswers);
     CFuzzedInstance(const CFuzzedInstance&) = delete;
     CFuzzedInstance& operator=(const CFuzzedInstance&) = delete;
     ~CFuzzedInstance();
@@ -31,6 +33,8 @@ private:
     void Render(CFuzzInput& ioInput);
     void AskParameter(CFuzzInput& ioInput);
     void ChangeParameter(CFuzzInput& ioInput);
+    /** Several steps of automation within one cycle of the host. */
+    void Automate(CFuzzInput& ioInput);
     void AskAnythingElse(CFuzzInput& ioInput);
     void Save(CFuzzInput& ioInput);
     void Load(CFuzzInput& ioInput);

@@ -2,7 +2,6 @@
 #include "Tests/fuzz/CFuzzedInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -43,26 +42,19 @@ struct SSubject
     std::unique_ptr<CModule> mModule;
 };
 
-/** The plug-in calls its host, or becomes rude. Ports and counts stay: what the host was told holds. */
+/** The plug-in calls its host, becomes rude, or looks otherwise in its next instances. */
 void PluginStep(SPluginScript& ioScript, CFuzzInput& ioInput)
 {
-    // What is asked while it is loaded decides the layout that the host goes by.
-    constexpr std::array kSparedOpcodes{effGetInputProperties, effGetOutputProperties};
     const std::int32_t opcode = ioInput.Choice(78);
-    const bool isSpared = std::ranges::find(kSparedOpcodes, opcode) != kSparedOpcodes.end();
-    switch (ioInput.Choice(6))
+    switch (ioInput.Choice(8))
     {
-    case 0:
-        if (!isSpared)
-            ioScript.faults.insert(opcode);
-        break;
+    case 0: ioScript.faults.insert(opcode); break;
     case 1: ioScript.faults.clear(); break;
     case 2:
     {
         // A size of more memory than there is, nobody could see through: that one is negative.
         const std::uint64_t sign = opcode == effGetChunk ? std::uint64_t{1} << 63 : 0;
-        if (!isSpared)
-            ioScript.results[opcode] = static_cast<VstIntPtr>(ioInput.Number(8) | sign);
+        ioScript.results[opcode] = static_cast<VstIntPtr>(ioInput.Number(8) | sign);
         break;
     }
     case 3:
@@ -74,6 +66,18 @@ void PluginStep(SPluginScript& ioScript, CFuzzInput& ioInput)
             (void)ioEffect.CallHost(call, index, text.data()); // to come back
         };
         break;
+    case 6:
+        ioScript.reportsSets = ioInput.Yes();
+        ioScript.steps = ioInput.Choice(16);
+        ioScript.coupled[ioInput.Choice(3)] = {ioInput.Choice(3), ioInput.Choice(3)};
+        break;
+    case 7:
+    {
+        const SScriptedPin pin{"Pin", ioInput.Yes() ? kVstPinIsStereo : 0};
+        const std::vector<SScriptedPin> pins(ioInput.Choice(6), pin);
+        ioScript.shapes = {{ioInput.Choice(6), ioInput.Choice(6), pins, pins, ioInput.Choice(3) - 1}};
+        break;
+    }
     default:
         if (!ioScript.instances.empty())
         {
@@ -116,6 +120,9 @@ void ModuleStep(CModule& ioModule, CHostLog& ioLog, CFuzzInput& ioInput)
     }
     }
 }
+
+/** Of the host, by the place of the instance. */
+constexpr std::array kAnswers{EAnswers::Late, EAnswers::AtOnce, EAnswers::Last};
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inData, std::size_t inSize)
@@ -123,11 +130,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inData, std::size_t in
     static SSubject subject;
     CFuzzInput input({inData, inSize});
     {
-        std::array<std::unique_ptr<CFuzzedInstance>, 3> instances;
+        std::array<std::unique_ptr<CFuzzedInstance>, kAnswers.size()> instances;
         while (!input.AtEnd())
         {
             const std::uint8_t what = input.Choice(16);
-            auto& instance = instances[input.Choice(instances.size())];
+            const std::uint8_t place = input.Choice(instances.size());
+            auto& instance = instances[place];
             if (what == 0)
                 PluginStep(subject.Script(), input);
             else if (what == 1)
@@ -137,7 +145,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* inData, std::size_t in
             else if (instance != nullptr)
                 instance->Step(input);
             else
-                instance = std::make_unique<CFuzzedInstance>(subject.mModule->Effect(), subject.mLog);
+                instance = std::make_unique<CFuzzedInstance>(subject.mModule->Effect(), subject.mLog,
+                                                             kAnswers[place]);
         }
     }
     if (subject.mModule->LiveObjects() != 0)
