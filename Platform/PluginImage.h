@@ -4,6 +4,8 @@
 /**
  * A plug-in's file or bundle on disk, and the executable in it once that is loaded.
  *
+ * Several may be made of one path; they share the executable, each with a claim to it of its own.
+ *
  * Threads: one at a time; loading and unloading belong to the main thread.
  */
 class IPluginImage
@@ -12,15 +14,16 @@ public:
     IPluginImage() = default;
     IPluginImage(const IPluginImage&) = delete;
     IPluginImage& operator=(const IPluginImage&) = delete;
-    /** Leaves the executable loaded and the bundle held: code of the plug-in may still run. Unload() gives
-     * both up. */
+    /** Leaves the executable loaded and the bundle held, for good: code of the plug-in may still run.
+     * Unload() gives both up. */
     virtual ~IPluginImage() = default;
 
     /** @return false when the executable is missing, broken or of another architecture. */
     [[nodiscard]] virtual bool LoadExecutable() noexcept = 0;
     /** @return null when the executable is not loaded or exports no such symbol. */
     virtual void* FindSymbol(const char* inName) const noexcept = 0;
-    /** Unloads the executable and releases the bundle; nothing of the plug-in may be called any more. */
+    /** Gives the executable up, which is unloaded when no other image has a claim to it, and releases the
+     * bundle; nothing that this image has found may be called any more. */
     virtual void Unload() noexcept = 0;
 };
 

@@ -1,6 +1,9 @@
 #include "Platform/PluginImage.h"
 
+#include <map>
+#include <mutex>
 #include <type_traits>
+#include <utility>
 
 #include <CoreFoundation/CoreFoundation.h>
 
@@ -12,6 +15,14 @@ struct SRelease
 };
 using CFStringHolder = std::unique_ptr<std::remove_pointer_t<CFStringRef>, SRelease>;
 using CFURLHolder = std::unique_ptr<std::remove_pointer_t<CFURLRef>, SRelease>;
+using CFBundleHolder = std::unique_ptr<std::remove_pointer_t<CFBundleRef>, SRelease>;
+
+// There is one bundle object for a path, and unloading its executable unloads it for everybody.
+/** Held while an executable is loaded or unloaded, and by whoever reads or writes the counts. */
+std::mutex gLoading;
+/** Images that have loaded a bundle's executable and not given it up. One that ends without that stays
+ * counted, and with it stays its reference: the bundle's address is not another one's. */
+std::map<CFBundleRef, int> gUsers;
 
 CFStringHolder MakeString(const char* inUtf8Text) noexcept
 {
@@ -23,31 +34,51 @@ CFStringHolder MakeString(const char* inUtf8Text) noexcept
 class CBundleImage final : public IPluginImage
 {
 public:
-    explicit CBundleImage(CFBundleRef inBundle) noexcept : mBundle(inBundle) {}
+    /** @param ioUsers   the bundle's count. */
+    CBundleImage(CFBundleHolder inBundle, int& ioUsers) noexcept
+        : mBundle(inBundle.release()), mUsers(ioUsers)
+    {
+    }
 
     bool LoadExecutable() noexcept override
     {
-        return mBundle != nullptr && CFBundleLoadExecutable(mBundle) != 0;
+        const std::lock_guard lock(gLoading);
+        if (!mIsUser && mBundle != nullptr && CFBundleLoadExecutable(mBundle) != 0)
+        {
+            mIsUser = true;
+            ++mUsers;
+        }
+        return mIsUser;
     }
 
     void* FindSymbol(const char* inName) const noexcept override
     {
-        const CFStringHolder name = mBundle != nullptr ? MakeString(inName) : CFStringHolder();
+        // The system would load the executable for the question, and nobody would count as its user.
+        const CFStringHolder name = mIsUser ? MakeString(inName) : CFStringHolder();
         return name != nullptr ? CFBundleGetFunctionPointerForName(mBundle, name.get()) : nullptr;
     }
 
     void Unload() noexcept override
     {
-        if (mBundle != nullptr)
+        if (mBundle == nullptr)
         {
-            CFBundleUnloadExecutable(mBundle);
-            CFRelease(mBundle);
-            mBundle = nullptr;
+            return;
         }
+        {
+            const std::lock_guard lock(gLoading);
+            mUsers -= std::exchange(mIsUser, false) ? 1 : 0;
+            if (mUsers == 0)
+            {
+                CFBundleUnloadExecutable(mBundle);
+            }
+        }
+        CFRelease(std::exchange(mBundle, nullptr));
     }
 
 private:
     CFBundleRef mBundle = nullptr;
+    int& mUsers;
+    bool mIsUser = false;
 };
 } // namespace
 
@@ -62,8 +93,14 @@ std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
     const CFURLHolder url(
         CFURLCreateWithFileSystemPath(nullptr, path.get(), kCFURLPOSIXPathStyle, kIsFolder));
     path.reset();
-    const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url.get()) : nullptr;
-    return bundle != nullptr ? std::make_unique<CBundleImage>(bundle) : nullptr;
+    CFBundleHolder bundle(url != nullptr ? CFBundleCreate(nullptr, url.get()) : nullptr);
+    if (bundle == nullptr)
+    {
+        return nullptr;
+    }
+    const std::lock_guard lock(gLoading);
+    int& users = gUsers[bundle.get()]; // stays where it is
+    return std::make_unique<CBundleImage>(std::move(bundle), users);
 }
 
 const char* PlatformEntrySymbol() noexcept { return nullptr; }

@@ -25,16 +25,21 @@ public:
     {
         InstallCrashTrace();
         CMachOImage& image = mSystem.Loader().Load(kSubjectFile);
-        mSubject.reset(ImportFrom<decltype(MakePlatformSubject)>(image, "MakePlatformSubject")());
+        for (SubjectPtr* subject : {&mSubject, &mOther})
+            subject->reset(ImportFrom<decltype(MakePlatformSubject)>(image, "MakePlatformSubject")());
     }
     IPlatformSubject* operator->() { return mSubject.get(); }
+    /** A second one, with an image and a plug-in of its own, in the same module. */
+    IPlatformSubject* Other() { return mOther.get(); }
     Lines Calls() { return mSystem.Calls().Take(); }
     bool IsLoaded(const std::string& inBundle) { return mSystem.Loader().IsLoaded(ExecutableIn(inBundle)); }
 
     CMacSystem mSystem;
 
 private:
-    std::unique_ptr<IPlatformSubject, SReleaseSubject> mSubject;
+    using SubjectPtr = std::unique_ptr<IPlatformSubject, SReleaseSubject>;
+    SubjectPtr mSubject;
+    SubjectPtr mOther;
 };
 
 template <class... Others>
@@ -75,15 +80,24 @@ TEST(MacPlugin, ItsBundleIsOpenedInOrderAndKeptUntilItIsFreed)
     EXPECT_STREQ(mac->PluginName(), "Scripted");
     EXPECT_EQ(mac.mSystem.Objects().Count(), 1U);
 
-    mac->DestroyPlugin();
-    EXPECT_EQ(mac.Calls(), Lines());
-    EXPECT_TRUE(mac.IsLoaded(kPlugin));
-
-    ASSERT_TRUE(mac->LoadPlugin(kPlugin.c_str()));
-    (void)mac.Calls(); // the freeing counts
     mac->FreePlugin();
     EXPECT_EQ(mac.Calls(), kGivingUp);
     EXPECT_FALSE(mac.IsLoaded(kPlugin));
+}
+
+TEST(MacPlugin, OneThatEndsUnfreedUsesItsCodeForEver)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(mac->LoadPlugin(kPlugin.c_str()));
+    (void)mac.Calls(); // the end counts
+    mac->DestroyPlugin();
+    EXPECT_EQ(mac.Calls(), Lines());
+    ASSERT_TRUE(mac.Other()->LoadPlugin(kPlugin.c_str()));
+    (void)mac.Calls(); // as above
+    mac.Other()->FreePlugin();
+    EXPECT_EQ(mac.Calls(), Lines{"CFRelease bundle1"});
+    EXPECT_TRUE(mac.IsLoaded(kPlugin));
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 1U);
 }
 
 TEST(MacPlugin, TheSecondEntryNameIsTriedAfterTheFirst)
@@ -165,6 +179,62 @@ TEST(MacPlugin, EachCallThatFailsEndsTheLoadingAndReleasesWhatWasMade)
         EXPECT_FALSE(mac.IsLoaded(kPlugin));
         EXPECT_STREQ(mac->PluginName(), "");
     }
+}
+
+/** Has a plug-in refused: its file is loaded, and the entry not found. */
+bool LoadRefused(CMacWithSubject& ioMac, IPlatformSubject& ioSubject)
+{
+    ioMac.mSystem.Calls().Refuse("CFBundleGetFunctionPointerForName");
+    return !ioSubject.LoadPlugin(kPlugin.c_str());
+}
+
+TEST(MacPlugin, ARefusedSecondOneLeavesTheFirstOnesCode)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(mac->LoadPlugin(kPlugin.c_str()));
+    for (int round = 0; round < 2; ++round)
+    {
+        (void)mac.Calls(); // the end counts
+        ASSERT_TRUE(LoadRefused(mac, *mac.Other()));
+        EXPECT_EQ(mac.Calls().back(), "CFRelease bundle1"); // its own reference
+        EXPECT_TRUE(mac.IsLoaded(kPlugin));
+    }
+    ASSERT_TRUE(mac.Other()->LoadPlugin(kPlugin.c_str()));
+    (void)mac.Calls();
+    mac->FreePlugin();
+    EXPECT_EQ(mac.Calls(), Lines{"CFRelease bundle1"});
+    EXPECT_TRUE(mac.IsLoaded(kPlugin));
+    mac.Other()->FreePlugin();
+    EXPECT_EQ(mac.Calls(), kGivingUp);
+    EXPECT_FALSE(mac.IsLoaded(kPlugin));
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
+}
+
+TEST(MacPlugin, ARefusedFirstOneIsUnloadedAndTheSecondLoads)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(LoadRefused(mac, *mac.operator->()));
+    EXPECT_FALSE(mac.IsLoaded(kPlugin));
+    ASSERT_TRUE(mac.Other()->LoadPlugin(kPlugin.c_str()));
+    EXPECT_STREQ(mac.Other()->PluginName(), "Scripted");
+    ASSERT_TRUE(LoadRefused(mac, *mac.operator->()));
+    EXPECT_TRUE(mac.IsLoaded(kPlugin));
+}
+
+TEST(MacPluginImage, WhoHasNotLoadedTheExecutableNeitherFindsNorUnloadsAnything)
+{
+    CMacWithSubject mac;
+    ASSERT_TRUE(mac->OpenImage(kPlugin.c_str()));
+    ASSERT_TRUE(mac.Other()->OpenImage(kPlugin.c_str()));
+    EXPECT_EQ(mac.Other()->FindSymbol("GetPluginScript"), nullptr);
+    EXPECT_FALSE(mac.IsLoaded(kPlugin));
+    ASSERT_TRUE(mac->LoadExecutable());
+    ASSERT_TRUE(mac->LoadExecutable()); // counts once
+    mac.Other()->UnloadImage();
+    EXPECT_TRUE(mac.IsLoaded(kPlugin));
+    mac->UnloadImage();
+    EXPECT_FALSE(mac.IsLoaded(kPlugin));
+    EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
 }
 
 TEST(MacPluginImage, NothingOfAnUnloadedOneIsTouchedAgain)
