@@ -77,12 +77,13 @@ bool CPluginParameter::TakeAnswer(SWaiting& ioWaiting, const SMatch& inAnswered)
 {
     const auto notOlder = static_cast<std::uint8_t>(ioWaiting.count - inAnswered.oldest);
     const bool isInTime = ioWaiting.sinceUpdate >= notOlder;
-    const bool newerWaits = ioWaiting.sinceUpdate > 0; // where it is not in time itself
+    const bool isLast = inAnswered.newest + 1 == ioWaiting.count;
+    const bool newerIsInTime = ioWaiting.sinceUpdate > 0; // also one with the same value
     ioWaiting.behindAnswer = static_cast<std::uint8_t>(ioWaiting.count - inAnswered.newest - 1);
     ioWaiting.count = static_cast<std::uint8_t>(notOlder - 1);
     ioWaiting.sinceUpdate = std::min(ioWaiting.sinceUpdate, ioWaiting.count);
     ioWaiting.left = kNoneLeft;
-    return isInTime || newerWaits;
+    return isInTime || newerIsInTime || !isLast;
 }
 
 void CPluginParameter::TakeUpdate(SWaiting& ioWaiting) noexcept

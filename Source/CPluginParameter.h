@@ -18,9 +18,9 @@
  * - Of several requests with the value of an update the oldest is settled first, as for a host that answers
  * them one by one. With the end of the host's cycle (it generates the coefficients) the newest of them counts
  * as answered too: a host that answers only the last one sends nothing more.
- * - An answer that is older than the host's last own update goes to the plug-in all the same, which has
- * another value since, unless a request that is newer than that update waits: the host will end with that
- * one, and the plug-in has it.
+ * - An answer to a request that is older than the host's last own update goes to the plug-in all the same,
+ *   which has another value since; but only to the last request that waits. With a later one the host will
+ * end with the value of that.
  * - When kCapacity requests wait, further ones are not kept, and their answers go to the plug-in as any
  * update does. A host that then answers none of those that are kept has left them out, and they are
  * forgotten.

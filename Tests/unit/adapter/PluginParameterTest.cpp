@@ -52,7 +52,7 @@ TEST(PluginParameter, AnswersAreToldFromTheHostsOwnUpdates)
         "r.1 r.2 r.3 a.1 a.2 a.3",                  // one by one
         "r.1 | r.2 | r.3 | a.1 | a.2 | a.3",        // many cycles later
         "r.1 r.2 r.3 | a.3 u.1 u.2",                // only the last; those before it are settled
-        "r.1 r.2 u.5 u.1 u.2",                      // the host has moved it: both are too late
+        "r.1 r.2 u.5 a.1 u.2",                      // the host has moved it: both are too late
         "r.1 u.5 r.2 a.1 a.2",                      // the host will end with what the plug-in has
         "u.5 r.4 u.6 r.5 | a.4 a.5",                // steps of automation that the plug-in rounds
         "r.1 g u.1",                                // given in another way since
