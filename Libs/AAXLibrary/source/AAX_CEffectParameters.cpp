@@ -392,10 +392,7 @@ AAX_Result AAX_CEffectParameters::UpdateParameterNormalizedRelative(AAX_CParamID
     return UpdateParameterNormalizedValue(inId, MovedNormalized(current, inDelta), AAX_EUpdateSource{0});
 }
 
-AAX_Result AAX_CEffectParameters::GenerateCoefficients()
-{
-    return AAX_Contained([this] { return mPacketDispatcher.Dispatch(); });
-}
+AAX_Result AAX_CEffectParameters::GenerateCoefficients() { return mPacketDispatcher.Dispatch(); }
 
 AAX_Result AAX_CEffectParameters::ResetFieldData(AAX_CFieldIndex, void* outData, std::uint32_t inSize) const
 {

@@ -67,25 +67,29 @@ AAX_Result AAX_CPacketDispatcher::SetDirty(AAX_CParamID inId, bool inDirty)
 AAX_Result AAX_CPacketDispatcher::Dispatch()
 {
     const AAX_CMutexScope lock(mLockGuard);
-    AAX_Result posted = kAAX_Success;
-    AAX_Result contained = kAAX_Success;
-    for (const auto& registered : mPacketsHandlers)
+    SDispatched dispatched;
+    for (const auto& [id, handler] : mPacketsHandlers)
     {
-        const SHandler& entry = registered.second;
-        if (!entry.mPacket->mDirty)
-            continue;
-        const AAX_Result handled = AAX_Contained(
-            [&, this]
-            {
-                if (entry.mHandler->Call(registered.first.c_str(), *entry.mPacket) == kAAX_Success)
-                    posted = Post(*entry.mPacket);
-                entry.mPacket->mDirty = false;
-                return kAAX_Success;
-            });
-        if (handled != kAAX_Success)
-            contained = handled;
+        if (handler.mPacket->mDirty)
+            GenerateAndPost(id.c_str(), handler, dispatched);
     }
-    return contained != kAAX_Success ? contained : posted;
+    return dispatched.mContained != kAAX_Success ? dispatched.mContained : dispatched.mPosted;
+}
+
+void AAX_CPacketDispatcher::GenerateAndPost(AAX_CParamID inId, const SHandler& inHandler,
+                                            SDispatched& ioResult)
+{
+    const AAX_Result contained = AAX_Contained(
+        [&, this]
+        {
+            AAX_CPacket& packet = *inHandler.mPacket;
+            if (inHandler.mHandler->Call(inId, packet) == kAAX_Success)
+                ioResult.mPosted = Post(packet);
+            packet.mDirty = false;
+            return kAAX_Success;
+        });
+    if (contained != kAAX_Success)
+        ioResult.mContained = contained;
 }
 
 AAX_Result AAX_CPacketDispatcher::Post(const AAX_CPacket& inPacket)

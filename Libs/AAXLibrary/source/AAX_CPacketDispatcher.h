@@ -65,6 +65,13 @@ private:
         std::unique_ptr<AAX_IPacketHandler> mHandler;
     };
 
+    struct SDispatched
+    {
+        AAX_Result mPosted = kAAX_Success;    // of the last packet posted
+        AAX_Result mContained = kAAX_Success; // not so when a handler has thrown
+    };
+
+    void GenerateAndPost(AAX_CParamID inId, const SHandler& inHandler, SDispatched& ioResult);
     AAX_Result Post(const AAX_CPacket& inPacket);
 
     std::map<AAX_CFieldIndex, std::unique_ptr<AAX_CPacket>> mPacketsHolder;
