@@ -13,9 +13,9 @@
 extern const std::int32_t kEntryHostVersion;
 
 /**
- * [false] A plug-in that answers 0 for the very first pin of a direction gets that direction's channels
- * paired into stereo ports, an odd last one mono, all without names. When false such a plug-in has no ports
- * there.
+ * [false] A direction whose first pin the plug-in answers with 0, or that has no port because a pin named a
+ * speaker, gets its channels paired into stereo ports, an odd last one mono, all without names. When false
+ * such a plug-in has no ports there.
  */
 extern const bool kPortsFromCounts;
 

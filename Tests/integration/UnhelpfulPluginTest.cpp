@@ -59,7 +59,8 @@ TEST_F(UnhelpfulPlugin, ThatReportsWhatItIsSetToSettlesAndKeepsItsState)
     };
     for (const SRow& row : {SRow{"reports", true, 0, {}}, SRow{"reports what it rounds", true, 10, {}},
                             SRow{"couples forwards", false, 0, {{0, {1, 2}}}},
-                            SRow{"reports, rounds and couples", true, 10, {{0, {1, 2}}}}})
+                            SRow{"couples both ways", false, 0, {{0, {1}}, {1, {0}}}},
+                            SRow{"reports, rounds and couples", true, 10, {{0, {1, 2}}, {1, {0}}}}})
     {
         SCOPED_TRACE(row.what);
         Script().reportsSets = row.reports;

@@ -63,10 +63,6 @@ SOptionChoice<std::int32_t> ChooseEntryVersion(const SProbeResult& inResult)
 
 SOptionChoice<bool> ChoosePortsFromCounts(const SPluginFacts& inFacts)
 {
-    if (inFacts.portListCut)
-    {
-        return {false, "It describes a pin by a speaker, which ends the list of ports with or without it."};
-    }
     const bool noInputs = inFacts.inputs > 0 && inFacts.inputPorts.empty();
     const bool noOutputs = inFacts.outputs > 0 && inFacts.outputPorts.empty();
     if (noInputs || noOutputs)
@@ -74,7 +70,17 @@ SOptionChoice<bool> ChoosePortsFromCounts(const SPluginFacts& inFacts)
         const char* const what = noInputs && noOutputs ? "inputs and outputs"
                                  : noInputs            ? "inputs"
                                                        : "outputs";
-        return {true, fmt::format("It describes no pin of its {}, so it would have no ports there.", what)};
+        return {
+            true,
+            inFacts.portListCut
+                ? fmt::format("A pin that it describes by a speaker ends its list of ports ahead of its {}, "
+                              "so it would have no ports there.",
+                              what)
+                : fmt::format("It describes no pin of its {}, so it would have no ports there.", what)};
+    }
+    if (inFacts.portListCut)
+    {
+        return {false, "It describes a pin by a speaker, which ends the list of ports with or without it."};
     }
     return {false, inFacts.inputs + inFacts.outputs > 0 ? "It describes its ports by pins."
                                                         : "It has no audio channels."};

@@ -60,7 +60,9 @@ TEST(ProductChoice, OptionsFollowFromWhatWasSeenWithTheReason)
              out.facts->portListCut = true;
              out.facts->outputPorts.clear();
          },
-         0, false, false, "ends the list"},
+         0, true, false, "ahead of its outputs"},
+        {"speaker pin behind others", [](SProbeResult& out) { out.facts->portListCut = true; }, 0, false,
+         false, "ends the list of ports with or without"},
         {"MIDI late", [](SProbeResult& out) { out.facts->midiAfterOpen = true; }, 0, false, true, "too late"},
         {"MIDI in time",
          [](SProbeResult& out) { out.facts->midiBeforeOpen = out.facts->midiAfterOpen = true; }, 0, false,
