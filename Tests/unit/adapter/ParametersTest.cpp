@@ -3,8 +3,10 @@
 #include "Tests/unit/adapter/AdapterTest.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
+#include <atomic>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 namespace
 {
@@ -155,16 +157,54 @@ TEST_F(Parameters, TheFirstCoefficientsLeaveAloneWhatThePluginGotOrReportedMeanw
     EXPECT_EQ(Effect().Parameters(), (std::vector{0.875F, 0.75F, 0.625F, 0.25F}));
 }
 
-TEST_F(Parameters, AKnobThatIsDraggedIsNotSetBackByTheAnswers)
+TEST_F(Parameters, AKnobThatIsDraggedIsNotSetBackByAnyKindOfHost)
 {
-    Script().parameters = {0.0F};
-    Start();
-    for (const float value : {0.125F, 0.25F, 0.25F, 0.5F})
-        Automate(0, value);
-    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
-    EXPECT_EQ(TakePluginCalls(), Lines{});
-    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.125, 0), kAAX_Success);
-    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.125"})); // the host's own
+    for (const EAnswers answers : kAllAnswers)
+    {
+        SCOPED_TRACE(static_cast<int>(answers));
+        Script().parameters = {0.0F};
+        mHost.Automation().SetAnswers(answers);
+        Start();
+        for (const float value : {0.125F, 0.25F, 0.25F, 0.5F})
+            Automate(0, value);
+        EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+        EXPECT_EQ(TakePluginCalls(), Lines{});
+        EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.125, 0), kAAX_Success);
+        EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.125"})); // the host's own
+        Stop();
+    }
+}
+
+TEST_F(Parameters, ReportsOfEightThreadsAreAnsweredByAnyKindOfHostAndNothingComesBack)
+{
+    for (const EAnswers answers : kAllAnswers)
+    {
+        SCOPED_TRACE(static_cast<int>(answers));
+        Script().parameters = {0.125F, 0.25F, 0.375F, 0.5F};
+        mHost.Automation().SetAnswers(answers);
+        Start();
+        std::atomic<int> reporting = 8;
+        std::vector<std::jthread> threads;
+        for (std::int32_t thread = 0; thread < 8; ++thread)
+            threads.emplace_back(
+                [&, thread]
+                {
+                    for (std::int32_t i = 0; i < 500; ++i)
+                        Effect().CallHost(audioMasterAutomate, (thread + i) % 4);
+                    --reporting;
+                });
+        while (reporting.load() > 0)
+        {
+            EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+            EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00003", 0.5, 0), kAAX_Success);
+            mLog.Clear();
+        }
+        threads.clear();
+        EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+        EXPECT_EQ(mHost.Automation().PendingRequests(), 0U);
+        EXPECT_EQ(TakePluginCalls(), Lines{}); // it has all of the values
+        Stop();
+    }
 }
 
 TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)

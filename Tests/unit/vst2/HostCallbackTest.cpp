@@ -1,3 +1,4 @@
+#include "Platform/PointerState.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/IEditHost.h"
@@ -9,7 +10,17 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
+
+// In place of the window system: what is held down, and how often somebody asked.
+static SPointerState gHeld;
+static int gQuestions = 0;
+SPointerState GetPointerState() noexcept
+{
+    ++gQuestions;
+    return gHeld;
+}
 
 namespace
 {
@@ -103,6 +114,42 @@ TEST_F(HostCallback, AutomationTellsThePluginsOwnValueToAllThreeListeners)
     EXPECT_EQ(Effect().CallHost(audioMasterAutomate, 0, nullptr, 17.0F), 0);
     EXPECT_EQ(mListener.mLog, (Lines{"set 0 0.250000", "drag 0 4"}));
     EXPECT_EQ(own.mLog, (Lines{"set 0 0.250000"}));
+}
+
+TEST_F(HostCallback, KeysAreAskedForInAGestureThatIsSeenOnTheListenersThreadOnly)
+{
+    Listen();
+    const auto questionsOf = [&](std::int32_t inOpcode)
+    {
+        const int before = gQuestions;
+        EXPECT_EQ(Effect().CallHost(inOpcode, 1), 0);
+        return gQuestions - before;
+    };
+    gHeld.shift = true;
+    EXPECT_EQ(questionsOf(audioMasterAutomate), 0); // perhaps from the render call
+    EXPECT_EQ(questionsOf(audioMasterBeginEdit), 1);
+    gHeld.shift = false;
+    EXPECT_EQ(questionsOf(audioMasterAutomate), 1);
+    gHeld.command = true;
+    std::thread(
+        [&]
+        {
+            for (const auto opcode : {audioMasterBeginEdit, audioMasterAutomate, audioMasterEndEdit})
+                EXPECT_EQ(questionsOf(opcode), 0);
+        })
+        .join();
+    EXPECT_EQ(questionsOf(audioMasterEndEdit), 1);
+    EXPECT_EQ(questionsOf(audioMasterAutomate), 0);
+    gHeld = {};
+    mHost.RefreshMouseMods();
+    EXPECT_EQ(questionsOf(audioMasterAutomate), 0);
+    mHost.SetGestureViewer(false);
+    gHeld.shift = true;
+    EXPECT_EQ(questionsOf(audioMasterBeginEdit), 0);
+    gHeld = {};
+    std::erase_if(mListener.mLog, [](const std::string& inLine) { return inLine.starts_with("set"); });
+    EXPECT_EQ(mListener.mLog, (Lines{"drag 1 4", "down 1 5", "drag 1 4", "down 1 4", "drag 1 4", "up 1 4",
+                                     "up 1 6", "drag 1 6", "drag 1 4", "down 1 4"}));
 }
 
 TEST_F(HostCallback, CallsWithoutListenersDoNothingAndKeepTheirAnswers)
