@@ -22,6 +22,11 @@ public:
     {
         return mHost(mAccess->effectAt(inInstance), audioMasterGetTime, 0, 0, nullptr, 0.0F);
     }
+    /** The instance tells its host of a parameter's value. */
+    void Automate(int inInstance, std::int32_t inParameter) const
+    {
+        (void)mHost(mAccess->effectAt(inInstance), audioMasterAutomate, inParameter, 0, nullptr, 0.0F); // 0
+    }
 
 private:
     struct SImageCloser

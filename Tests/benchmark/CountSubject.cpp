@@ -96,6 +96,25 @@ void CountParameters()
     CountEach("coefficients clean", [&] { (void)rig.Instance().FinishUpdates(); });
 }
 
+/** As from the render call: no edit has begun, and nothing is answered meanwhile. */
+void CountAutomation()
+{
+    setenv(kEmptyPluginParameters, "1", 1);
+    CBenchRig rig(kPlainModule, kEmptyPlugin);
+    unsetenv(kEmptyPluginParameters);
+    CEmptyPluginCalls plugin(rig.Bundle().SourceVst());
+    CountEach("automate editor=none", [&] { plugin.Automate(0, 0); });
+    if (!rig.Instance().OpenGUI())
+        throw std::runtime_error("the editor does not start");
+    int view = 0;
+    CHostViewContainer& container = rig.Instance().Host().ViewContainer();
+    container.SetView(1, &view);
+    if (rig.Instance().GUI()->SetViewContainer(&container) != kAAX_Success)
+        throw std::runtime_error("the editor does not open");
+    CountEach("automate editor=open", [&] { plugin.Automate(0, 0); });
+    (void)rig.Instance().GUI()->SetViewContainer(nullptr); // always succeeds
+}
+
 void CountCreation()
 {
     setenv(kEmptyPluginParameters, "100", 1);
@@ -133,6 +152,7 @@ int main()
         CountRendering();
         CountManyInstances();
         CountParameters();
+        CountAutomation();
         CountCallbacks(1);
         CountCallbacks(64);
         CountCallbacks(1000);
