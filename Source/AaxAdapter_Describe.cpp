@@ -47,7 +47,7 @@ AAX_SInstrumentSetupInfo SetupInfoOf(const CVst2Plugin& inPlugin, const char* in
     info.mManufacturerID = kManufacturerID;
     info.mProductID = info.mPluginID = static_cast<AAX_CTypeID>(inPlugin.GetUniqueId());
     info.mCanBypass = true;
-    info.mNeedsInputMIDI = inPlugin.AcceptedMidiAtLoad() || kMidiInput;
+    info.mNeedsInputMIDI = ShapeOf(inPlugin).mHasInputNode;
     info.mInputMIDINodeName = inName;
     info.mInputMIDIChannelMask = kInputMIDIChannels;
     info.mNeedsGlobalMIDI = true;

@@ -52,7 +52,12 @@ AaxAdapter_Parameters::AaxAdapter_Parameters()
 {
 }
 
-AaxAdapter_Parameters::~AaxAdapter_Parameters() { ReleasePlugin(); }
+AaxAdapter_Parameters::~AaxAdapter_Parameters()
+{
+    (void)
+        AaxAdapter_Parameters::Uninitialize(); // always succeeds; the parameters know members of this object
+    ReleasePlugin();
+}
 
 void AaxAdapter_Parameters::ReleasePlugin()
 {
@@ -77,7 +82,9 @@ AAX_Result AaxAdapter_Parameters::Uninitialize()
     // First of all: threads of the plug-in may be reporting changes of the parameters that go now.
     mVst2Host.SetMainListener(nullptr);
     mHasParameters.store(false, std::memory_order_release);
-    return AAX_CInstrumentParameters::Uninitialize();
+    const AAX_Result result = AAX_CInstrumentParameters::Uninitialize();
+    mAutomation.Detach();
+    return result;
 }
 
 AAX_Result AaxAdapter_Parameters::EffectInit()
@@ -107,7 +114,7 @@ void AaxAdapter_Parameters::LoadWrappedPlugin()
     mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
     ReleasePlugin(); // of an earlier initialisation
-    const std::int64_t toldBefore = std::exchange(mLatency, 0);
+    mLatency = 0;
     mVst2Host.SetBufferSize(kBlockSizeFrames);
     mVst2Host.SetSampleRate(mSampleRate);
     mVst2Host.SetMainListener(this);
@@ -122,15 +129,17 @@ void AaxAdapter_Parameters::LoadWrappedPlugin()
         mLatency = mPlugin->GetInitialDelay();
         PrepareChannels();
     }
-    TellLatency(toldBefore);
+    TellLatency();
 }
 
-void AaxAdapter_Parameters::TellLatency(std::int64_t inToldBefore)
+void AaxAdapter_Parameters::TellLatency()
 {
-    // A host takes no latency for granted until it is told of one.
-    if (mLatency > 0 || inToldBefore > 0)
-        (void)Controller()->SetSignalLatency(
-            static_cast<std::int32_t>(std::max<std::int64_t>(mLatency, 0))); // a refusal changes nothing here
+    const std::int64_t latency = std::max<std::int64_t>(mLatency, 0);
+    if (latency == 0 && mToldLatency == 0) // which a host takes for granted
+        return;
+    (void)Controller()->SetSignalLatency(
+        static_cast<std::int32_t>(latency)); // a refusal changes nothing here
+    mToldLatency = latency;
 }
 
 void AaxAdapter_Parameters::PrepareChannels()
@@ -150,7 +159,9 @@ void AaxAdapter_Parameters::AddPluginParameters()
 {
     const long announced = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
     mParameterCount = announced <= kMaxParameters ? std::max(announced, 0L) : 0;
-    mPluginParameters = std::make_unique<CPluginParameter[]>(static_cast<std::size_t>(mParameterCount));
+    mPluginParameters = std::vector<CPluginParameter>(static_cast<std::size_t>(mParameterCount));
+    mAutomation.Attach(*AutomationDelegate(), mPluginParameters);
+    mParameterManager.Initialize(&mAutomation);
     for (long i = 0; i < mParameterCount; ++i)
     {
         const float value = mPlugin->GetParameter(i);
@@ -221,8 +232,6 @@ void AaxAdapter_Parameters::UpdateParameters()
 
 void AaxAdapter_Parameters::SetParameter(long inIndex, float inValue)
 {
-    if (inIndex >= 0 && inIndex < mParameterCount)
-        mPluginParameters[static_cast<std::size_t>(inIndex)].NoteRequest(static_cast<double>(inValue));
     // An index that no parameter has is the plug-in's mistake, and there is nobody to tell.
     (void)AAX_CEffectParameters::SetParameterNormalizedValue(CParameterId(inIndex).Get(), inValue);
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include "Source/AAX_CInstrumentParameters.h"
 #include "Source/CChannelExtension.h"
+#include "Source/CNotedAutomation.h"
 #include "Source/CPluginParameter.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/IMainHost.h"
@@ -106,7 +107,7 @@ private:
     };
 
     void LoadWrappedPlugin();
-    void TellLatency(std::int64_t inToldBefore);
+    void TellLatency();
     /** Closes it, and its editor before; the host's editor knows it no more. */
     void ReleasePlugin();
     void AddPluginParameters();
@@ -117,9 +118,10 @@ private:
     AAX_Result SavePluginChunk(AAX_SPlugInChunk& outChunk) const;
     AAX_Result LoadPluginChunk(const AAX_SPlugInChunk& inChunk);
     AAX_Result LoadControls(const AAX_SPlugInChunk& inChunk);
-    /** Gives the plug-in the values that a controls chunk holds, and expects the host to be asked for them.
-     */
-    void GiveControls(const AAX_SPlugInChunk& inChunk);
+    /** Gives the plug-in the values that a controls chunk holds. */
+    void GiveControls(AAX_CChunkDataParser& ioSaved);
+    /** Tells the host where the plug-in has made another value of one that it was given. */
+    void TellOtherControls(AAX_CChunkDataParser& ioSaved);
     /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
     void MirrorPluginValues() const;
     /** The index of a parameter that the plug-in has; -1 for any other identifier. */
@@ -146,17 +148,19 @@ private:
     std::atomic<bool> mReady{true}; // written on the main thread, read wherever the plug-in reports changes
     // Written on the main thread, read wherever the plug-in reports changes.
     std::atomic<bool> mHasParameters{false};
-    long mParameterCount = 0;                              // of the plug-in, as the host knows them
-    std::unique_ptr<CPluginParameter[]> mPluginParameters; // as many; made and replaced while nobody listens
-    std::atomic<std::uint32_t> mHostCycle{0};              // main thread writes, updates on any thread read
-    float mSampleRate = 0.0F;                              // Hz
-    CVst2Plugin* mPlugin = nullptr;                        // owned by mVst2Host
-    CAaxEditor* mEditor = nullptr;                         // the host's
+    long mParameterCount = 0;                        // of the plug-in, as the host knows them
+    std::vector<CPluginParameter> mPluginParameters; // as many; made and replaced while nobody listens
+    CNotedAutomation mAutomation;                    // what the AAX parameters ask the host through
+    std::atomic<std::uint32_t> mHostCycle{0};        // main thread writes, updates on any thread read
+    float mSampleRate = 0.0F;                        // Hz
+    CVst2Plugin* mPlugin = nullptr;                  // owned by mVst2Host
+    CAaxEditor* mEditor = nullptr;                   // the host's
     std::vector<unsigned long> mEventData;
     std::vector<unsigned long> mEventTimes;
     std::int64_t mEventCapacity = kFirstEventCapacity;
     std::int64_t mEventsAtOnce = kFirstEventCapacity; // what the arrays and one call to the plug-in take
     std::int64_t mLatency = 0;                        // samples
+    std::int64_t mToldLatency = 0;                    // as the host knows it
     mutable long mAnnouncedChunkSize =
         -1; // bytes of the plug-in's chunk as the host was told last; -1: never
 

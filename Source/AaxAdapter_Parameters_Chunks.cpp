@@ -48,6 +48,9 @@ std::span<const char> DataOf(const AAX_SPlugInChunk& inChunk)
 {
     return {inChunk.mData, static_cast<std::size_t>(inChunk.mSize)};
 }
+
+/** What the host is asked for: the nearer end for a value outside of 0 to 1, and 0 for no number. */
+double AsRequested(double inValue) { return inValue > 0.0 ? std::min(inValue, 1.0) : 0.0; }
 } // namespace
 
 bool AaxAdapter_Parameters::HasPluginChunk() const { return mPlugin != nullptr && mPlugin->GotChunk(); }
@@ -144,27 +147,41 @@ AAX_Result AaxAdapter_Parameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInCh
 
 AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
 {
-    // The plug-in has the values ahead of the requests for them, whether and whenever the host answers: a
-    // host that looks at the state meanwhile finds it whole.
-    GiveControls(inChunk);
-    MirrorPluginValues();
-    return AAX_CEffectParameters::SetChunk(kControlsChunk, &inChunk);
-}
-
-void AaxAdapter_Parameters::GiveControls(const AAX_SPlugInChunk& inChunk)
-{
-    const CClearedFlag notReady(mReady); // what the plug-in reports meanwhile is read when it is done
     AAX_CChunkDataParser saved;
     saved.LoadChunk(&inChunk);
+    // The plug-in has the values ahead of the requests for them, whether and whenever the host answers: a
+    // host that looks at the state meanwhile finds it whole.
+    GiveControls(saved);
+    MirrorPluginValues();
+    RequestSavedValues(saved);
+    TellOtherControls(saved);
+    return kAAX_Success;
+}
+
+void AaxAdapter_Parameters::GiveControls(AAX_CChunkDataParser& ioSaved)
+{
+    const CClearedFlag notReady(mReady); // what the plug-in reports meanwhile is read when it is done
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
     {
         double value = 0.0;
-        if (!saved.FindDouble(CParameterId(i).Get(), &value))
+        if (ioSaved.FindDouble(CParameterId(i).Get(), &value))
+            mPlugin->SetParameter(i, static_cast<float>(AsRequested(value)));
+    }
+}
+
+void AaxAdapter_Parameters::TellOtherControls(AAX_CChunkDataParser& ioSaved)
+{
+    const long count = PluginParameterCount();
+    for (long i = 0; i < count; ++i)
+    {
+        double saved = 0.0;
+        if (!ioSaved.FindDouble(CParameterId(i).Get(), &saved))
             continue;
-        mPlugin->SetParameter(
-            i, static_cast<float>(std::clamp(value, 0.0, 1.0))); // no number stays one: ignored
-        mPluginParameters[static_cast<std::size_t>(i)].NoteRequest(value);
+        const float value = mPlugin->GetParameter(i);
+        const double change = AsRequested(static_cast<double>(value)) - AsRequested(saved);
+        if (std::abs(change) > CPluginParameter::kTolerance)
+            SetParameter(i, value);
     }
 }
 
@@ -189,6 +206,8 @@ AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChun
 AAX_Result AaxAdapter_Parameters::CompareActiveChunk(const AAX_SPlugInChunk* inChunk,
                                                      AAX_CBoolean* outIsEqual) const
 {
+    if (inChunk != nullptr && inChunk->mSize < 0)
+        return kAAX_ErrorChunkSize;
     return AAX_Contained(
         [&, this]
         {

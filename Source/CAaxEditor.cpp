@@ -58,7 +58,7 @@ AAX_Result CAaxEditor::TimerWakeup()
 {
     if (mPlugin == nullptr)
         return kAAX_Success;
-    if (mGestureContainer.load(std::memory_order_relaxed) != nullptr)
+    if (mHost != nullptr && mGestureContainer.load(std::memory_order_relaxed) != nullptr)
         mHost->RefreshMouseMods();
     return AAX_Contained(
         [this]

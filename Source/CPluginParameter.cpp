@@ -16,21 +16,22 @@ std::uint32_t PackedValue(double inNormalized) noexcept
 }
 } // namespace
 
-void CPluginParameter::NoteRequest(double inNormalized) noexcept
+CPluginParameter::CPluginParameter() noexcept
+{
+    for (std::atomic<std::uint32_t>& request : mRequests)
+        request.store(kNumberMask, std::memory_order_relaxed); // the number of none that comes there first
+}
+
+std::optional<std::uint32_t> CPluginParameter::NoteRequest(double inNormalized) noexcept
 {
     mHasNewerValue.store(true, std::memory_order_relaxed);
     SWaiting before = mWaiting.load(std::memory_order_relaxed);
     SWaiting after;
     do
     {
-        after = before;
         if (before.count == kCapacity)
-        {
-            after.left = std::max(before.left, kLeftSome);
-            continue;
-        }
-        if (before.count == 0)
-            after.left = kNoneLeft;
+            return std::nullopt;
+        after = before;
         ++after.made;
         ++after.count;
         ++after.sinceUpdate;
@@ -38,10 +39,30 @@ void CPluginParameter::NoteRequest(double inNormalized) noexcept
     } while (
         !mWaiting.compare_exchange_weak(before, after, std::memory_order_acq_rel, std::memory_order_relaxed));
     // The host is asked afterwards, so that nobody looks for it before it is stored.
-    if (after.made != before.made)
-        mRequests[before.made % kCapacity].store(PackedValue(inNormalized) << kNumberBits |
-                                                     (before.made & kNumberMask),
-                                                 std::memory_order_release);
+    mRequests[before.made % kCapacity].store(
+        PackedValue(inNormalized) << kNumberBits | (before.made & kNumberMask), std::memory_order_release);
+    return before.made;
+}
+
+void CPluginParameter::TakeBack(std::optional<std::uint32_t> inRequest) noexcept
+{
+    if (!inRequest)
+        return;
+    mRequests[*inRequest % kCapacity].store(~*inRequest & kNumberMask,
+                                            std::memory_order_release); // found no more
+    SWaiting before = mWaiting.load(std::memory_order_relaxed);
+    SWaiting after;
+    do
+    {
+        if (before.made != *inRequest + 1 || before.count == 0)
+            return; // there are newer ones: its place goes when they do
+        after = before;
+        --after.made;
+        --after.count;
+        after.sinceUpdate = std::min(after.sinceUpdate, after.count);
+        after.behindAnswer = std::min(after.behindAnswer, after.count);
+    } while (
+        !mWaiting.compare_exchange_weak(before, after, std::memory_order_acq_rel, std::memory_order_relaxed));
 }
 
 CPluginParameter::SMatch CPluginParameter::Find(const SWaiting& inWaiting, double inNormalized) const noexcept
@@ -67,30 +88,24 @@ CPluginParameter::SMatch CPluginParameter::Find(const SWaiting& inWaiting, doubl
 
 void CPluginParameter::BeginCycle(SWaiting& ioWaiting) noexcept
 {
-    ioWaiting.count = std::min(ioWaiting.count, ioWaiting.behindAnswer);
+    if (ioWaiting.habit != kAnswersEach)
+        ioWaiting.count = std::min(ioWaiting.count, ioWaiting.behindAnswer);
     ioWaiting.sinceUpdate = std::min(ioWaiting.sinceUpdate, ioWaiting.count);
-    if (ioWaiting.left == kLeftSome)
-        ioWaiting.left = kLeftEarlier;
 }
 
 bool CPluginParameter::TakeAnswer(SWaiting& ioWaiting, const SMatch& inAnswered) noexcept
 {
+    if (inAnswered.oldest > 0)
+        ioWaiting.habit = kSkipsSome;
+    else if (ioWaiting.count > 1 && inAnswered.newest == 0 && ioWaiting.habit == kHabitUnseen)
+        ioWaiting.habit = kAnswersEach;
     const auto notOlder = static_cast<std::uint8_t>(ioWaiting.count - inAnswered.oldest);
     const bool isInTime = ioWaiting.sinceUpdate >= notOlder;
-    const bool isLast = inAnswered.newest + 1 == ioWaiting.count;
     const bool newerIsInTime = ioWaiting.sinceUpdate > 0; // also one with the same value
     ioWaiting.behindAnswer = static_cast<std::uint8_t>(ioWaiting.count - inAnswered.newest - 1);
     ioWaiting.count = static_cast<std::uint8_t>(notOlder - 1);
     ioWaiting.sinceUpdate = std::min(ioWaiting.sinceUpdate, ioWaiting.count);
-    ioWaiting.left = kNoneLeft;
-    return isInTime || newerIsInTime || !isLast;
-}
-
-void CPluginParameter::TakeUpdate(SWaiting& ioWaiting) noexcept
-{
-    ioWaiting.sinceUpdate = 0;
-    if (ioWaiting.left == kLeftEarlier)
-        ioWaiting.count = ioWaiting.behindAnswer = 0;
+    return isInTime || newerIsInTime;
 }
 
 bool CPluginParameter::SettleWaiting(SWaiting inBefore, double inNormalized, std::uint32_t inCycle) noexcept
@@ -104,9 +119,12 @@ bool CPluginParameter::SettleWaiting(SWaiting inBefore, double inNormalized, std
         if (isNewCycle)
             BeginCycle(after);
         const SMatch answered = Find(after, inNormalized);
-        isAnswer = answered.oldest != kCapacity && TakeAnswer(after, answered);
+        const bool isKnown = answered.oldest != kCapacity;
+        isAnswer = isKnown && TakeAnswer(after, answered);
         if (!isAnswer)
-            TakeUpdate(after);
+            after.sinceUpdate = 0;
+        if (!isKnown && isNewCycle && inBefore.count == kCapacity)
+            after.count = after.behindAnswer = 0;
     } while (!mWaiting.compare_exchange_weak(inBefore, after, std::memory_order_acq_rel,
                                              std::memory_order_acquire));
     return isAnswer;
@@ -120,7 +138,7 @@ void CPluginParameter::NoteUpdate() noexcept
     do
     {
         after = before;
-        TakeUpdate(after);
+        after.sinceUpdate = 0;
     } while (
         !mWaiting.compare_exchange_weak(before, after, std::memory_order_acq_rel, std::memory_order_relaxed));
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <type_traits>
 
 /**
@@ -16,14 +17,14 @@
  * the value of one of them settles that one and those before it.
  *
  * - Of several requests with the value of an update the oldest is settled first, as for a host that answers
- * them one by one. With the end of the host's cycle (it generates the coefficients) the newest of them counts
- * as answered too: a host that answers only the last one sends nothing more.
+ *   them one by one. When the host's cycle ends (it generates the coefficients), the newest of them counts as
+ *   answered too, since a host that answers only the last sends nothing more; but not with a host that was
+ * seen to answer each.
  * - An answer to a request that is older than the host's last own update goes to the plug-in all the same,
- *   which has another value since; but only to the last request that waits. With a later one the host will
- * end with the value of that.
+ *   which has another value since, unless a request that is newer than that update waits: the host will end
+ *   with the value of that one, and the plug-in has it.
  * - When kCapacity requests wait, further ones are not kept, and their answers go to the plug-in as any
- * update does. A host that then answers none of those that are kept has left them out, and they are
- * forgotten.
+ * update does. When the next cycle of the host begins with none of those that are kept, they are forgotten.
  *
  * Threads: any; nothing allocates, locks or waits. A request that is made in the very moment of an update
  * counts as the newer of the two.
@@ -31,15 +32,19 @@
 class CPluginParameter
 {
 public:
+    CPluginParameter() noexcept;
+
     static constexpr std::uint8_t kCapacity = 28;
     /** How far an answer may be from its request: the host's arithmetic is not ours. Normalized. */
     static constexpr double kTolerance = 1e-6;
 
     /**
      * The host is going to be asked for a value that the plug-in has.
-     * @param inNormalized   outside 0 to 1 the host is asked for the nearer end, for no number 0.
+     * @return what `TakeBack` knows it by; nothing when it is not kept.
      */
-    void NoteRequest(double inNormalized) noexcept;
+    std::optional<std::uint32_t> NoteRequest(double inNormalized) noexcept;
+    /** The host refused the request, and so will not answer it. */
+    void TakeBack(std::optional<std::uint32_t> inRequest) noexcept;
 
     /**
      * The host updates the value.
@@ -68,11 +73,11 @@ private:
         std::uint8_t sinceUpdate = 0; // of these: made after the host's last own update
         std::uint8_t behindAnswer =
             0; // of these: made after the newest one with the value of the last answer
-        std::uint8_t left = kNoneLeft; // whether some were not kept
+        std::uint8_t habit = kHabitUnseen; // which of several requests the host answers
     };
-    static constexpr std::uint8_t kNoneLeft = 0;
-    static constexpr std::uint8_t kLeftSome = 1;    // since the cycle began in which an update came last
-    static constexpr std::uint8_t kLeftEarlier = 2; // before, and nothing was answered since
+    static constexpr std::uint8_t kHabitUnseen = 0;
+    static constexpr std::uint8_t kAnswersEach = 1;
+    static constexpr std::uint8_t kSkipsSome = 2;                      // for good
     static_assert(std::has_unique_object_representations_v<SWaiting>); // it is compared as bytes
     static_assert(std::atomic<SWaiting>::is_always_lock_free);
 
@@ -87,11 +92,10 @@ private:
     SMatch Find(const SWaiting& inWaiting, double inNormalized) const noexcept;
     static void BeginCycle(SWaiting& ioWaiting) noexcept;
     static bool TakeAnswer(SWaiting& ioWaiting, const SMatch& inAnswered) noexcept;
-    static void TakeUpdate(SWaiting& ioWaiting) noexcept;
 
     std::atomic<SWaiting> mWaiting{};
     std::atomic<std::uint32_t> mCycle{0}; // of the host's last update while requests waited
     std::atomic<bool> mHasNewerValue{false};
-    std::array<std::atomic<std::uint32_t>, kCapacity> mRequests{}; // a value and the low bits of its number
+    std::array<std::atomic<std::uint32_t>, kCapacity> mRequests; // a value and the low bits of its number
 };
 static_assert(sizeof(CPluginParameter) <= 128);

@@ -343,6 +343,12 @@ unsigned long CVst2Host::MouseModsFor(EGesture inGesture) noexcept
     return mMouseMods.load();
 }
 
+void CVst2Host::SetGestureViewer(bool inIsThere) noexcept
+{
+    mHasGestureViewer.store(inIsThere);
+    mIsDragging.store(false); // one that goes on meanwhile ends unseen
+}
+
 void CVst2Host::RefreshMouseMods() noexcept { mMouseMods.store(getMouseMods()); }
 
 void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)

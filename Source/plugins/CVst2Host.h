@@ -84,7 +84,7 @@ public:
      * Whether anybody sees the gestures that the edit listener hears; yes at first. Without a viewer nobody
      * asks the window system what is held down meanwhile.
      */
-    void SetGestureViewer(bool inIsThere) noexcept { mHasGestureViewer.store(inIsThere); }
+    void SetGestureViewer(bool inIsThere) noexcept;
     /** What is held down now goes with automation that is no drag. For the listeners' thread, now and then.
      */
     void RefreshMouseMods() noexcept;

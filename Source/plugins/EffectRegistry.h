@@ -11,10 +11,10 @@ struct AEffect;
 /**
  * Which plug-in object an effect pointer belongs to.
  *
- * Threads: Find on any, without a lock and at a cost that doesn't grow with the number of effects; Add and
- * Remove lock among each other. A table of chains: a chain only ever grows, so a reader can walk it while it
- * is written; the place of a removed effect is used again by the next one in the same chain, and memory is
- * freed with the registry.
+ * Threads: Find on any, without a lock and at a cost that doesn't grow with the number of effects; Add,
+ * Remove and MarkClosing lock among each other. A table of chains: a chain only ever grows, so a reader can
+ * walk it while it is written; the place of a removed effect is used again by the next one in the same chain,
+ * and memory is freed with the registry.
  */
 class CEffectRegistry
 {
@@ -57,8 +57,8 @@ private:
     /** In a slot's order, above every serial that hosts reach. */
     static constexpr std::uint64_t kClosing = std::uint64_t{1} << 63;
 
-    /** Written by one thread at a time, `effect` last; readers check `effect` before and after the
-     * rest. */
+    /** Written by one thread at a time, `effect` last and only `order` later on; readers check `effect`
+     * before and after the rest. */
     struct SSlot
     {
         std::atomic<AEffect*> effect = nullptr; // null: free

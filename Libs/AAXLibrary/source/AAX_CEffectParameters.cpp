@@ -484,3 +484,5 @@ const AAX_IController* AAX_CEffectParameters::Controller() const { return mContr
 AAX_ITransport* AAX_CEffectParameters::Transport() { return mTransport.get(); }
 
 const AAX_ITransport* AAX_CEffectParameters::Transport() const { return mTransport.get(); }
+
+AAX_IAutomationDelegate* AAX_CEffectParameters::AutomationDelegate() { return mAutomationDelegate.get(); }

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+class AAX_IAutomationDelegate;
 class AAX_IController;
 class AAX_IDisplayDelegateBase;
 class AAX_ITaperDelegateBase;
@@ -134,6 +135,11 @@ public:
     const AAX_IController* Controller() const;
     AAX_ITransport* Transport();
     const AAX_ITransport* Transport() const;
+
+protected:
+    AAX_IAutomationDelegate* AutomationDelegate(); // null as the others
+    /** What `SetChunk` does with a chunk that has been read. */
+    void RequestSavedValues(AAX_CChunkDataParser& ioSaved);
 
 private:
     void BuildChunkData() const;

@@ -197,14 +197,19 @@ AAX_Result AAX_CEffectParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInCh
             // kept.
             AAX_CChunkDataParser parser;
             parser.LoadChunk(inChunk);
-            for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
-            {
-                AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
-                if (IsSaved(parameter))
-                    VisitValue(parameter, SRestore{{parser, parameter.Identifier()}, parameter});
-            }
+            RequestSavedValues(parser);
             return kAAX_Success;
         });
+}
+
+void AAX_CEffectParameters::RequestSavedValues(AAX_CChunkDataParser& ioSaved)
+{
+    for (std::int32_t index = 0; index < mParameterManager.NumParameters(); ++index)
+    {
+        AAX_IParameter& parameter = *mParameterManager.GetParameter(index);
+        if (IsSaved(parameter))
+            VisitValue(parameter, SRestore{{ioSaved, parameter.Identifier()}, parameter});
+    }
 }
 
 AAX_Result AAX_CEffectParameters::CompareActiveChunk(const AAX_SPlugInChunk* inChunk,

@@ -204,6 +204,25 @@ TEST_F(Chunk, AHostThatLooksAtTheStateInsideARequestFindsTheNewOneWhole)
     EXPECT_EQ(Effect().Parameters(), (std::vector{0.25F, 0.5F, 0.75F}));
 }
 
+TEST_F(Chunk, OfControlsThatThePluginRoundsTheHostIsToldTheOutcome)
+{
+    Script().parameters = {0.3F, std::nanf(""), 0.5F};
+    Start();
+    auto saved = Save();
+    Script().steps = 4;
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 1.0, 0), kAAX_Success);
+    (void)TakeHostCalls(); // of that
+    Load(saved);
+    Lines requests = TakeHostCalls();
+    std::erase_if(requests, [](const std::string& inLine) { return !inLine.starts_with("PostSetValue"); });
+    ASSERT_EQ(requests.size(),
+              5U); // one for each that was saved, the gain with them, and what became of the first
+    EXPECT_EQ(requests.back(), "PostSetValueRequest(\"00000\", 0.25)");
+    (void)TakePluginCalls(); // of the load
+    EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+}
+
 TEST_F(Chunk, SizesThatNoChunkHasAreRefused)
 {
     StartWithChunk({1});
@@ -212,6 +231,8 @@ TEST_F(Chunk, SizesThatNoChunkHasAreRefused)
         CChunk chunk(Bytes{1});
         chunk.Record().mSize = -1;
         EXPECT_EQ(Instance().SetChunk(id, &chunk.Record()), kAAX_ErrorChunkSize);
+        AAX_CBoolean isEqual = 0;
+        EXPECT_EQ(Instance().CompareActiveChunk(&chunk.Record(), &isEqual), kAAX_ErrorChunkSize);
     }
     Script().hooks[effGetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
     { *static_cast<void**>(inCall.pointer) = &ioEffect; };

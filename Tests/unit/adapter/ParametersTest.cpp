@@ -207,6 +207,17 @@ TEST_F(Parameters, ReportsOfEightThreadsAreAnsweredByAnyKindOfHostAndNothingCome
     }
 }
 
+TEST_F(Parameters, WhatTheHostRefusedIsNotWaitedFor)
+{
+    Script().parameters = {0.0F};
+    Start();
+    mLog.FailCall("PostSetValueRequest", 0, kAAX_ErrorUnsupported);
+    Automate(0, 0.75F);
+    Automate(0, 0.25F);
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.75, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.75"}));
+}
+
 TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)
 {
     Script().parameters = {0.0F};
@@ -239,6 +250,9 @@ TEST_F(Parameters, InitialisedAgainItStartsAfresh)
     Script().shape.initialDelay = 64;
     Start();
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_Success);
+    Script().faults.insert(effOpen);
+    EXPECT_EQ(Instance().Initialize(mHost.Unknown()), kAAX_ErrorNullObject);
+    Script().faults.clear();
     Script().shape.initialDelay = 0;
     Script().parameters = {0.25F, 0.75F};
     EXPECT_EQ(Instance().Initialize(mHost.Unknown()), kAAX_Success);

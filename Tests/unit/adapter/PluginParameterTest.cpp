@@ -12,9 +12,9 @@
 namespace
 {
 /**
- * Plays what happens to a parameter, a word each: "r.3" is a request, "u.3" an update that the plug-in is to
- * get, "a.3" one that is to be taken for an answer, "g" a value that the plug-in is given in another way, "|"
- * the end of a cycle.
+ * Plays what happens to a parameter, a word each: "r.3" is a request, "x.3" one that the host refuses, "u.3"
+ * an update that the plug-in is to get, "a.3" one that is to be taken for an answer, "g" a value that the
+ * plug-in is given in another way, "|" the end of a cycle.
  */
 void Play(const std::string& inEvents)
 {
@@ -29,6 +29,7 @@ void Play(const std::string& inEvents)
         switch (word[0])
         {
         case 'r': parameter.NoteRequest(value); break;
+        case 'x': parameter.TakeBack(parameter.NoteRequest(value)); break;
         case 'g': parameter.NoteUpdate(); break;
         case '|': ++cycle; break;
         default: EXPECT_EQ(parameter.Settle(value, cycle), word[0] == 'a');
@@ -52,13 +53,17 @@ TEST(PluginParameter, AnswersAreToldFromTheHostsOwnUpdates)
         "r.1 r.2 r.3 a.1 a.2 a.3",                  // one by one
         "r.1 | r.2 | r.3 | a.1 | a.2 | a.3",        // many cycles later
         "r.1 r.2 r.3 | a.3 u.1 u.2",                // only the last; those before it are settled
-        "r.1 r.2 u.5 a.1 u.2",                      // the host has moved it: both are too late
+        "r.1 r.2 u.5 u.1 u.2",                      // the host has moved it: both are too late
         "r.1 u.5 r.2 a.1 a.2",                      // the host will end with what the plug-in has
         "u.5 r.4 u.6 r.5 | a.4 a.5",                // steps of automation that the plug-in rounds
         "r.1 g u.1",                                // given in another way since
         "r.25 r.25 r.5 r.5 a.25 a.25 a.5 a.5",      // the same again, one by one
         "r0 r1 r0 a0 a1 a0",                        // there and back, one by one
         "r0 r1 r0 | a0 | u1",                       // the same, and only the last was answered: this is news
+        "r0 r1 a0 | a1 r0 r1 r0 | a0 | a1 | a0",    // the same with a host that was seen to answer each
+        "r0 r1 | a1 r0 r1 r0 | a0 | u1",            // and with one that was seen not to
+        "r.1 r.2 r.3 | u.5 | u.2",                  // never answered
+        "x.7 r.3 x.7 | a.3 | u.7",                  // refused
         "r.5 a.5000009 r.5 a.4999991 r.5 u.500003", // as near as the host's arithmetic leaves it
         "r1 a1.0000001 r0 a-0.0000001",             //
         "r7 a1 r-3 a0 rnan a0 rinf a1",             // what the host is asked for instead
@@ -73,6 +78,7 @@ TEST(PluginParameter, FullTheAnswersOfWhatWasNotKeptGoToThePluginAndNothingIsSwa
     const std::string full = Repeated("r", CPluginParameter::kCapacity);
     Play(full + "r.9 r.91 " + Repeated("a", CPluginParameter::kCapacity) + "u.9 u.91 r.1 a.1");
     Play(full + "r.9 r.91 | u.91 " + Repeated("u", CPluginParameter::kCapacity) + "r.1 a.1");
+    Play(full + "r.9 r.91 u.91 " + Repeated("u", CPluginParameter::kCapacity)); // in the same cycle
     Play(full + "r.9 | a0 r.8 u.9 u.8");
 }
 
