@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace
@@ -232,6 +233,15 @@ void AaxAdapter_Parameters::UpdateParameters()
 
 void AaxAdapter_Parameters::SetParameter(long inIndex, float inValue)
 {
+    mHasRequests.store(true, std::memory_order_relaxed);
+    const bool isPutOff = inIndex >= 0 && inIndex < mParameterCount &&
+                          mPluginParameters[static_cast<std::size_t>(inIndex)].PutsOff();
+    if (!isPutOff)
+        Report(inIndex, inValue);
+}
+
+void AaxAdapter_Parameters::Report(long inIndex, float inValue)
+{
     // An index that no parameter has is the plug-in's mistake, and there is nobody to tell.
     (void)AAX_CEffectParameters::SetParameterNormalizedValue(CParameterId(inIndex).Get(), inValue);
 }
@@ -263,17 +273,47 @@ AAX_Result AaxAdapter_Parameters::UpdateParameterNormalizedValue(AAX_CParamID in
         [=, this]
         {
             const long index = PluginParameterIndex(inId);
-            if (index >= 0 && !mPluginParameters[static_cast<std::size_t>(index)].Settle(
-                                  inValue, mHostCycle.load(std::memory_order_relaxed)))
+            if (index < 0)
+                return kAAX_Success;
+            CPluginParameter& parameter = mPluginParameters[static_cast<std::size_t>(index)];
+            if (!parameter.Settle(inValue))
                 mPlugin->SetParameter(index, static_cast<float>(inValue));
+            if (parameter.TakePutOff()) [[unlikely]]
+                Report(index, mPlugin->GetParameter(index));
             return kAAX_Success;
         });
 }
 
 AAX_Result AaxAdapter_Parameters::GenerateCoefficients()
 {
-    mHostCycle.fetch_add(1, std::memory_order_relaxed);
     return AAX_Contained([this] { return AAX_CInstrumentParameters::GenerateCoefficients(); });
+}
+
+AAX_Result AaxAdapter_Parameters::TimerWakeup()
+{
+    if (mHasRequests.exchange(false, std::memory_order_relaxed))
+        (void)AAX_Contained( // a plug-in that throws here is given it with the host's next update
+            [this]
+            {
+                LookAfterRequests();
+                return kAAX_Success;
+            });
+    return AAX_CInstrumentParameters::TimerWakeup();
+}
+
+void AaxAdapter_Parameters::LookAfterRequests()
+{
+    const long count = PluginParameterCount();
+    for (long i = 0; i < count; ++i)
+    {
+        CPluginParameter& parameter = mPluginParameters[static_cast<std::size_t>(i)];
+        if (const std::optional<float> value = parameter.Beat())
+            mPlugin->SetParameter(i, *value);
+        if (parameter.TakePutOff())
+            Report(i, mPlugin->GetParameter(i));
+        if (parameter.IsWaiting())
+            mHasRequests.store(true, std::memory_order_relaxed);
+    }
 }
 
 long AaxAdapter_Parameters::PluginParameterIndex(AAX_CParamID inId) const

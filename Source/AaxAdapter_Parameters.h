@@ -58,9 +58,10 @@ public:
      */
     AAX_Result UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
                                               AAX_EUpdateSource inSource) override;
-    /** Ends a cycle of the host. An exception of the plug-in fails it; the packets are generated again then.
-     */
+    /** An exception of the plug-in fails it; the packets are generated again with the next call then. */
     AAX_Result GenerateCoefficients() override;
+    /** Sees to what a host has left unanswered. */
+    AAX_Result TimerWakeup() override;
 
     /**
      * State: the base's controls chunk, and the chunk of a plug-in that keeps one, with its current program,
@@ -124,6 +125,9 @@ private:
     void TellOtherControls(AAX_CChunkDataParser& ioSaved);
     /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
     void MirrorPluginValues() const;
+    void LookAfterRequests();
+    /** Tells the host of a value that the plug-in has. */
+    void Report(long inIndex, float inValue);
     /** The index of a parameter that the plug-in has; -1 for any other identifier. */
     long PluginParameterIndex(AAX_CParamID inId) const;
     /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
@@ -151,7 +155,7 @@ private:
     long mParameterCount = 0;                        // of the plug-in, as the host knows them
     std::vector<CPluginParameter> mPluginParameters; // as many; made and replaced while nobody listens
     CNotedAutomation mAutomation;                    // what the AAX parameters ask the host through
-    std::atomic<std::uint32_t> mHostCycle{0};        // main thread writes, updates on any thread read
+    std::atomic<bool> mHasRequests{false};           // some may wait: any thread writes, main thread reads
     float mSampleRate = 0.0F;                        // Hz
     CVst2Plugin* mPlugin = nullptr;                  // owned by mVst2Host
     CAaxEditor* mEditor = nullptr;                   // the host's

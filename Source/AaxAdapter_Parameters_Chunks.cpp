@@ -153,6 +153,7 @@ AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
     // host that looks at the state meanwhile finds it whole.
     GiveControls(saved);
     MirrorPluginValues();
+    mHasRequests.store(true, std::memory_order_relaxed);
     RequestSavedValues(saved);
     TellOtherControls(saved);
     return kAAX_Success;

@@ -200,7 +200,8 @@ TEST_F(Parameters, ReportsOfEightThreadsAreAnsweredByAnyKindOfHostAndNothingCome
             mLog.Clear();
         }
         threads.clear();
-        EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
+        for (int cycle = 0; cycle < 2; ++cycle) // the second for what was put off
+            EXPECT_EQ(mHost.DeliverUpdates(Instance()), kAAX_Success);
         EXPECT_EQ(mHost.Automation().PendingRequests(), 0U);
         EXPECT_EQ(TakePluginCalls(), Lines{}); // it has all of the values
         Stop();
@@ -216,6 +217,23 @@ TEST_F(Parameters, WhatTheHostRefusedIsNotWaitedFor)
     Automate(0, 0.25F);
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.75, 0), kAAX_Success);
     EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.75"}));
+}
+
+TEST_F(Parameters, WhatTheHostLeavesUnansweredIsMendedOnTheBeatsOfItsTimer)
+{
+    Script().parameters = {0.0F};
+    Start();
+    for (int i = 0; i <= CPluginParameter::kCapacity; ++i)
+        Automate(0, static_cast<float>(i) / 64.0F);
+    EXPECT_EQ(mLog.Count("PostSetValueRequest"),
+              std::size_t{CPluginParameter::kCapacity}); // the last is put off
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.25, 0),
+              kAAX_Success); // its own, as it turns out
+    EXPECT_EQ(TakePluginCalls(), Lines{});
+    for (int beat = 0; beat < CPluginParameter::kQuietBeats; ++beat)
+        EXPECT_EQ(Instance().TimerWakeup(), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.25"}));
+    EXPECT_EQ(mLog.Lines().at(mLog.Lines().size() - 2), "PostSetValueRequest(\"00000\", 0.25)");
 }
 
 TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)

@@ -66,7 +66,7 @@ SFinding SettlesAfterAutomation(CCheckContext& ioContext)
                 for (const std::string& id : ids)
                     (void)instance.UpdateParameter(id, sequence.Fraction()); // refusals show in another check
                 (void)instance.FinishUpdates();
-                if (step % stepsACycle == 0) // after the last one too: its answers are a part of it
+                if (step % stepsACycle == 0 && step < steps)
                     cycle();
             }
             const std::size_t before = automation.ValueRequests();
@@ -80,7 +80,8 @@ SFinding SettlesAfterAutomation(CCheckContext& ioContext)
             if (further() > ids.size() || before >= most)
                 return SFinding::Failed(fmt::format(
                     "With {} steps of automation, {} in each cycle, a host that answers {} is asked for {} "
-                    "values, and for {} more in the {} cycles after them; the plug-in has {} parameters.",
+                    "values, and "
+                    "for {} more in the {} cycles after them; the plug-in has {} parameters.",
                     steps, stepsACycle, NameOfAnswers(answers), before, further(), done, ids.size()));
         }
     return SFinding::Passed();
