@@ -1,7 +1,6 @@
 #include "Source/CNotedAutomation.h"
 
 #include "Libs/AAXLibrary/source/AAX_CallHost.h"
-#include "Source/CPluginParameter.h"
 #include "Source/ParameterId.h"
 
 void CNotedAutomation::Attach(AAX_IAutomationDelegate& inHost,

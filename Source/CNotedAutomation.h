@@ -1,9 +1,8 @@
 #pragma once
 #include "Interfaces/AAX/AAX_IAutomationDelegate.h"
+#include "Source/CPluginParameter.h"
 
 #include <span>
-
-class CPluginParameter;
 
 /**
  * The host's automation of one instance, with a note of each value of the wrapped plug-in's parameters that
