@@ -21,12 +21,12 @@ AAX_Result AAX_Contained(Call inCall) noexcept
 template <class Object>
 Object* AAX_CreateContained() noexcept
 {
-    Object* object = nullptr;
-    (void)AAX_Contained( // nothing but null can be told
-        [&object]
-        {
-            object = new Object;
-            return kAAX_Success;
-        });
-    return object;
+    try
+    {
+        return new Object;
+    }
+    catch (...)
+    {
+        return nullptr;
+    }
 }

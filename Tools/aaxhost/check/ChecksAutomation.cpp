@@ -80,8 +80,7 @@ SFinding SettlesAfterAutomation(CCheckContext& ioContext)
             if (further() > ids.size() || before >= most)
                 return SFinding::Failed(fmt::format(
                     "With {} steps of automation, {} in each cycle, a host that answers {} is asked for {} "
-                    "values, and "
-                    "for {} more in the {} cycles after them; the plug-in has {} parameters.",
+                    "values, and for {} more in the {} cycles after them; the plug-in has {} parameters.",
                     steps, stepsACycle, NameOfAnswers(answers), before, further(), done, ids.size()));
         }
     return SFinding::Passed();
