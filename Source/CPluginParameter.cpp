@@ -12,7 +12,7 @@ constexpr double kLargestValue = (1U << (32 - kNumberBits)) - 1;
 std::uint32_t PackedValue(double inNormalized) noexcept
 {
     const double inside = inNormalized > 0.0 ? std::min(inNormalized, 1.0) : 0.0; // also for no number
-    return static_cast<std::uint32_t>(inside * kLargestValue + 0.5);
+    return static_cast<std::uint32_t>(inside * kLargestValue);
 }
 } // namespace
 
