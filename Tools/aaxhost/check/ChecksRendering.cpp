@@ -149,7 +149,7 @@ std::string OtherSound(const Sound& inFirst, const Sound& inSecond)
 SFinding LargeBlocks(CCheckContext& ioContext)
 {
     constexpr std::int32_t announced = 1024; // to the plug-in, which gets no larger block
-    constexpr std::int64_t all = 3 * SRenderCall::kBufferFrames;
+    constexpr std::int64_t all = std::int64_t{3} * SRenderCall::kBufferFrames;
     const Sound sound = SoundInBlocksOf(ioContext, announced, all);
     if (!OtherSound(sound, SoundInBlocksOf(ioContext, announced, all)).empty())
         return SFinding::Passed(
