@@ -24,7 +24,8 @@ SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
 void RememberDescription(const SDescribedShape& inShape)
 {
     const std::lock_guard lock(gDescribedGuard);
-    gDescribed = inShape;
+    if (!gDescribed)
+        gDescribed = inShape;
 }
 
 std::optional<SDescribedShape> RememberedDescription()

@@ -15,7 +15,7 @@ struct SDescribedShape
 SDescribedShape ShapeOf(const CVst2Plugin& inPlugin);
 
 /**
- * Keeps what was described for the instances of this process: another copy of the plug-in may list other
+ * Keeps what was first described for the instances of this process: another copy of the plug-in may list other
  * ports, and the host keeps to what it was told. Threads: any.
  */
 void RememberDescription(const SDescribedShape& inShape);
