@@ -15,8 +15,8 @@ struct SDescribedShape
 SDescribedShape ShapeOf(const CVst2Plugin& inPlugin);
 
 /**
- * Keeps what was first described for the instances of this process: another copy of the plug-in may list other
- * ports, and the host keeps to what it was told. Threads: any.
+ * Keeps what was first described for the instances of this process: another copy of the plug-in may list
+ * other ports, and the host keeps to what it was told. Threads: any.
  */
 void RememberDescription(const SDescribedShape& inShape);
 /** @return nothing where nothing was described in this process. */
