@@ -55,8 +55,8 @@ AaxAdapter_Parameters::AaxAdapter_Parameters()
 
 AaxAdapter_Parameters::~AaxAdapter_Parameters()
 {
-    (void)
-        AaxAdapter_Parameters::Uninitialize(); // always succeeds; the parameters know members of this object
+    // The parameters know members of this object, and the base would delete them after these are gone.
+    (void)AaxAdapter_Parameters::Uninitialize(); // always succeeds
     ReleasePlugin();
 }
 

@@ -91,8 +91,8 @@ public:
     CVst2Host& Host() { return mVst2Host; }
 
     static constexpr const char* kGainID = "Gain";
-    static constexpr std::int32_t kBlockSizeFrames =
-        1024; // what the plug-in is told; larger blocks go in parts
+    // What the plug-in is told; larger blocks go in parts.
+    static constexpr std::int32_t kBlockSizeFrames = 1024;
     static constexpr std::int64_t kFirstEventCapacity = 100;
     // Far above what any plug-in has: a higher number is a mistake, and counts as none.
     static constexpr long kMaxParameters = 65536;

@@ -48,9 +48,6 @@ std::span<const char> DataOf(const AAX_SPlugInChunk& inChunk)
 {
     return {inChunk.mData, static_cast<std::size_t>(inChunk.mSize)};
 }
-
-/** What the host is asked for: the nearer end for a value outside of 0 to 1, and 0 for no number. */
-double AsRequested(double inValue) { return inValue > 0.0 ? std::min(inValue, 1.0) : 0.0; }
 } // namespace
 
 bool AaxAdapter_Parameters::HasPluginChunk() const { return mPlugin != nullptr && mPlugin->GotChunk(); }
@@ -167,7 +164,7 @@ void AaxAdapter_Parameters::GiveControls(AAX_CChunkDataParser& ioSaved)
     {
         double value = 0.0;
         if (ioSaved.FindDouble(CParameterId(i).Get(), &value))
-            mPlugin->SetParameter(i, static_cast<float>(AsRequested(value)));
+            mPlugin->SetParameter(i, static_cast<float>(CPluginParameter::AsRequested(value)));
     }
 }
 
@@ -180,7 +177,8 @@ void AaxAdapter_Parameters::TellOtherControls(AAX_CChunkDataParser& ioSaved)
         if (!ioSaved.FindDouble(CParameterId(i).Get(), &saved))
             continue;
         const float value = mPlugin->GetParameter(i);
-        const double change = AsRequested(static_cast<double>(value)) - AsRequested(saved);
+        const double change =
+            CPluginParameter::AsRequested(static_cast<double>(value)) - CPluginParameter::AsRequested(saved);
         if (std::abs(change) > CPluginParameter::kTolerance)
             SetParameter(i, value);
     }
@@ -189,7 +187,7 @@ void AaxAdapter_Parameters::TellOtherControls(AAX_CChunkDataParser& ioSaved)
 AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChunk)
 {
     {
-        const CClearedFlag notReady(mReady); // as above
+        const CClearedFlag notReady(mReady); // what it reports meanwhile is read below
         const SSavedChunk saved = SplitTrailer(DataOf(inChunk));
         // A plug-in only reads the data; the interface has no word for that.
         mPlugin->SetChunk(const_cast<char*>(saved.mPluginData.data()),

@@ -34,6 +34,7 @@ double QuarterInBar(double inTempo, double inPosition, double inSamplesPerBarAtO
         return 0.0;
     return (bars - static_cast<double>(static_cast<std::int64_t>(bars))) * 4.0;
 }
+
 /** The upper half of a double's bits: the larger, the larger the value, and for one that is negative,
  * infinite or no number beyond those of all others. */
 constexpr std::uint32_t UpperHalf(double inValue) noexcept

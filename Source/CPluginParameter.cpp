@@ -11,8 +11,7 @@ constexpr double kLargestValue = (1U << (32 - kNumberBits)) - 1;
 
 std::uint32_t PackedValue(double inNormalized) noexcept
 {
-    const double inside = inNormalized > 0.0 ? std::min(inNormalized, 1.0) : 0.0; // also for no number
-    return static_cast<std::uint32_t>(inside * kLargestValue);
+    return static_cast<std::uint32_t>(CPluginParameter::AsRequested(inNormalized) * kLargestValue);
 }
 } // namespace
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -16,15 +17,17 @@
  * own and goes to the plug-in. So requests are kept in the order in which they were made, and an update with
  * the value of one of them settles that one, the oldest of several, and those before it.
  *
- * - When the last request that waits is older than the host's last own update, its answer goes to the plug-in
- *   all the same, which has another value since. Those before it do not: the host will end with the last
- * one's value, and a plug-in that answers what it is given with reports would never come to rest.
- * - A host may leave requests unanswered, and what was taken for the answer to one may have been its own.
+ * Late: when the last request that waits is older than the host's last own update, its answer goes to the
+ * plug-in all the same, which has another value since. Those before it do not: the host will end with the
+ * last one's value, and a plug-in that answers what it is given with reports would never come to rest.
+ *
+ * Unanswered: a host may leave requests out, and what was taken for the answer to one may have been its own.
  * When nothing was asked or answered for kQuietBeats beats of a timer, what waits is forgotten, and the
  * plug-in gets the value that the host gave last.
- * - While kCapacity requests wait, what the plug-in reports is put off: the host is asked once for the value
- *   that it has when they are settled. Requests beyond kCapacity, which a load may make, are not kept, and
- * their answers go to the plug-in as any update does.
+ *
+ * Full: while kCapacity requests wait, what the plug-in reports is put off, and the host is asked once, when
+ * they are settled, for the value that it has by then. Requests beyond kCapacity, which a load may make, are
+ * not kept, and their answers go to the plug-in as any update does.
  *
  * Threads: any; nothing allocates, locks or waits. A request that is made in the very moment of an update
  * counts as the newer of the two.
@@ -69,6 +72,12 @@ public:
     /** A beat of the timer. @return what the plug-in is to be given: the host's last value, normalized. */
     std::optional<float> Beat() noexcept;
     bool IsWaiting() const noexcept { return mWaiting.load(std::memory_order_acquire).count != 0; }
+
+    /** What a host is asked for: the nearer end for a value outside of 0 to 1, and 0 for no number. */
+    static double AsRequested(double inValue) noexcept
+    {
+        return inValue > 0.0 ? std::min(inValue, 1.0) : 0.0;
+    }
 
     /** Whether the plug-in was given or has reported a value since it was loaded. */
     bool HasNewerValue() const noexcept { return mHasNewerValue.load(std::memory_order_relaxed); }
