@@ -3,7 +3,7 @@
 include_guard(GLOBAL)
 include(Hardening)
 
-option(AAXADAPTER_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(AAXADAPTER_BUILD_TESTS "Build the tests, as ./test does" OFF)
 option(AAXADAPTER_FUZZ "Build the fuzz targets, with clang" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
