@@ -64,11 +64,12 @@ endfunction()
 
 function(_aaxadapter_add_vstgui_x11 folder)
     find_package(PkgConfig REQUIRED)
-    pkg_check_modules(gtkmm REQUIRED gtkmm-3.0)
+    pkg_check_modules(gtkmm REQUIRED gtkmm-3.0 fontconfig)
     target_sources(vstgui PRIVATE
         ${folder}/vstgui/vstgui_linux.cpp # which leaves these two out
         ${folder}/vstgui/lib/platform/linux/gtkoptionmenu.cpp
-        ${folder}/vstgui/lib/platform/linux/gtktextedit.cpp)
+        ${folder}/vstgui/lib/platform/linux/gtktextedit.cpp
+        ${AAXADAPTER_VSTGUI_STAND_IN}/x11_module_handle.cpp)
     target_include_directories(vstgui SYSTEM PRIVATE ${gtkmm_INCLUDE_DIRS})
     target_link_libraries(vstgui PUBLIC ${gtkmm_LINK_LIBRARIES})
 endfunction()

@@ -2,101 +2,111 @@
 
 #include "vstgui/lib/cframe.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <utility>
 
 namespace
 {
-// Written by every call of the stand-in; main thread only.
-std::vector<std::string> gCalls;
-
-void Record(const char* inName, std::initializer_list<double> inNumbers = {})
-{
-    std::string line = inName;
-    for (const double number : inNumbers)
-    {
-        char text[32];
-        (void)std::snprintf(text, sizeof(text), " %g", number); // 32 characters hold any %g
-        line += text;
-    }
-    gCalls.push_back(std::move(line));
-}
+// Written by every drawing; main thread only.
+std::vector<VSTGUI::CRect> gDrawCalls;
 } // namespace
 
-std::vector<std::string> TakeVstguiCalls() { return std::exchange(gCalls, {}); }
+std::vector<VSTGUI::CRect> TakeVstguiDrawCalls() { return std::exchange(gDrawCalls, {}); }
 
 namespace VSTGUI
 {
-void CBaseObject::forget()
+CViewContainer::~CViewContainer()
 {
-    Record("forget");
-    if (--mReferences == 0)
-        delete this;
+    for (CView* const view : mViews)
+        view->forget();
 }
 
-void CViewContainer::setBackgroundColor(const CColor& inColor)
+bool CViewContainer::addView(CView* inView)
 {
-    Record("setBackgroundColor", {static_cast<double>(inColor.red), static_cast<double>(inColor.green),
-                                  static_cast<double>(inColor.blue)});
-}
-
-bool CViewContainer::onDrop(IDataPackage*, const CPoint& inWhere)
-{
-    Record("onDrop", {inWhere.x, inWhere.y});
+    mViews.push_back(inView);
     return true;
 }
 
-void CViewContainer::onDragEnter(IDataPackage*, const CPoint& inWhere)
+CView* CViewContainer::FindViewAt(const CPoint& inLocal) const
 {
-    Record("onDragEnter", {inWhere.x, inWhere.y});
+    const auto found = std::find_if(mViews.rbegin(), mViews.rend(),
+                                    [&](const CView* view)
+                                    {
+                                        const CRect& area = view->getViewSize();
+                                        return view->isVisible() && inLocal.x >= area.left &&
+                                               inLocal.x < area.right && inLocal.y >= area.top &&
+                                               inLocal.y < area.bottom;
+                                    });
+    return found == mViews.rend() ? nullptr : *found;
 }
 
-void CViewContainer::onDragLeave(IDataPackage*, const CPoint& inWhere)
+bool CViewContainer::onDrop(IDataPackage* inDrag, const CPoint& inWhere)
 {
-    Record("onDragLeave", {inWhere.x, inWhere.y});
+    const CPoint local = ToLocal(inWhere);
+    CView* const view = FindViewAt(local);
+    if (mDragView != nullptr && mDragView != view)
+        mDragView->onDragLeave(inDrag, local);
+    mDragView = nullptr;
+    if (view == nullptr)
+        return false;
+    const bool taken = view->onDrop(inDrag, local);
+    view->onDragLeave(inDrag, local);
+    return taken;
 }
 
-void CViewContainer::onDragMove(IDataPackage*, const CPoint& inWhere)
+void CViewContainer::onDragEnter(IDataPackage* inDrag, const CPoint& inWhere)
 {
-    Record("onDragMove", {inWhere.x, inWhere.y});
+    onDragLeave(inDrag, inWhere);
+    mDragView = FindViewAt(ToLocal(inWhere));
+    if (mDragView != nullptr)
+        mDragView->onDragEnter(inDrag, ToLocal(inWhere));
 }
 
-CFrame::CFrame(const CRect& inSize, VSTGUIEditorInterface*) : CViewContainer(inSize) { Record("CFrame"); }
-
-CFrame::~CFrame() { Record("~CFrame"); }
-
-bool CFrame::open(void*, PlatformType)
+void CViewContainer::onDragLeave(IDataPackage* inDrag, const CPoint& inWhere)
 {
-    Record("open");
+    if (CView* const left = std::exchange(mDragView, nullptr))
+        left->onDragLeave(inDrag, ToLocal(inWhere));
+}
+
+void CViewContainer::onDragMove(IDataPackage* inDrag, const CPoint& inWhere)
+{
+    if (FindViewAt(ToLocal(inWhere)) != mDragView)
+        CViewContainer::onDragEnter(inDrag, inWhere);
+    else if (mDragView != nullptr)
+        mDragView->onDragMove(inDrag, ToLocal(inWhere));
+}
+
+bool CFrame::open(void* inSystemWindow, PlatformType)
+{
+    if (inSystemWindow == nullptr || mAttached)
+        return false;
+    mAttached = true;
     return true;
 }
 
 bool CFrame::setPosition(CCoord inX, CCoord inY)
 {
-    mSize = CRect(CPoint(inX, inY), CPoint(mSize.right - mSize.left, mSize.bottom - mSize.top));
-    return true;
+    if (mAttached)
+        mSize = CRect(CPoint(inX, inY), CPoint(mSize.right - mSize.left, mSize.bottom - mSize.top));
+    return mAttached;
 }
 
 bool CFrame::setSize(CCoord inWidth, CCoord inHeight)
 {
+    if (inWidth == mSize.right - mSize.left && inHeight == mSize.bottom - mSize.top)
+        return false;
     mSize = CRect(CPoint(mSize.left, mSize.top), CPoint(inWidth, inHeight));
     return true;
 }
 
 bool CFrame::getSize(CRect* outSize) const
 {
-    *outSize = mSize;
-    return true;
+    if (mAttached && outSize != nullptr)
+        *outSize = mSize;
+    return mAttached && outSize != nullptr;
 }
 
-bool CFrame::getSize(CRect& outSize) const
-{
-    outSize = mSize;
-    return true;
-}
+bool CFrame::getSize(CRect& outSize) const { return CFrame::getSize(&outSize); }
 
-void CFrame::drawRect(CDrawContext*, const CRect& inUpdate)
-{
-    Record("drawRect", {inUpdate.left, inUpdate.top, inUpdate.right, inUpdate.bottom});
-}
+void CFrame::drawRect(CDrawContext*, const CRect& inUpdate) { gDrawCalls.push_back(inUpdate); }
 } // namespace VSTGUI

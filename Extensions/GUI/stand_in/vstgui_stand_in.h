@@ -1,6 +1,7 @@
 #pragma once
-#include <string>
+#include "vstgui/lib/crect.h"
+
 #include <vector>
 
-/** What the stand-in was asked to do, one line a call ("drawRect 0 0 40 30"). Main thread. */
-std::vector<std::string> TakeVstguiCalls(); // and forgets them
+/** What frames were asked to draw, which nothing else tells: they draw nothing then. Main thread. */
+std::vector<VSTGUI::CRect> TakeVstguiDrawCalls(); // and forgets them

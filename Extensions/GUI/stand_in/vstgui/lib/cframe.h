@@ -9,17 +9,20 @@ enum class PlatformType
     kDefaultNative
 };
 
+/** Without a window it has no size and cannot be moved, and without a context it draws nothing. */
 class CFrame : public CViewContainer
 {
 public:
-    CFrame(const CRect& inSize, VSTGUIEditorInterface* inEditor);
-    ~CFrame() override;
+    CFrame(const CRect& inSize, VSTGUIEditorInterface*) : CViewContainer(inSize) {}
     virtual bool open(void* inSystemWindow, PlatformType inType = PlatformType::kDefaultNative);
     virtual bool setPosition(CCoord inX, CCoord inY);
     virtual bool setSize(CCoord inWidth, CCoord inHeight);
     virtual bool getSize(CRect* outSize) const;
     virtual bool getSize(CRect& outSize) const;
     virtual void drawRect(CDrawContext* inContext, const CRect& inUpdate);
+
+protected:
+    ~CFrame() override = default;
 };
 
 class VSTGUIEditorInterface

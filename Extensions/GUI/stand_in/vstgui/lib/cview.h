@@ -14,9 +14,15 @@ public:
     bool isVisible() const { return mVisible && mAlpha > 0.0F; }
     virtual void setVisible(bool inVisible) { mVisible = inVisible; }
     virtual void setAlphaValue(float inAlpha) { mAlpha = inAlpha; }
+    bool isAttached() const { return mAttached; }
+    virtual bool onDrop(IDataPackage*, const CPoint&) { return false; }
+    virtual void onDragEnter(IDataPackage*, const CPoint&) {}
+    virtual void onDragLeave(IDataPackage*, const CPoint&) {}
+    virtual void onDragMove(IDataPackage*, const CPoint&) {}
 
 protected:
     CRect mSize;
+    bool mAttached = false;
 
 private:
     bool mVisible = true;

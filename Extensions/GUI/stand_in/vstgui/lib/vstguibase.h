@@ -3,7 +3,8 @@
 
 /**
  * Stands in for VSTGUI where it is not given: the declarations that the effect GUI base uses, in VSTGUI's own
- * header paths. Nothing is shown; calls are recorded (vstgui_stand_in.h).
+ * header paths. Nothing is shown.
+ * A unit test runs against VSTGUI itself as well and expects the same of both.
  */
 namespace VSTGUI
 {
@@ -18,7 +19,11 @@ public:
     CBaseObject(const CBaseObject&) = delete;
     CBaseObject& operator=(const CBaseObject&) = delete;
     virtual ~CBaseObject() = default;
-    virtual void forget();
+    virtual void forget()
+    {
+        if (--mReferences == 0)
+            delete this;
+    }
     virtual void remember() { ++mReferences; }
 
 private:
