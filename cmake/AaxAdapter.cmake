@@ -14,6 +14,7 @@
 # `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/Notices.cmake)
 
 function(add_aax_adapter name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
@@ -49,6 +50,7 @@ function(add_aax_adapter name)
             SUFFIX .so LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/x86_64-linux)
     endif()
     _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources "${arg_SOURCE_VST}")
+    aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
     install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
 endfunction()
 

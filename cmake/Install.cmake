@@ -21,11 +21,13 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/AaxAdapter.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in
+            ${CMAKE_CURRENT_LIST_DIR}/Notices.cmake
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
             ${CMAKE_CURRENT_LIST_DIR}/product.cpp.in
         DESTINATION ${package} COMPONENT AaxAdapter)
+    install(DIRECTORY ${CMAKE_CURRENT_LIST_DIR}/notices DESTINATION ${package} COMPONENT AaxAdapter)
     install(FILES Source/AaxAdapter_Product.h DESTINATION include/aaxadapter/Source COMPONENT AaxAdapter)
     install(FILES Source/plugins/ProductOptions.h DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
     # What a maker needs, and so all that has to be built before the package is installed.
@@ -34,6 +36,11 @@ if(PROJECT_IS_TOP_LEVEL)
         install(TARGETS aaxhost vst2probe RUNTIME DESTINATION bin COMPONENT AaxAdapter)
         add_dependencies(aaxadapter_package aaxhost vst2probe)
     endif()
+    # What is in the libraries and the two programs; the programs' other libraries are shared ones of the system, or free
+    # to be built into a binary without a notice.
+    get_property(notices TARGET vstgui PROPERTY AAXADAPTER_NOTICE)
+    aaxadapter_write_notices(${CMAKE_CURRENT_BINARY_DIR}/ThirdPartyNotices.txt CLI11 nlohmann-json ${notices})
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ThirdPartyNotices.txt DESTINATION share/doc/aaxadapter COMPONENT AaxAdapter)
     install(DIRECTORY docs DESTINATION share/doc/aaxadapter COMPONENT AaxAdapter)
     install(FILES README.md DESTINATION share/doc/aaxadapter COMPONENT AaxAdapter)
 

@@ -1,6 +1,6 @@
 # Installs this build, makes a product with it in a project of its own outside the tree, installs that, describes it, and
 # packs both.
-#   cmake -DBUILD=… -DPLUGIN=… -DMODULE=… -DCPACK=… -DWORK=… -DMAKER=… -P PackageTest.cmake
+#   cmake -DBUILD=… -DPLUGIN=… -DMODULE=… -DCPACK=… -DWORK=… -DMAKER=… -DVSTGUI=… -P PackageTest.cmake
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT result EQUAL 0)
@@ -26,6 +26,15 @@ function(pack_and_look build name)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
+# A file of notices is there and names just these libraries: expect_notices(file name...)
+function(expect_notices file)
+    file(STRINGS ${file} headings REGEX "^== .* ==$")
+    list(TRANSFORM headings REPLACE "== (.*) ==" "\\1")
+    if(NOT headings STREQUAL "${ARGN}")
+        message(FATAL_ERROR "${file} has notices of '${headings}' in place of '${ARGN}'.")
+    endif()
+endfunction()
+
 file(REMOVE_RECURSE ${WORK})
 file(COPY ${MAKER}/ DESTINATION ${WORK}/maker)
 run(${CMAKE_COMMAND} --install ${BUILD} --component AaxAdapter --prefix ${WORK}/installed)
@@ -43,6 +52,16 @@ if(NOT output MATCHES "Real-time guard, [1-9]")
 endif()
 
 set(bundle MakersDelay.aaxplugin/Contents)
+set(notices ${WORK}/product/${bundle}/Resources/ThirdPartyNotices.txt)
+if(VSTGUI)
+    expect_notices(${notices} VSTGUI)
+    expect_notices(${WORK}/installed/share/doc/aaxadapter/ThirdPartyNotices.txt CLI11 nlohmann-json VSTGUI)
+else()
+    expect_notices(${WORK}/installed/share/doc/aaxadapter/ThirdPartyNotices.txt CLI11 nlohmann-json)
+    if(EXISTS ${notices})
+        message(FATAL_ERROR "the product has nothing of VSTGUI in it, but ${notices}")
+    endif()
+endif()
 pack_and_look(${WORK}/build product ${bundle}/${MODULE} ${bundle}/Resources/source.vst/?)
 set(top [^/\n]+)
 pack_and_look(${BUILD} package ${top}/bin/aaxhost ${top}/bin/vst2probe ${top}/lib/aaxadapter/libaax_adapter.a
