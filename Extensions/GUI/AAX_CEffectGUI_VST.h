@@ -18,7 +18,10 @@ public:
 
     /** Leaves `outSize` alone while there is no frame. */
     AAX_Result GetViewSize(AAX_Point* outSize) const override;
-    /** Redraws this part of the frame; without a frame or a rectangle nothing. */
+    /**
+     * Has the frame draw this part of it; without a frame or a rectangle nothing. The frame gets no drawing
+     * context, and VSTGUI 4.4 draws nothing then: its views draw when the window system asks them to.
+     */
     AAX_Result Draw(AAX_Rect* inRect) override;
 
 protected:

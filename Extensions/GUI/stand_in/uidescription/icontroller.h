@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * Stands in for the one header outside of its lib/ that VSTGUI's own sources ask for, where a release is given without it.
- * Here no view has a controller.
+ * Stands in for the one header outside of its lib/ that VSTGUI's own sources ask for, where a release is
+ * given without it. Here no view has a controller.
  */
 namespace VSTGUI
 {
