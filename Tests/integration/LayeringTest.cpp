@@ -52,7 +52,8 @@ TEST(Layering, IncludesGoDownOnly)
         {"Libs/AAXLibrary", {aax[0], aax[1], "Platform/", "Libs/AAXLibrary/"}, {}},
         {"Source/plugins", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}, {}},
         {"Source", {"Interfaces/", "Libs/", "Extensions/", "Platform/", "Source/"}, {"Source/plugins/"}},
-        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/"}, {"Tools/aaxhost/bare/"}},
+        {"Tools/commandline", {"Tools/commandline/"}, {}},
+        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/"}, {"Tools/aaxhost/bare/"}},
         // What the module is compared with: the plug-in called directly.
         {"Tools/aaxhost/bare", {"Interfaces/VST2/", "Tools/aaxhost/"}, {}},
         {"Examples", {"Interfaces/VST2/", "Examples/"}, {}},

@@ -1,22 +1,42 @@
+#include "Tools/commandline/CommandLine.h"
+#include "Tools/commandline/NearestNames.h"
+#include "Tools/commandline/StandardStreams.h"
 #include "Tools/vst2probe/ProbeCommand.h"
 #include "Tools/vst2probe/ProgramFileCommand.h"
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-int main(int inCount, char** inArguments)
+namespace
 {
-    constexpr int refused = 1;
-    constexpr int wrongUsage = 2;
+constexpr int kRefused = 1;
+constexpr int kWrongUsage = 2;
+
+/** A mistyped command is read as the name of a plug-in. @return empty where it is one, or like no command. */
+std::string FindMistypedCommand(const CLI::App& inApp, const std::string& inPlugin)
+{
+    const std::vector<std::string> near = NearestNames(inPlugin, CommandNames(inApp));
+    if (near.empty() || std::filesystem::exists(inPlugin))
+        return {};
+    return fmt::format("There is no plug-in and no command '{}'; did you mean {}?", inPlugin,
+                       JoinNames(near));
+}
+
+int RunCommandLine(int inCount, char** inArguments)
+{
     CLI::App app("Looks at a VST 2 plug-in from a process of its own and says how to make a product of it.\n"
-                 "Exit code: 0 done, 1 refused, 2 wrong usage.");
+                 "Exit code: 0 done, 1 refused, 2 wrong usage.",
+                 "vst2probe");
     SProbeArguments probe;
     AddProbeOptions(app, probe);
     SProgramFileArguments programFile;
     AddProgramFileCommands(app, programFile);
+    AddVersionFlag(app, "vst2probe");
+    std::string fault;
     try
     {
         app.parse(inCount, inArguments);
@@ -27,7 +47,16 @@ int main(int inCount, char** inArguments)
     }
     catch (const CLI::ParseError& error)
     {
-        return app.exit(error) == 0 ? 0 : wrongUsage; // help is asked for in this way too
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(error); // prints the help or the version
+        fault = UsageSentence(app, error);
+    }
+    if (const std::string mistyped = FindMistypedCommand(app, probe.plugin); !mistyped.empty())
+        fault = mistyped;
+    if (!fault.empty())
+    {
+        fmt::print(stderr, "{}\nRun with --help for more information.\n", fault);
+        return kWrongUsage;
     }
     try
     {
@@ -36,7 +65,15 @@ int main(int inCount, char** inArguments)
     }
     catch (const std::exception& error)
     {
-        fmt::print(stderr, "{}\n", error.what());
-        return refused;
+        if (!IsOutputIncomplete()) // else this is what was thrown about, and it is said at the end
+            fmt::print(stderr, "{}\n", error.what());
+        return kRefused;
     }
+}
+} // namespace
+
+int main(int inCount, char** inArguments)
+{
+    HoldStandardStreams();
+    return FinishOutput(RunCommandLine(inCount, inArguments));
 }

@@ -26,10 +26,11 @@ std::string Contents(const std::string& inPath)
 class CommandTest : public testing::Test
 {
 protected:
-    SRun Run(const std::string& inArguments)
+    SRun Run(const std::string& inArguments) { return Run(inArguments, mFolder.File("out")); }
+    SRun Run(const std::string& inArguments, const std::string& inOutput)
     {
-        const std::string command = std::string(AAXHOST_FILE) + " " + inArguments + " >" +
-                                    mFolder.File("out") + " 2>" + mFolder.File("error");
+        const std::string command =
+            std::string(AAXHOST_FILE) + " " + inArguments + " >" + inOutput + " 2>" + mFolder.File("error");
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(mFolder.File("out")),
                 Contents(mFolder.File("error"))};
@@ -68,6 +69,36 @@ TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
     EXPECT_EQ(Run("").mExit, 2);
     EXPECT_EQ(Run("render " + FakeModuleFile()).mExit, 2);
     EXPECT_EQ(Run("describe").mExit, 2);
+}
+
+TEST_F(CommandTest, AMistypedWordIsAnsweredWithTheNearestName)
+{
+    const std::string render = "render " + FakeModuleFile();
+    for (const auto& [arguments, sentence] :
+         {std::pair<std::string, const char*>{"rendr x --output y",
+                                              "There is no command 'rendr'; did you mean 'render'?\n"},
+          {"state x Lod y", "There is no command 'Lod'; did you mean 'load'?\n"},
+          {render + " --outptu=x", "There is no option '--outptu'; did you mean '--output'?\n"},
+          {render + " --xyz", "There is no option '--xyz'; 'aaxhost render --help' lists what there is.\n"}})
+    {
+        SCOPED_TRACE(arguments);
+        const SRun run = Run(arguments);
+        EXPECT_EQ(run.mExit, 2);
+        EXPECT_EQ(run.mError, sentence);
+    }
+}
+
+TEST_F(CommandTest, OutputThatDoesNotArriveIsAFailure)
+{
+    for (const char* output : {"/dev/full", "&-"})
+        for (const std::string& arguments : {std::string("state save --version"), RenderTo("a.wav")})
+        {
+            SCOPED_TRACE(arguments + " >" + output);
+            const SRun run = Run(arguments, output);
+            EXPECT_EQ(run.mExit, 1);
+            EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+        }
+    EXPECT_TRUE(ReadAudioFile(mFolder.File("a.wav"))) << "what was printed went into the file";
 }
 
 TEST_F(CommandTest, UnreadableFilesExitWith1AndOneSentence)
