@@ -18,7 +18,8 @@ void WriteBytes(const std::string& inPath, std::string_view inBytes)
 
 TEST(AutomationCurve, ValuesLieOnTheLinesAndAreLevelOutside)
 {
-    const auto curve = CAutomationCurve::Parse("seconds,value\r\n# a comment\n1, 0.5\n\n2,1\n2,0\n4,0.5");
+    const auto curve = CAutomationCurve::Parse(
+        "\xEF\xBB\xBF# a comment\r\nTime (s), Cutoff\r\n\n1, 0.5\n \t\n2,1\n2,0\n4,0.5");
     ASSERT_TRUE(curve) << curve.Problem().mSentence;
     struct SRow
     {
@@ -40,13 +41,18 @@ TEST(AutomationCurve, WrongTextIsRefusedWithItsLine)
         const char* text;
         const char* sentence;
     };
+    const char* commas = "Line 1 has decimal commas or semicolons: write seconds,value with decimal points, "
+                         "as in 1.5,0.25.";
     for (const SRow& row :
          {SRow{"", "There is no point."}, SRow{"0,0\n1", "Line 2 is not of the form seconds,value."},
           SRow{"0,x", "Line 1 does not hold two numbers."},
           SRow{"0,nan", "Line 1 does not hold two numbers."},
           SRow{"0,0.5,1", "Line 1 does not hold two numbers."}, SRow{"-1,0", "Line 1 has a time below 0."},
           SRow{"0,1.01", "Line 1 has a value outside of 0 to 1."},
-          SRow{"1,0\n\n0.5,0", "Line 3 goes back in time."}})
+          SRow{"1,0\n\n0.5,0", "Line 3 goes back in time."},
+          SRow{"a,b\nc,d", "Line 2 does not hold two numbers."}, SRow{"0;0.5", commas},
+          SRow{"0,5,0,7", commas}, SRow{"1,0,7", commas},
+          SRow{"\xFF\xFE", "The text is UTF-16: save it as UTF-8."}})
     {
         SCOPED_TRACE(row.text);
         const auto curve = CAutomationCurve::Parse(row.text);

@@ -3,9 +3,11 @@
 #include "Tools/aaxhost/lib/ParseNumber.h"
 
 #include <algorithm>
+#include <cctype>
 #include <fmt/format.h>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace
 {
@@ -17,9 +19,30 @@ std::string_view Trimmed(std::string_view inText)
     return inText.substr(first, inText.find_last_not_of(" \t\r") - first + 1);
 }
 
+/** Whether it names its columns, as spreadsheets do it in a first line. */
+bool IsHeader(std::string_view inLine)
+{
+    const auto comma = inLine.find(',');
+    const auto isWord = [](std::string_view text) {
+        return !text.empty() &&
+               (std::isalpha(static_cast<unsigned char>(text.front())) || text.front() == '"');
+    };
+    return comma != std::string_view::npos && isWord(inLine) && isWord(Trimmed(inLine.substr(comma + 1)));
+}
+
+/** Whether the numbers of the line look like 0,5 in place of 0.5. */
+bool HasDecimalCommas(std::string_view inLine)
+{
+    const bool manyCommas = std::count(inLine.begin(), inLine.end(), ',') > 1;
+    const bool onlyCommas = inLine.find_first_not_of("0123456789, \t-+") == std::string_view::npos;
+    return inLine.find(';') != std::string_view::npos || (manyCommas && onlyCommas);
+}
+
 /** @return what is wrong with the line, empty when a point was read. */
 std::string ReadPoint(std::string_view inLine, CAutomationCurve::SPoint& outPoint)
 {
+    if (HasDecimalCommas(inLine))
+        return "has decimal commas or semicolons: write seconds,value with decimal points, as in 1.5,0.25";
     const auto comma = inLine.find(',');
     if (comma == std::string_view::npos)
         return "is not of the form seconds,value";
@@ -40,15 +63,22 @@ CAutomationCurve::CAutomationCurve(std::vector<SPoint> inPoints) : mPoints(std::
 
 COutcome<CAutomationCurve> CAutomationCurve::Parse(std::string_view inText)
 {
+    if (inText.starts_with("\xFF\xFE") || inText.starts_with("\xFE\xFF"))
+        return SProblem{"The text is UTF-16: save it as UTF-8."};
+    if (constexpr std::string_view mark = "\xEF\xBB\xBF"; inText.starts_with(mark))
+        inText.remove_prefix(mark.size());
     std::vector<SPoint> points;
     int lineNumber = 0;
+    bool mayBeHeader = true;
     while (!inText.empty())
     {
         const auto end = inText.find('\n');
         const std::string_view line = Trimmed(inText.substr(0, end));
         inText = end == std::string_view::npos ? std::string_view() : inText.substr(end + 1);
         ++lineNumber;
-        if (line.empty() || line.front() == '#' || (lineNumber == 1 && line == "seconds,value"))
+        if (line.empty() || line.front() == '#')
+            continue;
+        if (std::exchange(mayBeHeader, false) && IsHeader(line))
             continue;
         SPoint point;
         if (const std::string fault = ReadPoint(line, point); !fault.empty())

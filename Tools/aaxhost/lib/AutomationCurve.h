@@ -17,8 +17,9 @@ public:
     };
 
     /**
-     * @param inText one point a line, `seconds,value`; empty lines, lines that begin with # and a first line
-     * `seconds,value` are skipped. Times are at least 0 and never fall; values are 0 to 1.
+     * @param inText one point a line, `seconds,value`, as UTF-8 with or without its mark; empty lines, lines
+     * that begin with # and a first line of two words, the columns' names, are skipped. Times are at least 0
+     * and never fall; values are 0 to 1.
      */
     static COutcome<CAutomationCurve> Parse(std::string_view inText);
     static COutcome<CAutomationCurve> ReadFile(const std::string& inPath);
