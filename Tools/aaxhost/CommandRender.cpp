@@ -1,10 +1,11 @@
 #include "Tools/aaxhost/CommandRender.h"
 
+#include "Tools/aaxhost/RenderMaterial.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/lib/ParameterChoice.h"
 #include "Tools/aaxhost/lib/ParseNumber.h"
-#include "Tools/aaxhost/lib/Renderer.h"
 #include "Tools/aaxhost/lib/StateFile.h"
 
 #include <algorithm>
@@ -12,126 +13,66 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <memory>
-#include <optional>
 #include <system_error>
 
 namespace
 {
-constexpr int kDefaultRate = 44100;     // Hz
-constexpr double kDefaultSeconds = 5.0; // when nothing else gives a length
-constexpr double kMidiTailSeconds = 2.0;
-
-struct SRenderOptions
+/** A parameter's identifier and what it is set to. */
+struct SParameterSetting
 {
-    std::string mModule;
-    std::string mOutput;
-    std::string mInput;
-    std::string mMidi;
-    std::optional<double> mSeconds;
-    std::optional<int> mRate; // Hz
-    int mBlock = 512;         // frames
-    double mTempo = 120.0;
-    bool mStopped = false;
-    bool mMainOnly = false;
-    std::string mState;
-    std::string mSaveState;
-    EAnswers mAnswers = EAnswers::Late;
-    std::vector<std::string> mSets;
-    std::vector<std::string> mAutomations;
+    std::string mID;
+    double mValue = 0.0; // normalized
 };
 
-/** What the files that the options name hold. */
-struct SRenderMaterial
+/** `PARAMETER=VALUE`: names of parameters may hold a `=`, values do not. */
+SAssignment SplitSetting(const std::string& inText)
 {
-    std::optional<SAudio> mInput;
-    std::vector<SMidiEvent> mMidi;
-    std::vector<SAutomationLane> mAutomation;
-    std::optional<SInstanceState> mState;
-    int mRate = kDefaultRate; // Hz
-};
-
-COutcome<SRenderMaterial> ReadMaterial(const SRenderOptions& inOptions)
-{
-    SRenderMaterial material;
-    if (!inOptions.mInput.empty())
-    {
-        auto audio = ReadAudioFile(inOptions.mInput);
-        if (!audio)
-            return audio.Problem();
-        material.mInput = std::move(*audio);
-        material.mRate = material.mInput->mRate;
-        if (inOptions.mRate && *inOptions.mRate != material.mRate)
-            return SProblem{fmt::format("'{}' is at {} Hz and cannot be rendered at {} Hz.", inOptions.mInput,
-                                        material.mRate, *inOptions.mRate)};
-    }
-    material.mRate = inOptions.mRate.value_or(material.mRate);
-    if (!inOptions.mMidi.empty())
-    {
-        auto midi = ReadMidiFile(inOptions.mMidi);
-        if (!midi)
-            return midi.Problem();
-        material.mMidi = std::move(*midi);
-    }
-    if (!inOptions.mState.empty())
-    {
-        auto state = ReadStateFile(inOptions.mState);
-        if (!state)
-            return state.Problem();
-        material.mState = std::move(*state);
-    }
-    for (const std::string& text : inOptions.mAutomations)
-    {
-        const SAssignment parts = SplitAssignment(text);
-        auto curve = CAutomationCurve::ReadFile(parts.mRest);
-        if (!curve)
-            return curve.Problem();
-        material.mAutomation.push_back({parts.mID, std::move(*curve)});
-    }
-    return material;
+    const auto equals = inText.rfind('=');
+    if (equals == std::string::npos)
+        return {inText, {}};
+    return {inText.substr(0, equals), inText.substr(equals + 1)};
 }
 
-/** As long as asked for; else as the longest of what is played, with time for notes to fade. */
-std::int64_t LengthInFrames(const SRenderOptions& inOptions, const SRenderMaterial& inMaterial)
+/** Puts identifiers where names may stand. @return what is to be set before the first block. */
+COutcome<std::vector<SParameterSetting>> ChooseParameters(CInstance& inInstance,
+                                                          const SRenderOptions& inOptions,
+                                                          std::vector<SAutomationLane>& ioLanes)
 {
-    double seconds = 0.0;
-    if (inMaterial.mInput)
-        seconds = static_cast<double>(inMaterial.mInput->Frames()) / inMaterial.mRate;
-    if (!inMaterial.mMidi.empty())
-        seconds = std::max(seconds, inMaterial.mMidi.back().mSeconds + kMidiTailSeconds);
-    for (const SAutomationLane& lane : inMaterial.mAutomation)
-        seconds = std::max(seconds, lane.mCurve.EndSeconds());
-    if (seconds <= 0.0)
-        seconds = kDefaultSeconds;
-    return std::llround(inOptions.mSeconds.value_or(seconds) * inMaterial.mRate);
-}
-
-/** @return the sentence about the first identifier that the instance does not know, empty when all are known.
- */
-std::string FindUnknownParameter(CInstance& inInstance, const SRenderOptions& inOptions)
-{
-    for (const auto* texts : {&inOptions.mSets, &inOptions.mAutomations})
-        for (const std::string& text : *texts)
-            if (const std::string id = SplitAssignment(text).mID; !inInstance.HasParameter(id))
-                return fmt::format("The module has no parameter '{}'.", id);
-    return {};
-}
-
-COutcome<SDone> ApplySets(CInstance& inInstance, const SRenderOptions& inOptions)
-{
+    std::vector<SParameterSetting> settings;
+    if (inOptions.mSets.empty() && ioLanes.empty())
+        return settings; // the instance is not asked for nothing
+    const std::vector<SParameterInfo> parameters = inInstance.ListParameters();
     for (const std::string& text : inOptions.mSets)
     {
-        const SAssignment parts = SplitAssignment(text);
-        const double value = ParseNumber(parts.mRest).value_or(0.0); // the command line was checked
-        if (const AAX_Result result = inInstance.SetParameter(parts.mID, value))
-            return SProblem{
-                fmt::format("The parameter '{}' refuses {}: {}.", parts.mID, value, NameOfResult(result))};
+        const SAssignment parts = SplitSetting(text);
+        const auto id = ChooseParameter(parameters, parts.mID);
+        if (!id)
+            return id.Problem();
+        settings.push_back({*id, ParseNumber(parts.mRest).value_or(0.0)}); // the command line was checked
     }
+    for (SAutomationLane& lane : ioLanes)
+    {
+        const auto id = ChooseParameter(parameters, lane.mParameterID);
+        if (!id)
+            return id.Problem();
+        lane.mParameterID = *id;
+    }
+    return settings;
+}
+
+COutcome<SDone> ApplySettings(CInstance& inInstance, const std::vector<SParameterSetting>& inSettings)
+{
+    for (const auto& [id, value] : inSettings)
+        if (const AAX_Result result = inInstance.SetParameter(id, value))
+            return SProblem{
+                fmt::format("The parameter '{}' refuses {}: {}.", id, value, NameOfResult(result))};
     return RunCycle(inInstance);
 }
 
 /** The saved state first, then what was set by hand. */
 COutcome<SDone> PrepareInstance(const CModule& inModule, CInstance& inInstance,
-                                const SRenderOptions& inOptions, const SRenderMaterial& inMaterial)
+                                const std::vector<SParameterSetting>& inSettings,
+                                const SRenderMaterial& inMaterial)
 {
     if (inMaterial.mState)
     {
@@ -140,7 +81,7 @@ COutcome<SDone> PrepareInstance(const CModule& inModule, CInstance& inInstance,
         if (const auto answered = RunCycle(inInstance); !answered)
             return answered.Problem();
     }
-    return ApplySets(inInstance, inOptions);
+    return ApplySettings(inInstance, inSettings);
 }
 
 COutcome<SDone> SaveState(const CModule& inModule, CInstance& inInstance, const std::string& inPath)
@@ -198,7 +139,7 @@ COutcome<float> RenderIntoFile(CInstance& inInstance, const SRenderJob& inJob, c
 
 int Render(const SRenderOptions& inOptions)
 {
-    const auto material = ReadMaterial(inOptions);
+    auto material = ReadMaterial(inOptions);
     if (!material)
         return Fail(material.Problem());
     CHostLog log;
@@ -208,11 +149,12 @@ int Render(const SRenderOptions& inOptions)
     const auto instance = CInstance::Create(**module, material->mRate, {.mAnswers = inOptions.mAnswers});
     if (!instance)
         return Fail(instance.Problem());
-    if (const std::string fault = FindUnknownParameter(**instance, inOptions); !fault.empty())
-        return FailUsage(fault);
+    const auto settings = ChooseParameters(**instance, inOptions, material->mAutomation);
+    if (!settings)
+        return FailUsage(settings.Problem().mSentence);
     if (const auto checked = CheckDescription(**instance, inOptions); !checked)
         return Fail(checked.Problem());
-    if (const auto prepared = PrepareInstance(**module, **instance, inOptions, *material); !prepared)
+    if (const auto prepared = PrepareInstance(**module, **instance, *settings, *material); !prepared)
         return Fail(prepared.Problem());
 
     SRenderJob job;
@@ -241,16 +183,16 @@ int Render(const SRenderOptions& inOptions)
     return kExitSuccess;
 }
 
-/** Takes `ID=VALUE` with a normalized value. */
+/** Takes `PARAMETER=VALUE` with a normalized value. */
 CLI::Validator ParameterValue()
 {
     const auto check = [](const std::string& text)
     {
-        const SAssignment parts = SplitAssignment(text);
+        const SAssignment parts = SplitSetting(text);
         const auto value = ParseNumber(parts.mRest);
         return !parts.mID.empty() && value && *value >= 0.0 && *value <= 1.0
                    ? std::string()
-                   : fmt::format("'{}' is not of the form ID=VALUE with a value from 0 to 1.", text);
+                   : fmt::format("'{}' is not of the form PARAMETER=VALUE with a value from 0 to 1.", text);
     };
     return CLI::Validator(check, "");
 }
@@ -278,12 +220,14 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     command->add_option("--state", options->mState, "State file to load before anything else");
     command->add_option("--save-state", options->mSaveState, "State file to write at the end");
     command->add_flag("--main-only", options->mMainOnly, "Leave the auxiliary stems out of the file");
-    command->add_option("--set", options->mSets, "ID=VALUE: set a parameter, 0 to 1, before the first block")
+    command
+        ->add_option("--set", options->mSets,
+                     "PARAMETER=VALUE: set a parameter (its ID or name), 0 to 1, before the first block")
         ->allow_extra_args(false)
         ->check(ParameterValue());
     command
         ->add_option("--automate", options->mAutomations,
-                     "ID=FILE.csv: move a parameter along a curve of lines seconds,value")
+                     "PARAMETER=FILE.csv: move a parameter along a curve of lines seconds,value")
         ->allow_extra_args(false)
         ->check(Assignment());
     AddAnswersOption(*command, options->mAnswers);

@@ -161,7 +161,7 @@ TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
         // The module comes last: options that may be repeated must not swallow it.
         const SRun run =
             Run("render --output " + mFolder.File("a.wav") + " --block 2 --input " + mFolder.File("in.wav") +
-                " --set Level=0.25 --set Level=0.5 " + answers + FakeModuleFile());
+                " --set Level=0.25 --set 'the \"LEVEL\"=0.5' " + answers + FakeModuleFile());
         ASSERT_EQ(run.mExit, 0) << run.mError;
         EXPECT_EQ(run.mError, "") << "no progress bar in a pipe";
         const auto audio = ReadAudioFile(mFolder.File("a.wav"));

@@ -1,0 +1,44 @@
+#pragma once
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/lib/Renderer.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/** What the command line of `render` asks for. */
+struct SRenderOptions
+{
+    std::string mModule;
+    std::string mOutput;
+    std::string mInput;
+    std::string mMidi;
+    std::optional<double> mSeconds;
+    std::optional<int> mRate; // Hz
+    int mBlock = 512;         // frames
+    double mTempo = 120.0;
+    bool mStopped = false;
+    bool mMainOnly = false;
+    std::string mState;
+    std::string mSaveState;
+    EAnswers mAnswers = EAnswers::Late;
+    std::vector<std::string> mSets;        // PARAMETER=VALUE
+    std::vector<std::string> mAutomations; // PARAMETER=FILE
+};
+
+/** What the files that the options name hold. */
+struct SRenderMaterial
+{
+    std::optional<SAudio> mInput;
+    std::vector<SMidiEvent> mMidi;
+    std::vector<SAutomationLane> mAutomation;
+    std::optional<SInstanceState> mState;
+    int mRate = 44100; // Hz
+};
+
+COutcome<SRenderMaterial> ReadMaterial(const SRenderOptions& inOptions);
+
+/** As long as asked for; else as the longest of what is played, with time for notes to fade. */
+std::int64_t LengthInFrames(const SRenderOptions& inOptions, const SRenderMaterial& inMaterial);
