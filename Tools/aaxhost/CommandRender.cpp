@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/CommandRender.h"
 
 #include "Tools/aaxhost/RenderMaterial.h"
+#include "Tools/aaxhost/RenderedFile.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
@@ -111,30 +112,28 @@ COutcome<SDone> CheckDescription(CInstance& inInstance, const SRenderOptions& in
     return SDone{};
 }
 
-/** Renders into the file, as many channels as are wanted. @return the highest absolute sample of them. */
-COutcome<float> RenderIntoFile(CInstance& inInstance, const SRenderJob& inJob, const std::string& inPath,
-                               int inRate, std::int32_t inChannels)
+SProblem BadSamples(const SRenderedSamples& inSamples, const std::string& inPath, double inRate)
 {
-    auto writer = CAudioWriter::Create(inPath, inRate, inChannels);
-    if (!writer)
-        return writer.Problem();
-    float peak = 0.0F;
-    const auto sink = [&](std::span<const float* const> channels, std::int32_t frames)
-    {
-        const auto wanted = channels.first(static_cast<std::size_t>(inChannels));
-        for (const float* channel : wanted)
-            for (std::int32_t i = 0; i < frames; ++i)
-                peak = std::max(peak, std::abs(channel[i]));
-        return writer->Write(wanted, frames);
-    };
-    CProgressBar progress(static_cast<double>(inJob.mFrames));
-    auto done = RenderOffline(inInstance, inJob, sink,
-                              [&](std::int64_t frames) { progress.Show(static_cast<double>(frames)); });
-    if (done)
-        done = writer->Close();
-    if (!done)
-        return done.Problem();
-    return peak;
+    return {fmt::format(
+        "The module rendered {} samples that are no numbers and {} that are infinite, the first "
+        "at {:.6f} seconds in channel {}; '{}' holds them as they came.",
+        inSamples.mNotNumbers, inSamples.mInfinite, static_cast<double>(inSamples.mFirstBadFrame) / inRate,
+        inSamples.mFirstBadChannel + 1, inPath)};
+}
+
+/** One line on standard error about each thing of the input file that is not played as it stands there. */
+void SayWhatInputLacks(const CInstance& inInstance, const SRenderOptions& inOptions, const SAudio& inInput)
+{
+    const auto inputs = static_cast<std::size_t>(inInstance.InputChannels());
+    const std::size_t channels = inInput.mChannels.size();
+    if (inInput.Frames() == 0)
+        fmt::print(stderr, "'{}' holds no sound: the module gets silence.\n", inOptions.mInput);
+    else if (channels > inputs && channels > 1)
+        fmt::print(stderr, "'{}' has {} channels and the module takes {}: the others are left out.\n",
+                   inOptions.mInput, channels, inputs);
+    else if (channels < inputs && channels > 1)
+        fmt::print(stderr, "'{}' has {} channels and the module takes {}: the others get silence.\n",
+                   inOptions.mInput, channels, inputs);
 }
 
 int Render(const SRenderOptions& inOptions)
@@ -156,6 +155,8 @@ int Render(const SRenderOptions& inOptions)
         return Fail(checked.Problem());
     if (const auto prepared = PrepareInstance(**module, **instance, *settings, *material); !prepared)
         return Fail(prepared.Problem());
+    if (material->mInput)
+        SayWhatInputLacks(**instance, inOptions, *material->mInput);
 
     SRenderJob job;
     job.mFrames = LengthInFrames(inOptions, *material);
@@ -168,18 +169,20 @@ int Render(const SRenderOptions& inOptions)
     job.mAutomation = material->mAutomation;
     const std::int32_t channels =
         inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();
-    const auto peak = RenderIntoFile(**instance, job, inOptions.mOutput, material->mRate, channels);
-    if (!peak)
+    const auto samples = RenderIntoFile(**instance, job, inOptions.mOutput, channels);
+    if (!samples)
     {
         std::error_code ignored; // the file may not even have been made
         std::filesystem::remove(inOptions.mOutput, ignored);
-        return Fail(peak.Problem());
+        return Fail(samples.Problem());
     }
     if (!inOptions.mSaveState.empty())
         if (const auto saved = SaveState(**module, **instance, inOptions.mSaveState); !saved)
             return Fail(saved.Problem());
     fmt::print("Wrote {}: {:.3f} seconds, {} Hz, {} channels, peak {:.4f}\n", inOptions.mOutput,
-               static_cast<double>(job.mFrames) / job.mRate, material->mRate, channels, *peak);
+               static_cast<double>(samples->mFrames) / job.mRate, material->mRate, channels, samples->mPeak);
+    if (samples->mFirstBadFrame >= 0)
+        return Fail(BadSamples(*samples, inOptions.mOutput, job.mRate));
     return kExitSuccess;
 }
 

@@ -1,11 +1,12 @@
 #include "Tests/unit/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/lib/AudioFile.h"
 
-#include <array>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <limits>
 #include <sys/wait.h>
 
 namespace
@@ -42,6 +43,17 @@ protected:
     void WriteText(const std::string& inName, const std::string& inText)
     {
         std::ofstream(mFolder.File(inName)) << inText;
+    }
+
+    /** @param inSamples the channels one after the other. */
+    void WriteSound(const std::string& inName, int inChannels, const std::vector<float>& inSamples)
+    {
+        const int frames = static_cast<int>(inSamples.size()) / inChannels;
+        std::vector<const float*> channels;
+        for (int i = 0; i < inChannels; ++i)
+            channels.push_back(inSamples.data() + i * frames);
+        auto writer = CAudioWriter::Create(mFolder.File(inName), 32000, inChannels);
+        ASSERT_TRUE(writer && writer->Write(channels, frames) && writer->Close());
     }
 
     CTestFolder mFolder;
@@ -146,14 +158,36 @@ TEST_F(CommandTest, AMisbehavingModuleGetsASentenceInsteadOfACrash)
     EXPECT_EQ(Run(RenderTo("a.wav") + "--seconds 0.1").mExit, 0) << "one refused field ends nothing";
 }
 
+TEST_F(CommandTest, RenderSaysWhatIsLeftOutOfItsInputAndWhatIsNoNumber)
+{
+    const float infinite = std::numeric_limits<float>::infinity();
+    WriteSound("bad.wav", 1, {0.0F, 0.5F, -infinite, std::nanf(""), infinite, 0.25F});
+    const SRun bad = Run(RenderTo("a.wav") + "--block 2 --input " + mFolder.File("bad.wav"));
+    EXPECT_EQ(bad.mExit, 1);
+    EXPECT_NE(bad.mOut.find("peak 5.0000"), std::string::npos) << bad.mOut; // of the position in channel 3
+    EXPECT_NE(bad.mError.find("1 samples that are no numbers and 2 that are infinite, the first at 0.000063 "
+                              "seconds in channel 2"),
+              std::string::npos)
+        << bad.mError;
+    const auto audio = ReadAudioFile(mFolder.File("a.wav"));
+    ASSERT_TRUE(audio && audio->mChannels.size() == 3);
+    EXPECT_EQ(audio->mChannels[1][4], infinite);
+
+    WriteSound("wide.wav", 2, {0.5F, 0.25F});
+    WriteSound("empty.wav", 1, {});
+    for (const auto& [name, part] :
+         {std::pair{"wide.wav", "has 2 channels and the module takes 1"}, {"empty.wav", "holds no sound"}})
+    {
+        const SRun run = Run(RenderTo("b.wav") + "--seconds 0.1 --input " + mFolder.File(name));
+        EXPECT_EQ(run.mExit, 0);
+        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+        EXPECT_NE(run.mError.find(part), std::string::npos) << run.mError;
+    }
+}
+
 TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
 {
-    auto writer = CAudioWriter::Create(mFolder.File("in.wav"), 32000, 1);
-    ASSERT_TRUE(writer);
-    const std::array<float, 4> samples{0.5F, -0.5F, 0.25F, 1.0F};
-    const float* const channels[] = {samples.data()};
-    ASSERT_TRUE(writer->Write(channels, 4));
-    ASSERT_TRUE(writer->Close());
+    WriteSound("in.wav", 1, {0.5F, -0.5F, 0.25F, 1.0F});
 
     for (const char* answers : {"", "--answers at-once ", "--answers late ", "--answers last "})
     {

@@ -162,6 +162,26 @@ TEST(AudioFile, SamplesComeBackBitForBitAndFilesOfEqualSoundAreEqual)
     EXPECT_EQ(bytes[0].find("PEAK"), std::string::npos) << "the file holds the time of writing";
 }
 
+TEST(AudioFile, SoundBeyondTheSizesOfAWavFileBecomesAnRf64File)
+{
+    const CTestFolder folder;
+    const std::vector<float> sound(100, 0.5F);
+    for (const auto& [limit, tag] : {std::pair{400, "RIFF"}, {399, "RF64"}})
+    {
+        auto writer = CAudioWriter::Create(folder.File("a.wav"), 48000, 1, 100, limit);
+        ASSERT_TRUE(writer) << writer.Problem().mSentence;
+        const float* channels[] = {sound.data()};
+        ASSERT_TRUE(writer->Write(channels, 100));
+        ASSERT_TRUE(writer->Close());
+        std::string start(4, ' ');
+        std::ifstream(folder.File("a.wav"), std::ios::binary).read(start.data(), 4);
+        EXPECT_EQ(start, tag);
+        const auto audio = ReadAudioFile(folder.File("a.wav"));
+        ASSERT_TRUE(audio) << audio.Problem().mSentence;
+        EXPECT_EQ(audio->mChannels.front(), sound);
+    }
+}
+
 TEST(AudioFile, WhatIsNoSoundOrCannotBeWrittenIsRefused)
 {
     const CTestFolder folder;

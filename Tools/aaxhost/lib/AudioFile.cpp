@@ -49,12 +49,15 @@ CAudioWriter::CAudioWriter(CAudioWriter&&) noexcept = default;
 CAudioWriter& CAudioWriter::operator=(CAudioWriter&&) noexcept = default;
 CAudioWriter::~CAudioWriter() = default;
 
-COutcome<CAudioWriter> CAudioWriter::Create(const std::string& inPath, int inRate, int inChannels)
+COutcome<CAudioWriter> CAudioWriter::Create(const std::string& inPath, int inRate, int inChannels,
+                                            std::int64_t inMostFrames, std::int64_t inMostWavBytes)
 {
+    const std::int64_t frameBytes = static_cast<std::int64_t>(sizeof(float)) * inChannels;
+    const bool fitsWav = inMostFrames <= inMostWavBytes / frameBytes;
     SF_INFO info{};
     info.samplerate = inRate;
     info.channels = inChannels;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+    info.format = (fitsWav ? SF_FORMAT_WAV : SF_FORMAT_RF64) | SF_FORMAT_FLOAT;
     auto file = std::make_unique<SFile>();
     file->mPath = inPath;
     file->mHandle.reset(sf_open(inPath.c_str(), SFM_WRITE, &info));

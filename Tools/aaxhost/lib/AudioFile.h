@@ -24,12 +24,18 @@ COutcome<SAudio> ReadAudioFile(const std::string& inPath);
 
 /**
  * Writes a WAV file of 32-bit floating-point samples, block after block. Two files of the same samples are
- * the same byte for byte.
+ * the same byte for byte. What is too long for the 32-bit sizes of a WAV file becomes an RF64 file.
  */
 class CAudioWriter
 {
 public:
-    static COutcome<CAudioWriter> Create(const std::string& inPath, int inRate, int inChannels);
+    /** Bytes of samples that fit a WAV file, with room for what stands before them. */
+    static constexpr std::int64_t kMostWavBytes = 0xFFFFFFFF - 4096;
+
+    /** @param inMostFrames more are not going to be written; 0 is right for all that is short. */
+    static COutcome<CAudioWriter> Create(const std::string& inPath, int inRate, int inChannels,
+                                         std::int64_t inMostFrames = 0,
+                                         std::int64_t inMostWavBytes = kMostWavBytes);
     CAudioWriter(CAudioWriter&&) noexcept;
     CAudioWriter& operator=(CAudioWriter&&) noexcept;
     ~CAudioWriter();
