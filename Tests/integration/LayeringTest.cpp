@@ -53,7 +53,10 @@ TEST(Layering, IncludesGoDownOnly)
         {"Source/plugins", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}, {}},
         {"Source", {"Interfaces/", "Libs/", "Extensions/", "Platform/", "Source/"}, {"Source/plugins/"}},
         {"Tools/commandline", {"Tools/commandline/"}, {}},
-        {"Tools/aaxhost", {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/"}, {"Tools/aaxhost/bare/"}},
+        {"Tools/support", {"Tools/support/"}, {}},
+        {"Tools/aaxhost",
+         {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/", "Tools/support/"},
+         {"Tools/aaxhost/bare/"}},
         // What the module is compared with: the plug-in called directly.
         {"Tools/aaxhost/bare", {"Interfaces/VST2/", "Tools/aaxhost/"}, {}},
         {"Examples", {"Interfaces/VST2/", "Examples/"}, {}},

@@ -3,11 +3,11 @@
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/ParseNumber.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <cmath>
 #include <cstdio>
 #include <fmt/format.h>
-#include <fstream>
 #include <map>
 #include <unistd.h>
 
@@ -25,12 +25,7 @@ int FailUsage(const std::string& inSentence)
 
 COutcome<SDone> WriteText(const std::string& inPath, const std::string& inText)
 {
-    std::ofstream file(inPath, std::ios::binary | std::ios::trunc);
-    file << inText;
-    file.close();
-    if (!file)
-        return SProblem{fmt::format("'{}' cannot be written.", inPath)};
-    return SDone{};
+    return WriteWholeFile(inPath, std::as_bytes(std::span(inText)));
 }
 
 CLI::Validator NumberFrom(double inLowest, double inHighest)

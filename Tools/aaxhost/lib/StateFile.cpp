@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/lib/StateFile.h"
 
+#include "Tools/support/CWholeFile.h"
+
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
@@ -145,13 +147,7 @@ COutcome<SInstanceState> StateFromBytes(std::span<const std::byte> inBytes)
 
 COutcome<SDone> WriteStateFile(const std::string& inPath, const SInstanceState& inState)
 {
-    const std::vector<std::byte> bytes = StateToBytes(inState);
-    std::ofstream file(inPath, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file)
-        return SProblem{fmt::format("'{}' cannot be written.", inPath)};
-    return SDone{};
+    return WriteWholeFile(inPath, StateToBytes(inState));
 }
 
 COutcome<SInstanceState> ReadStateFile(const std::string& inPath)

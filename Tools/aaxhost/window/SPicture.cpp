@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/window/SPicture.h"
 
+#include "Tools/support/CWholeFile.h"
+
 #include <fmt/format.h>
 #include <png.h>
 
@@ -19,9 +21,15 @@ COutcome<SDone> WritePng(const std::string& inPath, const SPicture& inPicture)
     image.width = static_cast<png_uint_32>(inPicture.mWidth);
     image.height = static_cast<png_uint_32>(inPicture.mHeight);
     image.format = PNG_FORMAT_RGB;
-    if (png_image_write_to_file(&image, inPath.c_str(), 0, inPicture.mPixels.data(), 0, nullptr) == 0)
-        return SProblem{fmt::format("'{}' cannot be written: {}.", inPath, image.message)};
-    return SDone{};
+    const auto problem = [&]
+    { return SProblem{fmt::format("'{}' cannot be written: {}.", inPath, image.message)}; };
+    png_alloc_size_t size = 0;
+    if (png_image_write_to_memory(&image, nullptr, &size, 0, inPicture.mPixels.data(), 0, nullptr) == 0)
+        return problem();
+    std::vector<std::byte> bytes(size);
+    if (png_image_write_to_memory(&image, bytes.data(), &size, 0, inPicture.mPixels.data(), 0, nullptr) == 0)
+        return problem();
+    return WriteWholeFile(inPath, std::span(bytes).first(size));
 }
 
 COutcome<SPicture> ReadPng(const std::string& inPath)
