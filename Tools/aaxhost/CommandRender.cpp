@@ -8,13 +8,12 @@
 #include "Tools/aaxhost/lib/ParameterChoice.h"
 #include "Tools/aaxhost/lib/ParseNumber.h"
 #include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fmt/format.h>
 #include <memory>
-#include <system_error>
 
 namespace
 {
@@ -138,6 +137,9 @@ void SayWhatInputLacks(const CInstance& inInstance, const SRenderOptions& inOpti
 
 int Render(const SRenderOptions& inOptions)
 {
+    for (const std::string& path : {inOptions.mOutput, inOptions.mSaveState})
+        if (const auto writable = CheckWritable(path); !writable)
+            return Fail(writable.Problem());
     auto material = ReadMaterial(inOptions);
     if (!material)
         return Fail(material.Problem());
@@ -171,11 +173,7 @@ int Render(const SRenderOptions& inOptions)
         inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();
     const auto samples = RenderIntoFile(**instance, job, inOptions.mOutput, channels);
     if (!samples)
-    {
-        std::error_code ignored; // the file may not even have been made
-        std::filesystem::remove(inOptions.mOutput, ignored);
         return Fail(samples.Problem());
-    }
     if (!inOptions.mSaveState.empty())
         if (const auto saved = SaveState(**module, **instance, inOptions.mSaveState); !saved)
             return Fail(saved.Problem());

@@ -182,6 +182,16 @@ TEST(AudioFile, SoundBeyondTheSizesOfAWavFileBecomesAnRf64File)
     }
 }
 
+TEST(AudioFile, AFileThatIsNotCompletedLeavesTheOldOne)
+{
+    const CTestFolder folder;
+    WriteBytes(folder.File("a.wav"), "old");
+    const float sample = 0.5F;
+    const float* channels[] = {&sample};
+    ASSERT_TRUE(CAudioWriter::Create(folder.File("a.wav"), 48000, 1)->Write(channels, 1));
+    EXPECT_EQ(std::filesystem::file_size(folder.File("a.wav")), 3U);
+}
+
 TEST(AudioFile, WhatIsNoSoundOrCannotBeWrittenIsRefused)
 {
     const CTestFolder folder;

@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/lib/AudioFile.h"
 
+#include "Tools/support/CWholeFile.h"
+
 #include <fmt/format.h>
 #include <sndfile.h>
 
@@ -15,7 +17,8 @@ using SndfilePtr = std::unique_ptr<SNDFILE, SndfileCloser>;
 struct CAudioWriter::SFile
 {
     std::string mPath;
-    SndfilePtr mHandle;
+    CWholeFile mTarget;
+    SndfilePtr mHandle; // writes by the target's descriptor, so it goes first
     std::vector<float> mInterleaved;
 };
 
@@ -58,9 +61,11 @@ COutcome<CAudioWriter> CAudioWriter::Create(const std::string& inPath, int inRat
     info.samplerate = inRate;
     info.channels = inChannels;
     info.format = (fitsWav ? SF_FORMAT_WAV : SF_FORMAT_RF64) | SF_FORMAT_FLOAT;
-    auto file = std::make_unique<SFile>();
-    file->mPath = inPath;
-    file->mHandle.reset(sf_open(inPath.c_str(), SFM_WRITE, &info));
+    auto target = CWholeFile::Open(inPath);
+    if (!target)
+        return target.Problem();
+    SndfilePtr handle(sf_open_fd(target->Descriptor(), SFM_WRITE, &info, SF_FALSE));
+    auto file = std::make_unique<SFile>(SFile{inPath, std::move(*target), std::move(handle), {}});
     if (file->mHandle == nullptr)
         return SProblem{fmt::format("The file '{}' cannot be written: {}", inPath, sf_strerror(nullptr))};
     // The peak chunk holds the time of writing, which would make equal sounds unequal files.
@@ -85,5 +90,5 @@ COutcome<SDone> CAudioWriter::Close()
 {
     if (sf_close(mFile->mHandle.release()) != 0)
         return SProblem{fmt::format("Writing '{}' failed.", mFile->mPath)};
-    return SDone{};
+    return mFile->mTarget.Keep();
 }

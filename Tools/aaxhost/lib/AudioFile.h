@@ -42,7 +42,7 @@ public:
 
     /** @param inChannels one array a channel, each of at least inFrames samples. */
     COutcome<SDone> Write(std::span<const float* const> inChannels, int inFrames);
-    /** Completes the file, which the destructor does too, but without a word on failure. */
+    /** Completes the file and gives it its name; without this there is none, and an old one stays. */
     COutcome<SDone> Close();
 
 private:
