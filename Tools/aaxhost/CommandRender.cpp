@@ -17,6 +17,9 @@
 
 namespace
 {
+constexpr double kLowestTempo = 1.0; // beats per minute
+constexpr double kHighestTempo = 999.0;
+
 /** A parameter's identifier and what it is set to. */
 struct SParameterSetting
 {
@@ -135,6 +138,28 @@ void SayWhatInputLacks(const CInstance& inInstance, const SRenderOptions& inOpti
                    inOptions.mInput, channels, inputs);
 }
 
+/** The same of the MIDI file. */
+void SayWhatMidiLacks(const SRenderOptions& inOptions, const SMidiSong& inSong)
+{
+    if (inSong.mEvents.empty())
+        fmt::print(stderr, "'{}' holds no channel message, so nothing is played.\n", inOptions.mMidi);
+    if (inSong.mSystemMessages > 0)
+        fmt::print(stderr, "'{}' holds {} system exclusive messages, which are left out.\n", inOptions.mMidi,
+                   inSong.mSystemMessages);
+    if (inSong.mForeignMeters > 0)
+        fmt::print(stderr, "'{}' holds {} time signatures other than 4/4, which the host does not follow.\n",
+                   inOptions.mMidi, inSong.mForeignMeters);
+    const auto isUnusual = [](const STempoChange& change)
+    { return change.mBeatsPerMinute < kLowestTempo || change.mBeatsPerMinute > kHighestTempo; };
+    const auto unusual = std::find_if(inSong.mTempos.begin(), inSong.mTempos.end(), isUnusual);
+    if (unusual != inSong.mTempos.end() && !inOptions.mTempo)
+        fmt::print(
+            stderr,
+            "'{}' holds a tempo of {} beats per minute at {:.3f} seconds; the module is told, though hosts "
+            "have {} to {}.\n",
+            inOptions.mMidi, unusual->mBeatsPerMinute, unusual->mSeconds, kLowestTempo, kHighestTempo);
+}
+
 int Render(const SRenderOptions& inOptions)
 {
     for (const std::string& path : {inOptions.mOutput, inOptions.mSaveState})
@@ -159,15 +184,18 @@ int Render(const SRenderOptions& inOptions)
         return Fail(prepared.Problem());
     if (material->mInput)
         SayWhatInputLacks(**instance, inOptions, *material->mInput);
+    if (!inOptions.mMidi.empty())
+        SayWhatMidiLacks(inOptions, material->mMidi);
 
     SRenderJob job;
     job.mFrames = LengthInFrames(inOptions, *material);
     job.mRate = material->mRate;
     job.mBlockFrames = inOptions.mBlock;
-    job.mTempo = inOptions.mTempo;
+    job.mMostTailFrames = std::llround(inOptions.mMostTailSeconds * material->mRate);
+    job.mTempo = inOptions.mTempo ? CTempoMap(*inOptions.mTempo) : CTempoMap(material->mMidi.mTempos);
     job.mPlaying = !inOptions.mStopped;
     job.mInput = material->mInput ? &*material->mInput : nullptr;
-    job.mMidi = material->mMidi;
+    job.mMidi = material->mMidi.mEvents;
     job.mAutomation = material->mAutomation;
     const std::int32_t channels =
         inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();
@@ -179,6 +207,9 @@ int Render(const SRenderOptions& inOptions)
             return Fail(saved.Problem());
     fmt::print("Wrote {}: {:.3f} seconds, {} Hz, {} channels, peak {:.4f}\n", inOptions.mOutput,
                static_cast<double>(samples->mFrames) / job.mRate, material->mRate, channels, samples->mPeak);
+    if (inOptions.mMostTailSeconds > 0.0 && !samples->mEndsSilent)
+        fmt::print(stderr, "The module was not silent after a tail of {} seconds, where '{}' ends.\n",
+                   inOptions.mMostTailSeconds, inOptions.mOutput);
     if (samples->mFirstBadFrame >= 0)
         return Fail(BadSamples(*samples, inOptions.mOutput, job.mRate));
     return kExitSuccess;
@@ -212,11 +243,20 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
         ->add_option("--seconds", options->mSeconds,
                      "Length; otherwise that of the input, the MIDI file or the automation")
         ->check(NumberFrom(0.001, 86400.0));
+    // A flag takes its value behind a = only: `--tail MODULE` would be two readings.
+    command
+        ->add_flag("--tail{60}", options->mMostTailSeconds,
+                   "Go on until a second is silent (-120 dB), for 60 seconds at most; --tail=SECONDS for "
+                   "another limit")
+        ->check(NumberFrom(1.0, 86400.0));
     command->add_option("--rate", options->mRate, "Sample rate in Hz; otherwise the input's or 44100")
         ->check(WholeNumberFrom(8000, 384000));
     command->add_option("--block", options->mBlock, "Frames in a block (512)")
         ->check(WholeNumberFrom(1, SRenderCall::kBufferFrames));
-    command->add_option("--tempo", options->mTempo, "Beats per minute (120)")->check(NumberFrom(1.0, 999.0));
+    command
+        ->add_option("--tempo", options->mTempo,
+                     "Beats per minute of the transport; otherwise the MIDI file's or 120")
+        ->check(NumberFrom(kLowestTempo, kHighestTempo));
     command->add_flag("--stopped", options->mStopped, "Leave the transport stopped");
     command->add_option("--state", options->mState, "State file to load before anything else");
     command->add_option("--save-state", options->mSaveState, "State file to write at the end");

@@ -57,11 +57,13 @@ std::int64_t LengthInFrames(const SRenderOptions& inOptions, const SRenderMateri
     double seconds = 0.0;
     if (inMaterial.mInput)
         seconds = static_cast<double>(inMaterial.mInput->Frames()) / inMaterial.mRate;
-    if (!inMaterial.mMidi.empty())
-        seconds = std::max(seconds, inMaterial.mMidi.back().mSeconds + kMidiTailSeconds);
+    const std::vector<SMidiEvent>& events = inMaterial.mMidi.mEvents;
+    if (!events.empty())
+        seconds = std::max(seconds, events.back().mSeconds +
+                                        (inOptions.mMostTailSeconds > 0.0 ? 0.0 : kMidiTailSeconds));
     for (const SAutomationLane& lane : inMaterial.mAutomation)
         seconds = std::max(seconds, lane.mCurve.EndSeconds());
-    if (seconds <= 0.0)
+    if (seconds <= 0.0 && events.empty())
         seconds = kDefaultSeconds;
     return std::llround(inOptions.mSeconds.value_or(seconds) * inMaterial.mRate);
 }

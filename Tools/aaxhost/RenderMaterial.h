@@ -16,9 +16,10 @@ struct SRenderOptions
     std::string mInput;
     std::string mMidi;
     std::optional<double> mSeconds;
-    std::optional<int> mRate; // Hz
-    int mBlock = 512;         // frames
-    double mTempo = 120.0;
+    std::optional<int> mRate;      // Hz
+    int mBlock = 512;              // frames
+    std::optional<double> mTempo;  // beats per minute
+    double mMostTailSeconds = 0.0; // 0: no tail
     bool mStopped = false;
     bool mMainOnly = false;
     std::string mState;
@@ -32,7 +33,7 @@ struct SRenderOptions
 struct SRenderMaterial
 {
     std::optional<SAudio> mInput;
-    std::vector<SMidiEvent> mMidi;
+    SMidiSong mMidi;
     std::vector<SAutomationLane> mAutomation;
     std::optional<SInstanceState> mState;
     int mRate = 44100; // Hz
@@ -40,5 +41,6 @@ struct SRenderMaterial
 
 COutcome<SRenderMaterial> ReadMaterial(const SRenderOptions& inOptions);
 
-/** As long as asked for; else as the longest of what is played, with time for notes to fade. */
+/** As long as asked for; else as the longest of what is played, with time for notes to fade unless a tail
+ * follows. */
 std::int64_t LengthInFrames(const SRenderOptions& inOptions, const SRenderMaterial& inMaterial);

@@ -30,7 +30,8 @@ void SRenderedSamples::Add(std::span<const float* const> inChannels, std::int32_
 COutcome<SRenderedSamples> RenderIntoFile(CInstance& inInstance, const SRenderJob& inJob,
                                           const std::string& inPath, std::int32_t inChannels)
 {
-    auto writer = CAudioWriter::Create(inPath, static_cast<int>(inJob.mRate), inChannels, inJob.mFrames);
+    auto writer = CAudioWriter::Create(inPath, static_cast<int>(inJob.mRate), inChannels,
+                                       inJob.mFrames + inJob.mMostTailFrames);
     if (!writer)
         return writer.Problem();
     SRenderedSamples samples;
@@ -40,12 +41,13 @@ COutcome<SRenderedSamples> RenderIntoFile(CInstance& inInstance, const SRenderJo
         samples.Add(wanted, frames);
         return writer->Write(wanted, frames);
     };
-    CProgressBar progress(static_cast<double>(inJob.mFrames));
-    auto done = RenderOffline(inInstance, inJob, sink,
-                              [&](std::int64_t frames) { progress.Show(static_cast<double>(frames)); });
-    if (done)
-        done = writer->Close();
-    if (!done)
-        return done.Problem();
+    CProgressBar progress(static_cast<double>(inJob.mFrames + inJob.mMostTailFrames));
+    const auto end = RenderOffline(inInstance, inJob, sink,
+                                   [&](std::int64_t frames) { progress.Show(static_cast<double>(frames)); });
+    if (!end)
+        return end.Problem();
+    samples.mEndsSilent = end->mIsSilent;
+    if (const auto closed = writer->Close(); !closed)
+        return closed.Problem();
     return samples;
 }

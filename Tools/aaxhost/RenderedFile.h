@@ -13,6 +13,7 @@ struct SRenderedSamples
 {
     float mPeak = 0.0F; // the highest absolute value of those that are finite
     std::int64_t mFrames = 0;
+    bool mEndsSilent = false; // the tail did
     std::int64_t mNotNumbers = 0;
     std::int64_t mInfinite = 0;
     std::int64_t mFirstBadFrame = -1; // of what is no finite number; -1: there is none

@@ -81,8 +81,8 @@ TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
 {
     const CTestFolder folder;
     WriteBytes(folder.File("a.mid"), kMidiFile);
-    const auto events = ReadMidiFile(folder.File("a.mid"));
-    ASSERT_TRUE(events) << events.Problem().mSentence;
+    const auto song = ReadMidiFile(folder.File("a.mid"));
+    ASSERT_TRUE(song) << song.Problem().mSentence;
     struct SRow
     {
         double seconds;
@@ -93,13 +93,59 @@ TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
                          {1.0, {0x91, 0x3C, 0}, 3},
                          {3.0, {0xC1, 5, 0}, 2},
                          {3.0, {0xB1, 7, 0x7F}, 3}};
-    ASSERT_EQ(events->size(), std::size(rows));
+    ASSERT_EQ(song->mEvents.size(), std::size(rows));
     for (std::size_t i = 0; i < std::size(rows); ++i)
     {
         SCOPED_TRACE(i);
-        EXPECT_NEAR((*events)[i].mSeconds, rows[i].seconds, 1e-9);
-        EXPECT_EQ((*events)[i].mBytes, rows[i].bytes);
-        EXPECT_EQ((*events)[i].mLength, rows[i].length);
+        EXPECT_NEAR(song->mEvents[i].mSeconds, rows[i].seconds, 1e-9);
+        EXPECT_EQ(song->mEvents[i].mBytes, rows[i].bytes);
+        EXPECT_EQ(song->mEvents[i].mLength, rows[i].length);
+    }
+}
+
+TEST(MidiFile, TempoChangesAreKeptAndWhatIsLeftOutIsCounted)
+{
+    std::string bytes(kMidiFile);
+    bytes.replace(bytes.find("\x81\x40\xFF\x51"), 8, std::string("\0\xFF\x58\4\3\2\x18\x08", 8));
+    for (const auto& [text, tempos, meters] :
+         {std::tuple{std::string(kMidiFile), std::vector{60.0, 120.0}, 0U}, {bytes, {60.0}, 1U}})
+    {
+        const auto song =
+            MidiFromBytes({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, "a.mid");
+        ASSERT_TRUE(song) << song.Problem().mSentence;
+        ASSERT_EQ(song->mTempos.size(), tempos.size());
+        EXPECT_EQ(song->mTempos.front().mBeatsPerMinute, 60.0);
+        EXPECT_EQ(song->mTempos.back().mBeatsPerMinute, tempos.back());
+        EXPECT_NEAR(song->mTempos.back().mSeconds, tempos.size() == 1 ? 0.0 : 2.0, 1e-9);
+        EXPECT_EQ(song->mSystemMessages, 1U);
+        EXPECT_EQ(song->mForeignMeters, meters);
+    }
+}
+
+TEST(MidiFile, TimeCodeIsReadAndWhatIsNotReadIsNamed)
+{
+    // 25 frames a second of 40 ticks; a note of one second, whatever the tempo.
+    constexpr char bytes[] = "MThd\0\0\0\6\0\0\0\1\xE7\x28"
+                             "MTrk\0\0\0\x0D\0\x90\x3C\x64\x87\x68\x80\x3C\0\0\xFF\x2F";
+    struct SRow
+    {
+        std::size_t at;
+        std::uint8_t value;
+        const char* part; // of the sentence; empty: it is read
+    };
+    for (const SRow& row : {SRow{0, 'M', ""}, SRow{0, 'X', "is no Standard MIDI File"},
+                            SRow{9, 2, "is of format 2"}, SRow{13, 0, "divides time by 0xe700"},
+                            SRow{23, 0xF7, "F7), which are not read, so save it without them (track 1 of 1)"},
+                            SRow{21, 0x0E, "is damaged or cut short (track 1 of 1)"}})
+    {
+        SCOPED_TRACE(row.part);
+        std::vector<std::uint8_t> file(std::begin(bytes), std::end(bytes)); // with the 0 at the end
+        file[row.at] = row.value;
+        const auto song = MidiFromBytes(file, "a.mid");
+        const std::string fault = song ? "" : song.Problem().mSentence;
+        ASSERT_EQ(fault.empty(), *row.part == 0) << fault;
+        EXPECT_NE(fault.find(row.part), std::string::npos) << fault;
+        EXPECT_NEAR(song ? song->mEvents.back().mSeconds : 1.0, 1.0, 1e-9);
     }
 }
 
@@ -125,9 +171,9 @@ TEST(MidiFile, NoChangedByteEndsTheProcess)
             std::string bytes(kMidiFile);
             bytes[at] = static_cast<char>(value);
             WriteBytes(folder.File("changed.mid"), bytes);
-            if (const auto events = ReadMidiFile(folder.File("changed.mid")))
+            if (const auto song = ReadMidiFile(folder.File("changed.mid")))
             {
-                EXPECT_LE(events->size(), 8U);
+                EXPECT_LE(song->mEvents.size(), 8U);
             }
         }
 }

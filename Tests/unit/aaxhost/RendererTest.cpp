@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -116,6 +118,50 @@ TEST_F(RendererTest, AStoppedTransportDoesNotMove)
         Render();
         EXPECT_EQ((std::vector<float>{mOutput[2][0], mOutput[2][4]}), row.positions);
     }
+}
+
+TEST_F(RendererTest, TempoAndPositionFollowTheMapAtTheStartOfEachBlock)
+{
+    mJob.mTempo = CTempoMap(std::vector<STempoChange>{{0.0, 60.0}, {0.005, 120.0}});
+    mJob.mFrames = 12;
+    mJob.mBlockFrames = 4;
+    std::vector<std::pair<double, std::int64_t>> blocks;
+    const auto sink = [&](std::span<const float* const>, std::int32_t)
+    {
+        auto& [tempo, ticks] = blocks.emplace_back();
+        EXPECT_EQ(mInstance->Host().Transport().GetCurrentTempo(&tempo), kAAX_Success);
+        EXPECT_EQ(mInstance->Host().Transport().GetCurrentTickPosition(&ticks), kAAX_Success);
+        return SDone{};
+    };
+    ASSERT_TRUE(RenderOffline(*mInstance, mJob, sink));
+    EXPECT_EQ(blocks,
+              (std::vector<std::pair<double, std::int64_t>>{{60.0, 0}, {60.0, 3840}, {120.0, 10560}}));
+}
+
+TEST_F(RendererTest, ATailEndsAfterASecondOfSilenceWhateverTheBlockOrAtItsLimit)
+{
+    mJob.mPlaying = false; // else the position is heard
+    mJob.mMidi = {Event(0.3, 64)};
+    mJob.mFrames = 5;
+    for (const auto& [most, frames, silent] :
+         {std::tuple{5000, 1301, true}, {1296, 1301, true}, {1295, 1300, false}})
+        for (const std::int32_t block : {1, 64, 4096})
+        {
+            SCOPED_TRACE(testing::Message() << most << " in blocks of " << block);
+            mJob.mMostTailFrames = most;
+            mJob.mBlockFrames = block;
+            std::int64_t taken = 0;
+            const auto end = RenderOffline(*mInstance, mJob,
+                                           [&](std::span<const float* const>, std::int32_t count)
+                                           {
+                                               taken += count;
+                                               return SDone{};
+                                           });
+            ASSERT_TRUE(end);
+            EXPECT_EQ(end->mFrames, frames);
+            EXPECT_EQ(taken, frames);
+            EXPECT_EQ(end->mIsSilent, silent);
+        }
 }
 
 TEST_F(RendererTest, AFailingSinkEndsTheRender)

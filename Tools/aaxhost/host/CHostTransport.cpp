@@ -55,7 +55,8 @@ std::uint32_t CHostTransport::TicksPerBeat() const noexcept
 
 std::int64_t CHostTransport::TicksAt(std::int64_t inSampleLocation) const noexcept
 {
-    const double quarters = static_cast<double>(inSampleLocation) / mState.mSampleRate * mState.mTempo / 60.0;
+    const double samples = static_cast<double>(inSampleLocation) - mState.mTempoSample;
+    const double quarters = mState.mTempoQuarters + samples / mState.mSampleRate * mState.mTempo / 60.0;
     const double ticks = quarters * kTicksPerQuarter;
     // Outside of this a double has no 64-bit integer; a rate of 0 comes here as well.
     return std::abs(ticks) < 9.0e18 ? static_cast<std::int64_t>(std::floor(ticks)) : 0;

@@ -8,7 +8,9 @@ class CInstanceHost;
 /** Where the transport stands and how it runs. */
 struct STransportState
 {
-    double mTempo = 120.0; // beats per minute
+    double mTempo = 120.0;       // beats per minute
+    double mTempoSample = 0.0;   // where it came to hold
+    double mTempoQuarters = 0.0; // quarter notes until there
     std::int32_t mMeterNumerator = 4;
     std::int32_t mMeterDenominator = 4;
     bool mPlaying = false;
@@ -23,7 +25,8 @@ struct STransportState
 /**
  * The host's transport, both as the interface of an instance's context and as that of a transport node.
  *
- * Ticks are 1/960000 of a quarter note; tempo and meter hold for the whole timeline.
+ * Ticks are 1/960000 of a quarter note, counted at the present tempo from where it came to hold; the meter
+ * holds for the whole timeline.
  *
  * Threads: the state is set between render calls; the calls of the module allocate nothing.
  */

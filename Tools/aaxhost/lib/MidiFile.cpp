@@ -11,6 +11,10 @@
 
 namespace
 {
+constexpr std::size_t kDivisionOffset = 12;
+constexpr std::uint8_t kMetaTempo = 0x51;
+constexpr std::uint8_t kMetaTimeSignature = 0x58;
+
 struct SmfDeleter
 {
     void operator()(smf_t* inFile) const { smf_delete(inFile); }
@@ -36,9 +40,38 @@ bool IsChannelMessage(const smf_event_t& inEvent)
     return inEvent.midi_buffer != nullptr && inEvent.midi_buffer_length >= 2 &&
            inEvent.midi_buffer_length <= 3 && inEvent.midi_buffer[0] >= 0x80 && inEvent.midi_buffer[0] < 0xF0;
 }
+
+/** A meta event by its type, with as many bytes behind its type and length. */
+bool IsMeta(const smf_event_t& inEvent, std::uint8_t inType, int inBytes)
+{
+    return inEvent.midi_buffer != nullptr && inEvent.midi_buffer_length == 3 + inBytes &&
+           inEvent.midi_buffer[0] == 0xFF && inEvent.midi_buffer[1] == inType;
+}
+
+void AddEvent(const smf_event_t& inEvent, double inSeconds, SMidiSong& ioSong)
+{
+    const std::uint8_t* const bytes = inEvent.midi_buffer;
+    if (IsChannelMessage(inEvent))
+    {
+        SMidiEvent& entry = ioSong.mEvents.emplace_back();
+        entry.mSeconds = inSeconds;
+        entry.mLength = static_cast<std::uint8_t>(inEvent.midi_buffer_length);
+        std::copy_n(bytes, inEvent.midi_buffer_length, entry.mBytes.begin());
+    }
+    else if (IsMeta(inEvent, kMetaTempo, 3))
+    {
+        constexpr double kMicrosecondsPerMinute = 60e6;
+        ioSong.mTempos.push_back(
+            {inSeconds, kMicrosecondsPerMinute / (bytes[3] << 16 | bytes[4] << 8 | bytes[5])});
+    }
+    else if (IsMeta(inEvent, kMetaTimeSignature, 4))
+        ioSong.mForeignMeters += bytes[3] == 4 && bytes[4] == 2 ? 0 : 1; // the second is a power of two
+    else if (bytes != nullptr && inEvent.midi_buffer_length > 0 && bytes[0] == 0xF0)
+        ++ioSong.mSystemMessages;
+}
 } // namespace
 
-COutcome<std::vector<SMidiEvent>> ReadMidiFile(const std::string& inPath)
+COutcome<SMidiSong> ReadMidiFile(const std::string& inPath)
 {
     std::ifstream stream(inPath, std::ios::binary);
     const std::vector<char> bytes{std::istreambuf_iterator<char>(stream), {}};
@@ -47,28 +80,26 @@ COutcome<std::vector<SMidiEvent>> ReadMidiFile(const std::string& inPath)
     return MidiFromBytes({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, inPath);
 }
 
-COutcome<std::vector<SMidiEvent>> MidiFromBytes(std::span<const std::uint8_t> inBytes,
-                                                const std::string& inName)
+COutcome<SMidiSong> MidiFromBytes(std::span<const std::uint8_t> inBytes, const std::string& inName)
 {
-    if (!IsWholeMidiFile(inBytes))
-        return SProblem{fmt::format("'{}' is no whole Standard MIDI File of format 0 or 1.", inName)};
+    if (const std::string fault = FindMidiFileFault(inBytes); !fault.empty())
+        return SProblem{fmt::format("The MIDI file '{}' {}.", inName, fault)};
 
     const CQuietLibrary quiet;
+    std::vector<std::uint8_t> bytes(inBytes.begin(), inBytes.end());
+    std::uint8_t* const division = bytes.data() + kDivisionOffset;
+    const double timeCodeTicks = TimeCodeTicks(static_cast<std::uint16_t>(division[0] << 8 | division[1]));
+    if (timeCodeTicks > 0.0)
+        division[0] = 1; // libsmf reads no time code: it gets some number of ticks and only counts them
     const std::unique_ptr<smf_t, SmfDeleter> file(
-        smf_load_from_memory(inBytes.data(), static_cast<int>(inBytes.size())));
+        smf_load_from_memory(bytes.data(), static_cast<int>(bytes.size())));
     if (file == nullptr)
         return SProblem{fmt::format("'{}' cannot be read as a Standard MIDI File.", inName)};
 
-    std::vector<SMidiEvent> events;
+    SMidiSong song;
     smf_rewind(file.get());
     while (const smf_event_t* event = smf_get_next_event(file.get()))
-    {
-        if (!IsChannelMessage(*event))
-            continue;
-        SMidiEvent& entry = events.emplace_back();
-        entry.mSeconds = event->time_seconds;
-        entry.mLength = static_cast<std::uint8_t>(event->midi_buffer_length);
-        std::copy_n(event->midi_buffer, event->midi_buffer_length, entry.mBytes.begin());
-    }
-    return events;
+        AddEvent(*event, timeCodeTicks > 0.0 ? event->time_pulses / timeCodeTicks : event->time_seconds,
+                 song);
+    return song;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/aaxhost/lib/TempoMap.h"
 
 #include <array>
 #include <cstdint>
@@ -15,13 +16,19 @@ struct SMidiEvent
     std::uint8_t mLength = 0;
 };
 
+/** What a MIDI file says that can be played. */
+struct SMidiSong
+{
+    std::vector<SMidiEvent> mEvents;   // of all tracks, in the order of their times
+    std::vector<STempoChange> mTempos; // in the order of their times
+    std::size_t mSystemMessages = 0;   // left out: a packet of the host's MIDI nodes has no room for them
+    std::size_t mForeignMeters = 0;    // time signatures but 4/4, in which the host stays
+};
+
 /**
- * Reads a Standard MIDI File of format 0 or 1 with a division in ticks; one that is cut short is refused.
- *
- * @return the channel messages of all tracks in the order of their times, the file's own tempo changes taken
- * into account. System messages are left out: a packet of the host's MIDI nodes has no room for them.
+ * Reads a Standard MIDI File of format 0 or 1; one that is cut short is refused. The times of a file that
+ * counts in quarter notes follow its tempo changes, those of one that counts in time code do not.
  */
-COutcome<std::vector<SMidiEvent>> ReadMidiFile(const std::string& inPath);
+COutcome<SMidiSong> ReadMidiFile(const std::string& inPath);
 /** The same from memory. @param inName what a problem's sentence calls it. */
-COutcome<std::vector<SMidiEvent>> MidiFromBytes(std::span<const std::uint8_t> inBytes,
-                                                const std::string& inName);
+COutcome<SMidiSong> MidiFromBytes(std::span<const std::uint8_t> inBytes, const std::string& inName);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fmt/format.h>
 #include <optional>
 
 namespace
@@ -92,8 +93,11 @@ bool WalkSystemExclusive(CByteWalker& ioTrack)
     return size && *size > 0 && ioTrack.Take(*size);
 }
 
-/** A track is whole when it ends with its end-of-track event and has nothing behind it. */
-bool IsWholeTrack(Bytes inBytes)
+constexpr const char* kDamaged = "is damaged or cut short";
+
+/** A track is whole when it ends with its end-of-track event and has nothing behind it.
+ * @return what is wrong, or null. */
+const char* FindTrackFault(Bytes inBytes)
 {
     CByteWalker track(inBytes);
     std::uint8_t running = 0; // 0: no status to be taken over
@@ -101,7 +105,7 @@ bool IsWholeTrack(Bytes inBytes)
     {
         auto status = track.Peek();
         if (!status)
-            return false;
+            return kDamaged;
         if (*status < 0x80)
             status = running;
         else
@@ -110,27 +114,38 @@ bool IsWholeTrack(Bytes inBytes)
         {
             const auto type = WalkMeta(track);
             if (!type)
-                return false;
+                return kDamaged;
             if (*type == kMetaEndOfTrack)
-                return track.AtEnd();
+                return track.AtEnd() ? nullptr : kDamaged;
             running = 0;
         }
-        else if (*status == 0xF0) // an escape, 0xF7, is one of the things that libsmf asserts on
+        else if (*status == 0xF7) // one of the things that libsmf asserts on
+            return "holds raw bytes (an escape event, F7), which are not read, so save it without them";
+        else if (*status == 0xF0)
         {
             if (!WalkSystemExclusive(track))
-                return false;
+                return kDamaged;
             running = 0;
         }
         else if (*status < 0x80 || *status > 0xF0 || !WalkChannelMessage(track, *status))
-            return false;
+            return kDamaged;
         else
             running = *status;
     }
-    return false;
+    return kDamaged;
 }
 } // namespace
 
-bool IsWholeMidiFile(std::span<const std::uint8_t> inBytes)
+double TimeCodeTicks(std::uint16_t inDivision)
+{
+    if (inDivision < 0x8000)
+        return 0.0;
+    const int frames =
+        0x100 - (inDivision >> 8); // the upper byte is the negative number of frames in a second
+    return (frames == 29 ? 30000.0 / 1001.0 : frames) * (inDivision & 0xFF);
+}
+
+std::string FindMidiFileFault(std::span<const std::uint8_t> inBytes)
 {
     CByteWalker file(inBytes);
     const auto tag = file.Take(4);
@@ -138,17 +153,25 @@ bool IsWholeMidiFile(std::span<const std::uint8_t> inBytes)
     const auto format = file.TakeNumber(2);
     const auto trackCount = file.TakeNumber(2);
     const auto division = file.TakeNumber(2);
-    if (!division || !StartsChunk(*tag, "MThd") || *headerSize != 6 || *format > 1 || *trackCount == 0)
-        return false;
-    if (*division == 0 || *division > 0x7FFF) // time code divisions are not read
-        return false;
+    if (!tag || !StartsChunk(*tag, "MThd"))
+        return "is no Standard MIDI File";
+    if (!division || *headerSize != 6)
+        return kDamaged;
+    if (*format == 2)
+        return "is of format 2, a set of pieces without a common time, so save one of them as format 0";
+    if (*format > 2 || *trackCount == 0)
+        return fmt::format("is of format {} with {} tracks, and only formats 0 and 1 are known", *format,
+                           *trackCount);
+    if (*division == 0 || (*division > 0x7FFF && TimeCodeTicks(static_cast<std::uint16_t>(*division)) <= 0.0))
+        return fmt::format("divides time by {:#06x}, which is no time", *division);
     for (std::uint32_t i = 0; i < *trackCount; ++i)
     {
         const auto trackTag = file.Take(4);
         const auto size = file.TakeNumber(4);
         const auto track = size ? file.Take(*size) : std::nullopt;
-        if (!track || !StartsChunk(*trackTag, "MTrk") || !IsWholeTrack(*track))
-            return false;
+        const char* fault = track && StartsChunk(*trackTag, "MTrk") ? FindTrackFault(*track) : kDamaged;
+        if (fault != nullptr)
+            return fmt::format("{} (track {} of {})", fault, i + 1, *trackCount);
     }
-    return true; // what follows the tracks is of no concern
+    return {}; // what follows the tracks is of no concern
 }

@@ -79,10 +79,15 @@ private:
     void SetTransport(std::int64_t inStart)
     {
         STransportState& transport = mInstance.Host().Transport().State();
-        transport.mTempo = mJob.mTempo;
         transport.mPlaying = mJob.mPlaying;
         transport.mSamplePosition = mJob.mPlaying ? inStart : 0;
         transport.mSampleRate = mJob.mRate;
+        // A change holds from the frame nearest to its time on, as an event does.
+        const auto frame = static_cast<double>(transport.mSamplePosition);
+        const CTempoMap::SStretch& stretch = mJob.mTempo.At((frame + 0.5) / mJob.mRate);
+        transport.mTempo = stretch.mBeatsPerMinute;
+        transport.mTempoSample = stretch.mSeconds * mJob.mRate;
+        transport.mTempoQuarters = stretch.mQuarters;
     }
 
     void FillInputs(std::int64_t inStart, std::int32_t inFrames)
@@ -135,27 +140,64 @@ private:
     std::int64_t mTimerInterval = 0; // frames
     std::int64_t mNextTimer = 0;     // frames
 };
+
+/** Waits for a second in which no output is louder than `kSilence`. */
+class CSilenceWatch
+{
+public:
+    explicit CSilenceWatch(double inRate) : mWanted(std::max<std::int64_t>(1, std::llround(inRate))) {}
+
+    /** @return the frames of the block up to where the second is full, 0 when it is not. */
+    std::int32_t FramesUntilSilent(std::span<float* const> inOutputs, std::int32_t inFrames)
+    {
+        for (std::int32_t i = 0; i < inFrames; ++i)
+        {
+            // Written so that what is no number is loud.
+            const bool isSilent =
+                std::all_of(inOutputs.begin(), inOutputs.end(),
+                            [i](const float* output) { return std::abs(output[i]) <= kSilence; });
+            mSilent = isSilent ? mSilent + 1 : 0;
+            if (mSilent == mWanted)
+                return i + 1;
+        }
+        return 0;
+    }
+
+private:
+    std::int64_t mWanted = 0; // frames
+    std::int64_t mSilent = 0; // frames in a row so far
+};
 } // namespace
 
-COutcome<SDone> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
-                              const RenderProgress& inProgress)
+COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
+                                   const RenderProgress& inProgress)
 {
     if (inJob.mBlockFrames < 1 || inJob.mBlockFrames > SRenderCall::kBufferFrames)
         return SProblem{fmt::format("A block of {} frames is not one of 1 to {}.", inJob.mBlockFrames,
                                     SRenderCall::kBufferFrames)};
     CBlockFeeder feeder(inInstance, inJob);
-    for (std::int64_t done = 0; done < inJob.mFrames;)
+    CSilenceWatch watch(inJob.mRate);
+    SRenderEnd end;
+    const std::int64_t most = inJob.mFrames + inJob.mMostTailFrames;
+    while (end.mFrames < most && !end.mIsSilent)
     {
-        const auto frames =
-            static_cast<std::int32_t>(std::min<std::int64_t>(inJob.mBlockFrames, inJob.mFrames - done));
-        if (auto rendered = feeder.RenderBlock(done, frames); !rendered)
-            return rendered;
+        // What is asked for ends with a block, so that the tail changes nothing of it.
+        const std::int64_t left = (end.mFrames < inJob.mFrames ? inJob.mFrames : most) - end.mFrames;
+        auto frames = static_cast<std::int32_t>(std::min<std::int64_t>(inJob.mBlockFrames, left));
+        if (auto rendered = feeder.RenderBlock(end.mFrames, frames); !rendered)
+            return rendered.Problem();
         const auto outputs = feeder.Outputs();
+        if (end.mFrames >= inJob.mFrames)
+        {
+            const std::int32_t wanted = watch.FramesUntilSilent(outputs, frames);
+            end.mIsSilent = wanted > 0;
+            frames = end.mIsSilent ? wanted : frames;
+        }
         if (auto taken = inSink({outputs.data(), outputs.size()}, frames); !taken)
-            return taken;
-        done += frames;
+            return taken.Problem();
+        end.mFrames += frames;
         if (inProgress)
-            inProgress(done);
+            inProgress(end.mFrames);
     }
-    return SDone{};
+    return end;
 }

@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/lib/AudioFile.h"
 #include "Tools/aaxhost/lib/AutomationCurve.h"
 #include "Tools/aaxhost/lib/MidiFile.h"
+#include "Tools/aaxhost/lib/TempoMap.h"
 
 #include <cstdint>
 #include <functional>
@@ -21,13 +22,21 @@ struct SAutomationLane
 struct SRenderJob
 {
     std::int64_t mFrames = 0;
-    double mRate = 44100.0;          // Hz; the rate that the instance was made with
-    std::int32_t mBlockFrames = 512; // 1 to SRenderCall::kBufferFrames
-    double mTempo = 120.0;           // beats per minute
-    bool mPlaying = true;            // stopped: the position stays 0
-    const SAudio* mInput = nullptr;  // null: silence. One channel feeds all inputs
-    std::vector<SMidiEvent> mMidi;   // in the order of the times
+    std::int64_t mMostTailFrames = 0; // as many more at most, until the outputs have been silent for a second
+    double mRate = 44100.0;           // Hz; the rate that the instance was made with
+    std::int32_t mBlockFrames = 512;  // 1 to SRenderCall::kBufferFrames
+    CTempoMap mTempo;
+    bool mPlaying = true;           // stopped: the position stays 0
+    const SAudio* mInput = nullptr; // null: silence. One channel feeds all inputs
+    std::vector<SMidiEvent> mMidi;  // in the order of the times
     std::vector<SAutomationLane> mAutomation;
+};
+
+/** How a render ended. */
+struct SRenderEnd
+{
+    std::int64_t mFrames = 0; // rendered, with the tail
+    bool mIsSilent = false;   // the tail came to silence
 };
 
 /** Gets every rendered block; what it answers other than success ends the render. */
@@ -36,9 +45,14 @@ using RenderSink =
 /** Gets the number of frames done so far. */
 using RenderProgress = std::function<void(std::int64_t framesDone)>;
 
+/** The highest absolute sample that counts as silence in a tail: -120 dB of full scale. */
+inline constexpr float kSilence = 1e-6F;
+
 /**
- * Renders as fast as the instance can. A MIDI event falls on the frame nearest to its time; automation is
- * evaluated at the start of each block.
+ * Renders as fast as the instance can. A MIDI event falls on the frame nearest to its time. Automation and
+ * tempo are those at the start of each block, as in a host with a fixed block size: a change inside of a
+ * block is heard of with the next one, the position in quarter notes is exact at each start. A tail ends on
+ * the frame that completes a second of silence, whatever the block size.
  */
-COutcome<SDone> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
-                              const RenderProgress& inProgress = {});
+COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
+                                   const RenderProgress& inProgress = {});
