@@ -144,10 +144,10 @@ void SayWhatMidiLacks(const SRenderOptions& inOptions, const SMidiSong& inSong)
     if (inSong.mEvents.empty())
         fmt::print(stderr, "'{}' holds no channel message, so nothing is played.\n", inOptions.mMidi);
     if (inSong.mSystemMessages > 0)
-        fmt::print(stderr, "'{}' holds {} system exclusive messages, which are left out.\n", inOptions.mMidi,
+        fmt::print(stderr, "System exclusive messages in '{}' are left out: {}.\n", inOptions.mMidi,
                    inSong.mSystemMessages);
     if (inSong.mForeignMeters > 0)
-        fmt::print(stderr, "'{}' holds {} time signatures other than 4/4, which the host does not follow.\n",
+        fmt::print(stderr, "Time signatures in '{}' are not followed, the host stays in 4/4: {}.\n",
                    inOptions.mMidi, inSong.mForeignMeters);
     const auto isUnusual = [](const STempoChange& change)
     { return change.mBeatsPerMinute < kLowestTempo || change.mBeatsPerMinute > kHighestTempo; };
@@ -248,7 +248,7 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
         ->add_flag("--tail{60}", options->mMostTailSeconds,
                    "Go on until a second is silent (-120 dB), for 60 seconds at most; --tail=SECONDS for "
                    "another limit")
-        ->check(NumberFrom(1.0, 86400.0));
+        ->check(WholeNumberFrom(1, 86400));
     command->add_option("--rate", options->mRate, "Sample rate in Hz; otherwise the input's or 44100")
         ->check(WholeNumberFrom(8000, 384000));
     command->add_option("--block", options->mBlock, "Frames in a block (512)")
