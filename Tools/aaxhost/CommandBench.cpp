@@ -1,6 +1,8 @@
 #include "Tools/aaxhost/CommandBench.h"
 
 #include "Tools/aaxhost/bench/ModuleBench.h"
+#include "Tools/support/CStage.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <fmt/format.h>
 #include <memory>
@@ -15,7 +17,10 @@ struct SBenchOptions
 
 int Bench(const SBenchOptions& inOptions)
 {
+    if (const auto writable = CheckWritable(inOptions.mJson); !writable)
+        return Fail(writable.Problem());
     CProgressBar progress(1.0);
+    const CStage stage("its calls were measured");
     const auto results = MeasureModule(inOptions.mJob, [&](double inDone) { progress.Show(inDone); });
     progress.Hide();
     if (!results)

@@ -2,6 +2,7 @@
 
 #include "Tools/aaxhost/check/CheckRunner.h"
 #include "Tools/aaxhost/report/CheckReport.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -69,6 +70,9 @@ int Check(const SCheckOptions& inOptions)
 {
     if (inOptions.mList)
         return ListChecks();
+    for (const std::string& file : {inOptions.mJson, inOptions.mReport})
+        if (const auto writable = CheckWritable(file); !writable)
+            return Fail(writable.Problem());
     SCheckJob job{inOptions.mModule, inOptions.mStrictness, {}, inOptions.mLimit, inOptions.mAnswers};
     if (inOptions.mOnly.empty())
         job.mChecks = ChecksFor(inOptions.mStrictness);

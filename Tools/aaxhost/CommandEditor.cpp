@@ -5,6 +5,8 @@
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"
+#include "Tools/support/CStage.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <cstdio>
 #include <fmt/format.h>
@@ -73,6 +75,8 @@ COutcome<SDone> SavePicture(CHostWindow& inWindow, const std::string& inPath)
 
 int ShowEditor(const SEditorOptions& inOptions)
 {
+    if (const auto writable = CheckWritable(inOptions.mScreenshot); !writable)
+        return Fail(writable.Problem());
     CHostLog log;
     const auto module = CModule::Open(inOptions.mModule, log);
     if (!module)
@@ -84,6 +88,7 @@ int ShowEditor(const SEditorOptions& inOptions)
     const auto instance = CInstance::Create(**module, kEditorRate, {.mAnswers = inOptions.mAnswers});
     if (!instance)
         return Fail(instance.Problem());
+    const CStage stage("its editor was open");
     const CEditorReport report((*instance)->ListParameters());
     const auto view = CEditorView::Open(**instance, **window);
     if (!view)

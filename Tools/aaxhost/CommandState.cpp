@@ -4,6 +4,7 @@
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/ChunkReport.h"
 #include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/support/CWholeFile.h"
 
 #include <fmt/format.h>
 #include <memory>
@@ -42,6 +43,8 @@ COutcome<SDone> Open(const SStateOptions& inOptions, SSubject& outSubject)
 
 int Save(const SStateOptions& inOptions)
 {
+    if (const auto writable = CheckWritable(inOptions.mFile); !writable)
+        return Fail(writable.Problem());
     SSubject subject;
     if (const auto opened = Open(inOptions, subject); !opened)
         return Fail(opened.Problem());

@@ -2,32 +2,48 @@
 #include "Tools/aaxhost/CommandCheck.h"
 #include "Tools/aaxhost/CommandDescribe.h"
 #include "Tools/aaxhost/CommandEditor.h"
+#include "Tools/aaxhost/CommandProcess.h"
 #include "Tools/aaxhost/CommandRender.h"
 #include "Tools/aaxhost/CommandState.h"
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/commandline/CommandLine.h"
 #include "Tools/commandline/StandardStreams.h"
+#include "Tools/support/Interrupts.h"
+#include "Tools/support/Watcher.h"
 
 #include <exception>
 #include <fmt/format.h>
 
 namespace
 {
-/** @return kExitSuccess with the action of the chosen command; for help and the version without one. */
-int ReadCommandLine(int argc, char** argv, CommandAction& outAction)
+struct SCommand
+{
+    CommandAction mAction; // empty: the help or the version was asked for
+    bool mInOwnProcess = true;
+};
+
+/** @return kExitSuccess with the chosen command. */
+int ReadCommandLine(int argc, char** argv, SCommand& outCommand)
 {
     CLI::App app("Loads AAX modules without a screen or a sound card", "aaxhost");
+    bool inProcess = false;
+    app.add_flag(
+           "--in-process", inProcess,
+           "For a debugger: load the module into this process, which then ends where the plug-in crashes")
+        ->envname("AAXHOST_IN_PROCESS");
     app.require_subcommand(1);
-    AddCommandBench(app, outAction);
-    AddCommandCheck(app, outAction);
-    AddCommandDescribe(app, outAction);
-    AddCommandEditor(app, outAction);
-    AddCommandRender(app, outAction);
-    AddCommandState(app, outAction);
+    AddCommandBench(app, outCommand.mAction);
+    AddCommandCheck(app, outCommand.mAction);
+    AddCommandDescribe(app, outCommand.mAction);
+    AddCommandEditor(app, outCommand.mAction);
+    AddCommandRender(app, outCommand.mAction);
+    AddCommandState(app, outCommand.mAction);
     AddVersionFlag(app, "aaxhost");
     try
     {
         app.parse(argc, argv);
+        // The checks have a process each.
+        outCommand.mInOwnProcess = !inProcess && !app.got_subcommand("check");
         return kExitSuccess;
     }
     catch (const CLI::ParseError& error)
@@ -38,24 +54,33 @@ int ReadCommandLine(int argc, char** argv, CommandAction& outAction)
     }
 }
 
+int RunCaught(const CommandAction& inAction) noexcept
+try
+{
+    return inAction();
+}
+catch (const std::exception& error)
+{
+    if (IsOutputIncomplete())
+        return kExitFailure; // this is what was thrown about, and it is said at the end
+    return Fail({fmt::format("An exception came out of the module or the host: {}.", error.what())});
+}
+catch (...)
+{
+    return Fail({"An exception came out of the module."});
+}
+
 int RunCommandLine(int argc, char** argv)
 {
-    try
-    {
-        CommandAction action;
-        const int usage = ReadCommandLine(argc, argv, action);
-        return usage == kExitSuccess && action ? action() : usage;
-    }
-    catch (const std::exception& error)
-    {
-        if (IsOutputIncomplete())
-            return kExitFailure; // this is what was thrown about, and it is said at the end
-        return Fail({fmt::format("An exception came out of the module or the host: {}.", error.what())});
-    }
-    catch (...)
-    {
-        return Fail({"An exception came out of the module."});
-    }
+    SCommand command;
+    const int usage = ReadCommandLine(argc, argv, command);
+    if (usage != kExitSuccess || !command.mAction)
+        return usage;
+    EndCleanlyOnInterrupts();
+    const auto work = [&] { return RunCaught(command.mAction); };
+    const int result = RunCaught([&] { return command.mInOwnProcess ? RunInOwnProcess(work) : work(); });
+    EndWatcher();
+    return result;
 }
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "Tools/support/UnnamedFile.h"
 #include "Tools/support/Watcher.h"
+#include "Tools/support/WriteAll.h"
 
 #include <cerrno>
 #include <charconv>
@@ -120,13 +121,8 @@ int CWholeFile::OpenBeside()
 
 COutcome<SDone> CWholeFile::Write(std::span<const std::byte> inBytes)
 {
-    while (!inBytes.empty())
-    {
-        const ssize_t count = write(mFile, inBytes.data(), inBytes.size());
-        if (count < 0 && errno != EINTR)
-            return Problem(errno);
-        inBytes = inBytes.subspan(static_cast<std::size_t>(count > 0 ? count : 0));
-    }
+    if (!WriteAll(mFile, {reinterpret_cast<const char*>(inBytes.data()), inBytes.size()}))
+        return Problem(errno);
     return SDone{};
 }
 

@@ -143,7 +143,7 @@ void LetGoOfLife()
     gWatcher = -1;
 }
 
-bool StartWatcher()
+bool HasWatcher()
 {
     if (gNotes >= 0)
         return true;
@@ -201,10 +201,12 @@ void Send(const std::string& inNote)
 
 void Note(char inKind, const std::string& inText)
 {
-    if (StartWatcher())
+    if (HasWatcher())
         Send(inKind + inText);
 }
 } // namespace
+
+void StartWatcher() { (void)HasWatcher(); } // without one nothing is watched
 
 void WatchFile(const std::string& inPath) { Note(kFile, fs::absolute(inPath)); }
 
@@ -228,9 +230,9 @@ void EndWatcher() noexcept
     (void)close(gNotes);
     gLife = -1;
     gNotes = -1;
-    while (waitpid(gWatcher, nullptr, 0) < 0 && errno == EINTR)
-    {
-    }
+    // The killed ones too: the watcher waits until their groups are gone.
+    for (pid_t ended = 0; ended != gWatcher && (ended >= 0 || errno == EINTR);)
+        ended = waitpid(-1, nullptr, 0);
 }
 
 std::string UniqueName(const std::string& inBeginning)

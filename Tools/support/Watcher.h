@@ -15,6 +15,9 @@
  * Main thread only. Where no process can be started nothing is watched, and nothing else changes.
  */
 
+/** Before the first process is started that shall note at the same watcher; otherwise with the first note. */
+void StartWatcher();
+
 /** Is noted before it is made: then there is no moment at which it would stay. */
 void WatchFile(const std::string& inPath);
 void WatchFolder(const std::string& inPath);
@@ -27,8 +30,8 @@ void Unwatch(const std::string& inPath);
 void Unwatch(pid_t inLeader);
 
 /**
- * Has the watcher do its work now and waits for that. Safe in a signal handler. Does nothing in a forked
- * process and where nothing is watched.
+ * Has the watcher do its work now and waits for that, and for every child: for the end of a process only.
+ * Safe in a signal handler. Does nothing in a forked process and where nothing is watched.
  */
 void EndWatcher() noexcept;
 

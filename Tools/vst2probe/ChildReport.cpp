@@ -1,13 +1,13 @@
 #include "Tools/vst2probe/ChildReport.h"
 
+#include "Tools/support/WriteAll.h"
+
 #include <cstdlib>
-#include <cstring>
 
 #include <csignal>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace
@@ -45,26 +45,21 @@ void CChildReport::Send(const nlohmann::ordered_json& inMessage) const
     // Plug-ins' texts are in any encoding.
     const std::string line =
         inMessage.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
-    for (std::size_t done = 0; done < line.size();)
-    {
-        const ssize_t count = write(mOutput, line.data() + done, line.size() - done);
-        if (count <= 0)
-            _exit(EXIT_FAILURE); // nobody listens
-        done += static_cast<std::size_t>(count);
-    }
+    if (!WriteAll(mOutput, line))
+        _exit(EXIT_FAILURE); // nobody listens
 }
 
-std::string HowChildEnded(const std::optional<int>& inStatus, const std::string& inStage,
+std::string HowChildEnded(const SChildEnd& inEnd, const std::string& inStage,
                           std::chrono::milliseconds inLimit)
 {
-    if (!inStatus)
+    if (inEnd.mKind == SChildEnd::EKind::Limit)
     {
         return fmt::format("it did not come back within {:g} seconds while {}",
                            static_cast<double>(inLimit.count()) / 1000.0, inStage);
     }
-    if (WIFSIGNALED(*inStatus))
+    if (inEnd.mKind == SChildEnd::EKind::Signal)
     {
-        return fmt::format("it crashed ({}) while {}", strsignal(WTERMSIG(*inStatus)), inStage);
+        return fmt::format("it crashed ({}) while {}", NameOfSignal(inEnd.mNumber), inStage);
     }
-    return fmt::format("it ended its process (status {}) while {}", WEXITSTATUS(*inStatus), inStage);
+    return fmt::format("it ended its process (status {}) while {}", inEnd.mNumber, inStage);
 }

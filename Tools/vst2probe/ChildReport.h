@@ -1,6 +1,7 @@
 #pragma once
+#include "Tools/support/CChildProcess.h"
+
 #include <chrono>
-#include <optional>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -21,7 +22,6 @@ private:
     int mOutput = -1;
 };
 
-/** @param inStatus as waitpid tells it; nothing: the child still ran. @return the part of a sentence behind
- * the plug-in's name. */
-std::string HowChildEnded(const std::optional<int>& inStatus, const std::string& inStage,
+/** @return the part of a sentence behind the plug-in's name. */
+std::string HowChildEnded(const SChildEnd& inEnd, const std::string& inStage,
                           std::chrono::milliseconds inLimit);

@@ -1,6 +1,6 @@
 #include "Tools/vst2probe/ProbePlugin.h"
 
-#include "Tools/vst2probe/CChildProcess.h"
+#include "Tools/support/CChildProcess.h"
 #include "Tools/vst2probe/CPluginInspector.h"
 #include "Tools/vst2probe/ChildReport.h"
 

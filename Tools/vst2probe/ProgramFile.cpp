@@ -2,7 +2,9 @@
 
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
-#include "Tools/vst2probe/CChildProcess.h"
+#include "Source/plugins/FileBytes.h"
+#include "Tools/support/CTemporaryFolder.h"
+#include "Tools/support/CWholeFile.h"
 #include "Tools/vst2probe/ChildReport.h"
 
 #include <cstdlib>
@@ -51,14 +53,14 @@ Json Do(const SProgramFileJob& inJob, const CChildReport& inReport)
     inReport.Send({{"stage", "it was being asked for its state"}});
     if (!(inJob.isBank ? plugin->WriteBank(file) : plugin->SavePreset(file)))
         return {{"refused", fmt::format("{} cannot be written", file)}};
-    return {{"done", fmt::format("Wrote {}\n", file)}};
+    return {{"done", ""}};
 }
-} // namespace
 
-std::optional<std::string> RunProgramFileJob(const std::string& inProgram, const SProgramFileJob& inJob,
-                                             std::string& outText)
+COutcome<std::string> RunChild(const std::string& inProgram, const SProgramFileJob& inJob)
 {
     const auto deadline = CChildProcess::Clock::now() + inJob.limit;
+    const auto refused = [&](const std::string& inReason)
+    { return SProblem{fmt::format("{}: {}.", inJob.plugin.string(), inReason)}; };
     CChildProcess child(inProgram, {inJob.isBank ? "bank" : "preset", inJob.isLoad ? "load" : "save",
                                     kProgramFileChildFlag, "--", inJob.plugin.string(), inJob.file.string()});
     std::string stage = "its process was started";
@@ -68,14 +70,36 @@ std::optional<std::string> RunProgramFileJob(const std::string& inProgram, const
         if (told.contains("stage"))
             stage = told["stage"];
         else if (told.contains("refused"))
-            return told["refused"].get<std::string>();
+            return refused(told["refused"].get<std::string>());
         else if (told.contains("done"))
-        {
-            outText = told["done"];
-            return std::nullopt;
-        }
+            return told["done"].get<std::string>();
     }
-    return HowChildEnded(child.Wait(deadline), stage, inJob.limit);
+    return refused(HowChildEnded(child.Wait(deadline), stage, inJob.limit));
+}
+} // namespace
+
+COutcome<std::string> RunProgramFileJob(const std::string& inProgram, const SProgramFileJob& inJob)
+{
+    if (inJob.isLoad)
+        return RunChild(inProgram, inJob);
+    auto file = CWholeFile::Open(inJob.file);
+    if (!file)
+        return file.Problem();
+    // What the plug-in's process writes may be cut, so it goes elsewhere first.
+    const CTemporaryFolder folder;
+    SProgramFileJob job = inJob;
+    job.file = std::filesystem::path(folder.Path()) / "programs";
+    if (const auto text = RunChild(inProgram, job); !text)
+        return text;
+    const auto bytes = ReadFileBytes(job.file.c_str());
+    if (!bytes)
+        return SProblem{fmt::format("'{}' cannot be read.", job.file.string())};
+    auto done = file->Write(*bytes);
+    if (done)
+        done = file->Keep();
+    if (!done)
+        return done.Problem();
+    return fmt::format("Wrote {}\n", inJob.file.string());
 }
 
 void RunProgramFileChild(const SProgramFileJob& inJob)

@@ -1,7 +1,8 @@
 #pragma once
+#include "Tools/support/COutcome.h"
+
 #include <chrono>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 /** One preset or bank file to be written from, or read into, a plug-in. */
@@ -15,12 +16,12 @@ struct SProgramFileJob
 };
 
 /**
- * Does it in a child process.
- * @param outText  what there is to print: after a load the parameters as the plug-in has them.
- * @return why it was not done, the part of a sentence behind the plug-in's name; nothing: it was done.
+ * Does it in a child process. A file that is written appears whole or not at all.
+ * @param inProgram  vst2probe, which the child runs.
+ * @return what there is to print: after a load the parameters as the plug-in has them.
+ * Throws std::system_error when no process can be made.
  */
-std::optional<std::string> RunProgramFileJob(const std::string& inProgram, const SProgramFileJob& inJob,
-                                             std::string& outText);
+COutcome<std::string> RunProgramFileJob(const std::string& inProgram, const SProgramFileJob& inJob);
 
 /** The child's side: does it, tells of it and ends the process. */
 [[noreturn]] void RunProgramFileChild(const SProgramFileJob& inJob);

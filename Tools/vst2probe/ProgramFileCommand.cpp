@@ -45,12 +45,12 @@ int RunProgramFileCommand(const std::string& inProgram, const SProgramFileArgume
         std::chrono::milliseconds(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds))};
     if (inArguments.isChild)
         RunProgramFileChild(job);
-    std::string text;
-    if (const std::optional<std::string> refusal = RunProgramFileJob(inProgram, job, text))
+    const auto text = RunProgramFileJob(inProgram, job);
+    if (!text)
     {
-        fmt::print(stderr, "{}: {}.\n", job.plugin.string(), *refusal);
+        fmt::print(stderr, "{}\n", text.Problem().mSentence);
         return 1;
     }
-    fmt::print("{}", text);
+    fmt::print("{}", *text);
     return 0;
 }

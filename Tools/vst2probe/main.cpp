@@ -1,6 +1,7 @@
 #include "Tools/commandline/CommandLine.h"
 #include "Tools/commandline/NearestNames.h"
 #include "Tools/commandline/StandardStreams.h"
+#include "Tools/support/Interrupts.h"
 #include "Tools/vst2probe/ProbeCommand.h"
 #include "Tools/vst2probe/ProgramFileCommand.h"
 
@@ -58,6 +59,7 @@ int RunCommandLine(int inCount, char** inArguments)
         fmt::print(stderr, "{}\nRun with --help for more information.\n", fault);
         return kWrongUsage;
     }
+    EndCleanlyOnInterrupts();
     try
     {
         return programFile.plugin.empty() ? RunProbeCommand(inArguments[0], probe)

@@ -1,7 +1,7 @@
 #include "Tools/aaxhost/check/CheckRunner.h"
 
 #include "Tools/aaxhost/check/CCheckContext.h"
-#include "Tools/aaxhost/check/ChildRun.h"
+#include "Tools/support/ChildRun.h"
 
 #include <algorithm>
 #include <exception>

@@ -4,6 +4,7 @@
 #include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/support/CStage.h"
 
 #include <algorithm>
 #include <cstring>
@@ -36,6 +37,7 @@ CInstance::CInstance(CModule& inModule)
 
 CInstance::~CInstance()
 {
+    const CStage stage("an instance was being closed");
     CloseGUI();
     mHost->SetEffectParameters(nullptr);
     if (mParameters)
@@ -45,6 +47,7 @@ CInstance::~CInstance()
 COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double inSampleRate,
                                                        const SInstanceOptions& inOptions)
 {
+    const CStage stage("an instance was being made");
     std::unique_ptr<CInstance> instance(new CInstance(inModule));
     const auto begun = instance->Begin(inSampleRate, inOptions);
     if (!begun)

@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/lib/CModule.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/support/CStage.h"
 
 #include <array>
 #include <dlfcn.h>
@@ -79,6 +80,7 @@ COutcome<std::unique_ptr<CModule>> CModule::Open(const std::string& inPath, CHos
     const auto file = FindModuleFile(inPath);
     if (!file)
         return file.Problem();
+    const CStage stage("the module was being opened");
     ImagePtr image(dlopen(file->c_str(), RTLD_NOW | RTLD_LOCAL));
     if (image == nullptr)
     {

@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/support/CStage.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -77,6 +78,7 @@ std::span<std::byte> CStateChunk::Room() noexcept { return std::span(mMemory).su
 
 COutcome<SInstanceState> TakeState(const CModule& inModule, CInstance& inInstance)
 {
+    const CStage stage("it was being asked for its state");
     SInstanceState state{IdentityOf(inModule), {}};
     std::int32_t count = 0;
     if (const AAX_Result result = inInstance.Parameters().GetNumberOfChunks(&count))
@@ -109,6 +111,7 @@ COutcome<SDone> GiveState(const CModule& inModule, CInstance& inInstance, const 
 {
     if (const auto own = CheckProduct(inModule, inState); !own)
         return own.Problem();
+    const CStage stage("it was being given a state");
     for (const CStateChunk& chunk : inState.mChunks)
         if (const AAX_Result result =
                 inInstance.Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()))

@@ -2,6 +2,7 @@
 
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/support/CStage.h"
 
 #include <algorithm>
 #include <cmath>
@@ -175,6 +176,7 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
     if (inJob.mBlockFrames < 1 || inJob.mBlockFrames > SRenderCall::kBufferFrames)
         return SProblem{fmt::format("A block of {} frames is not one of 1 to {}.", inJob.mBlockFrames,
                                     SRenderCall::kBufferFrames)};
+    const CStage stage("it was rendering");
     CBlockFeeder feeder(inInstance, inJob);
     CSilenceWatch watch(inJob.mRate);
     SRenderEnd end;

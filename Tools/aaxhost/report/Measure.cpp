@@ -2,13 +2,13 @@
 
 #include "Tools/aaxhost/bare/BareCost.h"
 #include "Tools/aaxhost/check/CRig.h"
-#include "Tools/aaxhost/check/ChildRun.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
 #include "Tools/aaxhost/lib/WrappedPlugin.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"
+#include "Tools/support/ChildRun.h"
 
 #include <algorithm>
 #include <chrono>
