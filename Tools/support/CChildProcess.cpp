@@ -79,8 +79,8 @@ bool MayBegin(CPipe& inGo)
     _exit(EXIT_SUCCESS);
 }
 
-[[noreturn]] void BeProgram(const std::string& inProgram, const std::vector<std::string>& inArguments,
-                            int inReport)
+/** Returns only where the program cannot be run, with errno. */
+void BecomeProgram(const std::string& inProgram, const std::vector<std::string>& inArguments, int inReport)
 {
     const int output = fcntl(inReport, F_DUPFD, STDERR_FILENO + 1);
     SilenceStandardFiles();
@@ -91,15 +91,31 @@ bool MayBegin(CPipe& inGo)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     (void)execvp(inProgram.c_str(), arguments.data());
-    _exit(127); // as a shell says that there is no such program
 }
 } // namespace
 
 CChildProcess::CChildProcess(const std::function<void(int)>& inBody) { Start(inBody); }
 
+// Delegates, so that what was started ends where an exception leaves this.
 CChildProcess::CChildProcess(const std::string& inProgram, const std::vector<std::string>& inArguments)
+    : CChildProcess()
 {
-    Start([&](int inReport) { BeProgram(inProgram, inArguments, inReport); });
+    CPipe failure; // the other program closes it, which is the good news
+    Start(
+        [&](int inReport)
+        {
+            BecomeProgram(inProgram, inArguments, inReport);
+            const int error = errno;
+            (void)!write(failure.Writing(), &error, sizeof error); // untold, the report is just empty
+        });
+    failure.CloseWriting();
+    int error = 0;
+    ssize_t count = 0;
+    while ((count = read(failure.Reading(), &error, sizeof error)) < 0 && errno == EINTR)
+    {
+    }
+    if (count == sizeof error)
+        throw std::system_error(error, std::generic_category(), inProgram);
 }
 
 void CChildProcess::Start(const std::function<void(int)>& inBody)
@@ -128,6 +144,8 @@ void CChildProcess::Start(const std::function<void(int)>& inBody)
 
 CChildProcess::~CChildProcess()
 {
+    if (mProcess <= 0)
+        return;
     (void)kill(-mProcess, SIGKILL); // fails when all of the group have ended
     Unwatch(mProcess);
     while (waitpid(mProcess, nullptr, 0) < 0 && errno == EINTR)

@@ -43,6 +43,7 @@ public:
     /**
      * Another program, which reports by its standard output; its standard input and error go nowhere.
      * @param inProgram a path, or a name to look for along PATH.
+     * Throws std::system_error, also when there is no such program.
      */
     CChildProcess(const std::string& inProgram, const std::vector<std::string>& inArguments);
     CChildProcess(const CChildProcess&) = delete;
@@ -57,6 +58,7 @@ public:
     SChildEnd Wait(Clock::time_point inDeadline);
 
 private:
+    CChildProcess() = default;
     void Start(const std::function<void(int)>& inBody);
 
     pid_t mProcess = -1;

@@ -3,6 +3,8 @@
 #include "Tools/aaxhost/window/SPicture.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdlib>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -147,11 +149,29 @@ COutcome<SPicture> CX11Window::TakePicture()
         }
     return picture;
 }
+
+/** A server that begins anew after its last client refuses the next one for a moment. @return null: none is
+ * there. */
+DisplayPtr OpenDisplay()
+{
+    constexpr std::chrono::seconds kLongest{1};
+    constexpr int kPauseMs = 20;
+    const auto deadline = std::chrono::steady_clock::now() + kLongest;
+    DisplayPtr display(XOpenDisplay(nullptr));
+    // Where no server is named there is none to wait for.
+    while (display == nullptr && std::getenv("DISPLAY") != nullptr &&
+           std::chrono::steady_clock::now() < deadline)
+    {
+        (void)poll(nullptr, 0, kPauseMs);
+        display.reset(XOpenDisplay(nullptr));
+    }
+    return display;
+}
 } // namespace
 
 COutcome<std::unique_ptr<CHostWindow>> CHostWindow::Create(const std::string& inTitle)
 {
-    DisplayPtr display(XOpenDisplay(nullptr));
+    DisplayPtr display = OpenDisplay();
     if (display == nullptr)
         return SProblem{"There is no X server to open a window on: DISPLAY has to name one."};
     // Stays for the life of the process: plug-ins cause errors for as long as they are loaded.
