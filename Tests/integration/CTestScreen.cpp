@@ -8,11 +8,18 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <poll.h>
 
 struct CTestScreen::SServer
 {
     SServer() : mDisplay(XOpenDisplay(nullptr))
     {
+        // A server that begins anew after its last client refuses the next one for a moment.
+        for (int tries = 0; mDisplay == nullptr && tries < 50; ++tries)
+        {
+            (void)poll(nullptr, 0, 20); // milliseconds
+            mDisplay = XOpenDisplay(nullptr);
+        }
         if (mDisplay == nullptr)
             throw std::runtime_error("no X server");
     }
