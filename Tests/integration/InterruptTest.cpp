@@ -46,6 +46,8 @@ std::vector<std::string> CommandLine(const std::string& inWhat, const CModuleBun
         return {AAXHOST, "state", module, "save", inTarget};
     if (inWhat == "check")
         return {AAXHOST, "check", module, "--only", "life-cycle.creates", "--json", inTarget};
+    if (inWhat == "render")
+        return {AAXHOST, "render", module, "--seconds", "1", "--output", inTarget};
     if (inWhat == "save-state")
         return {AAXHOST, "render", module, "--output", "/dev/null", "--save-state", inTarget};
     return {VST2PROBE_FILE, "preset", "save", plugin, inTarget};
@@ -163,12 +165,12 @@ TEST_P(Interrupt, LeavesTheOldFileAndNothingElse)
     target.ExpectUntouched();
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, Interrupt,
-                         testing::Combine(testing::Values(SInterrupt{SIGINT, "an interrupt (SIGINT)"},
-                                                          SInterrupt{SIGTERM, "a request to end (SIGTERM)"},
-                                                          SInterrupt{SIGHUP, "a lost terminal (SIGHUP)"},
-                                                          SInterrupt{SIGKILL, ""}),
-                                          testing::Values("state", "check", "save-state", "preset")));
+INSTANTIATE_TEST_SUITE_P(
+    Commands, Interrupt,
+    testing::Combine(testing::Values(SInterrupt{SIGINT, "an interrupt (SIGINT)"},
+                                     SInterrupt{SIGTERM, "a request to end (SIGTERM)"},
+                                     SInterrupt{SIGHUP, "a lost terminal (SIGHUP)"}, SInterrupt{SIGKILL, ""}),
+                     testing::Values("state", "check", "render", "save-state", "preset")));
 
 TEST(FullDisk, LeavesTheOldFileAndSaysSo)
 {
@@ -179,7 +181,7 @@ TEST(FullDisk, LeavesTheOldFileAndSaysSo)
         GTEST_SKIP() << "No small disk can be mounted: " << std::strerror(errno) << ".";
     const CTarget target(disk / "target");
     std::ofstream(disk / "filling") << std::string(65536, 'x'); // as far as it goes
-    for (const char* what : {"state", "check", "save-state", "preset"})
+    for (const char* what : {"state", "check", "render", "save-state", "preset"})
     {
         SCOPED_TRACE(what);
         const SToolRun run = RunTool(CommandLine(what, bundle, target.File()));
