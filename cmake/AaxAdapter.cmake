@@ -8,17 +8,22 @@
 #       PORTS_FROM_COUNTS                       # ports of a plug-in that describes no pins
 #       MIDI_INPUT                              # a MIDI input although the plug-in announces none
 #       RT_GUARD                                # counts what should not happen while a block is rendered, for a beta
+#       NO_PROBE                                # the build does not try whether the plug-in loads with these options
 #       VERSION          1.2.3)                 # of the bundle; default 1.0.0
+#
+# Where it is not for another system, the build has vst2probe load the plug-in as it lies in the bundle, and stops when
+# that fails.
 #
 # The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
 # `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/Notices.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake)
 
 function(add_aax_adapter name)
     cmake_parse_arguments(PARSE_ARGV 1 arg
-        "PORTS_FROM_COUNTS;MIDI_INPUT;RT_GUARD" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
+        "PORTS_FROM_COUNTS;MIDI_INPUT;RT_GUARD;NO_PROBE" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
     _aaxadapter_check_arguments()
 
     set(bundle ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin)
@@ -44,58 +49,17 @@ function(add_aax_adapter name)
     aaxadapter_harden_linking(${name})
     _aaxadapter_export_entry_points(${name})
     if(APPLE)
+        set(module ${bundle}/Contents/MacOS/${name})
         _aaxadapter_layout_macos(${name} ${bundle})
     else()
+        set(module ${bundle}/Contents/x86_64-linux/${name}.so)
         set_target_properties(${name} PROPERTIES
             SUFFIX .so LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/x86_64-linux)
     endif()
-    _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources "${arg_SOURCE_VST}")
+    _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources ${module} "${arg_SOURCE_VST}" ${generated})
     aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
     install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
 endfunction()
-
-# Stops the configuration with a sentence that says what to write.
-macro(_aaxadapter_check_arguments)
-    if(NOT name MATCHES "^[A-Za-z0-9_-]+$")
-        message(FATAL_ERROR "add_aax_adapter: the product name '${name}' may have letters, digits, '-' and '_' only.")
-    endif()
-    if(arg_UNPARSED_ARGUMENTS)
-        message(FATAL_ERROR "add_aax_adapter(${name}): '${arg_UNPARSED_ARGUMENTS}' is no argument of it; "
-            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT, RT_GUARD or VERSION.")
-    endif()
-    foreach(required SOURCE_VST EFFECT_ID MANUFACTURER_ID)
-        if(NOT arg_${required})
-            message(FATAL_ERROR "add_aax_adapter(${name}): ${required} is missing.")
-        endif()
-    endforeach()
-    if(NOT TARGET ${arg_SOURCE_VST})
-        cmake_path(ABSOLUTE_PATH arg_SOURCE_VST NORMALIZE)
-        if(NOT EXISTS ${arg_SOURCE_VST})
-            message(FATAL_ERROR "add_aax_adapter(${name}): there is no plug-in at '${arg_SOURCE_VST}'; "
-                "SOURCE_VST takes the path of a VST 2 plug-in.")
-        endif()
-    endif()
-    if(NOT arg_EFFECT_ID MATCHES "^[A-Za-z0-9-]+(\\.[A-Za-z0-9-]+)+$")
-        message(FATAL_ERROR "add_aax_adapter(${name}): EFFECT_ID '${arg_EFFECT_ID}' is no reverse-domain name; "
-            "write one like com.maker.myplugin.")
-    endif()
-    string(LENGTH "${arg_MANUFACTURER_ID}" length)
-    if(NOT length EQUAL 4 OR NOT arg_MANUFACTURER_ID MATCHES "^[A-Za-z0-9 _-]+$")
-        message(FATAL_ERROR "add_aax_adapter(${name}): MANUFACTURER_ID '${arg_MANUFACTURER_ID}' has to be four "
-            "characters, letters or digits, like Mkr1.")
-    endif()
-    if(NOT DEFINED arg_ENTRY_VERSION)
-        set(arg_ENTRY_VERSION 0)
-    elseif(NOT arg_ENTRY_VERSION MATCHES "^[0-9]+$")
-        message(FATAL_ERROR "add_aax_adapter(${name}): ENTRY_VERSION '${arg_ENTRY_VERSION}' has to be a number; "
-            "write 2400, or leave it out for 0.")
-    endif()
-    if(NOT DEFINED arg_VERSION)
-        set(arg_VERSION 1.0.0)
-    elseif(NOT arg_VERSION MATCHES "^[0-9]+(\\.[0-9]+)*$")
-        message(FATAL_ERROR "add_aax_adapter(${name}): VERSION '${arg_VERSION}' has to be numbers and dots, like 1.2.3.")
-    endif()
-endmacro()
 
 function(_aaxadapter_bool out value)
     if(value)
@@ -139,8 +103,9 @@ function(_aaxadapter_layout_macos name bundle)
         COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_BINARY_DIR}/${name}_PkgInfo ${bundle}/Contents/PkgInfo)
 endfunction()
 
-# Copies the plug-in, a file or a folder, again whenever it changes.
-function(_aaxadapter_place_source_vst name resources source)
+# Copies the plug-in, a file or a folder, again whenever it changes, and has it tried there. `options` is a file that
+# changes with the options that it is tried with.
+function(_aaxadapter_place_source_vst name resources module source options)
     set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${name}_source.stamp)
     if(TARGET ${source})
         set(depends ${source})
@@ -156,11 +121,35 @@ function(_aaxadapter_place_source_vst name resources source)
             set(depends ${source})
         endif()
     endif()
-    add_custom_command(OUTPUT ${stamp} VERBATIM DEPENDS ${depends}
+    _aaxadapter_probe_command(probe)
+    add_custom_command(OUTPUT ${stamp} VERBATIM DEPENDS ${depends} ${options}
         COMMENT "Placing source.vst in ${name}.aaxplugin"
-        COMMAND ${CMAKE_COMMAND} -DSOURCE=${plugin} -DRESOURCES=${resources}
-            -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/PlaceSourceVst.cmake
-        COMMAND ${CMAKE_COMMAND} -E touch ${stamp})
+        COMMAND ${CMAKE_COMMAND} -DPRODUCT=${name} -DSOURCE=${plugin} -DRESOURCES=${resources} -DSTAMP=${stamp}
+            -DMODULE=${module} "-DPROBE=${probe}"
+            -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/PlaceSourceVst.cmake)
     add_custom_target(${name}_source_vst ALL DEPENDS ${stamp})
+    if(probe)
+        add_dependencies(${name}_source_vst AaxAdapter::vst2probe)
+    endif()
     add_dependencies(${name} ${name}_source_vst)
+endfunction()
+
+# The command that tries a plug-in, behind which its path belongs; empty where none is tried.
+function(_aaxadapter_probe_command out)
+    set(${out} "" PARENT_SCOPE)
+    if(arg_NO_PROBE OR CMAKE_CROSSCOMPILING)
+        return()
+    endif()
+    if(NOT TARGET AaxAdapter::vst2probe)
+        message(FATAL_ERROR "add_aax_adapter(${name}): there is no vst2probe to try the plug-in with; install the "
+            "libraries that it is made of, CLI11, fmt and nlohmann_json, or write NO_PROBE.")
+    endif()
+    set(probe $<TARGET_FILE:AaxAdapter::vst2probe> --timeout 60 --expect --entry-version ${arg_ENTRY_VERSION})
+    if(arg_PORTS_FROM_COUNTS)
+        list(APPEND probe --ports-from-counts)
+    endif()
+    if(arg_MIDI_INPUT)
+        list(APPEND probe --midi-input)
+    endif()
+    set(${out} "${probe}" PARENT_SCOPE)
 endfunction()

@@ -13,6 +13,9 @@ if(PROJECT_IS_TOP_LEVEL)
     set(package lib/cmake/AaxAdapter)
     install(TARGETS ${libraries} project_warnings EXPORT AaxAdapterTargets
         ARCHIVE DESTINATION lib/aaxadapter COMPONENT AaxAdapter)
+    if(TARGET vst2probe)
+        install(TARGETS vst2probe EXPORT AaxAdapterTargets RUNTIME DESTINATION bin COMPONENT AaxAdapter)
+    endif()
     install(EXPORT AaxAdapterTargets NAMESPACE AaxAdapter:: DESTINATION ${package} COMPONENT AaxAdapter)
     write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/AaxAdapterConfigVersion.cmake COMPATIBILITY SameMajorVersion)
     install(FILES
@@ -23,6 +26,7 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in
             ${CMAKE_CURRENT_LIST_DIR}/Notices.cmake
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
             ${CMAKE_CURRENT_LIST_DIR}/product.cpp.in
@@ -33,7 +37,7 @@ if(PROJECT_IS_TOP_LEVEL)
     # What a maker needs, and so all that has to be built before the package is installed.
     add_custom_target(aaxadapter_package DEPENDS ${libraries})
     if(TARGET aaxhost)
-        install(TARGETS aaxhost vst2probe RUNTIME DESTINATION bin COMPONENT AaxAdapter)
+        install(TARGETS aaxhost RUNTIME DESTINATION bin COMPONENT AaxAdapter)
         add_dependencies(aaxadapter_package aaxhost vst2probe)
     endif()
     # What is in the libraries and the two programs; the programs' other libraries are shared ones of the system, or free

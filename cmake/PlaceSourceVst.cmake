@@ -1,4 +1,10 @@
-# Replaces source.vst in RESOURCES by SOURCE, a file or a bundle folder.
+# Replaces source.vst in RESOURCES by SOURCE, a file or a bundle folder, and has it tried there.
+#   PROBE   the command that tries it, a list; empty: it is not tried
+#   MODULE  the bundle's executable, which goes when the plug-in fails
+#   STAMP   the file that is there when all went well
+# A failure leaves neither stamp nor plug-in nor executable: nothing takes such a bundle for built, and the next build tries
+# again even when an older plug-in is put back.
+file(REMOVE ${STAMP})
 file(REMOVE_RECURSE ${RESOURCES}/source.vst)
 file(MAKE_DIRECTORY ${RESOURCES})
 file(REAL_PATH ${SOURCE} real)
@@ -7,3 +13,13 @@ file(COPY ${real} DESTINATION ${RESOURCES})
 if(NOT name STREQUAL "source.vst")
     file(RENAME ${RESOURCES}/${name} ${RESOURCES}/source.vst)
 endif()
+if(PROBE)
+    execute_process(COMMAND ${PROBE} ${RESOURCES}/source.vst RESULT_VARIABLE result OUTPUT_QUIET)
+    if(NOT result EQUAL 0)
+        file(REMOVE ${MODULE})
+        file(REMOVE_RECURSE ${RESOURCES}/source.vst)
+        message(FATAL_ERROR "${PRODUCT} is not built, since ${SOURCE} was refused as said above. A plug-in that cannot "
+            "be loaded where it is built (for want of a display, say) needs NO_PROBE in add_aax_adapter(${PRODUCT}).")
+    endif()
+endif()
+file(TOUCH ${STAMP})

@@ -2,7 +2,7 @@
 #   cmake --preset release -DAAXADAPTER_PRODUCT=MyPlugin -DAAXADAPTER_SOURCE_VST=path
 #         -DAAXADAPTER_EFFECT_ID=com.maker.myplugin -DAAXADAPTER_MANUFACTURER_ID=Mkr1
 #         [-DAAXADAPTER_ENTRY_VERSION=2400] [-DAAXADAPTER_PORTS_FROM_COUNTS=ON] [-DAAXADAPTER_MIDI_INPUT=ON]
-#         [-DAAXADAPTER_RT_GUARD=ON] [-DAAXADAPTER_VERSION=1.2.3]
+#         [-DAAXADAPTER_RT_GUARD=ON] [-DAAXADAPTER_NO_PROBE=ON] [-DAAXADAPTER_VERSION=1.2.3]
 # A command line that names a product says all of it: what it leaves out is the default, whatever an earlier one had. An
 # empty name takes the product out again.
 include_guard(GLOBAL)
@@ -30,10 +30,11 @@ _aaxadapter_product_option(ENTRY_VERSION STRING 0 "Host version answered inside 
 _aaxadapter_product_option(PORTS_FROM_COUNTS BOOL OFF "Ports of a plug-in that describes no pins")
 _aaxadapter_product_option(MIDI_INPUT BOOL OFF "A MIDI input although the plug-in announces none")
 _aaxadapter_product_option(RT_GUARD BOOL OFF "Count what should not happen while a block is rendered, for a beta")
+_aaxadapter_product_option(NO_PROBE BOOL OFF "Do not try while building whether the plug-in loads")
 
 if(AAXADAPTER_PRODUCT)
     set(switches "")
-    foreach(switch PORTS_FROM_COUNTS MIDI_INPUT RT_GUARD)
+    foreach(switch PORTS_FROM_COUNTS MIDI_INPUT RT_GUARD NO_PROBE)
         if(AAXADAPTER_${switch})
             list(APPEND switches ${switch})
         endif()

@@ -2,6 +2,7 @@
 
 #include "Platform/PluginImage.h"
 #include "Source/plugins/PortList.h"
+#include "Tools/vst2probe/LoadFault.h"
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,7 @@ constexpr VstIntPtr kHostVersion = 2400;
 constexpr char kHostProduct[] = "IsmAaxVstHost";
 constexpr std::int32_t kBlockSize = 1024; // frames, as a module announces
 constexpr float kSampleRate = 44100.0F;   // Hz
+constexpr int kBlocks = 8;                // enough for a latency that shows late
 /** Longer than any text of a plug-in that was seen; the interface allows 64 characters. */
 constexpr std::size_t kTextLength = 1024;
 // Far above what any plug-in has; a nonsensical count must not become a huge list.
@@ -86,7 +88,7 @@ void CPluginInspector::Run(const std::string& inPath)
             Stage("it was asked for its parameters");
             ReadParameters();
             Stage("it rendered its first block");
-            RenderBlock();
+            RenderBlocks();
             Stage("it was closed");
             Close();
         }
@@ -102,15 +104,11 @@ void CPluginInspector::Run(const std::string& inPath)
 std::string CPluginInspector::Load(const std::string& inPath)
 {
     mImage = OpenPluginImage(inPath.c_str());
-    if (mImage == nullptr)
+    if (mImage == nullptr || !mImage->LoadExecutable())
     {
-        return "there is no executable in it";
+        return LoadFault(inPath);
     }
-    if (!mImage->LoadExecutable())
-    {
-        return "its executable cannot be loaded: it is broken, made for another machine, or needs a library "
-               "that is missing";
-    }
+    mFacts.executables = static_cast<std::int32_t>(PluginExecutables(inPath).size());
     for (const char* name : {"VSTPluginMain", "main_macho", PlatformEntrySymbol()})
     {
         void* const symbol = name != nullptr ? mImage->FindSymbol(name) : nullptr;
@@ -142,6 +140,7 @@ std::string CPluginInspector::Enter()
 void CPluginInspector::ReadIdentity()
 {
     const AEffect& effect = *mEffect;
+    mFacts.latencyWhenLoaded = effect.initialDelay;
     mFacts.name = Text(effGetEffectName);
     mFacts.vendor = Text(effGetVendorString);
     mFacts.product = Text(effGetProductString);
@@ -211,16 +210,26 @@ void CPluginInspector::ReadParameters()
     }
 }
 
-void CPluginInspector::RenderBlock()
+void CPluginInspector::RenderBlocks()
 {
     AEffect& effect = *mEffect;
-    if (effect.processReplacing != nullptr)
+    std::vector<std::array<float, kBlockSize>> inputs(static_cast<std::size_t>(mFacts.inputs));
+    std::vector<std::array<float, kBlockSize>> outputs(static_cast<std::size_t>(mFacts.outputs));
+    for (int block = 0; block < kBlocks && effect.processReplacing != nullptr; ++block)
     {
-        std::vector<std::array<float, kBlockSize>> inputs(static_cast<std::size_t>(mFacts.inputs));
-        std::vector<std::array<float, kBlockSize>> outputs(static_cast<std::size_t>(mFacts.outputs));
+        for (auto& input : inputs)
+        {
+            input.fill(0.0F); // some plug-ins write into their inputs
+        }
         effect.processReplacing(&effect, Pointers(inputs).data(), Pointers(outputs).data(), kBlockSize);
+        mTimeInfo.samplePos += kBlockSize;
+        if (block == 0)
+        {
+            mFacts.latencyAfterFirstBlock = effect.initialDelay; // some know it only now
+            Stage("it rendered more blocks");
+        }
     }
-    mFacts.latencyAfterFirstBlock = effect.initialDelay; // some know it only now
+    mFacts.latencyAfterBlocks = effect.initialDelay;
 }
 
 void CPluginInspector::Close()

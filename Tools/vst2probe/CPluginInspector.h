@@ -52,7 +52,7 @@ private:
     void ReadPorts();
     void Open();
     void ReadParameters();
-    void RenderBlock();
+    void RenderBlocks();
     void Close();
     void Stage(const char* inText);
 

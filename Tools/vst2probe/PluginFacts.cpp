@@ -97,8 +97,11 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"flagNames", inFacts.FlagNames()},
                    {"editor", inFacts.HasFlag(effFlagsHasEditor)},
                    {"chunk", inFacts.HasFlag(effFlagsProgramChunks)},
+                   {"latencyWhenLoaded", inFacts.latencyWhenLoaded},
                    {"latencyAtStart", inFacts.latencyAtStart},
                    {"latencyAfterFirstBlock", inFacts.latencyAfterFirstBlock},
+                   {"latencyAfterBlocks", inFacts.latencyAfterBlocks},
+                   {"executables", inFacts.executables},
                    {"midiBeforeOpen", inFacts.midiBeforeOpen},
                    {"midiAfterOpen", inFacts.midiAfterOpen},
                    {"parameters", parameters},
@@ -119,8 +122,11 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     outFacts.outputPorts = PortsFromJson(inJson.at("outputPorts"));
     inJson.at("portListCut").get_to(outFacts.portListCut);
     inJson.at("flags").get_to(outFacts.flags);
+    inJson.at("latencyWhenLoaded").get_to(outFacts.latencyWhenLoaded);
     inJson.at("latencyAtStart").get_to(outFacts.latencyAtStart);
     inJson.at("latencyAfterFirstBlock").get_to(outFacts.latencyAfterFirstBlock);
+    inJson.at("latencyAfterBlocks").get_to(outFacts.latencyAfterBlocks);
+    inJson.at("executables").get_to(outFacts.executables);
     inJson.at("midiBeforeOpen").get_to(outFacts.midiBeforeOpen);
     inJson.at("midiAfterOpen").get_to(outFacts.midiAfterOpen);
     inJson.at("programs").get_to(outFacts.programs);

@@ -36,9 +36,12 @@ struct SPluginFacts
     bool portListCut = false; // a pin that names a speaker ended the list
     std::vector<SParameterFacts> parameters;
     std::vector<std::string> programs;
-    std::int32_t flags = 0;          // VstAEffectFlags
-    std::int32_t latencyAtStart = 0; // samples
+    std::int32_t flags = 0;             // VstAEffectFlags
+    std::int32_t latencyWhenLoaded = 0; // samples
+    std::int32_t latencyAtStart = 0;    // opened and switched on
     std::int32_t latencyAfterFirstBlock = 0;
+    std::int32_t latencyAfterBlocks = 0; // some
+    std::int32_t executables = 0;        // 0: not known
     bool midiBeforeOpen = false;
     bool midiAfterOpen = false;
 

@@ -1,15 +1,21 @@
 #include "Tools/vst2probe/ProbeCommand.h"
 
+#include "Tools/commandline/StandardStreams.h"
 #include "Tools/vst2probe/ProbePlugin.h"
 #include "Tools/vst2probe/ProductChoice.h"
 #include "Tools/vst2probe/Report.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
+#include <exception>
 #include <filesystem>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
 
 namespace
 {
@@ -18,6 +24,86 @@ std::filesystem::path AbsolutePath(const std::string& inPath)
 {
     const std::filesystem::path path = std::filesystem::absolute(inPath).lexically_normal();
     return path.has_filename() ? path : path.parent_path();
+}
+/** The error as a sentence and, where a program reads the output, there as well. @return the exit code. */
+int Refuse(const SProbeArguments& inArguments, const std::string& inSentence)
+{
+    if (inArguments.json)
+    {
+        // Paths are in any encoding.
+        fmt::print("{}\n", nlohmann::ordered_json{{"error", inSentence}}.dump(
+                               4, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+    }
+    fmt::print(stderr, "{}\n", inSentence);
+    return 1;
+}
+
+/** @return why there is nothing to look at, as a sentence; empty when there is. */
+std::string PathFault(const std::filesystem::path& inPlugin)
+{
+    std::error_code error;
+    if (!std::filesystem::exists(inPlugin, error) && !error)
+    {
+        return std::filesystem::is_symlink(inPlugin, error)
+                   ? fmt::format("{} is a link to {}, where there is nothing.", inPlugin.string(),
+                                 std::filesystem::read_symlink(inPlugin, error).string())
+                   : fmt::format("There is no plug-in at {}.", inPlugin.string());
+    }
+    if (error || access(inPlugin.c_str(), R_OK) != 0)
+    {
+        return fmt::format("{} cannot be read: {}.", inPlugin.string(),
+                           error ? error.message() : std::strerror(errno));
+    }
+    return {};
+}
+
+int Expect(const std::string& inProgram, const std::filesystem::path& inPlugin,
+           const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
+{
+    const SExpectation expectation = TryProduct(inProgram, inPlugin, inArguments.expected, inLimit);
+    if (!expectation.refusal.empty())
+    {
+        return Refuse(inArguments, fmt::format("{} cannot be wrapped with these options: {}.",
+                                               inPlugin.string(), expectation.refusal));
+    }
+    for (const std::string& warning : expectation.warnings)
+    {
+        fmt::print(stderr, "Warning of {}: {}\n", inPlugin.string(), warning);
+    }
+    if (inArguments.json)
+    {
+        fmt::print("{}\n", nlohmann::ordered_json{{"warnings", expectation.warnings}}.dump(4));
+    }
+    else
+    {
+        fmt::print("{} loads with these options.\n", inPlugin.string());
+    }
+    return 0;
+}
+
+int Look(const std::string& inProgram, const std::filesystem::path& inPlugin,
+         const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
+{
+    const SProbeResult result = ProbePlugin(inProgram, inPlugin, inLimit);
+    if (!result.facts)
+    {
+        return Refuse(inArguments,
+                      fmt::format("{} cannot be wrapped: {}.", inPlugin.string(), result.refusal));
+    }
+    const SProductChoice choice = ChooseProduct(inPlugin, result, inArguments.productName);
+    if (inArguments.configureArguments)
+    {
+        for (const std::string& argument : choice.ConfigureArguments())
+        {
+            fmt::print("{}\n", argument);
+        }
+    }
+    else
+    {
+        fmt::print("{}",
+                   inArguments.json ? JsonReport(*result.facts, choice) : TextReport(*result.facts, choice));
+    }
+    return 0;
 }
 } // namespace
 
@@ -40,6 +126,17 @@ void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
         .add_flag("--configure-args", outArguments.configureArguments,
                   "Print the arguments that configure this product on cmake's command line, one a line")
         ->excludes(json);
+    CLI::Option* const expect =
+        ioApp.add_flag("--expect", outArguments.expect,
+                       "Only try whether it loads as a product with the three options that follow");
+    ioApp.add_option("--entry-version", outArguments.expected.entryVersion, "The product's ENTRY_VERSION")
+        ->needs(expect);
+    ioApp
+        .add_flag("--ports-from-counts", outArguments.expected.portsFromCounts,
+                  "The product has PORTS_FROM_COUNTS")
+        ->needs(expect);
+    ioApp.add_flag("--midi-input", outArguments.expected.midiInput, "The product has MIDI_INPUT")
+        ->needs(expect);
     ioApp.add_option(kProbeChildOption, outArguments.childEntryVersion)->group(""); // not in the help
 }
 
@@ -51,29 +148,19 @@ int RunProbeCommand(const std::string& inProgram, const SProbeArguments& inArgum
     {
         RunProbeChild(plugin, *inArguments.childEntryVersion, limit);
     }
-    if (!std::filesystem::exists(plugin))
+    try
     {
-        fmt::print(stderr, "There is no plug-in at {}.\n", plugin.string());
-        return 1;
-    }
-    const SProbeResult result = ProbePlugin(inProgram, plugin, limit);
-    if (!result.facts)
-    {
-        fmt::print(stderr, "{} cannot be wrapped: {}.\n", plugin.string(), result.refusal);
-        return 1;
-    }
-    const SProductChoice choice = ChooseProduct(plugin, result, inArguments.productName);
-    if (inArguments.configureArguments)
-    {
-        for (const std::string& argument : choice.ConfigureArguments())
+        if (const std::string fault = PathFault(plugin); !fault.empty())
         {
-            fmt::print("{}\n", argument);
+            return Refuse(inArguments, fault);
         }
+        return inArguments.expect ? Expect(inProgram, plugin, inArguments, limit)
+                                  : Look(inProgram, plugin, inArguments, limit);
     }
-    else
+    catch (const std::exception& error)
     {
-        fmt::print("{}",
-                   inArguments.json ? JsonReport(*result.facts, choice) : TextReport(*result.facts, choice));
+        if (IsOutputIncomplete())
+            throw; // it is not the plug-in
+        return Refuse(inArguments, fmt::format("{} cannot be looked at: {}.", plugin.string(), error.what()));
     }
-    return 0;
 }

@@ -1,4 +1,6 @@
 #pragma once
+#include "Tools/vst2probe/ExpectedProduct.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,6 +18,8 @@ struct SProbeArguments
     double timeoutSeconds = 20.0;
     bool json = false;
     bool configureArguments = false;
+    bool expect = false; // to be tried with the options of the next
+    SExpectedProduct expected;
     std::optional<std::int32_t> childEntryVersion; // in a child process only
 };
 

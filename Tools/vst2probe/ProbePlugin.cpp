@@ -11,25 +11,14 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-namespace
-{
-constexpr std::int32_t kUsualVersion = 2400;
-
-struct SAttempt
-{
-    std::optional<SPluginFacts> facts;
-    std::string refusal;
-    bool askedVersion = false;
-};
-
-SAttempt Attempt(const std::string& inProgram, const std::filesystem::path& inPlugin,
-                 std::int32_t inEntryVersion, std::chrono::milliseconds inLimit)
+SProbeAttempt ProbeOnce(const std::string& inProgram, const std::filesystem::path& inPlugin,
+                        std::int32_t inEntryVersion, std::chrono::milliseconds inLimit)
 {
     const auto deadline = CChildProcess::Clock::now() + inLimit;
     CChildProcess child(inProgram, {kProbeChildOption, std::to_string(inEntryVersion), "--timeout",
                                     fmt::format("{}", static_cast<double>(inLimit.count()) / 1000.0), "--",
                                     inPlugin.string()});
-    SAttempt attempt;
+    SProbeAttempt attempt;
     std::string stage = "its process was started";
     while (const std::optional<std::string> line = child.ReadLine(deadline))
     {
@@ -56,20 +45,19 @@ SAttempt Attempt(const std::string& inProgram, const std::filesystem::path& inPl
     attempt.refusal = HowChildEnded(child.Wait(deadline), stage, inLimit);
     return attempt;
 }
-} // namespace
 
 SProbeResult ProbePlugin(const std::string& inProgram, const std::filesystem::path& inPlugin,
                          std::chrono::milliseconds inLimit)
 {
     SProbeResult result;
-    SAttempt attempt = Attempt(inProgram, inPlugin, 0, inLimit);
+    SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, 0, inLimit);
     result.askedVersion = attempt.askedVersion;
     if (!attempt.facts && attempt.askedVersion)
     {
-        SAttempt second = Attempt(inProgram, inPlugin, kUsualVersion, inLimit);
+        SProbeAttempt second = ProbeOnce(inProgram, inPlugin, kUsualEntryVersion, inLimit);
         if (second.facts)
         {
-            result.entryVersion = kUsualVersion;
+            result.entryVersion = kUsualEntryVersion;
             result.refusalOfZero = attempt.refusal;
         }
         attempt = std::move(second);

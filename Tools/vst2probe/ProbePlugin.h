@@ -17,6 +17,21 @@ struct SProbeResult
     std::string refusalOfZero;         // what it did with 0 when it needs another
 };
 
+/** What came of one look at a plug-in. */
+struct SProbeAttempt
+{
+    std::optional<SPluginFacts> facts; // nothing: refused
+    std::string refusal;               // why, when refused
+    bool askedVersion = false;         // whether it asked for the host's version inside its entry function
+};
+
+/** The host's version that most plug-ins want to hear inside their entry function. */
+inline constexpr std::int32_t kUsualEntryVersion = 2400;
+
+/** Looks at a plug-in from a child process, once. Parameters and errors are those of ProbePlugin(). */
+SProbeAttempt ProbeOnce(const std::string& inProgram, const std::filesystem::path& inPlugin,
+                        std::int32_t inEntryVersion, std::chrono::milliseconds inLimit);
+
 /**
  * Looks at a plug-in from a child process, with 0 as the host's version inside the entry function and, if it
  * asked for that and failed, with 2400.

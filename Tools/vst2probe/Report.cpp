@@ -1,6 +1,7 @@
 #include "Tools/vst2probe/Report.h"
 
 #include "Interfaces/VST2/AEffect.h"
+#include "Tools/vst2probe/Warnings.h"
 
 #include <algorithm>
 #include <iterator>
@@ -20,13 +21,21 @@ std::string Shown(std::string inText)
     return inText;
 }
 
+bool IsBlank(const std::string& inText) { return inText.find_first_not_of(" \t\r\n") == std::string::npos; }
+
 const char* YesNo(bool inValue) { return inValue ? "yes" : "no"; }
 
 std::string Ports(const std::vector<SPortFacts>& inPorts)
 {
+    constexpr std::size_t maxShown = 8;
     std::vector<std::string> texts;
     for (const SPortFacts& port : inPorts)
     {
+        if (texts.size() == maxShown - 1 && inPorts.size() > maxShown)
+        {
+            texts.push_back(fmt::format("and {} more", inPorts.size() - texts.size()));
+            break;
+        }
         const char* const format = port.channels == 2 ? "stereo" : "mono";
         texts.push_back(port.label.empty() ? format : fmt::format("{} \"{}\"", format, Shown(port.label)));
     }
@@ -47,10 +56,16 @@ void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
         fmt::format_to(std::back_inserter(ioText), "    {:05} {:<24} {} {}\n", i, Shown(parameter.name),
                        Shown(parameter.display), Shown(parameter.unit));
     }
-    AddLine(ioText, "programs", std::to_string(inFacts.programs.size()));
+    const auto blank = std::ranges::count_if(inFacts.programs, &IsBlank);
+    AddLine(ioText, "programs",
+            blank == 0 ? std::to_string(inFacts.programs.size())
+                       : fmt::format("{}, {} of them without a name", inFacts.programs.size(), blank));
     for (std::size_t i = 0; i < inFacts.programs.size(); ++i)
     {
-        fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.programs[i]));
+        if (!IsBlank(inFacts.programs[i]))
+        {
+            fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.programs[i]));
+        }
     }
 }
 
@@ -77,14 +92,21 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
             fmt::format("{} when loaded, {} when opened", YesNo(inFacts.midiBeforeOpen),
                         YesNo(inFacts.midiAfterOpen)));
     AddLine(text, "latency",
-            fmt::format("{} samples at the start, {} after the first block", inFacts.latencyAtStart,
-                        inFacts.latencyAfterFirstBlock));
+            fmt::format("{} samples when loaded, {} when opened, {} after the first block, {} after some",
+                        inFacts.latencyWhenLoaded, inFacts.latencyAtStart, inFacts.latencyAfterFirstBlock,
+                        inFacts.latencyAfterBlocks));
     AddLine(text, "editor", YesNo(inFacts.HasFlag(effFlagsHasEditor)));
     AddLine(text, "chunk", YesNo(inFacts.HasFlag(effFlagsProgramChunks)));
     AddLine(text, "flags",
             fmt::format("0x{:X} {}", static_cast<std::uint32_t>(inFacts.flags),
                         fmt::join(inFacts.FlagNames(), ", ")));
     AddParametersAndPrograms(text, inFacts);
+
+    const std::vector<std::string> warnings = WarningsOf(inFacts, inChoice.portsFromCounts.value);
+    if (!warnings.empty())
+    {
+        fmt::format_to(std::back_inserter(text), "\nWarnings\n  {}\n", fmt::join(warnings, "\n  "));
+    }
 
     const auto option = [&text](const char* inName, const std::string& inValue, const std::string& inReason)
     { fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", inName, inValue, inReason); };
@@ -102,6 +124,7 @@ std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
     report["options"] = {{"ENTRY_VERSION", OptionToJson(inChoice.entryVersion)},
                          {"PORTS_FROM_COUNTS", OptionToJson(inChoice.portsFromCounts)},
                          {"MIDI_INPUT", OptionToJson(inChoice.midiInput)}};
+    report["warnings"] = WarningsOf(inFacts, inChoice.portsFromCounts.value);
     report["productName"] = inChoice.name;
     report["cmakeCall"] = inChoice.CmakeCall();
     report["configureArguments"] = inChoice.ConfigureArguments();

@@ -32,7 +32,8 @@ enum class ERudeness
     kBrokenTexts,
     kDemanding,
     kSpeakerPin,
-    kRefuseAnyVersion
+    kRefuseAnyVersion,
+    kMissingLibrary
 };
 constexpr ERudeness kRudeness = ERudeness::RUDENESS;
 constexpr bool Is(ERudeness inRudeness) { return kRudeness == inRudeness; }

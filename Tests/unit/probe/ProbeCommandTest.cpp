@@ -19,7 +19,9 @@ TEST(ProbeCommand, ARefusalIsOneSentenceOnTheErrorStreamAndCode1)
         EXPECT_NE(errors.output.find(plugin), std::string::npos);
         EXPECT_EQ(errors.output.find('\n'), errors.output.size() - 1) << errors.output;
         EXPECT_TRUE(errors.output.ends_with(".\n"));
-        EXPECT_EQ(Vst2probe(plugin + " --json").output, "");
+        const auto json = nlohmann::json::parse(Vst2probe(plugin + " --json").output, nullptr, false);
+        ASSERT_TRUE(json.is_object());
+        EXPECT_EQ(json["error"].get<std::string>() + "\n", errors.output);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iterator>
+#include <utility>
 
 namespace
 {
@@ -54,15 +56,42 @@ TEST(ProbePlugin, AHangEndsWithItsTimeAndNamesTheStep)
     }
 }
 
-TEST(ProbePlugin, WhatIsNoExecutableIsRefused)
+TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
 {
-    const std::filesystem::path folder = testing::TempDir() + "vst2probe_empty.vst";
+    std::ifstream plugin(std::string(RUDE_PLUGIN_FOLDER) + "/rude_None.so", std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(plugin), {}};
+    std::string foreign = whole;
+    foreign[18] = '\xB7'; // ELF's number of 64-bit ARM
+    std::string program = whole;
+    program[16] = 2; // and of a program that has its fixed place
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "an empty file"},
+        {"text", "a file of another kind"},
+        {std::string("\xCF\xFA\xED\xFE, and more"), "library for macOS"},
+        {"MZ, and more", "library for Windows"},
+        {foreign, "another processor, 64-bit ARM"},
+        {program, "no library but a program"},
+        {whole.substr(0, 40), "cut short: 40 bytes"},
+        {whole.substr(0, whole.size() / 2), "cut short"}};
+    const std::filesystem::path folder = testing::TempDir() + "vst2probe_broken \"\xC3\xBC'.vst";
     std::filesystem::create_directories(folder);
-    EXPECT_EQ(ProbePlugin(VST2PROBE_FILE, folder, 30s).refusal, "there is no executable in it");
-    const std::filesystem::path file = testing::TempDir() + "vst2probe_text.so";
-    std::ofstream(file) << "text";
-    EXPECT_TRUE(
-        ProbePlugin(VST2PROBE_FILE, file, 30s).refusal.starts_with("its executable cannot be loaded"));
+    EXPECT_NE(ProbePlugin(VST2PROBE_FILE, folder, 30s).refusal.find("there is no executable in it"),
+              std::string::npos);
+    for (const auto& [bytes, reason] : rows)
+    {
+        SCOPED_TRACE(reason);
+        std::ofstream(folder / "a.so", std::ios::binary) << bytes;
+        const SProbeResult result = ProbePlugin(VST2PROBE_FILE, folder, 30s);
+        EXPECT_NE(result.refusal.find(reason), std::string::npos) << result.refusal;
+    }
+    std::ofstream(folder / "a.so", std::ios::binary) << whole;
+    std::filesystem::copy_file(folder / "a.so", folder / "b.so");
+    const SProbeResult result = ProbePlugin(VST2PROBE_FILE, folder, 30s);
+    ASSERT_TRUE(result.facts) << result.refusal;
+    EXPECT_EQ(result.facts->executables, 2);
+    std::filesystem::remove_all(folder);
+
+    EXPECT_EQ(Probe("MissingLibrary").refusal, "it needs the library librude_absent.so, which is missing");
 }
 
 TEST(ProbePlugin, TheEntryVersionIsTriedOnlyWhereItIsAskedFor)

@@ -56,6 +56,16 @@ COutcome<SModuleEntries> FindEntries(void* inImage, const fs::path& inFile)
         return entries;
     return SProblem{fmt::format("'{}' is no module: it does not export {}.", inFile.string(), missing)};
 }
+
+/** A sentence more on what helps, with a space ahead; empty where nothing is known to. */
+std::string HelpFor(ACFRESULT inResult)
+{
+    if (inResult != kAAX_ErrorNullObject)
+        return {};
+    return " That is its answer where the plug-in in it does not load: `vst2probe` with the bundle's "
+           "Contents/Resources/source.vst says why not, and which option the product needs, which most often "
+           "is ENTRY_VERSION 2400.";
+}
 } // namespace
 
 void CModule::SImageCloser::operator()(void* inImage) const { dlclose(inImage); }
@@ -114,8 +124,8 @@ COutcome<std::unique_ptr<CModule>> CModule::Begin(std::unique_ptr<CModule> inMod
     IACFPluginDefinition* definition = nullptr;
     const ACFRESULT result = entries.mRegisterPlugin(host, &definition);
     if (ACFFailed(result))
-        return SProblem{fmt::format("The module refuses to describe itself: ACFRegisterPlugin answered {}.",
-                                    NameOfResult(result))};
+        return SProblem{fmt::format("The module refuses to describe itself: ACFRegisterPlugin answered {}.{}",
+                                    NameOfResult(result), HelpFor(result))};
     if (definition == nullptr)
         return SProblem{"The module hands over no plug-in definition although ACFRegisterPlugin succeeded."};
     inModule->mDefinition = ACFPtr<IACFPluginDefinition>(definition);

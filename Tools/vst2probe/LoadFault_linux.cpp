@@ -1,0 +1,157 @@
+#include "Tools/vst2probe/LoadFault.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include <dlfcn.h>
+#include <elf.h>
+#include <fmt/format.h>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+std::vector<std::string> SharedObjects(const fs::path& inFolder)
+{
+    std::vector<std::string> found;
+    std::error_code error;
+    for (fs::directory_iterator entry(inFolder, error), end; !error && entry != end; entry.increment(error))
+    {
+        std::error_code typeError;
+        if (entry->path().extension() == ".so" && entry->is_regular_file(typeError))
+        {
+            found.push_back(entry->path().string());
+        }
+    }
+    std::ranges::sort(found);
+    return found;
+}
+
+template <typename Record>
+bool ReadRecord(std::ifstream& ioFile, std::uint64_t inOffset, Record& outRecord)
+{
+    ioFile.seekg(static_cast<std::streamoff>(inOffset));
+    ioFile.read(reinterpret_cast<char*>(&outRecord), sizeof(outRecord));
+    return ioFile.good();
+}
+
+std::string ProcessorName(std::uint16_t inMachine)
+{
+    constexpr std::pair<std::uint16_t, const char*> names[] = {
+        {EM_386, "32-bit x86"},       {EM_ARM, "32-bit ARM"}, {EM_AARCH64, "64-bit ARM"},
+        {EM_PPC64, "64-bit PowerPC"}, {EM_RISCV, "RISC-V"},   {EM_LOONGARCH, "LoongArch"}};
+    const auto* const found =
+        std::ranges::find(names, inMachine, &std::pair<std::uint16_t, const char*>::first);
+    return found != std::end(names) ? found->second : fmt::format("machine {}", inMachine);
+}
+
+/** What a file that is none of this system's libraries is, by its first bytes. */
+std::string OtherKind(const char (&inBytes)[4])
+{
+    const std::string_view start(inBytes, sizeof(inBytes));
+    for (const std::string_view mark : {"\xCF\xFA\xED\xFE", "\xCE\xFA\xED\xFE", "\xCA\xFE\xBA\xBE"})
+    {
+        if (start == mark)
+        {
+            return "its executable is a library for macOS and cannot be loaded on this system";
+        }
+    }
+    return start.starts_with("MZ")
+               ? "its executable is a library for Windows and cannot be loaded on this system"
+               : "its executable is no library but a file of another kind";
+}
+
+/** @return empty when the file looks like what can be loaded. */
+std::string FileFault(const std::string& inPath)
+{
+    std::ifstream file(inPath, std::ios::binary);
+    if (!file)
+    {
+        return fmt::format("its executable {} cannot be read: {}", inPath, std::strerror(errno));
+    }
+    std::error_code error;
+    const std::uint64_t size = fs::file_size(inPath, error);
+    char start[4]{};
+    if (size == 0 || error)
+    {
+        return "its executable is an empty file";
+    }
+    if (!ReadRecord(file, 0, start) || std::memcmp(start, ELFMAG, SELFMAG) != 0)
+    {
+        return OtherKind(start);
+    }
+    const std::string cut = fmt::format("its executable is cut short: {} bytes are not all of it", size);
+    Elf64_Ehdr header{};
+    if (!ReadRecord(file, 0, header))
+    {
+        return cut;
+    }
+    if (header.e_machine != EM_X86_64) // in the same place in 32-bit files
+    {
+        return fmt::format("its executable is for another processor, {}, and this is 64-bit x86",
+                           ProcessorName(header.e_machine));
+    }
+    if (header.e_type != ET_DYN)
+    {
+        return "its executable is no library but a program or a part of one";
+    }
+    for (std::uint64_t i = 0; i < header.e_phnum; ++i)
+    {
+        Elf64_Phdr segment{};
+        if (!ReadRecord(file, header.e_phoff + i * sizeof(segment), segment) || segment.p_offset > size ||
+            (segment.p_type == PT_LOAD && segment.p_filesz > size - segment.p_offset))
+        {
+            return cut;
+        }
+    }
+    return {};
+}
+
+/** What the system's loader said, which names the file in question first. */
+std::string LoaderFault(const std::string& inPath)
+{
+    const char* const said = dlerror();
+    std::string text = said != nullptr ? said : "the system's loader does not say why";
+    constexpr std::string_view missing = ": cannot open shared object file: No such file or directory";
+    if (text.ends_with(missing))
+    {
+        return fmt::format("it needs the library {}, which is missing",
+                           text.substr(0, text.size() - missing.size()));
+    }
+    if (text.starts_with(inPath + ": "))
+    {
+        text.erase(0, inPath.size() + 2);
+    }
+    return "its executable cannot be loaded: " + text;
+}
+} // namespace
+
+std::vector<std::string> PluginExecutables(const std::string& inPlugin)
+{
+    std::error_code error;
+    if (!fs::is_directory(inPlugin, error))
+    {
+        return {inPlugin};
+    }
+    std::vector<std::string> found = SharedObjects(fs::path(inPlugin) / "Contents" / "x86_64-linux");
+    return found.empty() ? SharedObjects(inPlugin) : found;
+}
+
+std::string LoadFault(const std::string& inPlugin)
+{
+    const std::vector<std::string> executables = PluginExecutables(inPlugin);
+    if (executables.empty())
+    {
+        return "there is no executable in it, neither in Contents/x86_64-linux nor beside that";
+    }
+    const std::string fault = FileFault(executables.front());
+    return fault.empty() ? LoaderFault(executables.front()) : fault;
+}

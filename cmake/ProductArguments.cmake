@@ -1,0 +1,66 @@
+# What add_aax_adapter() takes for an argument.
+include_guard(GLOBAL)
+
+# Stops the configuration with a sentence that says what to write.
+macro(_aaxadapter_check_arguments)
+    if(NOT name MATCHES "^[A-Za-z0-9_-]+$")
+        message(FATAL_ERROR "add_aax_adapter: the product name '${name}' may have letters, digits, '-' and '_' only.")
+    endif()
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "add_aax_adapter(${name}): '${arg_UNPARSED_ARGUMENTS}' is no argument of it; "
+            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT, RT_GUARD, "
+            "NO_PROBE or VERSION.")
+    endif()
+    foreach(required SOURCE_VST EFFECT_ID MANUFACTURER_ID)
+        if(NOT arg_${required})
+            message(FATAL_ERROR "add_aax_adapter(${name}): ${required} is missing.")
+        endif()
+    endforeach()
+    if("${arg_SOURCE_VST}" MATCHES ";" OR "${CMAKE_BINARY_DIR}" MATCHES ";")
+        message(FATAL_ERROR "add_aax_adapter(${name}): a path with ';' would be taken for two, and so would the plug-in's, "
+            "'${arg_SOURCE_VST}', or that of the build folder, '${CMAKE_BINARY_DIR}'; rename the folder or file.")
+    endif()
+    if(NOT TARGET "${arg_SOURCE_VST}")
+        cmake_path(ABSOLUTE_PATH arg_SOURCE_VST NORMALIZE)
+        if(NOT EXISTS "${arg_SOURCE_VST}")
+            message(FATAL_ERROR "add_aax_adapter(${name}): there is no plug-in at '${arg_SOURCE_VST}'; "
+                "SOURCE_VST takes the path of a VST 2 plug-in.")
+        endif()
+    endif()
+    if(NOT arg_EFFECT_ID MATCHES "^[A-Za-z0-9-]+(\\.[A-Za-z0-9-]+)+$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): EFFECT_ID '${arg_EFFECT_ID}' is no reverse-domain name; "
+            "write one like com.maker.myplugin.")
+    endif()
+    get_property(owner GLOBAL PROPERTY _aaxadapter_owner_of_${arg_EFFECT_ID})
+    if(owner)
+        message(FATAL_ERROR "add_aax_adapter(${name}): EFFECT_ID '${arg_EFFECT_ID}' is that of ${owner} already, and a host "
+            "would take the two for one; give each product its own.")
+    endif()
+    set_property(GLOBAL PROPERTY _aaxadapter_owner_of_${arg_EFFECT_ID} ${name})
+    if(NOT arg_MANUFACTURER_ID MATCHES "^[A-Za-z0-9 _-][A-Za-z0-9 _-][A-Za-z0-9 _-][A-Za-z0-9 _-]$"
+            OR NOT arg_MANUFACTURER_ID MATCHES "[A-Za-z0-9]")
+        message(FATAL_ERROR "add_aax_adapter(${name}): MANUFACTURER_ID '${arg_MANUFACTURER_ID}' has to be four "
+            "characters with a letter or digit among them, like Mkr1.")
+    endif()
+    if(NOT DEFINED arg_ENTRY_VERSION)
+        set(arg_ENTRY_VERSION 0)
+    elseif(NOT arg_ENTRY_VERSION MATCHES "^[0-9]+$" OR arg_ENTRY_VERSION GREATER 2147483647) # an int32_t
+        message(FATAL_ERROR "add_aax_adapter(${name}): ENTRY_VERSION '${arg_ENTRY_VERSION}' has to be a number up to "
+            "2147483647; write 2400, or leave it out for 0.")
+    endif()
+    if(NOT DEFINED arg_VERSION)
+        set(arg_VERSION 1.0.0)
+    else()
+        _aaxadapter_check_version()
+    endif()
+endmacro()
+
+# CFBundleVersion is up to three numbers, of which the system reads four, two and two digits of the parts at most and takes
+# a longer one for another version.
+macro(_aaxadapter_check_version)
+    if(NOT arg_VERSION MATCHES "^(0|[1-9][0-9]?[0-9]?[0-9]?)(\\.(0|[1-9][0-9]?))?(\\.(0|[1-9][0-9]?))?$")
+        message(FATAL_ERROR "add_aax_adapter(${name}): VERSION '${arg_VERSION}' has to be one to three numbers with dots "
+            "between them, like 1.2.3: the first up to 9999, the others up to 99, none with a 0 ahead. The bundle's property "
+            "list holds no more.")
+    endif()
+endmacro()
