@@ -81,7 +81,7 @@ foreach(row
     string(REGEX REPLACE "\\|.*" "" arguments "${row}")
     string(REGEX REPLACE ".*\\|" "" made "${row}")
     separate_arguments(arguments)
-    execute_process(COMMAND ${CMAKE_COMMAND} -S ${WORK}/options -B ${WORK}/options/build ${arguments}
+    execute_process(COMMAND ${CMAKE_COMMAND} -S ${WORK}/options -B ${WORK}/options/build -G Ninja ${arguments}
         OUTPUT_QUIET ERROR_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
     string(REPLACE ";" " " output "${output}")
     string(REGEX REPLACE "made [^ ]*|SOURCE_VST +EFFECT_ID +MANUFACTURER_ID *|\n" "" output "${output}")
