@@ -10,9 +10,9 @@
 #include "Libs/AAXLibrary/source/AAX_IPacketHandler.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Source/AaxAdapter_Product.h"
-#include "Source/CAaxEditor.h"
 #include "Source/CClearedFlag.h"
 #include "Source/DescribedShape.h"
+#include "Source/IAttachedEditor.h"
 #include "Source/ParameterId.h"
 #include "Source/SourceVstPath.h"
 #include "Source/plugins/CVst2Plugin.h"
@@ -200,14 +200,14 @@ void AaxAdapter_Parameters::RegisterPackets()
     mPacketDispatcher.RegisterPacket(kGainID, kGainField, &gainHandler);
 }
 
-void AaxAdapter_Parameters::AttachEditor(CAaxEditor& inEditor)
+void AaxAdapter_Parameters::AttachEditor(IAttachedEditor& inEditor)
 {
     if (mEditor != nullptr && mEditor != &inEditor)
         mEditor->ForgetInstance();
     mEditor = &inEditor;
 }
 
-void AaxAdapter_Parameters::ReleaseEditor(CAaxEditor& inEditor) noexcept
+void AaxAdapter_Parameters::ReleaseEditor(IAttachedEditor& inEditor) noexcept
 {
     if (mEditor != &inEditor)
         return;

@@ -14,8 +14,8 @@
 #include <vector>
 
 class AAX_CPacket;
-class CAaxEditor;
 class CVst2Plugin;
+class IAttachedEditor;
 
 /**
  * One instance: a copy of the wrapped plug-in with one AAX parameter per parameter of it, a master bypass and
@@ -86,8 +86,8 @@ public:
     AAX_Result UpdatePacket_Gain(const char* inId, AAX_CPacket& outPacket);
 
     /** Knows the editor, so that either can go first. One that was attached before is told to forget. */
-    void AttachEditor(CAaxEditor& inEditor);
-    void ReleaseEditor(CAaxEditor& inEditor) noexcept;
+    void AttachEditor(IAttachedEditor& inEditor);
+    void ReleaseEditor(IAttachedEditor& inEditor) noexcept;
     CVst2Host& Host() { return mVst2Host; }
 
     static constexpr const char* kGainID = "Gain";
@@ -158,7 +158,7 @@ private:
     std::atomic<bool> mHasRequests{false};           // some may wait: any thread writes, main thread reads
     float mSampleRate = 0.0F;                        // Hz
     CVst2Plugin* mPlugin = nullptr;                  // owned by mVst2Host
-    CAaxEditor* mEditor = nullptr;                   // the host's
+    IAttachedEditor* mEditor = nullptr;              // the host's
     std::vector<unsigned long> mEventData;
     std::vector<unsigned long> mEventTimes;
     std::int64_t mEventCapacity = kFirstEventCapacity;

@@ -1,5 +1,6 @@
 #pragma once
 #include "Extensions/GUI/AAX_CEffectGUI_VST.h"
+#include "Source/IAttachedEditor.h"
 #include "Source/plugins/IEditHost.h"
 
 #include <array>
@@ -19,7 +20,7 @@ class CVst2Plugin;
  * instance. Threads: everything on the host's GUI thread, except that gestures may come on any thread of the
  * plug-in. No exception of the plug-in leaves a call: it fails with kAAX_ErrorNullObject.
  */
-class CAaxEditor : public AAX_CEffectGUI_VST, public IEditHost
+class CAaxEditor : public AAX_CEffectGUI_VST, public IEditHost, public IAttachedEditor
 {
 public:
     /** The factory that the description registers; the object starts with no references. */
@@ -52,8 +53,7 @@ public:
     const char* IxToId(long inIndex);
     static long IdToIx(const char* inId);
 
-    /** The instance is going, and its plug-in with it. */
-    void ForgetInstance() noexcept;
+    void ForgetInstance() noexcept override;
 
 private:
     void CreateViewContents() override {}
