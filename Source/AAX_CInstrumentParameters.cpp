@@ -4,7 +4,7 @@
 #include "Interfaces/AAX/AAX_IEffectDescriptor.h"
 #include "Interfaces/AAX/AAX_IPropertyMap.h"
 #include "Libs/AAXLibrary/source/AAX_CString.h"
-#include "Source/render/RenderEntry.h"
+#include "Source/AaxAdapter_Product.h"
 
 #include <cstring>
 #include <memory>
@@ -107,9 +107,15 @@ AAX_Result AAX_CInstrumentParameters::StaticDescribe(AAX_IEffectDescriptor* outD
     if (properties == nullptr)
         return result | kAAX_ErrorNullObject;
     result |= AddProperties(*properties, inInfo);
-    result |= component->AddProcessProc_Native(RenderEntry(), properties.get(), nullptr, nullptr, nullptr);
+    result |= component->AddProcessProc_Native(ProductRenderCallback(), properties.get(), nullptr, nullptr,
+                                               nullptr);
     result |= outDescriptor->AddComponent(component.get());
     return result;
+}
+
+RenderCallback PlainRenderCallback() noexcept
+{
+    return reinterpret_cast<RenderCallback>(&AAX_CInstrumentParameters::StaticRenderAudio);
 }
 
 void AAX_CInstrumentParameters::StaticRenderAudio(AAX_SInstrumentRenderInfo* const inBegin[],

@@ -13,3 +13,14 @@ extern const char* const kEffectID_AaxAdapter;
 
 /** Identifies the maker: a four-character code, first character most significant. */
 extern const std::uint32_t kManufacturerID;
+
+/** What a host calls for a block of some instances: their records, up to the end. */
+using RenderCallback = void (*)(void* const inBegin[], const void* inEnd);
+
+/** The one that the product registers with its component: one of the two below. */
+RenderCallback ProductRenderCallback() noexcept;
+
+/** Renders, and nothing else. */
+RenderCallback PlainRenderCallback() noexcept;
+/** Also counts what should not be called meanwhile. In the library `render_guard`, for a beta. */
+RenderCallback GuardedRenderCallback() noexcept;

@@ -31,6 +31,10 @@ function(add_aax_adapter name)
     _aaxadapter_bool(AAXADAPTER_PORTS_FROM_COUNTS_LITERAL "${arg_PORTS_FROM_COUNTS}")
     _aaxadapter_bool(AAXADAPTER_MIDI_INPUT_LITERAL "${arg_MIDI_INPUT}")
     _aaxadapter_four_char_code(AAXADAPTER_MANUFACTURER_CODE "${arg_MANUFACTURER_ID}")
+    set(AAXADAPTER_RENDER_CALLBACK PlainRenderCallback)
+    if(arg_RT_GUARD)
+        set(AAXADAPTER_RENDER_CALLBACK GuardedRenderCallback)
+    endif()
     configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/product.cpp.in ${generated} @ONLY)
 
     add_library(${name} MODULE ${generated})
@@ -38,8 +42,7 @@ function(add_aax_adapter name)
     target_link_libraries(${name} PRIVATE
         "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
     if(arg_RT_GUARD)
-        # Whole, so that its render callback stands before the usual one.
-        target_link_libraries(${name} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::render_guard>")
+        target_link_libraries(${name} PRIVATE AaxAdapter::render_guard)
     endif()
     if(TARGET project_warnings) # not in a project that uses the installed package
         target_link_libraries(${name} PRIVATE project_warnings)

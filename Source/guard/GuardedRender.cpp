@@ -1,8 +1,8 @@
 #include "Platform/ImageImports.h"
 #include "Source/AaxAdapter_Parameters.h"
+#include "Source/AaxAdapter_Product.h"
 #include "Source/guard/WatchedFunctions.h"
 #include "Source/plugins/CVst2Plugin.h"
-#include "Source/render/RenderEntry.h"
 
 #include <array>
 #include <atomic>
@@ -77,7 +77,7 @@ public:
             {
                 if (mIsTaken.exchange(true))
                     return; // another render thread is at it
-                mModule.Watch(reinterpret_cast<const void*>(&RenderEntry));
+                mModule.Watch(reinterpret_cast<const void*>(&GuardedRenderCallback));
                 mPlugin.Watch(reinterpret_cast<const void*>(effect->dispatcher));
                 mIsWatching.store(true, std::memory_order_release);
                 return;
@@ -114,4 +114,7 @@ void GuardedRenderAudio(AAX_SInstrumentRenderInfo* const inBegin[], const void* 
 }
 } // namespace
 
-AAX_CProcessProc RenderEntry() noexcept { return reinterpret_cast<AAX_CProcessProc>(&GuardedRenderAudio); }
+RenderCallback GuardedRenderCallback() noexcept
+{
+    return reinterpret_cast<RenderCallback>(&GuardedRenderAudio);
+}
