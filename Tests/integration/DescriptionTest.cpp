@@ -102,6 +102,7 @@ TEST(Description, APluginThatCannotBeLoadedIsRefusedAndLeavesNothingBehind)
         auto module = CModule::Open(bundle.Path().string(), log);
         ASSERT_FALSE(module);
         EXPECT_NE(module.Problem().mSentence.find("-20004"), std::string::npos) << module.Problem().mSentence;
+        EXPECT_NE(module.Problem().mSentence.find("vst2probe"), std::string::npos);
         EXPECT_FALSE(Has(log.Calls(), "AddEffect("));
         EXPECT_EQ(log.LiveObjects(), 0);
     }

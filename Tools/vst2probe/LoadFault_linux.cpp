@@ -88,7 +88,7 @@ std::string FileFault(const std::string& inPath)
     {
         return OtherKind(start);
     }
-    const std::string cut = fmt::format("its executable is cut short: {} bytes are not all of it", size);
+    std::string cut = fmt::format("its executable is cut short: {} bytes are not all of it", size);
     Elf64_Ehdr header{};
     if (!ReadRecord(file, 0, header))
     {

@@ -30,6 +30,7 @@ SProblem Ambiguous(const std::vector<const SParameterInfo*>& inFound, const std:
 SProblem Unknown(const std::vector<SParameterInfo>& inParameters, const std::string& inWord)
 {
     std::vector<std::string> names;
+    names.reserve(inParameters.size());
     for (const SParameterInfo& parameter : inParameters)
         names.push_back(Trimmed(parameter.mName));
     const std::vector<std::string> near = NearestNames(inWord, names);
