@@ -89,7 +89,7 @@ COutcome<std::string> RunProgramFileJob(const std::string& inProgram, const SPro
     const CTemporaryFolder folder;
     SProgramFileJob job = inJob;
     job.file = std::filesystem::path(folder.Path()) / "programs";
-    if (const auto text = RunChild(inProgram, job); !text)
+    if (auto text = RunChild(inProgram, job); !text)
         return text;
     const auto bytes = ReadFileBytes(job.file.c_str());
     if (!bytes)
