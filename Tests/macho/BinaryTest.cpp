@@ -1,6 +1,6 @@
 #include "Tests/macho/TestBundles.h"
-#include "Tests/macho/loader/CMachOFile.h"
-#include "Tests/macho/loader/MachOFormat.h"
+#include "Tools/macho_loader/CMachOFile.h"
+#include "Tools/macho_loader/MachOFormat.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "Tests/macho/MacModule.h"
 
 #include "Tests/macho/TestBundles.h"
-#include "Tests/macho/doubles/CMacSystem.h"
+#include "Tools/macho_loader/doubles/CMacSystem.h"
 
 #include <cstdlib>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "Tests/macho/TestBundles.h"
-#include "Tests/macho/doubles/CMacSystem.h"
-#include "Tests/macho/loader/CrashTrace.h"
 #include "Tests/macho/subjects/PlatformSubject.h"
+#include "Tools/macho_loader/CrashTrace.h"
+#include "Tools/macho_loader/doubles/CMacSystem.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "Tests/integration/HostedModule.h"
 #include "Tests/macho/MacModule.h"
-#include "Tests/macho/doubles/CMacSystem.h"
-#include "Tests/macho/loader/CrashTrace.h"
+#include "Tools/macho_loader/CrashTrace.h"
+#include "Tools/macho_loader/doubles/CMacSystem.h"
 
 #include <gtest/gtest.h>
 

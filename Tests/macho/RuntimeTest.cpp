@@ -1,9 +1,9 @@
 #include "Tests/macho/TestBundles.h"
-#include "Tests/macho/loader/CByteReader.h"
-#include "Tests/macho/loader/CMachOLoader.h"
-#include "Tests/macho/loader/CrashTrace.h"
-#include "Tests/macho/loader/UnwindInfo.h"
 #include "Tests/macho/subjects/RuntimeSubject.h"
+#include "Tools/macho_loader/CByteReader.h"
+#include "Tools/macho_loader/CMachOLoader.h"
+#include "Tools/macho_loader/CrashTrace.h"
+#include "Tools/macho_loader/UnwindInfo.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Tests/macho/loader/CMachOImage.h"
+#include "Tools/macho_loader/CMachOImage.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,7 +1,0 @@
-#pragma once
-#include "Tests/macho/loader/SymbolTable.h"
-
-// The doubles' functions; all of them work on CMacSystem::Current().
-SymbolTable CoreFoundationSymbols();
-SymbolTable CarbonSymbols();
-SymbolTable ObjectiveCSymbols();

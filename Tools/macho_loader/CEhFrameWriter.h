@@ -1,0 +1,36 @@
+#pragma once
+#include "Tools/macho_loader/ByteAppend.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <span>
+#include <utility>
+
+/** One function as the unwinder of this machine is told of it; addresses in memory. */
+struct SUnwindFunction
+{
+    std::uint64_t code = 0;
+    std::uint64_t size = 0;
+    std::uint64_t personality = 0;  // 0: no handler
+    std::uint64_t languageData = 0; // 0: nothing
+    ByteVector commonInstructions;  // those that functions share
+    ByteVector instructions;
+};
+
+/** Writes a DWARF frame table with absolute addresses, so that it is valid wherever it lies. */
+class CEhFrameWriter
+{
+public:
+    void Add(const SUnwindFunction& inFunction);
+    /** Ends the table and gives it away. */
+    ByteVector Take();
+
+private:
+    std::size_t CommonPart(const SUnwindFunction& inFunction);
+    std::size_t BeginEntry();
+    void EndEntry(std::size_t inStart);
+
+    ByteVector mBytes;
+    std::map<std::pair<std::uint64_t, ByteVector>, std::size_t> mCommonParts; // where each one starts
+};
