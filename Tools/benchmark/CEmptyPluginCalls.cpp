@@ -1,4 +1,4 @@
-#include "Tests/benchmark/CEmptyPluginCalls.h"
+#include "Tools/benchmark/CEmptyPluginCalls.h"
 
 #include <dlfcn.h>
 #include <stdexcept>

@@ -1,7 +1,7 @@
-#include "Tests/benchmark/Benchmarks.h"
-#include "Tests/benchmark/CBenchRig.h"
-#include "Tests/benchmark/CEmptyPluginCalls.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/benchmark/Benchmarks.h"
+#include "Tools/benchmark/CBenchRig.h"
+#include "Tools/benchmark/CEmptyPluginCalls.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

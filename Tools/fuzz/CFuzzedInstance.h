@@ -2,10 +2,10 @@
 #include "Interfaces/AAX/AAX_IACFEffectGUI.h"
 #include "Interfaces/AAX/AAX_IACFEffectParameters.h"
 #include "Interfaces/ACF/ACFPtr.h"
-#include "Tests/fuzz/CFuzzInput.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostDescription.h"
 #include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/fuzz/CFuzzInput.h"
 
 #include <map>
 #include <memory>

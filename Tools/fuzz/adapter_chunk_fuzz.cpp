@@ -1,9 +1,9 @@
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Source/AaxAdapter_Parameters.h"
 #include "Tests/doubles/ScriptedModule.h"
-#include "Tests/fuzz/FuzzChunk.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
+#include "Tools/fuzz/FuzzChunk.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "Tests/doubles/ScriptedModule.h"
-#include "Tests/fuzz/CFuzzedInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/fuzz/CFuzzedInstance.h"
 
 #include <array>
 #include <cstdio>

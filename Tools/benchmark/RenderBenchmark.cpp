@@ -1,8 +1,8 @@
-#include "Tests/benchmark/Benchmarks.h"
-#include "Tests/benchmark/CBenchRig.h"
-#include "Tests/benchmark/CEmptyPluginCalls.h"
 #include "Tests/integration/BarePlugin.h"
 #include "Tools/aaxhost/bare/BareCost.h"
+#include "Tools/benchmark/Benchmarks.h"
+#include "Tools/benchmark/CBenchRig.h"
+#include "Tools/benchmark/CEmptyPluginCalls.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -35,6 +35,7 @@ void RenderBare(benchmark::State& ioState, const SSubject& inSubject)
     std::vector<std::vector<float>> buffers(static_cast<std::size_t>(effect.numInputs + effect.numOutputs),
                                             std::vector<float>(CBarePlugin::kMaxFrames));
     std::vector<float*> pointers;
+    pointers.reserve(buffers.size());
     for (auto& buffer : buffers)
         pointers.push_back(buffer.data());
     for (std::size_t channel = 0; channel < static_cast<std::size_t>(effect.numInputs); ++channel)

@@ -1,4 +1,4 @@
-#include "Tests/benchmark/Benchmarks.h"
+#include "Tools/benchmark/Benchmarks.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Tests/benchmark/EmptyPlugin.h"
+#include "Tools/benchmark/EmptyPlugin.h"
 
 #include <filesystem>
 #include <memory>

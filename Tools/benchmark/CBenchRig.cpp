@@ -1,4 +1,4 @@
-#include "Tests/benchmark/CBenchRig.h"
+#include "Tools/benchmark/CBenchRig.h"
 
 #include "Tools/aaxhost/bare/BareCost.h"
 

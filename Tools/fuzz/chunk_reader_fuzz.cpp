@@ -1,5 +1,5 @@
 #include "Libs/AAXLibrary/source/AAX_CChunkDataParser.h"
-#include "Tests/fuzz/FuzzChunk.h"
+#include "Tools/fuzz/FuzzChunk.h"
 
 #include <cstdlib>
 #include <cstring>

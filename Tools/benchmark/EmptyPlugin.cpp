@@ -1,4 +1,4 @@
-#include "Tests/benchmark/EmptyPlugin.h"
+#include "Tools/benchmark/EmptyPlugin.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -56,7 +56,9 @@ VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inInde
     switch (inOpcode)
     {
     case effClose: End(plugin); return 0;
-    case effGetEffectName: std::strcpy(static_cast<char*>(inPointer), "Empty"); return 1;
+    case effGetEffectName:
+        std::snprintf(static_cast<char*>(inPointer), kVstMaxEffectNameLen, "Empty");
+        return 1;
     case effGetParamName: std::snprintf(static_cast<char*>(inPointer), 8, "P%d", inIndex); return 1;
     case effGetInputProperties:
     case effGetOutputProperties: return DescribePin(inIndex, inPointer);

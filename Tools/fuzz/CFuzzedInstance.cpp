@@ -1,8 +1,8 @@
-#include "Tests/fuzz/CFuzzedInstance.h"
+#include "Tools/fuzz/CFuzzedInstance.h"
 
 #include "Interfaces/AAX/AAX_UIDs.h"
-#include "Tests/fuzz/FuzzChunk.h"
 #include "Tools/aaxhost/host/CHostString.h"
+#include "Tools/fuzz/FuzzChunk.h"
 
 #include <array>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "Tests/benchmark/CBenchRig.h"
-#include "Tests/benchmark/CEmptyPluginCalls.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/benchmark/CBenchRig.h"
+#include "Tools/benchmark/CEmptyPluginCalls.h"
 
 #include <cstdio>
 #include <cstdlib>
