@@ -293,11 +293,8 @@ void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float
 {
     ScriptedEffect& self = Self(inEffect);
     self.mScript.Log("setParameter " + std::to_string(inIndex) + " " + Number(inValue));
-    if (static_cast<std::size_t>(inIndex) >= self.mParameters.size())
-    {
-        ++self.mScript.outOfRangeCalls;
+    if (!self.HasParameter(inIndex))
         return;
-    }
     self.TakeValue(inIndex, inValue);
     if (self.mScript.reportsSets)
     {
@@ -313,6 +310,15 @@ void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float
     }
 }
 
+bool ScriptedEffect::HasParameter(std::int32_t inIndex)
+{
+    const bool has =
+        inIndex >= 0 && inIndex < mEffect.numParams && static_cast<std::size_t>(inIndex) < mParameters.size();
+    if (!has)
+        ++mScript.outOfRangeCalls;
+    return has;
+}
+
 void ScriptedEffect::TakeValue(std::int32_t inIndex, float inValue)
 {
     const auto steps = static_cast<float>(mScript.steps);
@@ -323,12 +329,7 @@ void ScriptedEffect::TakeValue(std::int32_t inIndex, float inValue)
 float ScriptedEffect::GetParameter(AEffect* inEffect, std::int32_t inIndex)
 {
     ScriptedEffect& self = Self(inEffect);
-    if (static_cast<std::size_t>(inIndex) < self.mParameters.size())
-    {
-        return self.mParameters[static_cast<std::size_t>(inIndex)];
-    }
-    ++self.mScript.outOfRangeCalls;
-    return 0.0F;
+    return self.HasParameter(inIndex) ? self.mParameters[static_cast<std::size_t>(inIndex)] : 0.0F;
 }
 
 void ScriptedEffect::Process(AEffect* inEffect, float** inInputs, float** inOutputs, std::int32_t inFrames)

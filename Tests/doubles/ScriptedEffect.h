@@ -131,6 +131,8 @@ private:
     VstIntPtr AnswerPin(const std::vector<SScriptedPin>& inPins, const SDispatch& inCall) const;
     VstIntPtr AnswerMidi(std::int32_t inOpcode, const SDispatch& inCall) const;
     void RecordEvents(const VstEvents& inEvents);
+    /** Counts a call about a parameter that there is not, by the record or by the values. */
+    bool HasParameter(std::int32_t inIndex);
     void TakeValue(std::int32_t inIndex, float inValue);
 
     SPluginScript& mScript;

@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/lib/AudioFile.h"
 #include "Tools/aaxhost/lib/AutomationCurve.h"
 #include "Tools/aaxhost/lib/MidiFile.h"
+#include "Tools/aaxhost/lib/StateFile.h"
 
 #include <array>
 #include <fstream>
@@ -206,6 +207,32 @@ TEST(AudioFile, SamplesComeBackBitForBitAndFilesOfEqualSoundAreEqual)
     }
     EXPECT_EQ(bytes[0], bytes[1]);
     EXPECT_EQ(bytes[0].find("PEAK"), std::string::npos) << "the file holds the time of writing";
+}
+
+TEST(StateFile, IsWrittenToTheByteAndReadBack)
+{
+    SInstanceState state{{"a.b", "Name", 0x4D414B45, 0x50524F44, 0x506C6731}, {}};
+    AAX_SPlugInChunk& record = state.mChunks.emplace_back(2).Record();
+    record.mVersion = 258;
+    record.mManufacturerID = 1;
+    record.mProductID = 2;
+    record.mPlugInID = 3;
+    record.mChunkID = 0x656C636B;
+    record.mName[0] = 'C';
+    state.mChunks.front().Room()[1] = std::byte{0xAB};
+    using namespace std::string_literals;
+    const std::string bytes = "aaxstate\1\0\0\0"s + "\3\0\0\0a.b\4\0\0\0Name"s + "EKAMDORP1glP\1\0\0\0"s +
+                              "\2\1\0\0\1\0\0\0\2\0\0\0\3\0\0\0kcle"s + "C"s + std::string(31, '\0') +
+                              "\2\0\0\0\0\xAB"s;
+    const auto text = [](const SInstanceState& inState)
+    {
+        const std::vector<std::byte> written = StateToBytes(inState);
+        return std::string(reinterpret_cast<const char*>(written.data()), written.size());
+    };
+    EXPECT_EQ(text(state), bytes);
+    const auto read = StateFromBytes(std::as_bytes(std::span(bytes)));
+    ASSERT_TRUE(read) << read.Problem().mSentence;
+    EXPECT_EQ(text(*read), bytes);
 }
 
 TEST(AudioFile, SoundBeyondTheSizesOfAWavFileBecomesAnRf64File)

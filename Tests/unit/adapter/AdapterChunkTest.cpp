@@ -125,6 +125,7 @@ TEST_F(Chunk, TheTrailerIsTakenOffOnlyWhereItIsOne)
     const Bytes negative{'E', 'D', 'I', 'D', 0, 0xFF, 0xFF, 0xFF, 0xFF};
     const SRow rows[] = {
         {"trailer", data + kTrailer, data, 3},
+        {"the first program", data + Bytes{'E', 'D', 'I', 'D', 0, 0, 0, 0, 0}, data, 0},
         {"of an old version", data, data, 7},
         {"empty", {}, {}, 7},
         {"a trailer alone", kTrailer, kTrailer, 7},

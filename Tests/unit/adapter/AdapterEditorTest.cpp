@@ -1,8 +1,13 @@
 #include "Source/CAaxEditor.h"
+#include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/MouseModifiers.h"
 #include "Tests/unit/adapter/AdapterTest.h"
 
+#include <atomic>
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <thread>
 
 namespace
 {
@@ -59,7 +64,10 @@ TEST_F(Editor, OpensInTheHostsViewIsIdledAndClosedAndOpensAgain)
     void* parent = nullptr;
     Script().hooks[effEditOpen] = [&](ScriptedEffect&, const SDispatch& inCall) { parent = inCall.pointer; };
     EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success); // nothing to idle yet
+    CVst2Host other;
+    other.SetActualAAXHost();
     Show();
+    EXPECT_EQ(pVst2Host.load(), &Instance().Host());
     EXPECT_EQ(parent, &mView);
     EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success);
     Hide();
@@ -168,11 +176,47 @@ TEST_F(Editor, EitherSideMayGoFirst)
     EXPECT_EQ(second->Uninitialize(), kAAX_Success);
     EXPECT_EQ(mEditor->Uninitialize(), kAAX_Success);
     (void)Script().TakeLog(); // of all that
-    Stop();                   // the instance goes with its editor open
+    Script().hooks[effMainsChanged] = [this](ScriptedEffect&, const SDispatch&)
+    { EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success); }; // reaches nobody any more
+    Stop();                                               // the instance goes with its editor open
     EXPECT_EQ(Script().TakeLog(), (Lines{"effEditClose", "effMainsChanged 0", "effClose"}));
     EXPECT_EQ(Size().mVertical, 0.0F);
     EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success);
     Hide();
+}
+
+TEST_F(Editor, ACallOfAnotherThreadIsAwaitedBeforeWhatItReachesGoes)
+{
+    struct SRow
+    {
+        std::int32_t mOpcode;
+        const char* mCall; // that the host is in then
+        std::function<void()> mGo;
+    };
+    StartEditor();
+    Show();
+    for (const SRow& row : {SRow{audioMasterBeginEdit, "HandleParameterMouseDown", [&] { mEditor.Reset(); }},
+                            SRow{audioMasterAutomate, "PostSetValueRequest",
+                                 [&] { EXPECT_EQ(Instance().Uninitialize(), kAAX_Success); }}})
+    {
+        std::atomic<bool> isInside = false;
+        std::atomic<bool> isGone = false;
+        const auto stay = [&]
+        {
+            isInside.store(true);
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+            while (!isGone.load() && std::chrono::steady_clock::now() < end)
+                std::this_thread::yield();
+            EXPECT_FALSE(isGone.load()) << row.mCall;
+        };
+        mLog.InsideCall(row.mCall, stay);
+        std::jthread caller([&] { Effect().CallHost(row.mOpcode, 1); });
+        while (!isInside.load())
+            std::this_thread::yield();
+        row.mGo();
+        isGone.store(true);
+    }
+    mLog.InsideCall("", {});
 }
 
 TEST_F(Editor, ParametersAreReachedByIndex)

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -121,12 +122,30 @@ TEST_F(Parameters, AllValuesAreToldWhenThePluginSaysSoButNotWhileItIsLoaded)
 {
     Script().parameters = {0.25F, 0.5F};
     Script().shape.numPrograms = 2;
-    Script().hooks[effOpen] = [](ScriptedEffect& ioEffect, const SDispatch&)
-    { ioEffect.CallHost(audioMasterUpdateDisplay); };
+    for (const std::int32_t opcode : {effOpen, effGetParamName}) // ahead of the parameters, and between two
+        Script().hooks[opcode] = [](ScriptedEffect& ioEffect, const SDispatch&)
+        { ioEffect.CallHost(audioMasterUpdateDisplay); };
     Start();
     EXPECT_EQ(mHost.Automation().PendingRequests(), 0U);
     EXPECT_EQ(Effect().CallHost(audioMasterUpdateDisplay), 1);
     EXPECT_EQ(mLog.Count("PostSetValueRequest"), 2U);
+}
+
+TEST_F(Parameters, APluginThatForgetsItsRateAndBlockSizeWhenItIsOpenedHasThem)
+{
+    float rate = 0.0F;
+    VstIntPtr frames = 0;
+    Script().hooks[effSetSampleRate] = [&](ScriptedEffect&, const SDispatch& inCall) { rate = inCall.opt; };
+    Script().hooks[effSetBlockSize] = [&](ScriptedEffect&, const SDispatch& inCall)
+    { frames = inCall.value; };
+    Script().hooks[effOpen] = [&, isOpen = false](ScriptedEffect&, const SDispatch&) mutable
+    {
+        if (!std::exchange(isOpen, true))
+            rate = 0.0F, frames = 0;
+    };
+    Start();
+    EXPECT_EQ(rate, 44100.0F);
+    EXPECT_EQ(frames, 1024);
 }
 
 TEST_F(Parameters, TheFirstCoefficientsPushEveryValueAndPostBothPackets)

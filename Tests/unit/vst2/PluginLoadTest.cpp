@@ -7,12 +7,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <elf.h>
 #include <unistd.h>
 
 namespace
@@ -158,20 +162,23 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
     struct SRow
     {
         const char* what;
+        bool closes; // what it has as an effect
         void (*prepare)(SPluginScript&);
     };
     const SRow rows[] = {
-        {"null effect", [](SPluginScript& s) { s.entryReturnsNull = true; }},
-        {"wrong magic", [](SPluginScript& s) { s.shape.magic = 0x56737451; }},
-        {"no dispatcher", [](SPluginScript& s) { s.onCreate = [](AEffect& e) { e.dispatcher = nullptr; }; }},
-        {"entry throws",
+        {"null effect", false, [](SPluginScript& s) { s.entryReturnsNull = true; }},
+        {"wrong magic", false, [](SPluginScript& s) { s.shape.magic = 0x56737451; }},
+        {"no dispatcher", false,
+         [](SPluginScript& s) { s.onCreate = [](AEffect& e) { e.dispatcher = nullptr; }; }},
+        {"entry throws", false,
          [](SPluginScript& s) { s.onEntry = [](auto) { throw std::runtime_error("entry"); }; }},
-        {"name throws", [](SPluginScript& s) { s.faults = {effGetEffectName}; }},
-        {"can-do and closing throw",
+        {"name throws", true, [](SPluginScript& s) { s.faults = {effGetEffectName}; }},
+        {"can-do and closing throw", true,
          [](SPluginScript& s) {
              s.faults = {effCanDo, effClose};
          }},
-        {"pin throws", [](SPluginScript& s) { s.shape.numOutputs = 1, s.faults = {effGetOutputProperties}; }},
+        {"pin throws", true,
+         [](SPluginScript& s) { s.shape.numOutputs = 1, s.faults = {effGetOutputProperties}; }},
     };
     for (const SRow& row : rows)
     {
@@ -188,6 +195,8 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
         CVst2Host host;
         EXPECT_EQ(host.LoadPlugin(module.Path()), nullptr);
         EXPECT_TRUE(host.Plugins().empty());
+        const Lines calls = module.Script().TakeLog();
+        EXPECT_EQ(!calls.empty() && calls.back() == "effClose", row.closes);
         for (AEffect* const effect : seen)
         {
             EXPECT_EQ(gEffectRegistry.Find(effect).plugin, nullptr);
@@ -195,6 +204,24 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
         module.Release();
         EXPECT_FALSE(ScriptedModule::IsLoaded(module.Path()));
     }
+}
+
+/** @return how many bytes of a file its loaded image comes from. */
+std::uintmax_t LoadedSize(const fs::path& inFile)
+{
+    std::ifstream file(inFile, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    Elf64_Ehdr header{};
+    std::memcpy(&header, bytes.data(), sizeof(header));
+    std::uintmax_t size = 0;
+    for (std::size_t i = 0; i < header.e_phnum; ++i)
+    {
+        Elf64_Phdr segment{};
+        std::memcpy(&segment, bytes.data() + header.e_phoff + i * sizeof(segment), sizeof(segment));
+        if (segment.p_type == PT_LOAD)
+            size = std::max(size, segment.p_offset + segment.p_filesz);
+    }
+    return size;
 }
 
 TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
@@ -216,6 +243,11 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
     fs::copy_file(good, folder / "source.vst"); // a plain file may have any name
     fs::copy_file(good, folder / "cut.vst");
     fs::resize_file(folder / "cut.vst", 5000);
+    for (const auto& [name, missing] : {std::pair{"bare.vst", 0U}, {"segment.vst", 1U}})
+    {
+        fs::copy_file(good, folder / name);
+        fs::resize_file(folder / name, LoadedSize(good) - missing);
+    }
     std::ofstream(folder / "text.vst") << "not a plug-in\n";
 
     struct SRow
@@ -223,9 +255,9 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
         const char* name;
         bool loads;
     };
-    for (const SRow& row :
-         {SRow{"deep.vst", true}, SRow{"flat.vst", true}, SRow{"empty.vst", false}, SRow{"source.vst", true},
-          SRow{"cut.vst", false}, SRow{"text.vst", false}, SRow{"missing.vst", false}})
+    for (const SRow& row : {SRow{"deep.vst", true}, SRow{"flat.vst", true}, SRow{"empty.vst", false},
+                            SRow{"source.vst", true}, SRow{"cut.vst", false}, SRow{"bare.vst", true},
+                            SRow{"segment.vst", false}, SRow{"text.vst", false}, SRow{"missing.vst", false}})
     {
         SCOPED_TRACE(row.name);
         CVst2Host host;

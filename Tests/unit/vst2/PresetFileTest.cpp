@@ -163,13 +163,17 @@ TEST_F(PresetFile, PresetOfValuesIsReadInBothByteSizesAndElseRefused)
 {
     CVst2Plugin& plugin = LoadWithValues();
     const std::string preset = TwoValues("Cold", kOneAndNothing);
-    for (const std::string& file : {preset, TwoValues("Cold", kOneAndNothing, 56)})
+    for (const auto& [file, name] :
+         {std::pair{preset, "Cold"s},
+          {TwoValues("Cold", kOneAndNothing, 56), "Cold"s},
+          {TwoValues(std::string(28, 'n'), kOneAndNothing), std::string(27, 'n')}}) // its end is missing
     {
         plugin.SetProgram(0);
         (void)Script().TakeLog(); // that
         Write(file);
         EXPECT_TRUE(plugin.ReadPreset(mFile.c_str()));
-        EXPECT_EQ(TakeChanges(), (Lines{"setParameter 0 1", "setParameter 1 0", "effSetProgramName Cold"}));
+        EXPECT_EQ(TakeChanges(),
+                  (Lines{"setParameter 0 1", "setParameter 1 0", "effSetProgramName " + name}));
     }
     ExpectRefused(plugin, &CVst2Plugin::ReadPreset, WrongLengths(preset));
     ExpectRefused(plugin, &CVst2Plugin::ReadPreset,

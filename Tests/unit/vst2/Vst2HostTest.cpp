@@ -31,6 +31,7 @@ TEST(Host, ListAndCurrentHostFollowConstructionMarkingAndDestruction)
     EXPECT_EQ(pVst2Host.load(), &second);
     first.reset();
     EXPECT_EQ(pVst2Host.load(), nullptr); // though the other is alive
+    EXPECT_EQ(gVctHosts.size(), base.size() + 1);
     EXPECT_EQ(gVctHosts.back(), &second);
     CVst2Host third;
     EXPECT_EQ(pVst2Host.load(), &third);
