@@ -207,39 +207,4 @@ TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
     }
     EXPECT_EQ(Run(RenderTo("b.wav") + "--rate 44100 --input " + mFolder.File("in.wav")).mExit, 1);
 }
-
-TEST_F(CommandTest, DescribeShowsWhatTheModuleTold)
-{
-    const SRun text = Run("describe " + FakeModuleFile());
-    ASSERT_EQ(text.mExit, 0) << text.mError;
-    const SRun json = Run("describe --json " + FakeModuleFile());
-    ASSERT_EQ(json.mExit, 0) << json.mError;
-    struct SRow
-    {
-        const std::string& where;
-        const char* part;
-    };
-    for (const SRow& row :
-         {SRow{text.mOut, "field  4  MIDI node, local input, \"In\", mask 0xFFFF"},
-          SRow{text.mOut, "auxiliary output stem  mono, \"Aux\""},
-          SRow{text.mOut, "1 input channels, 3 output channels, latency 64 samples"},
-          SRow{text.mOut, "AddEffect(\"com.example.fake\", effect)"},
-          SRow{json.mOut, "\"manufacturer\": \"Maker \xEF\xBF\xBD\""},
-          SRow{json.mOut, "\"name\": \"The \\\"level\\\"\""}, SRow{json.mOut, "\"latency\": 64"}})
-    {
-        SCOPED_TRACE(row.part);
-        EXPECT_NE(row.where.find(row.part), std::string::npos) << row.where;
-    }
-    EXPECT_LT(text.mOut.find("AddAudioIn(0)"), text.mOut.find("AddProcessProc_Native("));
-}
-
-TEST_F(CommandTest, ABundleFolderLeadsToItsModuleFile)
-{
-    const std::filesystem::path folder = mFolder.File("Some Name.aaxplugin");
-    std::filesystem::create_directories(folder / "Contents/x86_64-linux");
-    EXPECT_EQ(Run("describe '" + folder.string() + "'").mExit, 1);
-    std::filesystem::copy_file(FakeModuleFile(), folder / "Contents/x86_64-linux/Some Name.so");
-    for (const char* end : {"'", "/'"})
-        EXPECT_EQ(Run("describe '" + folder.string() + end).mExit, 0) << end;
-}
 } // namespace

@@ -150,65 +150,6 @@ TEST(MidiFile, TimeCodeIsReadAndWhatIsNotReadIsNamed)
     }
 }
 
-TEST(MidiFile, EveryTruncationIsRefused)
-{
-    const CTestFolder folder;
-    for (std::size_t size = 0; size < kMidiFile.size(); ++size)
-    {
-        SCOPED_TRACE(size);
-        WriteBytes(folder.File("cut.mid"), kMidiFile.substr(0, size));
-        EXPECT_FALSE(ReadMidiFile(folder.File("cut.mid")));
-    }
-    EXPECT_FALSE(ReadMidiFile(folder.File("missing.mid")));
-}
-
-TEST(MidiFile, NoChangedByteEndsTheProcess)
-{
-    const CTestFolder folder;
-    for (std::size_t at = 0; at < kMidiFile.size(); ++at)
-        for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xC0, 0xF0, 0xF7, 0xF8, 0xFF})
-        {
-            SCOPED_TRACE(testing::Message() << at << " to " << value);
-            std::string bytes(kMidiFile);
-            bytes[at] = static_cast<char>(value);
-            WriteBytes(folder.File("changed.mid"), bytes);
-            if (const auto song = ReadMidiFile(folder.File("changed.mid")))
-            {
-                EXPECT_LE(song->mEvents.size(), 8U);
-            }
-        }
-}
-
-TEST(AudioFile, SamplesComeBackBitForBitAndFilesOfEqualSoundAreEqual)
-{
-    const CTestFolder folder;
-    const std::vector<float> left{0.0F, 1.5F, -2.0F, 1e-20F, 0.1F};
-    const std::vector<float> right{1.0F, 2.0F, 3.0F, 4.0F, 5.0F};
-    for (const char* name : {"a.wav", "b.wav"})
-    {
-        auto writer = CAudioWriter::Create(folder.File(name), 48000, 2);
-        ASSERT_TRUE(writer) << writer.Problem().mSentence;
-        const float* first[] = {left.data(), right.data()};
-        const float* second[] = {left.data() + 3, right.data() + 3};
-        ASSERT_TRUE(writer->Write(first, 3));
-        ASSERT_TRUE(writer->Write(second, 2));
-        ASSERT_TRUE(writer->Close());
-    }
-    const auto audio = ReadAudioFile(folder.File("a.wav"));
-    ASSERT_TRUE(audio) << audio.Problem().mSentence;
-    EXPECT_EQ(audio->mRate, 48000);
-    EXPECT_EQ(audio->mChannels, (std::vector<std::vector<float>>{left, right}));
-
-    std::string bytes[2];
-    for (int i = 0; i < 2; ++i)
-    {
-        std::ifstream file(folder.File(i == 0 ? "a.wav" : "b.wav"), std::ios::binary);
-        bytes[i].assign(std::istreambuf_iterator<char>(file), {});
-    }
-    EXPECT_EQ(bytes[0], bytes[1]);
-    EXPECT_EQ(bytes[0].find("PEAK"), std::string::npos) << "the file holds the time of writing";
-}
-
 TEST(StateFile, IsWrittenToTheByteAndReadBack)
 {
     SInstanceState state{{"a.b", "Name", 0x4D414B45, 0x50524F44, 0x506C6731}, {}};
@@ -263,14 +204,5 @@ TEST(AudioFile, AFileThatIsNotCompletedLeavesTheOldOne)
     const float* channels[] = {&sample};
     ASSERT_TRUE(CAudioWriter::Create(folder.File("a.wav"), 48000, 1)->Write(channels, 1));
     EXPECT_EQ(std::filesystem::file_size(folder.File("a.wav")), 3U);
-}
-
-TEST(AudioFile, WhatIsNoSoundOrCannotBeWrittenIsRefused)
-{
-    const CTestFolder folder;
-    WriteBytes(folder.File("text.wav"), "no sound at all");
-    EXPECT_FALSE(ReadAudioFile(folder.File("text.wav")));
-    EXPECT_FALSE(ReadAudioFile(folder.File("missing.wav")));
-    EXPECT_FALSE(CAudioWriter::Create(folder.File("no/such/folder/a.wav"), 44100, 2));
 }
 } // namespace

@@ -43,18 +43,6 @@ TEST(HostLog, NthCallFailsOnceAndHasNoEffect)
     EXPECT_EQ(host.Description().mEffects.front().mNames, (Lines{"one", "three"}));
 }
 
-TEST(HostLog, AFaultOfEveryCallDoesNotWearOff)
-{
-    CHostLog log;
-    CHost host(log);
-    log.FailCall("AddName", 0, kAAX_ErrorUnsupported);
-    const auto effect = MakeEffect(host);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(effect->AddName("x"), kAAX_ErrorUnsupported);
-    EXPECT_EQ(log.Count("AddName"), 3U);
-    EXPECT_EQ(log.Count("Add"), 0U) << "counted a name by its beginning";
-}
-
 TEST(Host, ASwitchedOffInterfaceIsNeitherCreatedNorFound)
 {
     CHostLog log;
@@ -70,43 +58,6 @@ TEST(Host, ASwitchedOffInterfaceIsNeitherCreatedNorFound)
     EXPECT_TRUE(ACFPtr<IACFUnknown>::Query(instance.Unknown(), IID_IAAXControllerV1));
     EXPECT_EQ(log.LiveObjects(), 0);
     EXPECT_EQ(instance.References(), 0);
-}
-
-TEST(Host, LeakedObjectsAndReferencesAreCounted)
-{
-    CHostLog log;
-    CHost host(log);
-    CInstanceHost instance(log);
-    IACFUnknown* leaked = MakeEffect(host).Detach();
-    auto transport = ACFPtr<IACFUnknown>::Query(instance.Unknown(), IID_IAAXTransportV2);
-    EXPECT_EQ(log.LiveObjects(), 1);
-    EXPECT_EQ(instance.References(), 1);
-    leaked->Release();
-    transport.Reset();
-    EXPECT_EQ(log.LiveObjects(), 0);
-    EXPECT_EQ(instance.References(), 0);
-}
-
-TEST(Host, ForeignAndWrongObjectsAreRefused)
-{
-    CHostLog log;
-    CHost host(log);
-    CInstanceHost foreign(log);
-    const auto effect = MakeEffect(host);
-    const auto collection = Make<AAX_IACFCollection>(host, AAXCompID_AAXCollection, IID_IAAXCollectionV1);
-    const auto component = Make<AAX_IACFComponentDescriptor>(host, AAXCompID_AAXComponentDescriptor,
-                                                             IID_IAAXComponentDescriptorV1);
-    for (IACFUnknown* object :
-         {static_cast<IACFUnknown*>(nullptr), foreign.Unknown(), static_cast<IACFUnknown*>(collection.Get())})
-    {
-        EXPECT_EQ(effect->AddComponent(object), ACF_E_INVALIDARG);
-        EXPECT_EQ(collection->AddEffect("id", object), ACF_E_INVALIDARG);
-    }
-    EXPECT_EQ(effect->SetProperties(effect.Get()), ACF_E_INVALIDARG);
-    EXPECT_EQ(component->AddProcessProc_Native(nullptr, nullptr, nullptr, nullptr, nullptr),
-              ACF_E_INVALIDARG);
-    EXPECT_EQ(component->AddPrivateData(1, -1, 0), ACF_E_INVALIDARG);
-    EXPECT_TRUE(host.Description().mEffects.empty());
 }
 
 TEST(HostTransport, PositionsFollowTempoMeterAndRate)
@@ -128,19 +79,6 @@ TEST(HostTransport, PositionsFollowTempoMeterAndRate)
     state.mSampleRate = 0.0;
     ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
     EXPECT_EQ(ticks, 0);
-}
-
-TEST(HostTransport, AFailingTransportLeavesTheAnswerAlone)
-{
-    CHostLog log;
-    CHostTransport transport(log);
-    double tempo = 77.0;
-    transport.SetResult(kAAX_ErrorUnsupported);
-    EXPECT_EQ(transport.GetCurrentTempo(&tempo), kAAX_ErrorUnsupported);
-    transport.SetResult(kAAX_Success);
-    log.FailCall("GetCurrentTempo", 1, kAAX_ErrorNullObject);
-    EXPECT_EQ(transport.GetCurrentTempo(&tempo), kAAX_ErrorNullObject);
-    EXPECT_EQ(tempo, 77.0);
 }
 
 /** An instance of the fake module whose host answers in that way. */

@@ -2,7 +2,6 @@
 #include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxhost/FakeModule.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <tuple>
 #include <utility>
@@ -29,7 +28,6 @@ protected:
         mOutput.assign(3, {});
         const auto sink = [this](std::span<const float* const> channels, std::int32_t frames)
         {
-            mBlockFrames.push_back(frames);
             for (std::size_t i = 0; i < channels.size(); ++i)
                 mOutput.at(i).insert(mOutput.at(i).end(), channels[i], channels[i] + frames);
             return SDone{};
@@ -43,7 +41,6 @@ protected:
     std::unique_ptr<CInstance> mInstance;
     SRenderJob mJob;
     std::vector<std::vector<float>> mOutput;
-    std::vector<std::int32_t> mBlockFrames;
 };
 
 SMidiEvent Event(double inSeconds, std::uint8_t inValue) { return {inSeconds, {0x90, 60, inValue}, 3}; }
@@ -68,17 +65,6 @@ TEST_F(RendererTest, EveryMidiEventFallsOnItsFrameWhateverTheBlock)
     }
 }
 
-TEST_F(RendererTest, InputIsFedBlockByBlockThenSilence)
-{
-    const SAudio input{1000, {{1.0F, 2.0F, 3.0F, 4.0F, 5.0F}}};
-    mJob.mInput = &input;
-    mJob.mFrames = 8;
-    mJob.mBlockFrames = 3;
-    Render();
-    EXPECT_EQ(mOutput[1], (std::vector<float>{1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 0.0F, 0.0F, 0.0F}));
-    EXPECT_EQ(mBlockFrames, (std::vector<std::int32_t>{3, 3, 2}));
-}
-
 TEST_F(RendererTest, AutomationTakesTheCurvesValueAtTheStartOfEachBlock)
 {
     const SAudio input{1000, {std::vector<float>(8, 1.0F)}};
@@ -90,34 +76,6 @@ TEST_F(RendererTest, AutomationTakesTheCurvesValueAtTheStartOfEachBlock)
     mJob.mBlockFrames = 3;
     Render();
     EXPECT_EQ(mOutput[1], (std::vector<float>{1.0F, 1.0F, 1.0F, 0.5F, 0.5F, 0.5F, 0.0F, 0.0F}));
-}
-
-TEST_F(RendererTest, AControlOfTheHostReachesTheInstanceBeforeTheFirstBlock)
-{
-    const SAudio input{1000, {{1.0F}}};
-    mJob.mInput = &input;
-    mJob.mFrames = 1;
-    ASSERT_EQ(mInstance->SetParameter("Level", 0.25), kAAX_Success);
-    Render();
-    EXPECT_EQ(mOutput[1], (std::vector<float>{0.25F}));
-}
-
-TEST_F(RendererTest, AStoppedTransportDoesNotMove)
-{
-    struct SRow
-    {
-        bool playing;
-        std::vector<float> positions;
-    };
-    for (const SRow& row : {SRow{true, {1.0F, 5.0F}}, SRow{false, {0.0F, 0.0F}}})
-    {
-        SCOPED_TRACE(row.playing);
-        mJob.mFrames = 8;
-        mJob.mBlockFrames = 4;
-        mJob.mPlaying = row.playing;
-        Render();
-        EXPECT_EQ((std::vector<float>{mOutput[2][0], mOutput[2][4]}), row.positions);
-    }
 }
 
 TEST_F(RendererTest, TempoAndPositionFollowTheMapAtTheStartOfEachBlock)
@@ -164,39 +122,6 @@ TEST_F(RendererTest, ATailEndsAfterASecondOfSilenceWhateverTheBlockOrAtItsLimit)
         }
 }
 
-TEST_F(RendererTest, AFailingSinkEndsTheRender)
-{
-    int blocks = 0;
-    mJob.mFrames = 100;
-    mJob.mBlockFrames = 10;
-    const auto done = RenderOffline(*mInstance, mJob,
-                                    [&](std::span<const float* const>, std::int32_t) -> COutcome<SDone>
-                                    {
-                                        if (++blocks == 3)
-                                            return SProblem{"Full."};
-                                        return SDone{};
-                                    });
-    ASSERT_FALSE(done);
-    EXPECT_EQ(done.Problem().mSentence, "Full.");
-    EXPECT_EQ(blocks, 3);
-}
-
-TEST_F(RendererTest, BuffersHaveRoomForAPluginThatReadsAFullBlock)
-{
-    const auto call = mInstance->MakeRenderCall();
-    call->mFrames = 1;
-    for (std::size_t i = 0; i < call->mOutputs.size(); ++i)
-    {
-        EXPECT_GE(call->Output(i).size(), 4096U);
-        EXPECT_EQ(call->mOutputs[i], call->Output(i).data());
-    }
-    EXPECT_GE(call->Input(0).size(), 4096U);
-    mJob.mFrames = 1;
-    mJob.mBlockFrames = 4097;
-    EXPECT_FALSE(
-        RenderOffline(*mInstance, mJob, [](std::span<const float* const>, std::int32_t) { return SDone{}; }));
-}
-
 TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
 {
     const auto call = mInstance->MakeRenderCall();
@@ -212,14 +137,5 @@ TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
     mInstance->Render(*call);
     EXPECT_EQ(guard.Stop().mAllocations > 0, CCallGuard::IsWatching());
     EXPECT_EQ(mLog.Count("GetCurrentNativeSampleLocation"), 1U);
-}
-
-TEST_F(RendererTest, AnEndedInstanceLeavesNothingBehind)
-{
-    EXPECT_EQ(mModule->LiveObjects(), 1);
-    mInstance.reset();
-    EXPECT_EQ(mModule->LiveObjects(), 0);
-    mModule.reset();
-    EXPECT_EQ(mLog.LiveObjects(), 0);
 }
 } // namespace

@@ -128,43 +128,6 @@ TEST_F(ControlsChunk, ValuesArriveAsRequestsAndFilteredOnesNotAtAll)
     EXPECT_EQ(mInstance.ValueOf(cDefaultMasterBypassID), 1.0);
 }
 
-TEST_F(ControlsChunk, EveryTypeOfValueComesBack)
-{
-    const auto add = [](CTestEffectParameters& ioInstance)
-    {
-        ioInstance.Add(std::make_unique<CTypedParameter>("i", std::int32_t{-5}));
-        ioInstance.Add(std::make_unique<CTypedParameter>("d", 1e100));
-        ioInstance.Add(std::make_unique<CTypedParameter>("t", AAX_CString("ab")));
-        ioInstance.Add(std::make_unique<CTypedParameter>("n", std::monostate()));
-        ioInstance.Add(MakeFloat("f", 0.1F));
-        return kAAX_Success;
-    };
-    CTestEffectParameters saved(add);
-    ASSERT_EQ(saved.Initialize(nullptr), kAAX_Success);
-    std::uint32_t size = 0;
-    ASSERT_EQ(saved.GetChunkSize(kAAX_ControlsChunkID, &size), kAAX_Success);
-    CChunk chunk(std::string(size, '\0'));
-    ASSERT_EQ(saved.GetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
-
-    CTestEffectParameters loaded;
-    auto* const integer = loaded.Add(std::make_unique<CTypedParameter>("i", std::int32_t{0}));
-    auto* const real = loaded.Add(std::make_unique<CTypedParameter>("d", 0.0));
-    auto* const text = loaded.Add(std::make_unique<CTypedParameter>("t", AAX_CString("")));
-    loaded.Add(MakeFloat("f", 0.0F));
-    AAX_CBoolean isEqual = 7;
-    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
-    EXPECT_EQ(isEqual, 0);
-    EXPECT_EQ(loaded.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
-    EXPECT_EQ(std::get<std::int32_t>(integer->mTyped), -5);
-    EXPECT_EQ(std::get<double>(real->mTyped), 1e100);
-    EXPECT_EQ(std::get<AAX_CString>(text->mTyped), "ab");
-    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
-    EXPECT_EQ(isEqual, 1);
-    real->mTyped = std::nan("");
-    EXPECT_EQ(loaded.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
-    EXPECT_EQ(isEqual, 0);
-}
-
 std::string WithByte(std::size_t inOffset, char inByte)
 {
     std::string bytes = kGainAndSwitch;
@@ -195,18 +158,6 @@ TEST_F(ControlsChunk, ComparisonSeesEachDifference)
     }
 }
 
-TEST_F(ControlsChunk, TruncatedChunkRestoresItsCompleteValuesAndReadsNoFurther)
-{
-    for (std::size_t size = 0; size < kGainAndSwitch.size(); ++size)
-    {
-        SCOPED_TRACE(size);
-        CChunk chunk(kGainAndSwitch.substr(0, size));
-        mLog.Clear();
-        EXPECT_EQ(mInstance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
-        EXPECT_EQ(mLog.Count("PostSetValueRequest"), size < 20 ? 0U : 1U);
-        EXPECT_FALSE(IsEqual(chunk));
-    }
-}
 /** A parameter whose owner is asked for a chunk while it takes a value. */
 class CAskingParameter final : public BoolParameter
 {

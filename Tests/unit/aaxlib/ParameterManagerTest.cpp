@@ -1,13 +1,9 @@
 #include "Libs/AAXLibrary/source/AAX_VAutomationDelegate.h"
-#include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxlib/TestParameters.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 
 #include <gtest/gtest.h>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace
 {
@@ -52,40 +48,5 @@ TEST_F(ParameterManager, RemovalMovesLaterParametersDownInBothLookUps)
     mManager.RemoveParameter(b); // its identifier goes with it
     EXPECT_EQ(mManager.GetParameter(0), c);
     EXPECT_EQ(mManager.NumParameters(), 1);
-}
-
-TEST_F(ParameterManager, IndexOrIdentifierOutOfRangeFindsNothing)
-{
-    EXPECT_EQ(mManager.ControlIndexFromID("a"), -1);
-    Add("a");
-    EXPECT_EQ(mManager.GetParameter(-1), nullptr);
-    EXPECT_EQ(mManager.GetParameter(1), nullptr);
-    EXPECT_EQ(mManager.GetParameterByID(nullptr), nullptr);
-    EXPECT_EQ(mManager.ControlIndexFromID(nullptr), -1);
-    EXPECT_EQ(mManager.ControlIndexFromID("ab"), -1);
-    EXPECT_EQ(mManager.GetParameterByID("ab"), nullptr);
-}
-
-TEST_F(ParameterManager, ParametersGoInTheirOrderAndTheHostHearsOfEach)
-{
-    Add("b");
-    Add("a");
-    mLog.Clear();
-    mManager.RemoveAllParameters();
-    EXPECT_EQ(mLog.Calls(),
-              (std::vector<std::string>{R"(UnregisterParameter("b"))", R"(UnregisterParameter("a"))"}));
-    EXPECT_EQ(mManager.NumParameters(), 0);
-    EXPECT_EQ(mManager.GetParameterByID("a"), nullptr);
-}
-
-TEST_F(ParameterManager, LookUpOfALongIdentifierAllocatesNothing)
-{
-    const char* const id = "an identifier of 31 characters."; // beyond any string's own storage
-    AAX_IParameter* const parameter = Add(id);
-    CCallGuard guard;
-    const bool found =
-        std::as_const(mManager).GetParameterByID(id) == parameter && mManager.ControlIndexFromID(id) == 0;
-    EXPECT_EQ(guard.Stop(), SGuardedCalls());
-    EXPECT_TRUE(found);
 }
 } // namespace

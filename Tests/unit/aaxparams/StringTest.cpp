@@ -2,96 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <iomanip>
 #include <limits>
 #include <locale>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 
 namespace
 {
-/** A host's string: everything but the slots of the interface is out of reach. */
-class CForeignString : public AAX_IString
-{
-public:
-    std::uint32_t Length() const override { return 99; } // of its own making
-    std::uint32_t MaxLength() const override { return 7; }
-    const char* Get() const override { return mText; }
-    void Set(const char* inText) override { *this = inText; }
-    AAX_IString& operator=(const AAX_IString& inOther) override { return *this = inOther.Get(); }
-    AAX_IString& operator=(const char* inText) override
-    {
-        mStored = inText;
-        return *this;
-    }
-
-    const char* mText = nullptr;
-    std::string mStored;
-};
-
-AAX_CString WithNul(const char* inFirst, const char* inSecond)
-{
-    AAX_CString text(inFirst);
-    const std::uint32_t position = text.Length();
-    text.Append(" ").Append(inSecond);
-    text[position] = '\0';
-    return text;
-}
-
-TEST(AaxString, NullTextsAreEmpty)
-{
-    AAX_CString text(static_cast<const char*>(nullptr));
-    EXPECT_TRUE(text.Empty());
-    EXPECT_STREQ(text.Get(), "");
-    EXPECT_EQ(text.MaxLength(), 4294967294U);
-    text = "abc";
-    text.Append(static_cast<const char*>(nullptr)).Insert(1, static_cast<const char*>(nullptr));
-    EXPECT_STREQ(text.Get(), "abc");
-    text.Replace(1, 1, static_cast<const char*>(nullptr));
-    EXPECT_STREQ(text.Get(), "ac");
-    text = CForeignString();
-    EXPECT_TRUE(text == static_cast<const char*>(nullptr));
-    EXPECT_FALSE(text.ToDouble(nullptr));
-    text.SubString(0, 1, nullptr);
-}
-
-TEST(AaxString, CharactersBehindANulAreKeptByCopiesOfTheSameClassOnly)
-{
-    const AAX_CString text = WithNul("a", "b");
-    ASSERT_EQ(text.Length(), 3U);
-    AAX_CString assigned;
-    assigned = text;
-    EXPECT_EQ(AAX_CString(text).Length(), 3U);
-    EXPECT_EQ(assigned.Length(), 3U);
-    EXPECT_EQ(AAX_CString(static_cast<const AAX_IString&>(text)).Length(), 1U);
-    EXPECT_EQ((AAX_CString("x") += text).Length(), 2U);
-    EXPECT_EQ(AAX_CString("x").Insert(0, text).Length(), 2U);
-    assigned = static_cast<const AAX_IString&>(assigned);
-    EXPECT_EQ(assigned.Length(), 1U);
-
-    EXPECT_TRUE(text == "a");
-    EXPECT_FALSE(text != AAX_CString("a"));
-    EXPECT_TRUE(AAX_CString("abc") < AAX_CString("abd"));
-    EXPECT_TRUE(AAX_CString("\xC3") > AAX_CString("z")); // bytes are compared unsigned
-}
-
-TEST(AaxString, ArgumentsMayPointIntoTheStringItself)
-{
-    AAX_CString text("abcdefghijklmnopqrstuvwxyz");
-    text.Append(text);
-    EXPECT_EQ(text.Length(), 52U);
-    text.Insert(1, text.Get() + 50);
-    EXPECT_STREQ(text.Get() + 50, "wxyz");
-    EXPECT_EQ(text[1], 'y');
-    text.Replace(0, 50, text);
-    EXPECT_EQ(text.Length(), 58U);
-    text.Set(text.Get() + 54);
-    EXPECT_STREQ(text.Get(), "wxyz");
-    text.SubString(1, 2, &text);
-    EXPECT_STREQ(text.Get(), "xy");
-}
-
 TEST(AaxString, EraseRemovesTheExcessOnlyWhenTooMuchIsAskedFor)
 {
     struct SRow
@@ -114,13 +31,6 @@ TEST(AaxString, EraseRemovesTheExcessOnlyWhenTooMuchIsAskedFor)
     EXPECT_STREQ(text.Replace(4, 99, "x").Get(), "abcdx");
     EXPECT_EQ(text.FindFirst("a"), -1);
     EXPECT_EQ(text.FindLast('a'), -1);
-}
-
-TEST(AaxString, PartsReachAForeignStringThroughItsOwnSlot)
-{
-    CForeignString out;
-    AAX_CString("abc").SubString(1, 100, &out);
-    EXPECT_EQ(out.mStored, "bc");
 }
 
 /** A locale that writes 1.234,5 for 1234.5. */
@@ -195,23 +105,5 @@ TEST(AaxString, NumbersAreReadFromTheStartOfTheTextElseZeroIsStored)
         EXPECT_EQ(AAX_CString(row.text).ToInteger(&integer), row.isInteger);
         EXPECT_EQ(integer, row.asInteger);
     }
-}
-
-TEST(AaxString, StreamsTreatItAsAStandardString)
-{
-    std::ostringstream out;
-    out << std::setfill('.') << std::setw(5) << WithNul("a", "b") << '|';
-    EXPECT_EQ(out.str(), std::string("..a\0b|", 6));
-
-    std::istringstream in(" \t abcdef gh");
-    AAX_CString word("old");
-    in >> std::setw(4) >> word;
-    EXPECT_STREQ(word.Get(), "abcd");
-    EXPECT_EQ(in.width(), 0);
-    in >> word;
-    EXPECT_STREQ(word.Get(), "ef");
-    in >> word >> word;
-    EXPECT_TRUE(in.fail());
-    EXPECT_TRUE(in.eof());
 }
 } // namespace

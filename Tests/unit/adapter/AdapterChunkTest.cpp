@@ -1,12 +1,9 @@
 #include "Tests/unit/adapter/AdapterTest.h"
 
-#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <map>
-#include <random>
-#include <thread>
 
 namespace
 {
@@ -290,46 +287,6 @@ TEST_F(Chunk, AChunkThatGrowsBetweenTheTwoRequestsIsNotWrittenBehindTheHostsRoom
     EXPECT_EQ(data[50], 'E');
 }
 
-TEST_F(Chunk, EmptyAndLargeChunksComeBack)
-{
-    for (const std::size_t size : {std::size_t{0}, std::size_t{64} << 20})
-    {
-        SCOPED_TRACE(size);
-        Script().Reset();
-        StartWithChunk(Bytes(size, 0x33));
-        auto chunks = Save();
-        EXPECT_EQ(chunks[1].second.Record().mSize, static_cast<std::int32_t>(size + 9));
-        Load(chunks);
-        // Behind nothing the trailer is not recognised: the plug-in is given it as its chunk.
-        const Bytes kept = size == 0 ? chunks[1].second.Data() : Bytes(size, 0x33);
-        EXPECT_TRUE(PluginChunk() == kept);
-        Stop();
-    }
-}
-
-TEST_F(Chunk, ForeignCutAndRandomChunksLeaveAUsableInstance)
-{
-    Script().parameters = {0.25F, 0.5F};
-    StartWithChunk({1, 2, 3, 4});
-    auto chunks = Save();
-    std::mt19937 random(42);
-    for (const auto& [id, chunk] : chunks)
-    {
-        const Bytes whole = chunk.Data();
-        for (std::size_t length = 0; length < whole.size(); ++length)
-        {
-            CChunk cut(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
-            EXPECT_EQ(Instance().SetChunk(id, &cut.Record()), kAAX_Success);
-            Bytes noise(length);
-            std::generate(noise.begin(), noise.end(), [&] { return static_cast<std::uint8_t>(random()); });
-            CChunk other(noise);
-            EXPECT_EQ(Instance().SetChunk(id, &other.Record()), kAAX_Success);
-        }
-    }
-    Load(chunks);
-    EXPECT_TRUE(Save()[1].second.Data() == chunks[1].second.Data());
-}
-
 TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
 {
     Script().parameters = {0.25F};
@@ -361,31 +318,6 @@ TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
     Start();
     EXPECT_EQ(Instance().SetChunk(kPlugin, &chunk.Record()), kAAX_Success); // a plug-in without a chunk
     EXPECT_EQ(TakePluginCalls(), Lines{});
-}
-
-TEST_F(Chunk, LoadsAndSavesWhileAnotherThreadRenders)
-{
-    Script().parameters = {0.25F, 0.5F};
-    StartWithChunk(Bytes(1000, 1));
-    auto chunks = Save();
-    std::atomic<bool> isDone = false;
-    std::atomic<int> blocks = 0;
-    std::thread renderThread(
-        [&]
-        {
-            CRenderBlock block(Instance(), 0, 0);
-            for (; !isDone.load(); ++blocks)
-                block.Render();
-        });
-    for (int i = 0; i < 200 || blocks.load() < 200; ++i)
-    {
-        Load(chunks);
-        (void)Save();
-        (void)Script().TakeLog(); // does not grow with the run
-    }
-    isDone.store(true);
-    renderThread.join();
-    EXPECT_EQ(PluginChunk(), Bytes(1000, 1));
 }
 
 TEST_F(Chunk, CallsFromInsideAndExceptionsLeaveTheInstanceReady)

@@ -337,6 +337,15 @@ TEST_F(Parameters, AnExceptionOfThePluginEndsAtTheHostFacingCall)
     Effect().Effect().setParameter = [](AEffect*, std::int32_t, float) { throw 5; };
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_ErrorNullObject);
     EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.75), kAAX_ErrorNullObject);
+    Effect().Effect().getParameter = [](AEffect*, std::int32_t) -> float { throw 5; };
+    std::uint32_t size = 0;
+    AAX_SPlugInChunk chunk{};
+    AAX_CBoolean isEqual = 0;
+    const AAX_CTypeID controls = AAX_FourCharCode("elck");
+    EXPECT_EQ(Instance().GetChunkSize(controls, &size), kAAX_ErrorNullObject);
+    EXPECT_EQ(Instance().GetChunk(controls, &chunk), kAAX_ErrorNullObject);
+    EXPECT_EQ(Instance().SetChunk(controls, &chunk), kAAX_ErrorNullObject);
+    EXPECT_EQ(Instance().CompareActiveChunk(&chunk, &isEqual), kAAX_ErrorNullObject);
     Stop();
     Script().faults.insert(effOpen);
     EXPECT_EQ(StartWithoutCoefficients(), kAAX_ErrorNullObject);

@@ -65,37 +65,4 @@ TEST_F(InstrumentDescribe, FieldsAreNodesWhereTheyAreNeededAndPlaceholdersElsewh
     EXPECT_TRUE(Has(lines, "AddPrivateData(9, 4, 0)"));
     EXPECT_FALSE(Has(lines, "AddPrivateData(23, 4, 0)"));
 }
-
-TEST_F(InstrumentDescribe, EveryHostCallMayFailAndTheResultSaysSo)
-{
-    AAX_SInstrumentSetupInfo info;
-    info.mNumAuxOutputStems = 1;
-    info.mAuxOutputStemNames[0] = "Aux";
-    info.mNeedsInputMIDI = true;
-    for (const char* call :
-         {"AddPrivateData", "AddMIDINode", "AddAudioIn", "AddAudioOut", "AddAudioBufferLength", "AddClock",
-          "AddAuxOutputStem", "AddProperty", "AddProcessProc_Native", "AddComponent"})
-    {
-        SCOPED_TRACE(call);
-        CHostLog log;
-        CHost host(log);
-        log.FailCall(call, 1, -12345);
-        AAX_VCollection collection(host.Unknown());
-        const std::unique_ptr<AAX_IEffectDescriptor> descriptor = collection.NewDescriptor();
-        EXPECT_EQ(AAX_CInstrumentParameters::StaticDescribe(descriptor.get(), info), -12345);
-    }
-}
-
-TEST_F(InstrumentDescribe, AHostWithoutComponentsOrPropertiesIsRefused)
-{
-    for (const acfUID& missing : {AAXCompID_AAXComponentDescriptor, AAXCompID_AAXPropertyMap})
-    {
-        CHostLog log;
-        CHost host(log);
-        log.SwitchOff(missing);
-        AAX_VCollection collection(host.Unknown());
-        const std::unique_ptr<AAX_IEffectDescriptor> descriptor = collection.NewDescriptor();
-        EXPECT_NE(AAX_CInstrumentParameters::StaticDescribe(descriptor.get(), {}), kAAX_Success);
-    }
-}
 } // namespace

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
-#include <numbers>
 #include <stdexcept>
 
 #include <dlfcn.h>
@@ -18,8 +16,7 @@ VstIntPtr AnswerNothing(AEffect* /*inEffect*/, std::int32_t /*inOpcode*/, std::i
 }
 } // namespace
 
-CExamplePlugin::CExamplePlugin(const char* inFile, float inSampleRate)
-    : mLibrary(dlopen(inFile, RTLD_NOW | RTLD_LOCAL))
+CExamplePlugin::CExamplePlugin(const char* inFile) : mLibrary(dlopen(inFile, RTLD_NOW | RTLD_LOCAL))
 {
     void* const entry = mLibrary != nullptr ? dlsym(mLibrary, "VSTPluginMain") : nullptr;
     mEffect = entry != nullptr ? reinterpret_cast<VstPluginEntryProc>(entry)(&AnswerNothing) : nullptr;
@@ -27,7 +24,7 @@ CExamplePlugin::CExamplePlugin(const char* inFile, float inSampleRate)
     {
         throw std::runtime_error(std::string("no plug-in: ") + inFile);
     }
-    Dispatch(effSetSampleRate, 0, 0, nullptr, inSampleRate);
+    Dispatch(effSetSampleRate, 0, 0, nullptr, 48000.0F);
     Dispatch(effSetBlockSize, 0, 1024);
     Dispatch(effOpen);
     Dispatch(effMainsChanged, 0, 1);
@@ -82,11 +79,10 @@ void CExamplePlugin::Send(std::span<const STestMessage> inMessages)
 }
 
 Channels CExamplePlugin::Render(std::int32_t inFrames, const std::vector<STestMessage>& inMessages,
-                                const std::vector<std::int32_t>& inBlocks, const Channels& inInput)
+                                const std::vector<std::int32_t>& inBlocks)
 {
     Channels output(static_cast<std::size_t>(mEffect->numOutputs),
                     std::vector<float>(static_cast<std::size_t>(inFrames)));
-    Channels input = inInput;
     auto next = inMessages.begin();
     std::size_t turn = 0;
     for (std::int32_t start = 0; start < inFrames; ++turn)
@@ -102,38 +98,10 @@ Channels CExamplePlugin::Render(std::int32_t inFrames, const std::vector<STestMe
         {
             Send(due);
         }
-        std::vector<float*> ins;
         std::vector<float*> outs;
-        std::ranges::for_each(input, [&](auto& ioChannel) { ins.push_back(ioChannel.data() + start); });
         std::ranges::for_each(output, [&](auto& ioChannel) { outs.push_back(ioChannel.data() + start); });
-        mEffect->processReplacing(mEffect, ins.data(), outs.data(), frames);
+        mEffect->processReplacing(mEffect, nullptr, outs.data(), frames);
         start += frames;
     }
     return output;
-}
-
-float Peak(std::span<const float> inSamples)
-{
-    float peak = 0.0F;
-    for (const float sample : inSamples)
-    {
-        // A number that isn't one counts as the loudest there is.
-        peak = std::isfinite(sample) ? std::max(peak, std::abs(sample)) : HUGE_VALF;
-    }
-    return peak;
-}
-
-double Strength(std::span<const float> inSamples, double inFrequency)
-{
-    double real = 0.0;
-    double imaginary = 0.0;
-    const auto count = static_cast<double>(inSamples.size());
-    for (std::size_t i = 0; i < inSamples.size(); ++i)
-    {
-        const double angle = 2.0 * std::numbers::pi * inFrequency * static_cast<double>(i);
-        const double window = 1.0 - std::cos(2.0 * std::numbers::pi * static_cast<double>(i) / count);
-        real += window * static_cast<double>(inSamples[i]) * std::cos(angle);
-        imaginary += window * static_cast<double>(inSamples[i]) * std::sin(angle);
-    }
-    return 2.0 * std::hypot(real, imaginary) / count;
 }

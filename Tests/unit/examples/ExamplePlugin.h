@@ -17,12 +17,12 @@ struct STestMessage
 
 using Channels = std::vector<std::vector<float>>;
 
-/** An example plug-in in its file, driven as a host drives it that answers 0 to everything. */
+/** An example plug-in without inputs in its file, driven as a host drives it that answers 0 to everything. */
 class CExamplePlugin
 {
 public:
     /** Fails the test by an exception when the file is no plug-in. */
-    explicit CExamplePlugin(const char* inFile, float inSampleRate = 48000.0F);
+    explicit CExamplePlugin(const char* inFile);
     CExamplePlugin(const CExamplePlugin&) = delete;
     CExamplePlugin& operator=(const CExamplePlugin&) = delete;
     ~CExamplePlugin();
@@ -42,13 +42,9 @@ public:
 
     /** Renders in blocks whose sizes are taken from `inBlocks` round and round. @param inMessages by time. */
     Channels Render(std::int32_t inFrames, const std::vector<STestMessage>& inMessages = {},
-                    const std::vector<std::int32_t>& inBlocks = {1024}, const Channels& inInput = {});
+                    const std::vector<std::int32_t>& inBlocks = {1024});
 
 private:
     void* mLibrary = nullptr;
     AEffect* mEffect = nullptr;
 };
-
-float Peak(std::span<const float> inSamples);
-/** Strength of one frequency, in cycles per sample: 1 for a sine at full scale. */
-double Strength(std::span<const float> inSamples, double inFrequency);

@@ -56,17 +56,4 @@ TEST(ProbeCommand, ConfigureArgumentsAreLinesAndTheNameIsTheOneGiven)
     EXPECT_TRUE(run.output.ends_with("-DAAXADAPTER_ENTRY_VERSION=2400\n-DAAXADAPTER_PORTS_FROM_COUNTS=ON\n"
                                      "-DAAXADAPTER_MIDI_INPUT=ON\n"));
 }
-
-TEST(ProbeCommand, TheExampleSynthesizerNeedsNoOption)
-{
-    const SRun run = Vst2probe(std::string(EXAMPLE_SYNTH_FILE) + " --json");
-    const auto json = nlohmann::json::parse(run.output, nullptr, false);
-    ASSERT_TRUE(json.is_object()) << run.output;
-    EXPECT_EQ(json["kind"], "instrument");
-    EXPECT_EQ(json["outputPorts"].size(), 3U);
-    EXPECT_EQ(json["outputPorts"][2], nlohmann::json({{"label", "Sub"}, {"channels", 2}}));
-    EXPECT_EQ(json["options"]["ENTRY_VERSION"]["value"], 0);
-    EXPECT_EQ(json["options"]["PORTS_FROM_COUNTS"]["value"], false);
-    EXPECT_EQ(json["options"]["MIDI_INPUT"]["value"], false);
-}
 } // namespace

@@ -159,35 +159,4 @@ TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
     }
     EXPECT_EQ(wrong.load(), 0);
 }
-
-TEST(EffectRegistry, CallbackOfOneInstanceWorksWhileOthersAreLoadedAndClosed)
-{
-    ScriptedModule module;
-    CVst2Host host;
-    ASSERT_NE(host.LoadPlugin(module.Path()), nullptr);
-    ScriptedEffect& caller = *module.Script().instances.front();
-    std::atomic<bool> stop = false;
-    std::atomic<long> calls = 0;
-    std::atomic<long> wrong = 0;
-    std::thread thread(
-        [&]
-        {
-            while (!stop.load())
-            {
-                wrong += caller.CallHost(audioMasterVersion) == 2400 ? 0 : 1;
-                wrong += caller.CallHost(audioMasterWantMidi) == 0 ? 0 : 1;
-                ++calls;
-            }
-        });
-    for (int round = 0; round < 50 || calls.load() < 1000; ++round)
-    {
-        CVst2Host other;
-        EXPECT_NE(other.LoadPlugin(module.Path()), nullptr);
-        EXPECT_NE(host.LoadPlugin(module.Path()), nullptr);
-        EXPECT_TRUE(host.ClosePlugin(host.Plugins().back().get()));
-    }
-    stop.store(true);
-    thread.join();
-    EXPECT_EQ(wrong.load(), 0);
-}
 } // namespace

@@ -344,6 +344,8 @@ TEST(PluginPorts, InputsAreNamedWithinTheLabelAndOutputsNever)
     module.Script().shape.numInputs = 1;
     module.Script().shape.numOutputs = 1;
     module.Script().inputPins = {{std::string(64, 'L'), 0}}; // no terminator fits
+    module.Script().hooks[effGetInputProperties] = [](ScriptedEffect&, const SDispatch& inCall)
+    { std::fill_n(static_cast<char*>(inCall.pointer), 256, 'x'); }; // more than the record, as some do
     module.Script().outputPins = {{"Out", 0}};
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
