@@ -71,6 +71,8 @@ TEST(Description, TheSynthesizerIsDescribedCallByCall)
                              "AddPackageName(",
                              "SetPackageVersion("})
         EXPECT_TRUE(Has(calls, call)) << call;
+    for (const std::string& call : calls)
+        EXPECT_EQ(call.find("local output"), std::string::npos) << "a node that nothing is posted to";
     const SEffect& effect = (*module)->Effect();
     EXPECT_EQ(effect.mCategories, (std::vector<std::uint32_t>{kAAX_CategorySoftwareInstrument}));
     EXPECT_EQ(effect.mComponents.front().mAuxStems.size(), 2U);

@@ -1,4 +1,3 @@
-#include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/CVirtualDisplay.h"
 #include "Tests/integration/OpenedEditor.h"
 #include "Tests/integration/ToolRun.h"
@@ -59,32 +58,24 @@ protected:
         mScreen.emplace();
     }
 
-    /** A person takes hold of the subject's knob as soon as it is to be seen. */
-    [[nodiscard]] bool TakeHold(SOpened& inOpened, const SSubject& inKnob, int inLeft = 0)
-    {
-        const CHostLog& log = inOpened.mLoaded.mLog;
-        inOpened.mLoaded.mLog.Clear();
-        EXPECT_TRUE(inOpened.Await([&] { return mScreen->ShowsEditor(inOpened.WindowID()); }));
-        mScreen->MoveTo(inLeft + inKnob.mX, inKnob.mY);
-        mScreen->Button(kPrimaryButton, true);
-        const bool came = inOpened.Await([&] { return log.Count("HandleParameterMouseDown") == 1; });
-        EXPECT_TRUE(came) << "the press did not come";
-        return came;
-    }
     /** A drag over the subject's knob, upwards in steps, each waited for. */
-    void Drag(SOpened& inOpened, const SSubject& inKnob, int inLeft = 0)
+    void Drag(SOpened& inOpened, const SSubject& inKnob)
     {
-        const CHostLog& log = inOpened.mLoaded.mLog;
+        CHostLog& log = inOpened.mLoaded.mLog;
+        log.Clear();
         const auto await = [&](const char* inCall, std::size_t inCount)
         {
             const bool came = inOpened.Await([&] { return log.Count(inCall) >= inCount; });
             EXPECT_TRUE(came) << inCall << " " << inCount << " did not come";
             return came;
         };
-        bool goesOn = TakeHold(inOpened, inKnob, inLeft);
+        EXPECT_TRUE(inOpened.Await([&] { return mScreen->ShowsEditor(inOpened.WindowID()); }));
+        mScreen->MoveTo(inKnob.mX, inKnob.mY);
+        mScreen->Button(kPrimaryButton, true);
+        bool goesOn = await("HandleParameterMouseDown", 1);
         for (int step = 1; goesOn && step <= 3; ++step)
         {
-            mScreen->MoveTo(inLeft + inKnob.mX, inKnob.mY - 10 * step);
+            mScreen->MoveTo(inKnob.mX, inKnob.mY - 10 * step);
             goesOn = await("HandleParameterMouseDrag", static_cast<std::size_t>(step));
         }
         mScreen->Button(kPrimaryButton, false);
@@ -183,31 +174,6 @@ TEST_P(Editors, ADragArrivesAsAGestureWithTheValueBalanced)
     EXPECT_FALSE(opened.mInstance->Host().Automation().IsTouched(parameter));
 }
 
-TEST_P(Editors, OpeningAHundredTimesLeavesNothingBehind)
-{
-    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
-    SOpened opened(loaded);
-    const auto openFiles = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
-    const SViewSize size = opened.mView->Size();
-    EXPECT_FALSE(size.IsEmpty());
-    EXPECT_EQ(mScreen->Children(opened.WindowID()), 1);
-    opened.mView.reset();
-    const auto files = openFiles();
-    const int objects = loaded.mModule->LiveObjects();
-    for (int i = 0; i < 100; ++i)
-    {
-        opened.mView = Expect(CEditorView::Open(*opened.mInstance, *opened.mWindow));
-        ASSERT_TRUE(opened.mView->Tick());
-        ASSERT_EQ(opened.mView->Size(), size);
-        opened.mView.reset();
-    }
-    EXPECT_EQ(mScreen->Children(opened.WindowID()), 0);
-    EXPECT_EQ(openFiles(), files);
-    EXPECT_EQ(loaded.mModule->LiveObjects(), objects);
-    opened.mView = Expect(CEditorView::Open(*opened.mInstance, *opened.mWindow));
-    Drag(opened, GetParam()); // still alive
-}
-
 TEST_P(Editors, TheInstanceGoesWithItsEditorOpen)
 {
     SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
@@ -233,64 +199,6 @@ TEST_P(Editors, TheInstanceGoesWithItsEditorOpen)
         EXPECT_EQ(mScreen->Children(id), 0);
         EXPECT_EQ(loaded.mModule->LiveObjects(), 0);
     }
-}
-
-TEST_P(Editors, TheWindowIsTakenAwayAndGivenAgainEvenInTheMiddleOfADrag)
-{
-    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
-    SOpened opened(loaded);
-    ASSERT_TRUE(TakeHold(opened, GetParam()));
-    EXPECT_TRUE(opened.mView->TakeWindowAway());
-    EXPECT_EQ(mScreen->Children(opened.WindowID()), 0);
-    mScreen->MoveTo(GetParam().mX, GetParam().mY - 20);
-    mScreen->Button(kPrimaryButton, false);
-    EXPECT_TRUE(opened.mView->Tick()); // idles a plug-in whose editor is closed
-    EXPECT_EQ(loaded.mLog.Count("HandleParameterMouseDrag"), 0U);
-
-    EXPECT_TRUE(opened.mView->GiveWindow());
-    EXPECT_EQ(mScreen->Children(opened.WindowID()), 1);
-    Drag(opened, GetParam());
-    (void)ExpectWholeGesture(Gestures(loaded.mLog), GetParam().mParameter, "0x4");
-}
-
-TEST_P(Editors, TwoInstancesHaveTheirEditorsSideBySide)
-{
-    SLoaded loaded(GetParam().mPlugin, GetParam().mNeedsOptions);
-    auto first = std::make_unique<SOpened>(loaded);
-    SOpened second(loaded);
-    const int left = first->mView->Size().mWidth; // at most half the screen
-    second.mWindow->MoveTo(left, 0);
-    const std::string parameter = GetParam().mParameter;
-    const double secondValue = second.Value(parameter);
-    Drag(*first, GetParam());
-    EXPECT_EQ(second.Value(parameter), secondValue);
-    EXPECT_EQ(second.mInstance->Host().Automation().PendingRequests(), 0U) << "told to the wrong instance";
-    EXPECT_NE(first->Value(parameter), secondValue);
-    first.reset();
-    EXPECT_EQ(mScreen->Children(second.WindowID()), 1);
-    Drag(second, GetParam(), left); // the first on this knob: MVerb takes two in a row for a double click
-    EXPECT_NE(second.Value(parameter), secondValue);
-}
-
-TEST_P(Editors, ThePictureShowsTheEditorInTheSizeThatItReported)
-{
-    const CModuleBundle bundle(GetParam().mNeedsOptions ? kOptionsModule : kPlainModule, GetParam().mPlugin);
-    const std::string file = bundle.Path().parent_path() / "editor.png";
-    // The driver, as above, in a process of its own.
-    const bool isSearched = GetParam().mPlugin == kSynthPlugin;
-    const SToolRun run = RunTool({"/usr/bin/env", isSearched ? "NONE=" : "ASAN_OPTIONS=detect_leaks=0",
-                                  AAXHOST, "editor", bundle.Path(), "--seconds", "2", "--screenshot", file});
-    ASSERT_EQ(run.mExit, 0) << run.mErrors;
-    const auto picture = ReadPng(file);
-    ASSERT_TRUE(picture) << picture.Problem().mSentence;
-    std::ostringstream told;
-    told << "The editor is " << picture->mWidth << " by " << picture->mHeight << "\n";
-    EXPECT_NE(run.mOutput.find(told.str()), std::string::npos) << run.mOutput << told.str();
-    std::set<std::uint32_t> colours;
-    const std::vector<std::uint8_t>& pixels = picture->mPixels;
-    for (std::size_t i = 0; i + 2 < pixels.size(); i += 3)
-        colours.insert(static_cast<std::uint32_t>(pixels[i] << 16 | pixels[i + 1] << 8 | pixels[i + 2]));
-    EXPECT_GT(colours.size(), 50U) << "blank, or next to it";
 }
 
 INSTANTIATE_TEST_SUITE_P(Plugins, Editors, testing::Values(kSynth, kMVerb, kZamComp),
@@ -329,60 +237,22 @@ TEST_F(OnADisplay, KeysAndButtonsGoWithTheGesture)
     }
 }
 
-TEST_F(OnADisplay, OnlyAKnobIsDragged)
+TEST_F(OnADisplay, ThePictureShowsTheEditorInTheSizeThatItReported)
 {
-    SLoaded loaded(kSynthPlugin, false);
-    SOpened opened(loaded);
-    const auto pull = [&](int inX, int inY, unsigned inButton)
-    {
-        mScreen->MoveTo(inX, inY);
-        mScreen->Button(inButton, true);
-        mScreen->MoveTo(inX, inY - 30);
-        mScreen->Button(inButton, false);
-    };
-    ASSERT_TRUE(opened.Await([&] { return mScreen->ShowsEditor(opened.WindowID()); }));
-    pull(kSynth.mX, 20, kPrimaryButton);          // above the knobs
-    pull(208, kSynth.mY, kPrimaryButton);         // between two groups
-    pull(kSynth.mX, kSynth.mY, kSecondaryButton); // the other button
-    Drag(opened, kSynth);                         // what came before has been taken by then
-    (void)ExpectWholeGesture(Gestures(loaded.mLog), kSynth.mParameter, "0x4");
-}
-
-TEST_F(OnADisplay, ASizeThatIsKnownLateOrChangesIsFollowed)
-{
-    const CModuleBundle bundle(kPlainModule, ScriptedModule::FileOf("scripted_plugin.so"));
-    ScriptedModule plugin(bundle.SourceVst());
-    plugin.Script().shape.flags |= effFlagsHasEditor;
-    CHostLog log;
-    const auto module = Expect(CModule::Open(bundle.Path(), log));
-    const auto instance = Expect(CInstance::Create(*module, 48000.0));
-    const auto window = Expect(CHostWindow::Create("test"));
-    plugin.Script().givesEditorSize = false;
-    const auto view = Expect(CEditorView::Open(*instance, *window));
-    struct SRow
-    {
-        bool mGives;
-        ERect mRect; // top, left, bottom, right
-        SViewSize mSize;
-        SViewSize mShown;
-    };
-    for (const SRow& row : {SRow{true, {0, 0, 0, 0}, {0, 0}, {400, 300}},
-                            {true, {200, 320, 0, 0}, {0, 0}, {400, 300}},
-                            {true, {0, 0, 200, 320}, {320, 200}, {320, 200}},
-                            {true, {10, 10, 490, 650}, {640, 480}, {640, 480}},
-                            {false, {0, 0, 0, 0}, {0, 0}, {640, 480}}})
-    {
-        plugin.Script().givesEditorSize = row.mGives;
-        plugin.Script().editorSize = row.mRect;
-        ASSERT_TRUE(view->Tick());
-        EXPECT_EQ(view->Size(), row.mSize);
-        const SPicture picture = Expect(window->TakePicture());
-        EXPECT_EQ((SViewSize{picture.mWidth, picture.mHeight}), row.mShown);
-    }
-    plugin.Script().faults.insert(effEditIdle);
-    const auto failed = view->Tick();
-    EXPECT_FALSE(failed); // and the host is told
-    plugin.Script().faults.clear();
+    const CModuleBundle bundle(kPlainModule, kSynthPlugin);
+    const std::string file = bundle.Path().parent_path() / "editor.png";
+    const SToolRun run = RunTool({AAXHOST, "editor", bundle.Path(), "--seconds", "2", "--screenshot", file});
+    ASSERT_EQ(run.mExit, 0) << run.mErrors;
+    const auto picture = ReadPng(file);
+    ASSERT_TRUE(picture) << picture.Problem().mSentence;
+    std::ostringstream told;
+    told << "The editor is " << picture->mWidth << " by " << picture->mHeight << "\n";
+    EXPECT_NE(run.mOutput.find(told.str()), std::string::npos) << run.mOutput << told.str();
+    std::set<std::uint32_t> colours;
+    const std::vector<std::uint8_t>& pixels = picture->mPixels;
+    for (std::size_t i = 0; i + 2 < pixels.size(); i += 3)
+        colours.insert(static_cast<std::uint32_t>(pixels[i] << 16 | pixels[i + 1] << 8 | pixels[i + 2]));
+    EXPECT_GT(colours.size(), 50U) << "blank, or next to it";
 }
 
 TEST_F(OnADisplay, TheCommandTellsOfGesturesAndEndsWithItsWindow)
@@ -413,17 +283,5 @@ TEST_F(OnADisplay, TheCommandTellsOfGesturesAndEndsWithItsWindow)
                              "00000 Cutoff           release\n"
                              "00000 Cutoff           mouse drag with shift\n"
                              "00000 Cutoff           mouse up with shift\n");
-}
-
-TEST_F(OnADisplay, WithoutAnEditorOrADisplayTheCommandSaysSo)
-{
-    const CModuleBundle delay(kPlainModule, kDelayPlugin);
-    const SToolRun without = RunTool({AAXHOST, "editor", delay.Path()});
-    EXPECT_EQ(without.mExit, 1);
-    EXPECT_EQ(without.mErrors, "The plug-in has no editor, or gives it no size.\n");
-    ASSERT_EQ(unsetenv("DISPLAY"), 0);
-    const SToolRun blind = RunTool({AAXHOST, "editor", delay.Path()});
-    EXPECT_EQ(blind.mExit, 1);
-    EXPECT_EQ(blind.mErrors, "There is no X server to open a window on: DISPLAY has to name one.\n");
 }
 } // namespace

@@ -1,12 +1,8 @@
-#include "Tests/integration/CHostRoutine.h"
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/SystemCallTrap.h"
-#include "Tools/aaxhost/lib/CModule.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -14,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include <dlfcn.h>
 #include <elf.h>
 
 namespace
@@ -106,71 +101,5 @@ TEST(Hardening, TheModuleCallsNothingThatRunsACommand)
          {"system", "popen", "execl", "execle", "execlp", "execv", "execve", "execvp", "execvpe", "execveat",
           "fexecve", "fork", "vfork", "posix_spawn", "posix_spawnp", "wordexp", "dlmopen", "syscall"})
         EXPECT_FALSE(module.Imports().contains(name)) << name;
-}
-
-TEST(Hardening, NoFileIsOpenedButThePluginsAndNoCommandRun)
-{
-    unsetenv("DISPLAY"); // no keys to ask for at a gesture
-    const CModuleBundle bundle(kPlainModule, STRESS_PLUGIN);
-    const fs::path bait = bundle.Path().parent_path() / "bait";
-    std::ofstream(bait) << "not to be read";
-    // The host's part: the module file, and the libraries that it brings.
-    const fs::path moduleFile = bundle.Path() / "Contents" / "x86_64-linux" / kPlainModule.filename();
-    void* const loaded = dlopen(moduleFile.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(loaded, nullptr) << dlerror();
-
-    const auto work = [&]
-    {
-        CHostLog log;
-        auto module = CModule::Open(bundle.Path().string(), log);
-        ASSERT_TRUE(module) << module.Problem().mSentence;
-        auto instance = CInstance::Create(**module, 48000.0);
-        ASSERT_TRUE(instance) << instance.Problem().mSentence;
-        CHostRoutine routine(**instance);
-        routine.Everything();
-        for (const char* id : {"elck", "0001"})
-        {
-            CStateChunk chunk(bait.string().size());
-            std::memcpy(chunk.Room().data(), bait.c_str(), bait.string().size());
-            const AAX_CTypeID type =
-                std::string_view(id) == "elck" ? AAX_FourCharCode("elck") : AAX_FourCharCode("0001");
-            chunk.Record().mChunkID = type;
-            EXPECT_EQ((*instance)->Parameters().SetChunk(type, &chunk.Record()), kAAX_Success);
-        }
-        routine.Everything();
-    };
-    std::vector<STrappedCall> calls;
-    if (!TrapSystemCalls(work, calls))
-    {
-        dlclose(loaded);
-        GTEST_SKIP() << "this system does not let a process watch its own calls";
-    }
-    dlclose(loaded);
-    bool isPluginOpened = false;
-    for (const STrappedCall& call : calls)
-    {
-        SCOPED_TRACE(call.mNumber);
-        const bool isPlugin = fs::path(call.mPath).lexically_normal() == bundle.SourceVst();
-        isPluginOpened = isPluginOpened || isPlugin;
-        EXPECT_TRUE(isPlugin || fs::path(call.mPath) == moduleFile) << call.mPath;
-    }
-    EXPECT_TRUE(isPluginOpened) << "nothing was seen";
-}
-
-TEST(SystemCallTrap, SeesAFileOpenedAndACommandRun)
-{
-    std::vector<STrappedCall> calls;
-    const auto work = []
-    {
-        const std::ifstream file("/proc/self/status");
-        EXPECT_TRUE(file.is_open());
-        EXPECT_EQ(std::system("true"), 0);
-    };
-    if (!TrapSystemCalls(work, calls))
-        GTEST_SKIP() << "this system does not let a process watch its own calls";
-    const auto sees = [&](const char* path)
-    { return std::ranges::any_of(calls, [=](const STrappedCall& call) { return call.mPath == path; }); };
-    EXPECT_TRUE(sees("/proc/self/status"));
-    EXPECT_TRUE(sees("/bin/sh"));
 }
 } // namespace
