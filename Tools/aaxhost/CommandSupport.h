@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/host/CHostAutomation.h"
-#include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/support/COutcome.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>

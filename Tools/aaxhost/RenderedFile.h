@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/support/COutcome.h"
 
 #include <cstdint>
 #include <span>

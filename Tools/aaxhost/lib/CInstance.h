@@ -3,8 +3,8 @@
 #include "Interfaces/AAX/AAX_IACFEffectParameters.h"
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
-#include "Tools/aaxhost/lib/COutcome.h"
 #include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/support/COutcome.h"
 
 #include <memory>
 #include <string>

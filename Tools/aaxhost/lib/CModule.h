@@ -1,7 +1,7 @@
 #pragma once
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Tools/aaxhost/host/CHost.h"
-#include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/support/COutcome.h"
 
 #include <cstdint>
 #include <memory>

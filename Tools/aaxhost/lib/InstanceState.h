@@ -1,6 +1,6 @@
 #pragma once
 #include "Interfaces/AAX/AAX_Types.h"
-#include "Tools/aaxhost/lib/COutcome.h"
+#include "Tools/support/COutcome.h"
 
 #include <cstddef>
 #include <span>

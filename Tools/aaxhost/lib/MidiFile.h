@@ -1,6 +1,6 @@
 #pragma once
-#include "Tools/aaxhost/lib/COutcome.h"
 #include "Tools/aaxhost/lib/TempoMap.h"
+#include "Tools/support/COutcome.h"
 
 #include <array>
 #include <cstdint>

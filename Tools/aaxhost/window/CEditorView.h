@@ -1,6 +1,6 @@
 #pragma once
-#include "Tools/aaxhost/lib/COutcome.h"
 #include "Tools/aaxhost/window/CHostWindow.h"
+#include "Tools/support/COutcome.h"
 
 #include <memory>
 

@@ -1,2 +1,0 @@
-#pragma once
-#include "Tools/support/COutcome.h" // what the tools share lies there
