@@ -1,5 +1,6 @@
-#include "Tools/aaxhost/CommandBench.h"
-
+#include "Tools/aaxhost/CommandOptions.h"
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/bench/ModuleBench.h"
 #include "Tools/support/CStage.h"
 #include "Tools/support/CWholeFile.h"

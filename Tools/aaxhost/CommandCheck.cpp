@@ -1,5 +1,6 @@
-#include "Tools/aaxhost/CommandCheck.h"
-
+#include "Tools/aaxhost/CommandOptions.h"
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/check/CheckRunner.h"
 #include "Tools/aaxhost/report/CheckReport.h"
 #include "Tools/support/CWholeFile.h"

@@ -1,5 +1,6 @@
-#include "Tools/aaxhost/CommandEditor.h"
-
+#include "Tools/aaxhost/CommandOptions.h"
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/EditorReport.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"

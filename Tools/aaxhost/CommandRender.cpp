@@ -1,5 +1,6 @@
-#include "Tools/aaxhost/CommandRender.h"
-
+#include "Tools/aaxhost/CommandOptions.h"
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/RenderMaterial.h"
 #include "Tools/aaxhost/RenderedFile.h"
 #include "Tools/aaxhost/host/HostNames.h"

@@ -1,5 +1,6 @@
-#include "Tools/aaxhost/CommandState.h"
-
+#include "Tools/aaxhost/CommandOptions.h"
+#include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/ChunkReport.h"

@@ -1,12 +1,9 @@
 #pragma once
-#include "Tools/aaxhost/host/CHostAutomation.h"
 #include "Tools/support/COutcome.h"
 
-#include <CLI/CLI.hpp>
-#include <functional>
 #include <string>
 
-/** What every command of the tool shares: exit codes, messages, the forms of its arguments. */
+/** What every command of the tool shares: exit codes, messages, progress. */
 
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1; // a failed check, a refused module, an unreadable file
@@ -21,26 +18,15 @@ int FailUsage(const std::string& inSentence);
 /** Writes a file whose text is made already; replaces one that is there. */
 COutcome<SDone> WriteText(const std::string& inPath, const std::string& inText);
 
-/** The chosen command leaves here what is to be done after the command line was read. */
-using CommandAction = std::function<int()>;
-
-/** Takes finite decimal numbers from inLowest to inHighest. */
-CLI::Validator NumberFrom(double inLowest, double inHighest);
-/** Takes whole numbers from inLowest to inHighest. */
-CLI::Validator WholeNumberFrom(int inLowest, int inHighest);
-
 /** `ID=REST`, cut at the first `=`. */
 struct SAssignment
 {
     std::string mID;
     std::string mRest;
 };
-/** Takes texts with something on both sides of an `=`. */
-CLI::Validator Assignment();
+/** @param inText what Assignment() of `CommandOptions.h` has taken. */
 SAssignment SplitAssignment(const std::string& inText);
 
-/** `--answers at-once|late|last`. */
-void AddAnswersOption(CLI::App& ioCommand, EAnswers& outAnswers);
 /** The host's next cycle, in which what was set or loaded is answered. */
 COutcome<SDone> RunCycle(CInstance& inInstance);
 

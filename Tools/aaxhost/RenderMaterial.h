@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/host/CHostAutomation.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
 #include "Tools/aaxhost/lib/Renderer.h"
 

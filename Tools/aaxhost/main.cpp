@@ -1,16 +1,12 @@
-#include "Tools/aaxhost/CommandBench.h"
-#include "Tools/aaxhost/CommandCheck.h"
-#include "Tools/aaxhost/CommandDescribe.h"
-#include "Tools/aaxhost/CommandEditor.h"
 #include "Tools/aaxhost/CommandProcess.h"
-#include "Tools/aaxhost/CommandRender.h"
-#include "Tools/aaxhost/CommandState.h"
 #include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/Commands.h"
 #include "Tools/commandline/CommandLine.h"
 #include "Tools/commandline/StandardStreams.h"
 #include "Tools/support/Interrupts.h"
 #include "Tools/support/Watcher.h"
 
+#include <CLI/CLI.hpp>
 #include <exception>
 #include <fmt/format.h>
 
