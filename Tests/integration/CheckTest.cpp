@@ -132,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(
         SBroken{"BrokenGestures", {"editor.gestures"}, "never ends"},
         SBroken{"BrokenNotes", {"midi.note-ends"}, "still sounds"},
         SBroken{
-            "BrokenBounds", {"rendering.guards"}, "In a block of 1 frames output 2 was written at frame 1"},
+            "BrokenBounds", {"rendering.bounds"}, "In a block of 1 frames output 2 was written at frame 1"},
         SBroken{"BrokenSilence",
                 {"rendering.writes-outputs"},
                 "In a block of 512 frames, 512 of them are not written in output 2 of 2"},
@@ -200,7 +200,7 @@ TEST(Check, CommandLineIsTakenAtItsWord)
         const char* mSays;
     };
     for (const SRow& row :
-         {SRow{{module, "--only", "rendering.guards", "--only", "state.sizes"},
+         {SRow{{module, "--only", "rendering.bounds", "--only", "state.sizes"},
                0,
                "2 checks: 2 passed. Fit to ship."},
           SRow{{module, "--only", "rendering.beauty"}, 2, "There is no check 'rendering.beauty'"},

@@ -88,7 +88,7 @@ TEST_F(UnhelpfulPlugin, WhoseInstancesLookOtherwiseThanTheDescribedOneFitsTheHos
           SRow{"no MIDI", {2, 2, stereo, stereo, -1}}})
     {
         SCOPED_TRACE(row.what);
-        for (const char* check : {"rendering.writes-outputs", "rendering.guards", "rendering.large-blocks"})
+        for (const char* check : {"rendering.writes-outputs", "rendering.bounds", "rendering.large-blocks"})
         {
             Script().shapes = {described, row.instance};
             ExpectPassed({check});

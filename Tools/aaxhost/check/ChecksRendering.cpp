@@ -71,7 +71,7 @@ SFinding Rates(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
-SFinding Guards(CCheckContext& ioContext)
+SFinding Bounds(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
     for (const std::int32_t block :
@@ -354,7 +354,7 @@ constexpr SCheck kChecks[] = {
     {"rendering.changing-blocks", "The block size may change with every block.", 2, &ChangingBlocks},
     {"rendering.empty-block", "Blocks of no frames do no harm.", 3, &EmptyBlock},
     {"rendering.rates", "Rates from 44.1 to 192 kHz are rendered.", 2, &Rates},
-    {"rendering.guards", "Nothing is written outside the frames of a block, in no output.", 1, &Guards},
+    {"rendering.bounds", "Nothing is written outside the frames of a block, in no output.", 1, &Bounds},
     {"rendering.inputs-kept", "Input buffers are left as they are.", 2, &InputsKept},
     {"rendering.writes-outputs", "Every frame of every output is written, in every block.", 2,
      &WritesOutputs},
