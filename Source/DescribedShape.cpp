@@ -10,7 +10,7 @@ namespace
 {
 // Written by the host's loader thread at the end of a description, read by whatever thread starts an
 // instance.
-std::mutex gDescribedGuard;
+std::mutex gDescribedMutex;
 std::optional<SDescribedShape> gDescribed;
 } // namespace
 
@@ -23,13 +23,13 @@ SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
 
 void RememberDescription(const SDescribedShape& inShape)
 {
-    const std::lock_guard lock(gDescribedGuard);
+    const std::lock_guard lock(gDescribedMutex);
     if (!gDescribed)
         gDescribed = inShape;
 }
 
 std::optional<SDescribedShape> RememberedDescription()
 {
-    const std::lock_guard lock(gDescribedGuard);
+    const std::lock_guard lock(gDescribedMutex);
     return gDescribed;
 }

@@ -8,7 +8,7 @@
 namespace
 {
 template <class Call>
-ACFRESULT Guarded(Call inCall) noexcept
+ACFRESULT Contained(Call inCall) noexcept
 {
     try
     {
@@ -23,37 +23,37 @@ ACFRESULT Guarded(Call inCall) noexcept
 
 AAX_ENTRY_POINT ACFRegisterPlugin(IACFUnknown* inHost, IACFPluginDefinition** outDefinition)
 {
-    return Guarded([=] { return AAXRegisterPlugin(inHost, outDefinition); });
+    return Contained([=] { return AAXRegisterPlugin(inHost, outDefinition); });
 }
 
 AAX_ENTRY_POINT ACFRegisterComponent(IACFUnknown* inHost, acfUInt32 inIndex,
                                      IACFComponentDefinition** outDefinition)
 {
-    return Guarded([=] { return AAXRegisterComponent(inHost, inIndex, outDefinition); });
+    return Contained([=] { return AAXRegisterComponent(inHost, inIndex, outDefinition); });
 }
 
 AAX_ENTRY_POINT ACFGetClassFactory(IACFUnknown* inHost, const acfCLSID& inClass, const acfIID& inIid,
                                    void** outFactory)
 {
-    return Guarded([&] { return AAXGetClassFactory(inHost, inClass, inIid, outFactory); });
+    return Contained([&] { return AAXGetClassFactory(inHost, inClass, inIid, outFactory); });
 }
 
 AAX_ENTRY_POINT ACFCanUnloadNow(IACFUnknown* inHost)
 {
-    return Guarded([=] { return AAXCanUnloadNow(inHost); });
+    return Contained([=] { return AAXCanUnloadNow(inHost); });
 }
 
 AAX_ENTRY_POINT ACFStartup(IACFUnknown* inHost)
 {
-    return Guarded([=] { return AAXStartup(inHost); });
+    return Contained([=] { return AAXStartup(inHost); });
 }
 
 AAX_ENTRY_POINT ACFShutdown(IACFUnknown* inHost)
 {
-    return Guarded([=] { return AAXShutdown(inHost); });
+    return Contained([=] { return AAXShutdown(inHost); });
 }
 
 AAX_ENTRY_POINT ACFGetSDKVersion(std::uint64_t* outVersion)
 {
-    return Guarded([=] { return AAXGetSDKVersion(outVersion); });
+    return Contained([=] { return AAXGetSDKVersion(outVersion); });
 }

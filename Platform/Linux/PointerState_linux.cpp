@@ -18,10 +18,10 @@ namespace
  * Blocks the signal for this thread and swallows the one that the scope caused; one that was pending before
  * stays.
  */
-class CPipeSignalGuard
+class CPipeSignalBlock
 {
 public:
-    CPipeSignalGuard() noexcept
+    CPipeSignalBlock() noexcept
     {
         sigemptyset(&mPipe);
         sigaddset(&mPipe, SIGPIPE);
@@ -31,9 +31,9 @@ public:
         mWasPending = sigismember(&pending, SIGPIPE) == 1;
         mBlocked = !mWasPending && pthread_sigmask(SIG_BLOCK, &mPipe, &mOld) == 0;
     }
-    CPipeSignalGuard(const CPipeSignalGuard&) = delete;
-    CPipeSignalGuard& operator=(const CPipeSignalGuard&) = delete;
-    ~CPipeSignalGuard()
+    CPipeSignalBlock(const CPipeSignalBlock&) = delete;
+    CPipeSignalBlock& operator=(const CPipeSignalBlock&) = delete;
+    ~CPipeSignalBlock()
     {
         if (mBlocked)
         {
@@ -81,8 +81,8 @@ class CDisplayConnection
 public:
     SPointerState Query() noexcept
     {
-        const std::lock_guard lock(mGuard);
-        const CPipeSignalGuard pipeGuard;
+        const std::lock_guard lock(mMutex);
+        const CPipeSignalBlock pipeBlock;
         if (!IsConnected())
         {
             Connect();
@@ -121,7 +121,7 @@ private:
         mRoot = screen.rem > 0 ? screen.data->root : xcb_window_t{XCB_NONE};
     }
 
-    std::mutex mGuard;
+    std::mutex mMutex;
     std::unique_ptr<xcb_connection_t, SDisconnect> mConnection;
     xcb_window_t mRoot = XCB_NONE; // stays none without a server
 };

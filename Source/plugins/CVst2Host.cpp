@@ -21,8 +21,8 @@ namespace
 constexpr char kProductString[] = "IsmAaxVstHost";
 constexpr VstIntPtr kHostVersion = 2400;
 
-/** Guards gVctHosts and the count below among threads that make and destroy hosts. */
-std::mutex gHostsGuard;
+/** Held while a thread changes gVctHosts or the count below. */
+std::mutex gHostsMutex;
 std::uint32_t gHostsMade = 0;
 
 void CopyProductString(void* outText) noexcept
@@ -52,7 +52,7 @@ VstIntPtr AnswerUnmatchedCall(std::int32_t inOpcode, void* inPointer, std::int32
 CVst2Host::CVst2Host() : mMouseMods(kMouseModAlways)
 {
     InitTimeInfo();
-    const std::lock_guard lock(gHostsGuard);
+    const std::lock_guard lock(gHostsMutex);
     mSerial = ++gHostsMade;
     gVctHosts.push_back(this);
     if (pVst2Host.load() == nullptr)
@@ -64,7 +64,7 @@ CVst2Host::CVst2Host() : mMouseMods(kMouseModAlways)
 CVst2Host::~CVst2Host()
 {
     {
-        const std::lock_guard lock(gHostsGuard);
+        const std::lock_guard lock(gHostsMutex);
         std::erase(gVctHosts, this);
     }
     for (const auto& plugin : mPlugins)
@@ -233,11 +233,11 @@ VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcod
     {
         return reinterpret_cast<VstIntPtr>(&owner.host->mTimeInfo);
     }
-    return owner.host->AnswerGuarded(owner.plugin, inOpcode, inIndex, inPointer);
+    return owner.host->AnswerContained(owner.plugin, inOpcode, inIndex, inPointer);
 }
 
-VstIntPtr CVst2Host::AnswerGuarded(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
-                                   void* inPointer) noexcept
+VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
+                                     void* inPointer) noexcept
 {
     try
     {

@@ -98,8 +98,8 @@ public:
     std::uint32_t GetSerial() const { return mSerial; }
 
 private:
-    VstIntPtr AnswerGuarded(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
-                            void* inPointer) noexcept;
+    VstIntPtr AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
+                              void* inPointer) noexcept;
     VstIntPtr Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex, void* inPointer);
     void OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex);
     void OnUpdateDisplay(CVst2Plugin* inPlugin);

@@ -126,13 +126,13 @@ void SPluginScript::Reset()
 
 void SPluginScript::Log(const std::string& inLine)
 {
-    const std::lock_guard lock(mLogGuard);
+    const std::lock_guard lock(mLogMutex);
     mLog.push_back(inLine);
 }
 
 std::vector<std::string> SPluginScript::TakeLog()
 {
-    const std::lock_guard lock(mLogGuard);
+    const std::lock_guard lock(mLogMutex);
     return std::exchange(mLog, {});
 }
 

@@ -102,7 +102,7 @@ struct SPluginScript : SPluginSettings
     AEffect* Enter(audioMasterCallback inHost);
 
 private:
-    std::mutex mLogGuard;
+    std::mutex mLogMutex;
     std::vector<std::string> mLog;
 };
 

@@ -76,7 +76,7 @@ private:
     std::set<std::string> mImports;
 };
 
-TEST(Hardening, TheModuleIsBoundAtOnceItsTablesReadOnlyAndItsStackGuarded)
+TEST(Hardening, TheModuleIsBoundAtOnceItsTablesReadOnlyAndItsStackProtected)
 {
     const CElfFile module(kPlainModule);
     EXPECT_NE(module.Dynamic(DT_FLAGS) & DF_BIND_NOW, 0U);

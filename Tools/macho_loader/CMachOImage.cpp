@@ -11,7 +11,7 @@
 namespace
 {
 // The image's code asks for its own image without any context. Any thread.
-std::mutex gImagesGuard;
+std::mutex gImagesMutex;
 std::vector<CMachOImage*> gImages;
 
 /** Names in C have one underscore less than the linker's; a name of the linker itself has none. */
@@ -47,7 +47,7 @@ CMachOImage::CMachOImage(const CMachOFile& inFile, const LibraryTable& inLibrari
     ConnectThreadLocals();
     mUnwindTable = std::make_unique<CUnwindTable>(mFile, mMemory);
     Protect();
-    const std::lock_guard lock(gImagesGuard);
+    const std::lock_guard lock(gImagesMutex);
     gImages.push_back(this);
 }
 
@@ -59,13 +59,13 @@ CMachOImage::~CMachOImage()
         mTerminators.pop_back();
         function(argument); // may add further ones
     }
-    const std::lock_guard lock(gImagesGuard);
+    const std::lock_guard lock(gImagesMutex);
     std::erase(gImages, this);
 }
 
 CMachOImage* CMachOImage::Containing(const void* inAddress)
 {
-    const std::lock_guard lock(gImagesGuard);
+    const std::lock_guard lock(gImagesMutex);
     const auto found = std::ranges::find_if(gImages, [inAddress](const CMachOImage* inImage)
                                             { return inImage->mMemory.Contains(inAddress); });
     return found != gImages.end() ? *found : nullptr;
@@ -175,7 +175,7 @@ void CMachOImage::RunInitializers()
 
 void CMachOImage::AddTerminator(void (*inFunction)(void*), void* inArgument)
 {
-    const std::lock_guard lock(gImagesGuard);
+    const std::lock_guard lock(gImagesMutex);
     mTerminators.emplace_back(inFunction, inArgument);
 }
 

@@ -90,7 +90,7 @@ void* CThreadLocals::Address(std::uint64_t inOffset)
         if (block == nullptr || pthread_setspecific(mKey, block) != 0)
             std::abort();
         std::memcpy(block, mTemplate.data(), mTemplate.size());
-        const std::lock_guard lock(mBlocksGuard);
+        const std::lock_guard lock(mBlocksMutex);
         mBlocks.emplace_back(block);
     }
     return static_cast<std::uint8_t*>(block) + inOffset;

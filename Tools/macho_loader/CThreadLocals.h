@@ -37,6 +37,6 @@ private:
 
     std::span<const std::uint8_t> mTemplate;
     pthread_key_t mKey = 0;
-    std::mutex mBlocksGuard;
+    std::mutex mBlocksMutex;
     std::vector<std::unique_ptr<void, SFree>> mBlocks;
 };

@@ -66,7 +66,7 @@ std::size_t AppendToText(char* ioText, const char* inText, std::size_t inSize)
     std::abort();
 }
 // Read by images at the start and the end of functions; never written.
-unsigned long gStackGuard = 0x00D9C3A5B7F1E249;
+unsigned long gStackCanary = 0x00D9C3A5B7F1E249;
 
 int GetClock(int inClock, timespec* outTime)
 {
@@ -103,7 +103,7 @@ SymbolTable HelperSymbols()
         {"strlcat", AddressOf(AppendToText)},
         {"__assert_rtn", AddressOf(FailAssertion)},
         {"__stack_chk_fail", AddressOf(FailStackCheck)},
-        {"__stack_chk_guard", &gStackGuard},
+        {"__stack_chk_guard", &gStackCanary},
         {"__stderrp", &stderr},
         {"__stdoutp", &stdout},
         {"__stdinp", &stdin},

@@ -60,7 +60,7 @@ struct SOnce
 static_assert(sizeof(SOnce) == 16);
 
 // What SCondition points at; never freed, since static conditions are never destroyed. Any thread.
-std::mutex gConditionsGuard;
+std::mutex gConditionsMutex;
 std::deque<pthread_cond_t> gConditions;
 
 int DarwinError(int inError)
@@ -170,7 +170,7 @@ bool MakeStaticCondition(SCondition& outCondition, long inMark)
 {
     if (inMark != kConditionStatic)
         return false;
-    const std::lock_guard lock(gConditionsGuard);
+    const std::lock_guard lock(gConditionsMutex);
     outCondition.real = &gConditions.emplace_back();
     pthread_cond_init(outCondition.real, nullptr);
     return true;

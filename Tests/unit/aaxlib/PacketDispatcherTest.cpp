@@ -177,7 +177,7 @@ TEST_F(PacketDispatcher, ChangesFromSeveralThreadsAreNeitherLostNorHandledTwiceA
     std::thread other(work);
     work();
     other.join();
-    // The handler's list is guarded by the dispatcher's lock alone.
+    // The handler's list is protected by the dispatcher's lock alone.
     EXPECT_GE(mHandler.mCalls.size(), static_cast<std::size_t>(kRounds));
     EXPECT_EQ(mHandler.mCalls.size(), mLog.Count("PostPacket"));
 }

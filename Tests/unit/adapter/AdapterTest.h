@@ -48,7 +48,7 @@ private:
     AaxAdapter_Parameters* mInstance = nullptr;
 };
 
-/** A render record with buffers of its own, each channel followed by guard samples. */
+/** A render record with buffers of its own, each channel followed by samples that stay untouched. */
 class CRenderBlock
 {
 public:

@@ -54,23 +54,23 @@ SignalSource Impulse(std::int64_t inFrame, float inPeak)
     return [=](std::int64_t frame, std::size_t) { return frame == inFrame ? inPeak : 0.0F; };
 }
 
-CRig::SBuffer::SBuffer() : mMemory(SRenderCall::kBufferFrames + 2 * kGuard, 0.0F) { MarkAround(0); }
+CRig::SBuffer::SBuffer() : mMemory(SRenderCall::kBufferFrames + 2 * kMargin, 0.0F) { MarkAround(0); }
 
 void CRig::SBuffer::MarkAround(std::int32_t inFrames) noexcept
 {
-    std::fill_n(mMemory.begin(), kGuard, std::bit_cast<float>(kMark));
-    std::fill(mMemory.begin() + kGuard + inFrames, mMemory.end(), std::bit_cast<float>(kMark));
+    std::fill_n(mMemory.begin(), kMargin, std::bit_cast<float>(kMark));
+    std::fill(mMemory.begin() + kMargin + inFrames, mMemory.end(), std::bit_cast<float>(kMark));
 }
 
 std::int32_t CRig::SBuffer::FirstChange(std::int32_t inFrames) const noexcept
 {
     const auto changed = [](float sample) { return !IsMark(sample); };
-    const auto after = std::find_if(mMemory.begin() + kGuard + inFrames, mMemory.end(), changed);
+    const auto after = std::find_if(mMemory.begin() + kMargin + inFrames, mMemory.end(), changed);
     if (after != mMemory.end())
-        return static_cast<std::int32_t>(after - mMemory.begin()) - kGuard;
-    const auto before = std::find_if(mMemory.begin(), mMemory.begin() + kGuard, changed);
-    return before != mMemory.begin() + kGuard ? static_cast<std::int32_t>(before - mMemory.begin()) - kGuard
-                                              : kIntact;
+        return static_cast<std::int32_t>(after - mMemory.begin()) - kMargin;
+    const auto before = std::find_if(mMemory.begin(), mMemory.begin() + kMargin, changed);
+    return before != mMemory.begin() + kMargin ? static_cast<std::int32_t>(before - mMemory.begin()) - kMargin
+                                               : kIntact;
 }
 
 CRig::CRig(CCheckContext& inContext, double inRate)

@@ -86,12 +86,12 @@ private:
     struct SBuffer
     {
         explicit SBuffer();
-        float* Frames() noexcept { return mMemory.data() + kGuard; }
+        float* Frames() noexcept { return mMemory.data() + kMargin; }
         void MarkAround(std::int32_t inFrames) noexcept;
         /** Frames from the block's start of the first changed word; kIntact when none was. */
         std::int32_t FirstChange(std::int32_t inFrames) const noexcept;
 
-        static constexpr std::int32_t kGuard = 256; // frames on either side
+        static constexpr std::int32_t kMargin = 256; // frames on either side
         static constexpr std::int32_t kIntact = INT32_MIN;
         std::vector<float> mMemory;
     };

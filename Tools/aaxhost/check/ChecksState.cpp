@@ -297,8 +297,8 @@ SFinding Sizes(CCheckContext& ioContext)
         if (parameters.GetChunkIDFromIndex(i, &id) != kAAX_Success ||
             parameters.GetChunkSize(id, &size) != kAAX_Success)
             return SFinding::Failed(fmt::format("The chunk {} has no identifier or no size.", i));
-        constexpr std::size_t guard = 256;
-        CStateChunk chunk(size + guard);
+        constexpr std::size_t margin = 256;
+        CStateChunk chunk(size + margin);
         std::ranges::fill(chunk.Room(), std::byte{0xA5});
         if (parameters.GetChunk(id, &chunk.Record()) != kAAX_Success)
             return SFinding::Failed(fmt::format("The chunk {} cannot be saved.", NameOfFourCharCode(id)));

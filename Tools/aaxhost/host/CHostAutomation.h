@@ -97,7 +97,7 @@ private:
     mutable std::atomic<std::size_t> mValueRequests{0};
     mutable std::atomic<std::size_t> mAnsweredAtOnce{0}; // since the last Deliver
     mutable std::atomic<int> mNested{0};                 // answers at once that are being given
-    mutable std::mutex mMutex;                           // guards what follows
+    mutable std::mutex mMutex;                           // held for what follows
     mutable std::vector<SRequest> mRequests;
     mutable std::map<std::string, double> mCurrentValues;
     std::set<std::string> mRegistered;
