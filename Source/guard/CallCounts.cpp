@@ -2,35 +2,38 @@
 
 #include "Source/guard/WatchedFunctions.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace
 {
 thread_local int gRenderDepth = 0; // how many render calls this thread is in
 
-void AppendKind(EWatchedKind inKind, const CCallCounts& inCounts, EGuardOwner inOwner, std::string& ioLine)
+using Kinds = std::initializer_list<EForbiddenKind>;
+
+/** How often functions of these kinds were called, in all and each. */
+std::string CountsOf(Kinds inKinds, const CCallCounts& inCounts, EGuardOwner inOwner)
 {
     std::uint64_t sum = 0;
     std::string names;
     for (std::size_t i = 0; i < WatchedFunctions().size(); ++i)
     {
+        const SWatchedFunction& function = WatchedFunctions()[i];
         const std::uint64_t count = inCounts.Of(inOwner, i);
-        if (WatchedFunctions()[i].mKind != inKind || count == 0)
+        if (count == 0 || std::ranges::find(inKinds, function.mKind) == inKinds.end())
             continue;
         sum += count;
-        names += (names.empty() ? " (" : ", ") + std::string(WatchedFunctions()[i].mText) + ' ' +
-                 std::to_string(count);
+        names += (names.empty() ? " (" : ", ") + std::string(function.mText) + ' ' + std::to_string(count);
     }
-    ioLine += std::to_string(sum) + (sum != 0 ? names + ')' : std::string());
+    return std::to_string(sum) + (sum != 0 ? names + ')' : std::string());
 }
 
 std::string LineOf(const char* inName, const CCallCounts& inCounts, EGuardOwner inOwner)
 {
-    std::string line = std::string("  ") + inName + ": allocations and releases ";
-    AppendKind(EWatchedKind::kMemory, inCounts, inOwner, line);
-    line += ", locks ";
-    AppendKind(EWatchedKind::kLock, inCounts, inOwner, line);
-    line += ", blocking calls ";
-    AppendKind(EWatchedKind::kBlocking, inCounts, inOwner, line);
-    return line + '\n';
+    const auto counts = [&](Kinds kinds) { return CountsOf(kinds, inCounts, inOwner); };
+    using enum EForbiddenKind;
+    return std::string("  ") + inName + ": allocations and releases " + counts({kAllocation, kRelease}) +
+           ", locks " + counts({kLock}) + ", blocking calls " + counts({kBlocking}) + '\n';
 }
 } // namespace
 

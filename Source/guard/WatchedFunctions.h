@@ -1,23 +1,14 @@
 #pragma once
 #include "Source/guard/CallCounts.h"
+#include "Source/guard/ForbiddenFunctions.h"
 
 #include <array>
 #include <cstddef>
 #include <span>
 
-enum class EWatchedKind
-{
-    kMemory,
-    kLock,
-    kBlocking
-};
-
 /** A function that has no place in a render call, and what is called in its place to count that. */
-struct SWatchedFunction
+struct SWatchedFunction : SForbiddenFunction
 {
-    const char* mName = nullptr; // as the linker has it
-    const char* mText = nullptr; // as a person knows it
-    EWatchedKind mKind = EWatchedKind::kMemory;
     std::array<void*, kGuardOwners> mReplacements{};
 };
 

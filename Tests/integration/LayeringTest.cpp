@@ -57,6 +57,9 @@ TEST(Layering, IncludesGoDownOnly)
         {"Tools/commandline/", {"Tools/commandline/"}},
         {"Tools/support/", {"Tools/support/"}},
         {"Tools/aaxhost/", {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/", "Tools/support/"}},
+        // The forbidden calls are those that the products' real-time guard counts.
+        {"Tools/aaxhost/check/",
+         {aax[0], "Tools/aaxhost/", "Tools/support/", "Source/guard/ForbiddenFunctions.h"}},
         // What the module is compared with: the plug-in called directly.
         {"Tools/aaxhost/bare/", {"Interfaces/VST2/", "Tools/aaxhost/"}},
         // Loads a plug-in as a module does, and of the adapter knows only how many ports that takes.

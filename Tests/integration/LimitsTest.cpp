@@ -1,7 +1,6 @@
 #include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/check/CRig.h"
-#include "Tools/aaxhost/check/RenderWatch.h"
 #include "Tools/aaxhost/host/CHostString.h"
 
 #include <fmt/format.h>
@@ -202,39 +201,5 @@ TEST(LimitsTable, EveryRowIsKeptByATestOrACheckThatExists)
         EXPECT_GT(found, 0);
     }
     EXPECT_GT(rows, 30);
-}
-
-TEST(RenderWatch, TellsTheModulesCallsFromThePluginsAndTheHosts)
-{
-    if (const std::string obstacle = RenderWatchObstacle(); !obstacle.empty())
-        GTEST_SKIP() << obstacle;
-    const auto watch = [](const fs::path& plugin, int packets, SRenderWatch& outWatch)
-    {
-        const CModuleBundle bundle(kPlainModule, plugin);
-        CCheckContext context(bundle.Path().string(), 5);
-        CRig rig(context);
-        rig.Render(64);
-        for (int i = 0; i < packets; ++i)
-            rig.Send(0, 0xB0, 1, 1);
-        context.Log().RecordRenderCalls(true); // has the host allocate and lock during the call
-        WatchRender(context.ModuleFile(), outWatch, [&] { rig.Instance().Render(rig.Call()); });
-    };
-    SRenderWatch quiet;
-    watch(kSynthPlugin, 1, quiet);
-    EXPECT_EQ(quiet.mModule.mAllocations + quiet.mModule.mLocks, 0)
-        << "the host's calls count as the module's";
-    EXPECT_EQ(quiet.mPlugin.mAllocations + quiet.mPlugin.mLocks, 0)
-        << "the host's calls count as the plug-in's";
-
-    SRenderWatch growing; // more messages than ever: the module makes room for them
-    watch(kSynthPlugin, 5000, growing);
-    EXPECT_GT(growing.mModule.mAllocations, 0);
-    EXPECT_EQ(growing.mPlugin.mAllocations, 0);
-
-    SRenderWatch blocking;
-    watch(fs::path(BROKEN_PLUGINS) / "BrokenBlocking.so", 0, blocking);
-    EXPECT_EQ(blocking.mPlugin.mLocks, 1);
-    EXPECT_EQ(blocking.mPlugin.mSystemCallCount, 1U);
-    EXPECT_EQ(blocking.mModule.mLocks + static_cast<int>(blocking.mModule.mSystemCallCount), 0);
 }
 } // namespace

@@ -1,6 +1,6 @@
 #include "Tools/aaxhost/lib/Renderer.h"
-#include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxhost/FakeModule.h"
+#include "Tools/aaxhost/check/CallWatch.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -127,15 +127,15 @@ TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
     const auto call = mInstance->MakeRenderCall();
     for (std::uint32_t i = 0; i < 100; ++i)
         call->FindNode(AAX_eMIDINodeType_LocalInput)->Add(i, Event(0.0, 1).mBytes);
+    const auto watch = [&]
     {
-        CCallGuard guard;
-        mInstance->Render(*call);
-        EXPECT_EQ(guard.Stop(), SGuardedCalls());
-    }
+        SCallWatch calls;
+        WatchCalls(FakeModuleFile(), calls, [&] { mInstance->Render(*call); });
+        return calls;
+    };
+    EXPECT_EQ(watch(), SCallWatch());
     mLog.RecordRenderCalls(true);
-    CCallGuard guard;
-    mInstance->Render(*call);
-    EXPECT_EQ(guard.Stop().mAllocations > 0, CCallGuard::IsWatching());
+    EXPECT_EQ(watch().mHost.Of(EForbiddenKind::kAllocation) > 0, CallWatchObstacle().empty());
     EXPECT_EQ(mLog.Count("GetCurrentNativeSampleLocation"), 1U);
 }
 } // namespace

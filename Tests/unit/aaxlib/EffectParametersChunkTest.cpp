@@ -1,5 +1,5 @@
-#include "Tests/doubles/CallGuard.h"
 #include "Tests/unit/aaxlib/TestParameters.h"
+#include "Tools/aaxhost/check/CallWatch.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 
@@ -213,12 +213,16 @@ TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
         CChunk chunk(row.mData);
         AAX_CBoolean isEqual = 7;
         const auto start = std::chrono::steady_clock::now();
-        CCallGuard guard;
-        EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
-        EXPECT_EQ(instance.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
-        const SGuardedCalls calls = guard.Stop();
+        SCallWatch watch;
+        WatchCalls("", watch,
+                   [&]
+                   {
+                       EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
+                       EXPECT_EQ(instance.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
+                   });
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)); // half a minute once
-        EXPECT_EQ(calls.mAllocations, calls.mFrees);
+        EXPECT_EQ(watch.mHost.Of(EForbiddenKind::kAllocation), watch.mHost.Of(EForbiddenKind::kRelease))
+            << watch;
         EXPECT_EQ(isEqual, 0);
     }
 }

@@ -1,5 +1,5 @@
 #include "Tools/aaxhost/check/CRig.h"
-#include "Tools/aaxhost/check/RenderWatch.h"
+#include "Tools/aaxhost/check/CallWatch.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "Tools/aaxhost/check/CRig.h"
-#include "Tools/aaxhost/check/RenderWatch.h"
+#include "Tools/aaxhost/check/CallWatch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -237,14 +237,14 @@ SFinding RepeatableSound(CCheckContext& ioContext)
 /** What rendering does that it should not: by itself, and in the blocks after a parameter has moved. */
 struct SWatches
 {
-    SRenderWatch mSteady;
-    SRenderWatch mMoving;
+    SCallWatch mSteady;
+    SCallWatch mMoving;
 };
 
 /** The first blocks, in which a plug-in may still settle, are left out. */
 SWatches Watch(CCheckContext& ioContext)
 {
-    if (const std::string obstacle = RenderWatchObstacle(); !obstacle.empty())
+    if (const std::string obstacle = CallWatchObstacle(); !obstacle.empty())
         throw SCheckEnd{SFinding::Skipped(obstacle)};
     const std::string moduleFile = ioContext.ModuleFile();
     CRig rig(ioContext);
@@ -254,7 +254,7 @@ SWatches Watch(CCheckContext& ioContext)
     SWatches watches;
     SRenderCall& call = rig.Call();
     call.mFrames = 256;
-    const auto render = [&](int block, SRenderWatch& watch)
+    const auto render = [&](int block, SCallWatch& watch)
     {
         if (rig.Midi() != nullptr)
         {
@@ -262,7 +262,7 @@ SWatches Watch(CCheckContext& ioContext)
             rig.Send(10, block % 2 == 0 ? 0x90 : 0x80, static_cast<std::uint8_t>(40 + block / 2 % 40), 100);
             rig.Send(20, 0xB0, 1, static_cast<std::uint8_t>(block % 128));
         }
-        WatchRender(moduleFile, watch, [&] { instance.Render(call); });
+        WatchCalls(moduleFile, watch, [&] { instance.Render(call); });
     };
     const int blocks = ioContext.Scaled(50, 2000);
     for (int block = 0; block < blocks; ++block)
@@ -280,7 +280,7 @@ SWatches Watch(CCheckContext& ioContext)
 template <class Does>
 SFinding Judge(const SWatches& inWatches, Does inDoes)
 {
-    for (const SRenderWatch* watch : {&inWatches.mSteady, &inWatches.mMoving})
+    for (const SCallWatch* watch : {&inWatches.mSteady, &inWatches.mMoving})
         if (const std::string what = inDoes(watch->mModule); !what.empty())
             return SFinding::Failed(fmt::format("The module itself {} while it renders.", what));
     if (const std::string what = inDoes(inWatches.mSteady.mPlugin); !what.empty())
@@ -296,15 +296,22 @@ SFinding Judge(const SWatches& inWatches, Does inDoes)
 
 SFinding Allocations(CCheckContext& ioContext)
 {
-    return Judge(
-        Watch(ioContext), [](const SWatchedCalls& calls)
-        { return calls.mAllocations + calls.mFrees > 0 ? "allocates or frees memory" : std::string(); });
+    return Judge(Watch(ioContext),
+                 [](const SWatchedCalls& calls)
+                 {
+                     using enum EForbiddenKind;
+                     return calls.Of(kAllocation) + calls.Of(kRelease) > 0 ? "allocates or frees memory"
+                                                                           : std::string();
+                 });
 }
 
 SFinding Locks(CCheckContext& ioContext)
 {
-    return Judge(Watch(ioContext), [](const SWatchedCalls& calls)
-                 { return calls.mLocks > 0 ? "takes locks that it may have to wait for" : std::string(); });
+    return Judge(Watch(ioContext),
+                 [](const SWatchedCalls& calls) {
+                     return calls.Of(EForbiddenKind::kLock) > 0 ? "takes locks that it may have to wait for"
+                                                                : std::string();
+                 });
 }
 
 SFinding SystemCalls(CCheckContext& ioContext)

@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/check/RenderWatch.h"
+#include "Tools/aaxhost/check/CallWatch.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -46,22 +46,17 @@ std::array<SSegment, 4096> gSegments;
 std::size_t gSegmentCount = 0;
 
 // Each thread watches itself.
-thread_local SRenderWatch* gWatch = nullptr;
+thread_local SCallWatch* gWatch = nullptr;
 thread_local bool gIsCounting = false;
 thread_local volatile char gSelector = kAllow;
 
-struct SCollecting
-{
-    const char* mModuleFile;
-};
-
-int CollectSegments(dl_phdr_info* inImage, std::size_t, void* inData)
+int CollectSegments(dl_phdr_info* inImage, std::size_t, void* inModuleFile)
 {
     const std::string_view name = inImage->dlpi_name != nullptr ? inImage->dlpi_name : "";
     EOwner owner = EOwner::Other;
     if (name.empty() && gSegmentCount == 0)
         owner = EOwner::Host; // the program itself comes first and has no name
-    else if (name == static_cast<const SCollecting*>(inData)->mModuleFile)
+    else if (name == *static_cast<const std::string*>(inModuleFile))
         owner = EOwner::Module;
     else if (name.find("source.vst") != std::string_view::npos)
         owner = EOwner::Plugin;
@@ -114,7 +109,16 @@ struct SWalk
     bool mSkipsHost = true; // up to the function that took the place of the C library's
 };
 
-bool IsWatchingFunction(std::uintptr_t inFunction) noexcept;
+// The linker names the borders of the section of what takes the place of the C library's functions.
+#define IN_WATCHED_SECTION __attribute__((section("watched_calls")))
+extern "C" __attribute__((visibility("hidden"))) const char __start_watched_calls[];
+extern "C" __attribute__((visibility("hidden"))) const char __stop_watched_calls[];
+
+bool IsInWatchedSection(std::uintptr_t inAddress) noexcept
+{
+    return inAddress >= reinterpret_cast<std::uintptr_t>(__start_watched_calls) &&
+           inAddress < reinterpret_cast<std::uintptr_t>(__stop_watched_calls);
+}
 
 _Unwind_Reason_Code Step(_Unwind_Context* inContext, void* inData)
 {
@@ -124,7 +128,7 @@ _Unwind_Reason_Code Step(_Unwind_Context* inContext, void* inData)
         return _URC_END_OF_STACK;
     if (walk.mSkipsHost)
     {
-        walk.mSkipsHost = !IsWatchingFunction(_Unwind_GetRegionStart(inContext));
+        walk.mSkipsHost = !IsInWatchedSection(_Unwind_GetIP(inContext));
         return _URC_NO_REASON;
     }
     const EOwner owner = OwnerOf(_Unwind_GetIP(inContext));
@@ -135,45 +139,50 @@ _Unwind_Reason_Code Step(_Unwind_Context* inContext, void* inData)
     return _URC_END_OF_STACK;
 }
 
-/** Null when it is the host's. A stack that cannot be followed belongs to code that the plug-in brought. */
-SWatchedCalls* Blamed() noexcept
+/** Whose call it is. A stack that cannot be followed belongs to code that the plug-in brought. */
+SWatchedCalls& Blamed() noexcept
 {
     SWalk walk;
     (void)_Unwind_Backtrace(&Step, &walk); // where it stops early, what was found holds
     if (walk.mOwner == EOwner::Host)
-        return nullptr;
-    return walk.mOwner == EOwner::Module ? &gWatch->mModule : &gWatch->mPlugin;
+        return gWatch->mHost;
+    return walk.mOwner == EOwner::Module ? gWatch->mModule : gWatch->mPlugin;
 }
 
-[[maybe_unused]] void Count(int SWatchedCalls::*inKind) noexcept
+/** Has inNote write a call down for the side that makes it. */
+template <class Note>
+void WriteDown(Note inNote) noexcept
 {
     if (!gIsCounting)
         return;
     gIsCounting = false; // following the stack may allocate
     const char selector = gSelector;
     gSelector = kAllow;
-    if (SWatchedCalls* const calls = Blamed())
-        ++(calls->*inKind);
+    inNote(Blamed());
     gSelector = selector;
     gIsCounting = true;
 }
 
+void Count(EForbiddenKind inKind) noexcept
+{
+    WriteDown([=](SWatchedCalls& calls) { ++calls.Of(inKind); });
+}
+
 /** Notes the call and has it made again, from here on to the end of the run unseen. */
-void OnSystemCall(int, siginfo_t* inInfo, void* inContext)
+IN_WATCHED_SECTION void OnSystemCall(int, siginfo_t* inInfo, void* inContext)
 {
     gSelector = kAllow;
     const bool wasCounting = gIsCounting;
     gIsCounting = false;
     auto* const context = static_cast<ucontext_t*>(inContext);
     if (gWatch != nullptr)
-        if (SWatchedCalls* const calls = Blamed())
-        {
-            const auto end =
-                calls->mSystemCalls.begin() + static_cast<std::ptrdiff_t>(calls->mSystemCallCount);
-            if (calls->mSystemCallCount < calls->mSystemCalls.size() &&
-                std::find(calls->mSystemCalls.begin(), end, inInfo->si_syscall) == end)
-                calls->mSystemCalls[calls->mSystemCallCount++] = inInfo->si_syscall;
-        }
+    {
+        SWatchedCalls& calls = Blamed();
+        const auto end = calls.mSystemCalls.begin() + static_cast<std::ptrdiff_t>(calls.mSystemCallCount);
+        if (calls.mSystemCallCount < calls.mSystemCalls.size() &&
+            std::find(calls.mSystemCalls.begin(), end, inInfo->si_syscall) == end)
+            calls.mSystemCalls[calls.mSystemCallCount++] = inInfo->si_syscall;
+    }
     constexpr int instructionBytes = 2; // of the system call on x86-64, which is behind us now
     context->uc_mcontext.gregs[REG_RIP] -= instructionBytes;
     context->uc_mcontext.gregs[REG_RAX] = inInfo->si_syscall;
@@ -187,18 +196,7 @@ bool TurnDispatch(unsigned long inMode)
 }
 } // namespace
 
-#ifdef AAXADAPTER_SANITIZED
-std::string RenderWatchObstacle()
-{
-    return "The sanitizer of this build has replaced what would be watched.";
-}
-
-namespace
-{
-bool IsWatchingFunction(std::uintptr_t) noexcept { return true; }
-} // namespace
-#else
-std::string RenderWatchObstacle()
+std::string CallWatchObstacle()
 {
     gSelector = kAllow;
     if (!TurnDispatch(kDispatchOn))
@@ -207,7 +205,7 @@ std::string RenderWatchObstacle()
     return {};
 }
 
-#define WATCHED extern "C" __attribute__((visibility("default")))
+#define WATCHED extern "C" __attribute__((visibility("default"))) IN_WATCHED_SECTION
 
 extern "C"
 {
@@ -229,27 +227,27 @@ Function Real(const char* inName)
 
 WATCHED void* malloc(std::size_t inSize)
 {
-    Count(&SWatchedCalls::mAllocations);
+    Count(KindOf("malloc"));
     return __libc_malloc(inSize);
 }
 WATCHED void* calloc(std::size_t inCount, std::size_t inSize)
 {
-    Count(&SWatchedCalls::mAllocations);
+    Count(KindOf("calloc"));
     return __libc_calloc(inCount, inSize);
 }
 WATCHED void* realloc(void* inMemory, std::size_t inSize)
 {
-    Count(&SWatchedCalls::mAllocations);
+    Count(KindOf("realloc"));
     return __libc_realloc(inMemory, inSize);
 }
 WATCHED void* aligned_alloc(std::size_t inAlignment, std::size_t inSize)
 {
-    Count(&SWatchedCalls::mAllocations);
+    Count(KindOf("aligned_alloc"));
     return __libc_memalign(inAlignment, inSize);
 }
 WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_t inSize)
 {
-    Count(&SWatchedCalls::mAllocations);
+    Count(KindOf("posix_memalign"));
     void* const memory = __libc_memalign(inAlignment, inSize);
     if (memory == nullptr)
         return ENOMEM;
@@ -258,57 +256,34 @@ WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_
 }
 WATCHED void free(void* inMemory)
 {
-    if (inMemory != nullptr)
-        Count(&SWatchedCalls::mFrees);
+    WriteDown([=](SWatchedCalls& calls)
+              { ++(inMemory != nullptr ? calls.Of(KindOf("free")) : calls.mFreesOfNothing); });
     __libc_free(inMemory);
 }
 WATCHED int pthread_mutex_lock(pthread_mutex_t* inMutex)
 {
     static const auto real = Real<int (*)(pthread_mutex_t*)>("pthread_mutex_lock");
-    Count(&SWatchedCalls::mLocks);
+    Count(KindOf("pthread_mutex_lock"));
     return real(inMutex);
 }
 WATCHED int pthread_rwlock_rdlock(pthread_rwlock_t* inLock)
 {
     static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
-    Count(&SWatchedCalls::mLocks);
+    Count(KindOf("pthread_rwlock_rdlock"));
     return real(inLock);
 }
 WATCHED int pthread_rwlock_wrlock(pthread_rwlock_t* inLock)
 {
     static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
-    Count(&SWatchedCalls::mLocks);
+    Count(KindOf("pthread_rwlock_wrlock"));
     return real(inLock);
 }
 
-namespace
+void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std::function<void()>& inRun)
 {
-bool IsWatchingFunction(std::uintptr_t inFunction) noexcept
-{
-    const void* const functions[] = {
-        reinterpret_cast<const void*>(&malloc),
-        reinterpret_cast<const void*>(&calloc),
-        reinterpret_cast<const void*>(&realloc),
-        reinterpret_cast<const void*>(&aligned_alloc),
-        reinterpret_cast<const void*>(&posix_memalign),
-        reinterpret_cast<const void*>(&free),
-        reinterpret_cast<const void*>(&pthread_mutex_lock),
-        reinterpret_cast<const void*>(&pthread_rwlock_rdlock),
-        reinterpret_cast<const void*>(&pthread_rwlock_wrlock),
-        reinterpret_cast<const void*>(&OnSystemCall),
-    };
-    return std::ranges::any_of(functions, [=](const void* function)
-                               { return reinterpret_cast<std::uintptr_t>(function) == inFunction; });
-}
-} // namespace
-#endif
-
-void WatchRender(const std::string& inModuleFile, SRenderWatch& ioWatch,
-                 const std::function<void()>& inRender)
-{
-    SCollecting collecting{inModuleFile.c_str()};
     gSegmentCount = 0;
-    dl_iterate_phdr(&CollectSegments, &collecting);
+    std::string moduleFile = inModuleFile;
+    dl_iterate_phdr(&CollectSegments, &moduleFile);
     struct sigaction action
     {
     };
@@ -324,7 +299,7 @@ void WatchRender(const std::string& inModuleFile, SRenderWatch& ioWatch,
     const bool watchesSystemCalls = TurnDispatch(kDispatchOn);
     gIsCounting = true;
     gSelector = watchesSystemCalls ? kBlock : kAllow;
-    inRender();
+    inRun();
     gSelector = kAllow;
     gIsCounting = false;
     (void)TurnDispatch(kDispatchOff); // was on, or was never
@@ -358,9 +333,6 @@ std::string NameOfSystemCall(int inNumber)
     }
 }
 
-#ifdef AAXADAPTER_SANITIZED
-std::size_t ResidentBytes() { return 0; } // freed memory is kept for a while
-#else
 std::size_t ResidentBytes()
 {
     std::FILE* const file = std::fopen("/proc/self/statm", "r");
@@ -372,4 +344,3 @@ std::size_t ResidentBytes()
     (void)std::fclose(file); // it was only read
     return count == 2 ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
-#endif
