@@ -10,11 +10,11 @@
 #include <span>
 
 /**
- * The render callback with a look at what is called meanwhile: in the images of the module and of the
- * plug-in, the places that hold the watched functions' addresses get those of functions that count and then
- * call them.
+ * The render callback that counts what is called meanwhile. The images of the module and of the plug-in hold
+ * the addresses of the functions that they import. Those of the watched functions are replaced by functions
+ * that count and then call the originals.
  *
- * NOTE: what a library does by itself that one of the two calls is not seen, and neither is a system call
+ * NOTE: The guard does not see what a library does by itself that one of the two calls, nor a system call
  * that goes through no function.
  */
 namespace

@@ -20,7 +20,7 @@ struct SWatchedCalls
     bool operator==(const SWatchedCalls&) const = default;
 };
 
-/** The same of all sides: a call is that of the innermost caller which is one of them. */
+/** The calls of all sides. A call belongs to the side of its innermost caller. */
 struct SCallWatch
 {
     SWatchedCalls mHost;
@@ -33,9 +33,10 @@ struct SCallWatch
 std::string CallWatchObstacle();
 
 /**
- * Runs something on this thread and adds what it calls to ioWatch. Of the system calls of one run the first
- * is seen. The program that links this takes the place of the C library's functions, for what it loads as
- * well.
+ * Runs something on this thread and adds what it calls to ioWatch. Only the first system call of a run is
+ * seen.
+ *
+ * The functions of the program that links this replace those of the C library, also for what it loads.
  *
  * @param inModuleFile the module file as the loader names it; empty where there is none.
  */
@@ -44,20 +45,24 @@ void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std:
 /** "futex" and its like, the number for others. */
 std::string NameOfSystemCall(int inNumber);
 
+/** Says what each side called, and nothing of a side that called nothing. */
 inline std::ostream& operator<<(std::ostream& ioStream, const SCallWatch& inWatch)
 {
     const auto add = [&](const char* side, const SWatchedCalls& calls)
     {
         using enum EForbiddenKind;
+        if (calls == SWatchedCalls{})
+            return;
         ioStream << side << ": " << calls.Of(kAllocation) << " allocations, " << calls.Of(kRelease)
                  << " releases, " << calls.mFreesOfNothing << " of nothing, " << calls.Of(kLock)
-                 << " locks, system calls:";
+                 << " locks, system calls (";
         for (std::size_t i = 0; i < calls.mSystemCallCount; ++i)
             ioStream << ' ' << NameOfSystemCall(calls.mSystemCalls[i]);
+        ioStream << " ). ";
     };
-    add("the host", inWatch.mHost);
-    add("; the module", inWatch.mModule);
-    add("; the plug-in", inWatch.mPlugin);
+    add("The host", inWatch.mHost);
+    add("The module", inWatch.mModule);
+    add("The plug-in", inWatch.mPlugin);
     return ioStream;
 }
 

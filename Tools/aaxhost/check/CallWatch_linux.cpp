@@ -106,10 +106,10 @@ struct SWalk
 {
     EOwner mOwner = EOwner::Other;
     int mFrames = 0;
-    bool mSkipsHost = true; // up to the function that took the place of the C library's
+    bool mSkipsHost = true; // until the function that replaces the C library's
 };
 
-// The linker names the borders of the section of what takes the place of the C library's functions.
+// The functions that replace the C library's have a section of their own. The linker names its borders.
 #define IN_WATCHED_SECTION __attribute__((section("watched_calls")))
 extern "C" __attribute__((visibility("hidden"))) const char __start_watched_calls[];
 extern "C" __attribute__((visibility("hidden"))) const char __stop_watched_calls[];
@@ -168,7 +168,7 @@ void Count(EForbiddenKind inKind) noexcept
     WriteDown([=](SWatchedCalls& calls) { ++calls.Of(inKind); });
 }
 
-/** Notes the call and has it made again, from here on to the end of the run unseen. */
+/** Notes the call and has it made again. The run's later ones are not seen. */
 IN_WATCHED_SECTION void OnSystemCall(int, siginfo_t* inInfo, void* inContext)
 {
     gSelector = kAllow;
@@ -294,7 +294,7 @@ void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std:
     action.sa_flags = SA_SIGINFO;
     sigaction(SIGSYS, &action, &before);
     SWalk warmUp;
-    (void)_Unwind_Backtrace(&Step, &warmUp); // whatever it loads, it loads now
+    (void)_Unwind_Backtrace(&Step, &warmUp); // loads now what it would load later
     gWatch = &ioWatch;
     const bool watchesSystemCalls = TurnDispatch(kDispatchOn);
     gIsCounting = true;
