@@ -50,7 +50,7 @@ TEST(RenderPath, NothingIsAllocatedFreedLockedOrAskedOfTheSystem)
             EXPECT_EQ(rig.Render(packets), SCallWatch{}) << packets;
         EXPECT_EQ(rig.Render(100, 1000), SCallWatch{});
         const bool hasGrown = rig.Render(1000).mModule.Of(kAllocation) > 0;
-        EXPECT_EQ(hasGrown, obstacle.empty() && plugin == kSynthPlugin);
+        EXPECT_TRUE(hasGrown == (plugin == kSynthPlugin) || !obstacle.empty());
         EXPECT_EQ(rig.Render(1000), SCallWatch{}) << "as many packets as the largest block so far";
     }
     if (!obstacle.empty())
