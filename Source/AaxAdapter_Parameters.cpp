@@ -178,8 +178,7 @@ long AaxAdapter_Parameters::PluginParameterCount() const
 
 void AaxAdapter_Parameters::AddOwnParameters()
 {
-    // Text "bypass" for false, "on" for true: what the switch shows is the state of the effect, not of the
-    // bypass.
+    // "bypass" is false and "on" is true: the switch shows the state of the effect, not of the bypass.
     auto bypass = std::make_unique<AAX_CParameter<bool>>(
         cDefaultMasterBypassID, AAX_CString("Master Bypass"), false, AAX_CBinaryTaperDelegate<bool>(),
         AAX_CBinaryDisplayDelegate<bool>("bypass", "on"), true);
@@ -187,6 +186,8 @@ void AaxAdapter_Parameters::AddOwnParameters()
     bypass->SetType(AAX_eParameterType_Discrete);
     mParameterManager.AddParameter(bypass.release());
 
+    // Nobody is meant to turn it, so its name is a dash. Its packet is what brings the values into the
+    // plug-in.
     std::unique_ptr<AAX_IParameter> gain = MakeUnitParameter(kGainID, "----", 1.0F, false);
     gain->SetNumberOfSteps(kGainSteps);
     mParameterManager.AddParameter(gain.release());

@@ -48,9 +48,6 @@ public:
     void UpdateParameters() override;
 
     virtual void SetParameter(long inIndex, float inValue);
-    virtual void SetEditorData(int inType, void* inData, unsigned long inSize);
-    virtual void MessageToEditor(int inMessage, float inValue);
-
     AAX_Result SetParameterNormalizedValue(AAX_CParamID inId, double inValue) override;
     /**
      * Hands the value to the plug-in only: the plug-in keeps it, and the host has it already. An answer to
@@ -89,6 +86,10 @@ public:
     void AttachEditor(IAttachedEditor& inEditor);
     void ReleaseEditor(IAttachedEditor& inEditor) noexcept;
     CVst2Host& Host() { return mVst2Host; }
+
+    // ---- What no module calls: for a host's own messages to an editor. They do nothing.
+    virtual void SetEditorData(int inType, void* inData, unsigned long inSize);
+    virtual void MessageToEditor(int inMessage, float inValue);
 
     static constexpr const char* kGainID = "Gain";
     // What the plug-in is told; larger blocks go in parts.

@@ -63,7 +63,7 @@ AAX_Result AaxAdapter_Parameters::GetNumberOfChunks(std::int32_t* outCount) cons
 AAX_Result AaxAdapter_Parameters::GetChunkIDFromIndex(std::int32_t inIndex, AAX_CTypeID* outId) const
 {
     std::int32_t count = 0;
-    (void)AAX_CEffectParameters::GetNumberOfChunks(&count); // cannot fail with a place to write to
+    (void)AAX_CEffectParameters::GetNumberOfChunks(&count);
     if (outId == nullptr || inIndex != count || !HasPluginChunk())
         return AAX_CEffectParameters::GetChunkIDFromIndex(inIndex, outId);
     *outId = kPluginChunk;
@@ -146,8 +146,8 @@ AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
 {
     AAX_CChunkDataParser saved;
     saved.LoadChunk(&inChunk);
-    // The plug-in has the values ahead of the requests for them, whether and whenever the host answers: a
-    // host that looks at the state meanwhile finds it whole.
+    // The plug-in gets the values first, then the host is asked to set them. A host may answer late or never,
+    // and it may look at the state meanwhile: it finds it whole.
     GiveControls(saved);
     MirrorPluginValues();
     mHasRequests.store(true, std::memory_order_relaxed);

@@ -154,8 +154,10 @@ void CVst2Host::AwaitListenerCalls() noexcept
     }
 }
 
-// Counted before the listener is read, in one order with its being set: who sets it either sees the call or
-// is seen.
+// Two stores pair with two loads here, all in one order (sequentially consistent). A caller stores the count
+// and then loads the listener. SetMainListener and SetEditListener store the listener and then load the
+// count. Whichever of the two stores comes second, the load behind it sees the other one. So a caller finds
+// the new listener, or it is counted and waited for.
 CVst2Host::CListenerCall::CListenerCall(CVst2Host& ioHost) noexcept
     : mCalls(ioHost.mListenerThread.load() != std::this_thread::get_id() ? &ioHost.mListenerCalls : nullptr)
 {
@@ -245,8 +247,7 @@ VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcod
     }
     catch (...)
     {
-        // The answer may lead into the plug-in or a listener; nothing they throw may cross the plug-in's
-        // frames.
+        // The answer may call the plug-in or a listener. What they throw must not cross the plug-in's frames.
         return 0;
     }
 }
@@ -327,8 +328,8 @@ unsigned long CVst2Host::MouseModsFor(EGesture inGesture) noexcept
     {
         return kMouseModAlways;
     }
-    // Automation comes from the render call as well, which must not wait for the window system: there, and on
-    // every thread but the listeners' own, what was held down last has to do.
+    // Automation comes from the render call as well, which must not wait for the window system. Only the
+    // listeners' own thread asks it; every other thread takes what was held down last.
     if (mListenerThread.load() == std::this_thread::get_id())
     {
         if (inGesture != EGesture::kDrag || mIsDragging.load())

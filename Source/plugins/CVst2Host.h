@@ -47,21 +47,10 @@ public:
     /** Closes and destroys every plug-in, in order of loading. */
     virtual void Reset();
 
-    /** @return false when it is none of this host's plug-ins; nothing is destroyed then. */
-    bool ClosePlugin(IPlugin* inPlugin);
-    /** @return whether all could be initialised; true when there are none. */
-    bool InitPlugins();
-    /** @return the place of the effect's plug-in in the order of loading, or -1; -1 for null. */
-    long GetEffectIndex(const AEffect* inEffect) const;
     /** @param inFrames the largest block; plug-ins that are initialised already are not told. */
     void SetBufferSize(long inFrames) { mBlockSize = inFrames; }
     void SetSampleRate(float inHertz);
-    /** @param inTempo beats per minute; 0, negative or NaN: the tempo is unknown from now on. */
-    void SetTempo(float inTempo);
     void InitTimeInfo();
-    void ProcessEvents(std::span<const SMidiMsg> inMessages);
-    /** Gives idle time to every plug-in that asked for it; moves no audio. */
-    void Process();
     /** Makes this host the current one. */
     void SetActualAAXHost() { pVst2Host.store(this); }
 
@@ -69,10 +58,6 @@ public:
      * there are. */
     static VstIntPtr AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                          VstIntPtr inValue, void* inPointer, float inOpt) noexcept;
-    /** The answer to a call of one of this host's plug-ins; for another caller what concerns its plug-in is
-     * skipped. */
-    VstIntPtr OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
-                                    VstIntPtr inValue, void* inPointer, float inOpt);
 
     /**
      * Not owned, null for none; must outlive the host or be taken back. The one before is not called any more
@@ -91,11 +76,29 @@ public:
     /** The one record that plug-ins are given; written by the render thread before each block. */
     VstTimeInfo& TimeInfo() { return mTimeInfo; }
     std::span<const std::unique_ptr<CVst2Plugin>> Plugins() const { return mPlugins; }
-    long GetBufferSize() const { return mBlockSize; }
     float GetSampleRate() const { return mSampleRate; }
-    float GetTempo() const { return mTempo; }
     /** Rises with each host made in this process; decides between hosts that share one effect. */
     std::uint32_t GetSerial() const { return mSerial; }
+
+    // ---- What no module calls: the rest of the class's interface, for other hosts.
+
+    /** @return false when it is none of this host's plug-ins; nothing is destroyed then. */
+    bool ClosePlugin(IPlugin* inPlugin);
+    /** @return whether all could be initialised; true when there are none. */
+    bool InitPlugins();
+    /** @return the place of the effect's plug-in in the order of loading, or -1; -1 for null. */
+    long GetEffectIndex(const AEffect* inEffect) const;
+    long GetBufferSize() const { return mBlockSize; }
+    /** @param inTempo beats per minute; 0, negative or NaN: the tempo is unknown from now on. */
+    void SetTempo(float inTempo);
+    float GetTempo() const { return mTempo; }
+    void ProcessEvents(std::span<const SMidiMsg> inMessages);
+    /** Gives idle time to every plug-in that asked for it; moves no audio. */
+    void Process();
+    /** The answer to a call of one of this host's plug-ins; for another caller what concerns its plug-in is
+     * skipped. */
+    VstIntPtr OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
+                                    VstIntPtr inValue, void* inPointer, float inOpt);
 
 private:
     VstIntPtr AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,

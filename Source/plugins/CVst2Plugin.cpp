@@ -12,6 +12,7 @@
 
 namespace
 {
+/** Named so where a plug-in gives no name. Hosts may have stored it, so it stays as it is. */
 constexpr const char* kNamelessEffect = "scroob_the_doob";
 /** Far above what any plug-in has; keeps a nonsensical count from becoming a huge allocation. */
 constexpr std::int32_t kMaxChannels = 65536;

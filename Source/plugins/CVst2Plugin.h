@@ -61,11 +61,6 @@ public:
     {
         CallReplacing(inInputs, inOutputs, inFrames);
     }
-    void Process(float** inBuffers, long inFrames, long inInputBufferCount, long* inInputMap,
-                 long inOutputBufferCount, long* inOutputMap) override;
-    /** @param inFrames at most the block size given to Initialize. */
-    float** Process(long inFrames, long& outOutputCount) override;
-    float** Process();
 
     // MIDI
     using IPlugin::ProcessEvents;
@@ -81,16 +76,12 @@ public:
         if (inCount != 0) // in most blocks there are none
             DeliverEvents(inCount, inMessages, inOffsets);
     }
-    void ProcessEvents(std::span<const SMidiMsg> inMessages) override;
-    void ProcessEvents(VstEvents* inEvents);
 
     // Identity and shape
     const char* GetName() override { return mEffectName.data(); }
     const char* GetVendor() const { return mVendor.data(); }
-    const char* GetProduct() const { return mProduct.data(); }
     long GetUniqueId() const { return mUniqueId; }
     long GetVersion() const { return mVersion; }
-    bool GetChannels(long& outInputs, long& outOutputs) override;
     std::span<const SIOPortDef> InputPorts() const { return mInputPorts; }
     std::span<const SIOPortDef> OutputPorts() const { return mOutputPorts; }
     /** Whether MIDI events are sent to the plug-in now. */
@@ -110,19 +101,11 @@ public:
     /** Sends nothing when the plug-in has that value already, or when the comparison is with NaN. */
     void SetParameter(long inIndex, float inValue) override;
     float GetParameter(long inIndex) override;
-    const char* GetParameterDisplay(long inIndex) override;
     const char* GetParameterName(long inIndex) override;
-    const char* GetParameterLabel(long inIndex) override;
     long GetNumPrograms() override;
     long GetProgram() override;
     void SetProgram(long inProgram) override;
     const char* GetProgramNameByIndex(long inProgram) override;
-    long GetNumMidiPrograms() override;
-    long GetNumMidiCategories() override;
-    const char* GetMidiCategory(long inIndex) override;
-    /** @return " category ; ? ; bank LSB ; bank MSB ; program name". */
-    const char* GetMidiProgram(long inIndex) override;
-    long VendorSpecific(long& outHandled, long inIndex, long inValue, char* inPointer, float inOpt) override;
 
     // State
     /** Whether the plug-in keeps its state as a chunk of its own. */
@@ -135,6 +118,44 @@ public:
     /** @return bytes of the chunk that the last of the two calls above got. */
     long GetLastChunkSize() const { return mChunkSize; }
     void SetChunk(void* inData, long inSize);
+    // Editor
+    bool OpenEditor(void* inParent);
+    /** Pixels; all 0 when the plug-in gives no rectangle. */
+    void GetEditorSize(long& outX, long& outY, long& outWidth, long& outHeight);
+    void CloseEditor() override;
+    bool IsEditorOpen() const { return mEditorOpen; }
+    void Idle() override;
+    bool HasEditor() override;
+
+    // For the host callback
+    /** The plug-in asked for MIDI: that outlives a negative answer to the question whether it takes any. */
+    void ForceMidi();
+    void RequestIdle() { mIdleRequested.store(true, std::memory_order_relaxed); }
+
+    // ---- What no module calls: the rest of the class's interface, for tools and other hosts.
+
+    // Audio and MIDI
+    void Process(float** inBuffers, long inFrames, long inInputBufferCount, long* inInputMap,
+                 long inOutputBufferCount, long* inOutputMap) override;
+    /** @param inFrames at most the block size given to Initialize. */
+    float** Process(long inFrames, long& outOutputCount) override;
+    float** Process();
+    void ProcessEvents(std::span<const SMidiMsg> inMessages) override;
+    void ProcessEvents(VstEvents* inEvents);
+
+    // Identity, parameters and programs
+    const char* GetProduct() const { return mProduct.data(); }
+    bool GetChannels(long& outInputs, long& outOutputs) override;
+    const char* GetParameterDisplay(long inIndex) override;
+    const char* GetParameterLabel(long inIndex) override;
+    long GetNumMidiPrograms() override;
+    long GetNumMidiCategories() override;
+    const char* GetMidiCategory(long inIndex) override;
+    /** @return " category ; ? ; bank LSB ; bank MSB ; program name". */
+    const char* GetMidiProgram(long inIndex) override;
+    long VendorSpecific(long& outHandled, long inIndex, long inValue, char* inPointer, float inOpt) override;
+
+    // State of one program
     /**
      * @return the current program's chunk, or for a plug-in without chunks a block of 4 bytes per parameter
      * that does not hold their values.
@@ -172,23 +193,11 @@ public:
     bool ReadPreset(const char* inPath);
     bool ReadBank(const char* inPath);
 
-    // Editor
-    bool OpenEditor(void* inParent);
+    // Editor and idle time
     bool OpenEditor(void* inParent, bool& outFlag, long& outValue, long& outX, long& outY, long& outWidth,
                     long& outHeight) override;
-    /** Pixels; all 0 when the plug-in gives no rectangle. */
-    void GetEditorSize(long& outX, long& outY, long& outWidth, long& outHeight);
-    void CloseEditor() override;
-    bool IsEditorOpen() const { return mEditorOpen; }
-    void Idle() override;
-    bool HasEditor() override;
     /** Sends effIdle when the plug-in has asked for it. */
     void EffectIdle();
-
-    // For the host callback
-    /** The plug-in asked for MIDI: that outlives a negative answer to the question whether it takes any. */
-    void ForceMidi();
-    void RequestIdle() { mIdleRequested.store(true, std::memory_order_relaxed); }
 
 private:
     static constexpr std::size_t kTextLength = 256;
