@@ -78,76 +78,73 @@ struct SCheckRun
     nlohmann::json mResults;
 };
 
-struct SBroken
+struct SFaulty
 {
     const char* mPlugin;
     Names mFails;        // exactly these checks
     const char* mSaying; // a part of the first one's reason
-    friend void PrintTo(const SBroken& inBroken, std::ostream* outStream) { *outStream << inBroken.mPlugin; }
+    friend void PrintTo(const SFaulty& inFaulty, std::ostream* outStream) { *outStream << inFaulty.mPlugin; }
 };
 
-class BrokenPlugin : public testing::TestWithParam<SBroken>
+class FaultyPlugin : public testing::TestWithParam<SFaulty>
 {
 };
 
-TEST_P(BrokenPlugin, MakesItsOwnChecksFailAndNoOther)
+TEST_P(FaultyPlugin, MakesItsOwnChecksFailAndNoOther)
 {
-    const SBroken& broken = GetParam();
-    const std::string plugin = broken.mPlugin;
-    if (kIsSanitized && (plugin == "BrokenLeak" || plugin == "BrokenHeap" || plugin == "BrokenBlocking"))
+    const SFaulty& faulty = GetParam();
+    const std::string plugin = faulty.mPlugin;
+    if (kIsSanitized && (plugin == "Leak" || plugin == "Heap" || plugin == "Blocking"))
         GTEST_SKIP() << "the sanitizer has replaced what is watched here";
-    const bool needsDisplay = broken.mFails.contains("editor.gestures");
+    const bool needsDisplay = faulty.mFails.contains("editor.gestures");
     if (needsDisplay && !CVirtualDisplay::IsInstalled())
         GTEST_SKIP() << "Xvfb is not installed";
-    const bool hangs = broken.mFails.contains("life-cycle.creates");
+    const bool hangs = faulty.mFails.contains("life-cycle.creates");
     std::vector<std::string> arguments = {"--strictness", "5"};
     if (hangs)
         arguments.insert(arguments.end(), {"--limit", "1"});
-    const SCheckRun run(kPlainModule, fs::path(BROKEN_PLUGINS) / (plugin + ".so"), arguments, needsDisplay);
-    EXPECT_EQ(run.With("failed"), broken.mFails) << run.mRun.mOutput << run.mRun.mErrors;
+    const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / ("faulty_" + plugin + ".so"), arguments,
+                        needsDisplay);
+    EXPECT_EQ(run.With("failed"), faulty.mFails) << run.mRun.mOutput << run.mRun.mErrors;
     EXPECT_EQ(run.mRun.mExit, 1);
-    EXPECT_NE(run.ReasonOf(*broken.mFails.begin()).find(broken.mSaying), std::string::npos)
-        << run.ReasonOf(*broken.mFails.begin());
+    EXPECT_NE(run.ReasonOf(*faulty.mFails.begin()).find(faulty.mSaying), std::string::npos)
+        << run.ReasonOf(*faulty.mFails.begin());
     EXPECT_NE(run.mRun.mOutput.find("Not fit to ship."), std::string::npos);
     for (const std::string& name : hangs ? run.With("passed") : Names())
         EXPECT_TRUE(name.starts_with("description.")) << name << " is called good without an instance";
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Each, BrokenPlugin,
+    Each, FaultyPlugin,
     testing::Values(
-        SBroken{"BrokenIdentity", {"description.identity"}, "product id"},
-        SBroken{"BrokenOpen", {"life-cycle.creates"}, "limit of 1 seconds"},
-        SBroken{"BrokenLeak", {"life-cycle.memory"}, "memory grows"},
-        SBroken{"BrokenShared", {"life-cycle.independent"}, "changes it in another"},
-        SBroken{"BrokenCopies", {"life-cycle.independent"}, "beside an instance with another one"},
-        SBroken{"BrokenStatic", {"life-cycle.any-order", "robustness.everything"}, "SIGABRT"},
-        SBroken{
-            "BrokenRest", {"parameters.at-rest", "state.new-instance"}, "(Gain) moves from 0.8000 to 0.3000"},
-        SBroken{"BrokenAutomation", {"automation.dense"}, "SIGABRT"},
-        SBroken{"BrokenReports", {"automation.answers"}, "and for 3 more in the 3 cycles after them"},
-        SBroken{"BrokenStart",
+        SFaulty{"Identity", {"description.identity"}, "product id"},
+        SFaulty{"HangInOpen", {"life-cycle.creates"}, "limit of 1 seconds"},
+        SFaulty{"Leak", {"life-cycle.memory"}, "memory grows"},
+        SFaulty{"Shared", {"life-cycle.independent"}, "changes it in another"},
+        SFaulty{"Copies", {"life-cycle.independent"}, "beside an instance with another one"},
+        SFaulty{"Static", {"life-cycle.any-order", "robustness.everything"}, "SIGABRT"},
+        SFaulty{"Rest", {"parameters.at-rest", "state.new-instance"}, "(Gain) moves from 0.8000 to 0.3000"},
+        SFaulty{"Automation", {"automation.dense"}, "SIGABRT"},
+        SFaulty{"Reports", {"automation.answers"}, "and for 3 more in the 3 cycles after them"},
+        SFaulty{"Start",
                 {"automation.before-coefficients"},
                 "(Gain) is at 0.8000 when they and 64 frames are done; automated later, at 0.1000"},
-        SBroken{"BrokenGestures", {"editor.gestures"}, "never ends"},
-        SBroken{"BrokenNotes", {"midi.note-ends"}, "still sounds"},
-        SBroken{
-            "BrokenBounds", {"rendering.bounds"}, "In a block of 1 frames output 2 was written at frame 1"},
-        SBroken{"BrokenSilence",
+        SFaulty{"Gestures", {"editor.gestures"}, "never ends"},
+        SFaulty{"Notes", {"midi.note-ends"}, "still sounds"},
+        SFaulty{"Bounds", {"rendering.bounds"}, "In a block of 1 frames output 2 was written at frame 1"},
+        SFaulty{"Silence",
                 {"rendering.writes-outputs"},
                 "In a block of 512 frames, 512 of them are not written in output 2 of 2"},
-        SBroken{"BrokenPointers", {"rendering.large-blocks"}, "In blocks of 2048 frames, output 1 is"},
-        SBroken{"BrokenNumbers", {"rendering.beyond-full-scale", "rendering.full-scale"}, "not a number"},
-        SBroken{"BrokenLatency", {"rendering.latency"}, "reports a latency of 64 samples"},
-        SBroken{"BrokenHeap", {"rendering.allocations"}, "The wrapped plug-in allocates"},
-        SBroken{"BrokenBlocking",
-                {"rendering.locks", "rendering.system-calls"},
-                "The wrapped plug-in takes locks"},
-        SBroken{"BrokenTempo", {"transport.moving-tempo", "transport.tempos"}, "SIGABRT"},
-        SBroken{"BrokenMemory", {"state.new-instance", "state.round-trip"}, "was saved at"},
-        SBroken{"BrokenLoad", {"state.answers"}, "(Gain) is at 0."},
-        SBroken{"BrokenChunk", {"state.damaged", "state.random", "state.truncated"}, "SIGABRT"}),
-    [](const testing::TestParamInfo<SBroken>& inInfo) { return std::string(inInfo.param.mPlugin); });
+        SFaulty{"Pointers", {"rendering.large-blocks"}, "In blocks of 2048 frames, output 1 is"},
+        SFaulty{"Numbers", {"rendering.beyond-full-scale", "rendering.full-scale"}, "not a number"},
+        SFaulty{"Latency", {"rendering.latency"}, "reports a latency of 64 samples"},
+        SFaulty{"Heap", {"rendering.allocations"}, "The wrapped plug-in allocates"},
+        SFaulty{"Blocking", {"rendering.locks", "rendering.system-calls"}, "The wrapped plug-in takes locks"},
+        SFaulty{"Tempo", {"transport.moving-tempo", "transport.tempos"}, "SIGABRT"},
+        SFaulty{"Memory", {"state.new-instance", "state.round-trip"}, "was saved at"},
+        SFaulty{"Load", {"state.answers"}, "(Gain) is at 0."},
+        SFaulty{"Chunk", {"state.damaged", "state.random", "state.truncated"}, "SIGABRT"}),
+    [](const testing::TestParamInfo<SFaulty>& inInfo) { return std::string(inInfo.param.mPlugin); });
 
 TEST(Check, BothExamplesPass)
 {

@@ -31,9 +31,9 @@ std::string Contents(const fs::path& inFile)
     return text.str();
 }
 
-fs::path Rude(const std::string& inRudeness)
+fs::path Faulty(const std::string& inFault)
 {
-    return fs::path(RUDE_PLUGIN_FOLDER) / ("rude_" + inRudeness + ".so");
+    return fs::path(FAULTY_PLUGINS) / ("faulty_" + inFault + ".so");
 }
 
 /** A command that writes inTarget. */
@@ -145,7 +145,7 @@ class Interrupt : public testing::TestWithParam<std::tuple<SInterrupt, const cha
 TEST_P(Interrupt, LeavesTheOldFileAndNothingElse)
 {
     const auto& [interrupt, what] = GetParam();
-    const CModuleBundle bundle(kPlainModule, Rude("HangInOpen"));
+    const CModuleBundle bundle(kPlainModule, Faulty("HangInOpen"));
     const fs::path folder = bundle.Path().parent_path();
     const CTarget target(folder / "target");
     fs::create_directories(folder / "temporary");
@@ -174,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(FullDisk, LeavesTheOldFileAndSaysSo)
 {
-    const CModuleBundle bundle(kPlainModule, Rude("None"));
+    const CModuleBundle bundle(kPlainModule, Faulty("None"));
     const fs::path disk = bundle.Path().parent_path() / "disk";
     fs::create_directories(disk);
     if (mount("none", disk.c_str(), "tmpfs", 0, "size=64k") != 0)
@@ -199,7 +199,7 @@ TEST(CrashingPlugin, IsToldWithWhatWasBeingDone)
 #endif
     struct SRow
     {
-        const char* rudeness;
+        const char* fault;
         std::vector<std::string> command; // behind which the module stands
         const char* sentence;
     };
@@ -211,8 +211,8 @@ TEST(CrashingPlugin, IsToldWithWhatWasBeingDone)
           SRow{"CrashInOpen", {"state", "save", "/dev/null"}, "SIGSEGV) while an instance was being made."},
           SRow{"CrashInRender", {"render", "--output", "/dev/null"}, "SIGSEGV) while it was rendering."}})
     {
-        SCOPED_TRACE(row.rudeness);
-        const CModuleBundle bundle(kPlainModule, Rude(row.rudeness));
+        SCOPED_TRACE(row.fault);
+        const CModuleBundle bundle(kPlainModule, Faulty(row.fault));
         std::vector<std::string> command = row.command;
         command.insert(command.begin() + 1, bundle.Path());
         command.insert(command.begin(), AAXHOST);

@@ -78,7 +78,7 @@ TEST(CallWatch, TellsTheModulesCallsFromThePluginsAndTheHosts)
     EXPECT_GT(growing.mModule.Of(kRelease), 0);
     EXPECT_EQ(growing.mPlugin, SWatchedCalls{}) << growing;
 
-    const SCallWatch blocking = watch(fs::path(BROKEN_PLUGINS) / "BrokenBlocking.so", 0);
+    const SCallWatch blocking = watch(fs::path(FAULTY_PLUGINS) / "faulty_Blocking.so", 0);
     EXPECT_EQ(blocking.mPlugin.Of(kLock), 1);
     EXPECT_EQ(blocking.mPlugin.mSystemCallCount, 1U);
     EXPECT_EQ(blocking.mModule, SWatchedCalls{}) << blocking;

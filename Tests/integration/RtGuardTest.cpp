@@ -49,7 +49,7 @@ std::string LineOf(const std::string& inReport, const std::string& inOwner)
                : inReport.substr(begin + start.size(), inReport.find('\n', begin) + 1 - begin - start.size());
 }
 
-const fs::path kBroken = BROKEN_PLUGINS;
+const fs::path kFaulty = FAULTY_PLUGINS;
 
 TEST(RtGuard, SaysWhoseCallsItSaw)
 {
@@ -58,12 +58,12 @@ TEST(RtGuard, SaysWhoseCallsItSaw)
     EXPECT_EQ(LineOf(quiet, "plug-in"), kNothing);
 
     // Ten blocks, one of which is so large that it goes in four parts.
-    const std::string heap = Render(TEST_GUARDED_MODULE, kBroken / "BrokenHeap.so", 10);
+    const std::string heap = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Heap.so", 10);
     EXPECT_EQ(LineOf(heap, "module"), kNothing);
     EXPECT_NE(LineOf(heap, "plug-in").find("(operator new 13, "), std::string::npos) << heap;
     EXPECT_NE(heap.find("releases 26 ("), std::string::npos) << heap;
 
-    const std::string blocking = Render(TEST_GUARDED_MODULE, kBroken / "BrokenBlocking.so", 10);
+    const std::string blocking = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Blocking.so", 10);
     EXPECT_EQ(LineOf(blocking, "module"), kNothing);
     EXPECT_NE(blocking.find("locks 13 (pthread_mutex_lock 13)"), std::string::npos) << blocking;
     EXPECT_NE(blocking.find("blocking calls 13 ("), std::string::npos) << blocking;
@@ -81,13 +81,13 @@ TEST(RtGuard, TheModulesOwnCallsAreTheModules)
 TEST(RtGuard, ThePluginOutlivesTheModuleThatWatchedIt)
 {
     // Its executable stays loaded between the two, and must not call what has been unloaded.
-    const std::string twice = Render(TEST_GUARDED_MODULE, kBroken / "BrokenHeap.so", 10, 3);
+    const std::string twice = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Heap.so", 10, 3);
     EXPECT_NE(LineOf(twice, "plug-in").find("operator new "), std::string::npos) << twice;
 }
 
 TEST(RtGuard, AModuleWithoutItHasNothingOfIt)
 {
-    EXPECT_EQ(Render(kPlainModule, kBroken / "BrokenHeap.so", 10), "");
+    EXPECT_EQ(Render(kPlainModule, kFaulty / "faulty_Heap.so", 10), "");
     const auto contains = [](const fs::path& file, std::string_view text)
     {
         std::ifstream stream(file, std::ios::binary);

@@ -18,7 +18,7 @@ COutcome<std::unique_ptr<CModule>> StartMacModule(CMacSystem& ioSystem, const st
 class CMacModuleCopy
 {
 public:
-    /** @param inPlugin a bundle that the cross build made for tests, such as "rude_ReturnNull.vst". */
+    /** @param inPlugin a bundle that the cross build made for tests, such as "faulty_ReturnNull.vst". */
     explicit CMacModuleCopy(const std::string& inPlugin);
     CMacModuleCopy(const CMacModuleCopy&) = delete;
     CMacModuleCopy& operator=(const CMacModuleCopy&) = delete;

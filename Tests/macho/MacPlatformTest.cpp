@@ -120,8 +120,8 @@ TEST(MacPlugin, OneThatCannotBeUsedIsUnloadedAndReleased)
         {"scripted_plugin_no_entry.vst", Joined(kAskingForFirstEntry, kAskingForSecondEntry)},
         // Its exception must be gone before the code of the exception's type is.
         {"scripted_plugin_throwing.vst", kAskingForFirstEntry},
-        {"rude_ReturnNull.vst", kAskingForFirstEntry},
-        {"rude_WrongMagic.vst", kAskingForFirstEntry},
+        {"faulty_ReturnNull.vst", kAskingForFirstEntry},
+        {"faulty_WrongMagic.vst", kAskingForFirstEntry},
     };
     for (const SRow& row : rows)
     {

@@ -30,7 +30,7 @@ public:
 TEST(MacModuleWithAPlugin, OneThatRefusesItselfIsNoEffectAndIsUnloaded)
 {
     for (const char* const plugin :
-         {"rude_ReturnNull.vst", "rude_WrongMagic.vst", "scripted_plugin_throwing.vst"})
+         {"faulty_ReturnNull.vst", "faulty_WrongMagic.vst", "scripted_plugin_throwing.vst"})
     {
         SCOPED_TRACE(plugin);
         const CMacModuleCopy copy(plugin);
@@ -48,7 +48,7 @@ TEST(MacModuleWithAPlugin, OneThatRefusesItselfIsNoEffectAndIsUnloaded)
 
 TEST(MacModuleWithAPlugin, AnExceptionThrownWhileRenderingEndsAtTheBorderAndIsHeardAsSilence)
 {
-    CModuleWith module("rude_ThrowInRender.vst");
+    CModuleWith module("faulty_ThrowInRender.vst");
     const Channels rendered = module.mHosted.Render(); // block after block of it
     ASSERT_EQ(rendered.size(), 2U);
     EXPECT_EQ(LoudnessOf(rendered), 0.0);
@@ -70,7 +70,7 @@ TEST(MacModuleWithAPlugin, AGestureTellsTheButtonsAndKeysThatAreHeld)
         {1, 0x1000, "0x14"},         // control
         {3, 0x0100 | 0x0200, "0x17"} // with the secondary button
     };
-    CModuleWith module("rude_DragInIdle.vst");
+    CModuleWith module("faulty_DragInIdle.vst");
     CInstance& instance = module.mHosted.Instance();
     (void)Expect(instance.OpenGUI()); // throws on a problem
     ASSERT_EQ(instance.GUI()->SetViewContainer(&instance.Host().ViewContainer()), kAAX_Success);

@@ -11,7 +11,7 @@ namespace
 TEST(ProbeCommand, ARefusalIsOneSentenceOnTheErrorStreamAndCode1)
 {
     for (const std::string& plugin :
-         {Rude("ReturnNull"), Rude("CrashInOpen"), std::string("/nowhere/at/all.so")})
+         {Faulty("ReturnNull"), Faulty("CrashInOpen"), std::string("/nowhere/at/all.so")})
     {
         SCOPED_TRACE(plugin);
         const SRun errors = Vst2probe(plugin, 2);
@@ -39,18 +39,18 @@ TEST(ProbeCommand, WrongUsageIsCode2AndHelpCode0)
 
 TEST(ProbeCommand, JsonIsAllThatIsPrintedWhateverThePluginWrites)
 {
-    const SRun run = Vst2probe(Rude("WriteToOutput") + " --json");
+    const SRun run = Vst2probe(Faulty("WriteToOutput") + " --json");
     EXPECT_EQ(run.code, 0);
     const auto json = nlohmann::json::parse(run.output, nullptr, false);
     ASSERT_TRUE(json.is_object()) << run.output;
-    EXPECT_EQ(json["name"], "Rude & Co");
+    EXPECT_EQ(json["name"], "Faulty");
     // Scripts pick it with a line editor.
     EXPECT_NE(run.output.find("\n    \"kind\": \"effect\",\n"), std::string::npos);
 }
 
 TEST(ProbeCommand, ConfigureArgumentsAreLinesAndTheNameIsTheOneGiven)
 {
-    const SRun run = Vst2probe(Rude("Demanding") + " --configure-args --name My-Product_2");
+    const SRun run = Vst2probe(Faulty("Demanding") + " --configure-args --name My-Product_2");
     EXPECT_EQ(run.code, 0);
     EXPECT_TRUE(run.output.starts_with("-DAAXADAPTER_PRODUCT=My-Product_2\n-DAAXADAPTER_SOURCE_VST=/"));
     EXPECT_TRUE(run.output.ends_with("-DAAXADAPTER_ENTRY_VERSION=2400\n-DAAXADAPTER_PORTS_FROM_COUNTS=ON\n"

@@ -47,7 +47,7 @@ TEST_P(ProgramFile, WhatWasSavedLoadsAgainAndIsOnlyForItsOwnPlugin)
 
 TEST_P(ProgramFile, ACrashIsAnAnswerAndWrongUsageCode2)
 {
-    const SRun crash = Vst2probe(Command("save", Rude("CrashInOpen")), 2);
+    const SRun crash = Vst2probe(Command("save", Faulty("CrashInOpen")), 2);
     EXPECT_EQ(crash.code, 1);
     EXPECT_NE(crash.output.find("it crashed (Segmentation fault, SIGSEGV) while it was being loaded"),
               std::string::npos)

@@ -27,7 +27,7 @@ inline SRun Vst2probe(const std::string& inArguments, int inStream = 1)
     return run;
 }
 
-inline std::string Rude(const char* inRudeness)
+inline std::string Faulty(const char* inFault)
 {
-    return std::string(RUDE_PLUGIN_FOLDER) + "/rude_" + inRudeness + ".so";
+    return std::string(FAULTY_PLUGINS) + "/faulty_" + inFault + ".so";
 }

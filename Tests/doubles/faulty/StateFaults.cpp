@@ -1,0 +1,106 @@
+#include "Tests/doubles/faulty/CPlainEffect.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+namespace
+{
+constexpr std::int32_t kGain = CPlainEffect::kGain;
+constexpr std::int32_t kBalance = CPlainEffect::kBalance;
+} // namespace
+
+// What a state is lost, changed or given to others by.
+namespace faults
+{
+/** Forgets its state: every chunk leaves it with zeros. */
+void Memory(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
+    {
+        if (inCall.opcode != effSetChunk)
+            return ioEffect.Answer(inCall);
+        for (const std::int32_t index : {kGain, kBalance})
+            ioEffect.Set(index, 0.0F);
+        return 1;
+    };
+}
+
+/** Loads its state in two steps, and moves a value in the second: when it is next asked for its state. */
+void Load(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect, isHalfLoaded = false](const SCall& inCall) mutable
+    {
+        if (inCall.opcode == effGetChunk && isHalfLoaded)
+        {
+            isHalfLoaded = false;
+            ioEffect.Set(kGain, 1.0F - ioEffect.Get(kGain));
+        }
+        isHalfLoaded = isHalfLoaded || inCall.opcode == effSetChunk;
+        return ioEffect.Answer(inCall);
+    };
+}
+
+/** Begins afresh with its first block: what was set before, other than by a state, is lost. */
+void Start(CPlainEffect& ioEffect)
+{
+    const auto hasStarted = std::make_shared<bool>(false);
+    ioEffect.Before(effSetChunk, [hasStarted] { *hasStarted = true; });
+    ioEffect.mOnBlock = [&ioEffect, hasStarted](const SBlock& inBlock)
+    {
+        if (!*hasStarted)
+        {
+            *hasStarted = true;
+            ioEffect.Set(kGain, 0.8F);
+            ioEffect.Set(kBalance, 0.5F);
+        }
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Gives the gain of a state that any instance loads to all of them, each in its next block. */
+void Copies(CPlainEffect& ioEffect)
+{
+    static std::atomic<int> load = 0;
+    static std::atomic<float> gain = 0.0F;
+    const auto known = std::make_shared<std::atomic<int>>(load.load()); // the last one that it heard of
+    ioEffect.mOnCall = [&ioEffect, known](const SCall& inCall)
+    {
+        const VstIntPtr result = ioEffect.Answer(inCall);
+        if (inCall.opcode == effSetChunk)
+        {
+            gain = ioEffect.Get(kGain);
+            *known = ++load;
+        }
+        return result;
+    };
+    ioEffect.mOnBlock = [&ioEffect, known](const SBlock& inBlock)
+    {
+        if (known->exchange(load) != load)
+            ioEffect.Set(kGain, gain);
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Leaks a megabyte with each instance. */
+void Leak(CPlainEffect&)
+{
+    static std::vector<std::unique_ptr<std::vector<char>>> leaked;
+    leaked.push_back(std::make_unique<std::vector<char>>(1U << 20, '\1'));
+}
+
+/** Tears down with any instance what all of them need to render. */
+void Static(CPlainEffect& ioEffect)
+{
+    static std::atomic<bool> isReady = false;
+    isReady = true;
+    ioEffect.mOnClose = [] { isReady = false; };
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        if (!isReady)
+            std::abort();
+        ioEffect.Render(inBlock);
+    };
+}
+} // namespace faults

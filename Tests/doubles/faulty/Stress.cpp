@@ -1,0 +1,95 @@
+#include "Tests/doubles/faulty/CBlankEditor.h"
+#include "Tests/doubles/faulty/CPlainEffect.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <thread>
+
+namespace
+{
+constexpr std::int32_t kParameters = 8;
+
+/** What a person at the editor causes. */
+void Move(CPlainEffect& ioEffect, std::int32_t inIndex)
+{
+    ioEffect.Set(inIndex, 0.5F);
+    ioEffect.Turn(inIndex);
+}
+
+/** Calls the host all the time, until it is stopped. Threads: made and stopped on the main thread. */
+class CCaller
+{
+public:
+    explicit CCaller(CPlainEffect& ioEffect) : mThread([this, &ioEffect] { Run(ioEffect); }) {}
+    CCaller(const CCaller&) = delete;
+    CCaller& operator=(const CCaller&) = delete;
+    ~CCaller()
+    {
+        mStops.store(true);
+        mThread.join();
+    }
+
+private:
+    void Run(CPlainEffect& ioEffect)
+    {
+        for (std::int32_t round = 0; !mStops.load(); ++round)
+        {
+            if (round % 64 == 0) // a host has to answer each of them
+                Move(ioEffect, round / 64 % kParameters);
+            for (const std::int32_t opcode : {audioMasterGetTime, audioMasterVersion, audioMasterNeedIdle,
+                                              audioMasterWantMidi, audioMasterUpdateDisplay})
+                (void)ioEffect.CallHost(opcode); // no call here has a result of interest
+            std::this_thread::yield();
+        }
+    }
+
+    std::atomic<bool> mStops = false;
+    std::thread mThread; // last: it uses the flag
+};
+
+VstIntPtr Answer(CPlainEffect& ioEffect, std::unique_ptr<CCaller>& ioCaller, const SCall& inCall)
+{
+    (void)ioEffect.CallHost(audioMasterGetTime);
+    switch (inCall.opcode)
+    {
+    case effOpen:
+        if (!ioCaller)
+            ioCaller = std::make_unique<CCaller>(ioEffect);
+        break;
+    case effCanDo: return 1;
+    case effEditIdle: Move(ioEffect, 1); break;
+    case effSetChunk: (void)ioEffect.CallHost(audioMasterUpdateDisplay); break;
+    default: break;
+    }
+    return ioEffect.Answer(inCall);
+}
+
+void Render(CPlainEffect& ioEffect, const SBlock& inBlock)
+{
+    const auto* const time = reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+    const float gain = time != nullptr && time->tempo > 0.0 ? 1.0F : 0.0F;
+    for (std::size_t channel = 0; channel < 2; ++channel)
+        std::transform(inBlock.inputs[channel], inBlock.inputs[channel] + inBlock.frames,
+                       inBlock.outputs[channel], [gain](float inSample) { return gain * inSample; });
+    (void)ioEffect.CallHost(audioMasterAutomate, 2);
+}
+} // namespace
+
+namespace faults
+{
+/**
+ * Is correct with threads, and uses its host from as many as it can: from each call, from the render call,
+ * and all the time from a thread of its own between open and close.
+ */
+AEffect* Stress(audioMasterCallback inHost)
+{
+    CPlainEffect& effect = MakePlain(inHost, {.parameters = kParameters});
+    effect.SetEditor(std::make_unique<CBlankEditor>());
+    const auto caller = std::make_shared<std::unique_ptr<CCaller>>(); // while it is open
+    effect.mOnCall = [&effect, caller](const SCall& inCall) { return Answer(effect, *caller, inCall); };
+    effect.mOnClose = [caller] { caller->reset(); };
+    effect.mOnBlock = [&effect](const SBlock& inBlock) { Render(effect, inBlock); };
+    return effect.Effect();
+}
+} // namespace faults
