@@ -4,12 +4,7 @@
 #       SOURCE_VST       path/to/MyPlugin.vst   # a file, a bundle folder or a target of this build
 #       EFFECT_ID        com.maker.myplugin     # reverse-domain name of the effect
 #       MANUFACTURER_ID  Mkr1                   # four characters
-#       ENTRY_VERSION    2400                   # host version answered inside the plug-in's entry; default 0
-#       PORTS_FROM_COUNTS                       # ports of a plug-in that describes no pins
-#       MIDI_INPUT                              # a MIDI input although the plug-in announces none
-#       RT_GUARD                                # counts what should not happen while a block is rendered, for a beta
-#       NO_PROBE                                # the build does not try whether the plug-in loads with these options
-#       VERSION          1.2.3)                 # of the bundle; default 1.0.0
+#       [option...])                            # see ProductOptions.cmake
 #
 # Where it is not for another system, the build has vst2probe load the plug-in as it lies in the bundle, and stops when
 # that fails.
@@ -20,16 +15,17 @@ include_guard(GLOBAL)
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/Notices.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake)
 
 function(add_aax_adapter name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg
-        "PORTS_FROM_COUNTS;MIDI_INPUT;RT_GUARD;NO_PROBE" "SOURCE_VST;EFFECT_ID;MANUFACTURER_ID;ENTRY_VERSION;VERSION" "")
+    _aaxadapter_list_options(switches SWITCH)
+    _aaxadapter_list_options(values REQUIRED TEXT NUMBER)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "${switches}" "${values}" "")
     _aaxadapter_check_arguments()
 
     set(bundle ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin)
     set(generated ${CMAKE_CURRENT_BINARY_DIR}/${name}_product.cpp)
-    _aaxadapter_bool(AAXADAPTER_PORTS_FROM_COUNTS_LITERAL "${arg_PORTS_FROM_COUNTS}")
-    _aaxadapter_bool(AAXADAPTER_MIDI_INPUT_LITERAL "${arg_MIDI_INPUT}")
+    _aaxadapter_list_constants(ignored AAXADAPTER_CONSTANTS arg_)
     _aaxadapter_four_char_code(AAXADAPTER_MANUFACTURER_CODE "${arg_MANUFACTURER_ID}")
     set(AAXADAPTER_RENDER_CALLBACK PlainRenderCallback)
     if(arg_RT_GUARD)
@@ -62,14 +58,6 @@ function(add_aax_adapter name)
     _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources ${module} "${arg_SOURCE_VST}" ${generated})
     aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
     install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
-endfunction()
-
-function(_aaxadapter_bool out value)
-    if(value)
-        set(${out} true PARENT_SCOPE)
-    else()
-        set(${out} false PARENT_SCOPE)
-    endif()
 endfunction()
 
 # "Mkr1" -> 0x4D6B7231
@@ -147,12 +135,17 @@ function(_aaxadapter_probe_command out)
         message(FATAL_ERROR "add_aax_adapter(${name}): there is no vst2probe to try the plug-in with; install the "
             "libraries that it is made of, CLI11, fmt and nlohmann_json, or write NO_PROBE.")
     endif()
-    set(probe $<TARGET_FILE:AaxAdapter::vst2probe> --timeout 60 --expect --entry-version ${arg_ENTRY_VERSION})
-    if(arg_PORTS_FROM_COUNTS)
-        list(APPEND probe --ports-from-counts)
-    endif()
-    if(arg_MIDI_INPUT)
-        list(APPEND probe --midi-input)
-    endif()
+    set(probe $<TARGET_FILE:AaxAdapter::vst2probe> --timeout 60 --expect)
+    _aaxadapter_list_options(keywords)
+    foreach(keyword IN LISTS keywords)
+        _aaxadapter_read_option(${keyword})
+        string(TOLOWER "--${keyword}" flag)
+        string(REPLACE _ - flag "${flag}")
+        if(option_PROBED AND option_kind STREQUAL "NUMBER")
+            list(APPEND probe ${flag} ${arg_${keyword}})
+        elseif(option_PROBED AND arg_${keyword})
+            list(APPEND probe ${flag})
+        endif()
+    endforeach()
     set(${out} "${probe}" PARENT_SCOPE)
 endfunction()

@@ -27,13 +27,15 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/Notices.cmake
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
             ${CMAKE_CURRENT_LIST_DIR}/product.cpp.in
         DESTINATION ${package} COMPONENT AaxAdapter)
     install(DIRECTORY ${CMAKE_CURRENT_LIST_DIR}/notices DESTINATION ${package} COMPONENT AaxAdapter)
     install(FILES Source/AaxAdapter_Product.h DESTINATION include/aaxadapter/Source COMPONENT AaxAdapter)
-    install(FILES Source/plugins/ProductOptions.h DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
+    install(FILES ${PROJECT_BINARY_DIR}/options/Source/plugins/ProductOptions.h DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
     # What a maker needs, and so all that has to be built before the package is installed.
     add_custom_target(aaxadapter_package DEPENDS ${libraries})
     if(TARGET aaxhost)

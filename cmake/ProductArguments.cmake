@@ -1,5 +1,6 @@
 # What add_aax_adapter() takes for an argument.
 include_guard(GLOBAL)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake)
 
 # Stops the configuration with a sentence that says what to write.
 macro(_aaxadapter_check_arguments)
@@ -7,13 +8,19 @@ macro(_aaxadapter_check_arguments)
         message(FATAL_ERROR "add_aax_adapter: the product name '${name}' may have letters, digits, '-' and '_' only.")
     endif()
     if(arg_UNPARSED_ARGUMENTS)
+        _aaxadapter_list_options(keywords)
+        list(POP_BACK keywords last)
+        list(JOIN keywords ", " keywords)
         message(FATAL_ERROR "add_aax_adapter(${name}): '${arg_UNPARSED_ARGUMENTS}' is no argument of it; "
-            "write SOURCE_VST, EFFECT_ID, MANUFACTURER_ID, ENTRY_VERSION, PORTS_FROM_COUNTS, MIDI_INPUT, RT_GUARD, "
-            "NO_PROBE or VERSION.")
+            "write ${keywords} or ${last}.")
     endif()
-    foreach(required SOURCE_VST EFFECT_ID MANUFACTURER_ID)
-        if(NOT arg_${required})
-            message(FATAL_ERROR "add_aax_adapter(${name}): ${required} is missing.")
+    _aaxadapter_list_options(keywords)
+    foreach(keyword IN LISTS keywords)
+        _aaxadapter_read_option(${keyword})
+        if(option_kind STREQUAL "REQUIRED" AND NOT arg_${keyword})
+            message(FATAL_ERROR "add_aax_adapter(${name}): ${keyword} is missing.")
+        elseif(NOT DEFINED arg_${keyword})
+            set(arg_${keyword} "${option_default}")
         endif()
     endforeach()
     if("${arg_SOURCE_VST}" MATCHES ";" OR "${CMAKE_BINARY_DIR}" MATCHES ";")
@@ -42,17 +49,15 @@ macro(_aaxadapter_check_arguments)
         message(FATAL_ERROR "add_aax_adapter(${name}): MANUFACTURER_ID '${arg_MANUFACTURER_ID}' has to be four "
             "characters with a letter or digit among them, like Mkr1.")
     endif()
-    if(NOT DEFINED arg_ENTRY_VERSION)
-        set(arg_ENTRY_VERSION 0)
-    elseif(NOT arg_ENTRY_VERSION MATCHES "^[0-9]+$" OR arg_ENTRY_VERSION GREATER 2147483647) # an int32_t
-        message(FATAL_ERROR "add_aax_adapter(${name}): ENTRY_VERSION '${arg_ENTRY_VERSION}' has to be a number up to "
-            "2147483647; write 2400, or leave it out for 0.")
-    endif()
-    if(NOT DEFINED arg_VERSION)
-        set(arg_VERSION 1.0.0)
-    else()
-        _aaxadapter_check_version()
-    endif()
+    _aaxadapter_list_options(numbers NUMBER)
+    foreach(keyword IN LISTS numbers)
+        if(NOT arg_${keyword} MATCHES "^[0-9]+$" OR arg_${keyword} GREATER 2147483647) # an int32_t
+            _aaxadapter_read_option(${keyword})
+            message(FATAL_ERROR "add_aax_adapter(${name}): ${keyword} '${arg_${keyword}}' has to be a number up to "
+                "2147483647; write ${option_EXAMPLE}, or leave it out for ${option_default}.")
+        endif()
+    endforeach()
+    _aaxadapter_check_version()
 endmacro()
 
 # CFBundleVersion is up to three numbers, of which the system reads four, two and two digits of the parts at most and takes

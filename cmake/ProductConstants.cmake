@@ -1,0 +1,63 @@
+# What a module knows its product's options by: constants, which Source/plugins/ProductOptions.h declares and each product's
+# own source defines.
+include_guard(GLOBAL)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake)
+
+# The declarations and the definitions in C++; the values are those of the variables of the prefix and the keyword, and the
+# defaults where there is none.
+function(_aaxadapter_list_constants out_declarations out_definitions prefix)
+    set(declarations "")
+    set(definitions "")
+    _aaxadapter_list_options(keywords)
+    foreach(keyword IN LISTS keywords)
+        _aaxadapter_read_option(${keyword})
+        if(NOT option_CONSTANT)
+            continue()
+        endif()
+        set(value "${option_default}")
+        if(DEFINED ${prefix}${keyword})
+            set(value "${${prefix}${keyword}}")
+        endif()
+        set(type std::int32_t)
+        if(option_kind STREQUAL "SWITCH")
+            set(type bool)
+            if(value)
+                set(value true)
+            else()
+                set(value false)
+            endif()
+        endif()
+        list(JOIN option_MEANING "\n * " meaning)
+        string(APPEND declarations "\n/**\n * [${value}] ${meaning}\n */\nextern const ${type} ${option_CONSTANT};\n")
+        string(APPEND definitions "const ${type} ${option_CONSTANT} = ${value};\n")
+    endforeach()
+    set(${out_declarations} "${declarations}" PARENT_SCOPE)
+    set(${out_definitions} "${definitions}" PARENT_SCOPE)
+endfunction()
+
+# Writes ProductOptions.h below a folder, and lets the target and its users include it.
+function(aaxadapter_declare_options target folder)
+    _aaxadapter_list_constants(declarations ignored none_)
+    file(CONFIGURE OUTPUT ${folder}/Source/plugins/ProductOptions.h @ONLY CONTENT "#pragma once
+// Made from cmake/ProductOptions.cmake.
+#include <cstdint>
+
+/*
+ * What a product decides about the plug-in it wraps. Declared here, defined by each product's own source;
+ * the value in brackets is the default.
+ */
+${declarations}")
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${folder}>)
+endfunction()
+
+# Defines the constants in a target that is no product, with the defaults but for what is said here:
+#   aaxadapter_define_options(target [KEYWORD value]...)
+function(aaxadapter_define_options target)
+    _aaxadapter_list_options(keywords)
+    cmake_parse_arguments(PARSE_ARGV 1 own "" "${keywords}" "")
+    _aaxadapter_list_constants(ignored definitions own_)
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}_options.cpp @ONLY CONTENT
+        "#include \"Source/plugins/ProductOptions.h\"\n\n${definitions}")
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_options.cpp)
+    target_include_directories(${target} PRIVATE $<TARGET_PROPERTY:vst2_host,INTERFACE_INCLUDE_DIRECTORIES>)
+endfunction()
