@@ -24,30 +24,32 @@ std::string HelpfulVersion(const std::string& inProgram, const std::filesystem::
 } // namespace
 
 SExpectation TryProduct(const std::string& inProgram, const std::filesystem::path& inPlugin,
-                        const SExpectedProduct& inExpected, std::chrono::milliseconds inLimit)
+                        const OptionValues& inExpected, std::chrono::milliseconds inLimit)
 {
+    const std::int32_t entryVersion = inExpected.at(kEntryVersionKeyword);
     SExpectation expectation;
-    const SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, inExpected.entryVersion, inLimit);
+    const SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, entryVersion, inLimit);
     if (!attempt.facts)
     {
         expectation.refusal = attempt.refusal;
         if (attempt.askedVersion)
         {
-            expectation.refusal += HelpfulVersion(inProgram, inPlugin, inExpected.entryVersion, inLimit);
+            expectation.refusal += HelpfulVersion(inProgram, inPlugin, entryVersion, inLimit);
         }
         return expectation;
     }
     SProbeResult result;
     result.facts = attempt.facts;
     const SProductChoice choice = ChooseProduct(inPlugin, result, "");
-    expectation.warnings = WarningsOf(*attempt.facts, inExpected.portsFromCounts);
-    if (choice.portsFromCounts.value && !inExpected.portsFromCounts)
+    expectation.warnings = WarningsOf(*attempt.facts, inExpected.at(kPortsFromCountsKeyword) != 0);
+    for (const SProbedOption& option : ProbedOptions())
     {
-        expectation.warnings.push_back(choice.portsFromCounts.reason + " PORTS_FROM_COUNTS gives it ports.");
-    }
-    if (choice.midiInput.value && !inExpected.midiInput)
-    {
-        expectation.warnings.push_back(choice.midiInput.reason + " MIDI_INPUT gives it some.");
+        const SOptionChoice& best = choice.options.at(option.keyword);
+        if (option.remedy != nullptr && best.value != 0 && inExpected.at(option.keyword) == 0)
+        {
+            expectation.warnings.push_back(
+                fmt::format("{} {} {}.", best.reason, option.keyword, option.remedy));
+        }
     }
     return expectation;
 }

@@ -1,16 +1,8 @@
 #pragma once
-#include "Tools/vst2probe/ProbePlugin.h"
+#include "Tools/vst2probe/ProbedOptions.h"
 
 #include <string>
 #include <vector>
-
-/** The options of a product that somebody has chosen. */
-struct SExpectedProduct
-{
-    std::int32_t entryVersion = 0;
-    bool portsFromCounts = false;
-    bool midiInput = false;
-};
 
 /** What came of trying a plug-in with a product's options. */
 struct SExpectation
@@ -22,6 +14,7 @@ struct SExpectation
 /**
  * Tries a plug-in from a child process as a product would load it. Parameters and errors are those of
  * ProbePlugin().
+ * @param inExpected the product's options, each of ProbedOptions().
  */
 SExpectation TryProduct(const std::string& inProgram, const std::filesystem::path& inPlugin,
-                        const SExpectedProduct& inExpected, std::chrono::milliseconds inLimit);
+                        const OptionValues& inExpected, std::chrono::milliseconds inLimit);

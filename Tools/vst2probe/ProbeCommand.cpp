@@ -128,15 +128,16 @@ void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
         ->excludes(json);
     CLI::Option* const expect =
         ioApp.add_flag("--expect", outArguments.expect,
-                       "Only try whether it loads as a product with the three options that follow");
-    ioApp.add_option("--entry-version", outArguments.expected.entryVersion, "The product's ENTRY_VERSION")
-        ->needs(expect);
-    ioApp
-        .add_flag("--ports-from-counts", outArguments.expected.portsFromCounts,
-                  "The product has PORTS_FROM_COUNTS")
-        ->needs(expect);
-    ioApp.add_flag("--midi-input", outArguments.expected.midiInput, "The product has MIDI_INPUT")
-        ->needs(expect);
+                       "Only try whether it loads as a product with the options that follow");
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        std::int32_t& value = outArguments.expected[option.keyword];
+        CLI::Option* const added =
+            option.isSwitch
+                ? ioApp.add_flag(option.Flag(), value, fmt::format("The product has {}", option.keyword))
+                : ioApp.add_option(option.Flag(), value, fmt::format("The product's {}", option.keyword));
+        added->needs(expect);
+    }
     ioApp.add_option(kProbeChildOption, outArguments.childEntryVersion)->group(""); // not in the help
 }
 

@@ -19,7 +19,7 @@ struct SProbeArguments
     bool json = false;
     bool configureArguments = false;
     bool expect = false; // to be tried with the options of the next
-    SExpectedProduct expected;
+    OptionValues expected;
     std::optional<std::int32_t> childEntryVersion; // in a child process only
 };
 

@@ -47,58 +47,6 @@ std::string ManufacturerId(const std::string& inVendor)
     return code;
 }
 
-SOptionChoice<std::int32_t> ChooseEntryVersion(const SProbeResult& inResult)
-{
-    if (inResult.entryVersion != 0)
-    {
-        return {
-            inResult.entryVersion,
-            fmt::format("It asks for the host's version inside its entry function, and when that is 0 {}.",
-                        inResult.refusalOfZero)};
-    }
-    return {0, inResult.askedVersion
-                   ? "It asks for the host's version inside its entry function and takes 0 for an answer."
-                   : "It does not ask for the host's version inside its entry function."};
-}
-
-SOptionChoice<bool> ChoosePortsFromCounts(const SPluginFacts& inFacts)
-{
-    const bool noInputs = inFacts.inputs > 0 && inFacts.inputPorts.empty();
-    const bool noOutputs = inFacts.outputs > 0 && inFacts.outputPorts.empty();
-    if (noInputs || noOutputs)
-    {
-        const char* const what = noInputs && noOutputs ? "inputs and outputs"
-                                 : noInputs            ? "inputs"
-                                                       : "outputs";
-        return {
-            true,
-            inFacts.portListCut
-                ? fmt::format("A pin that it describes by a speaker ends its list of ports ahead of its {}, "
-                              "so it would have no ports there.",
-                              what)
-                : fmt::format("It describes no pin of its {}, so it would have no ports there.", what)};
-    }
-    if (inFacts.portListCut)
-    {
-        return {false, "It describes a pin by a speaker, which ends the list of ports with or without it."};
-    }
-    return {false, inFacts.inputs + inFacts.outputs > 0 ? "It describes its ports by pins."
-                                                        : "It has no audio channels."};
-}
-
-SOptionChoice<bool> ChooseMidiInput(const SPluginFacts& inFacts)
-{
-    if (inFacts.midiBeforeOpen)
-    {
-        return {false, "It says that it takes MIDI as soon as it is loaded."};
-    }
-    if (inFacts.midiAfterOpen)
-    {
-        return {true, "It asks for MIDI only when it is opened, which is too late for the description."};
-    }
-    return {false, "It never says that it takes MIDI, so none would be sent to it."};
-}
-
 /** A value of a CMake call: quoted when it has to be. */
 std::string Quoted(const std::string& inText)
 {
@@ -131,25 +79,29 @@ std::string SProductChoice::CmakeCall() const
     std::string call = fmt::format("add_aax_adapter({}\n    SOURCE_VST       {}\n    EFFECT_ID        {}\n"
                                    "    MANUFACTURER_ID  {}",
                                    name, Quoted(sourceVst.string()), effectId, manufacturerId);
-    if (entryVersion.value != 0)
+    for (const SProbedOption& option : ProbedOptions())
     {
-        call += fmt::format("\n    ENTRY_VERSION    {}", entryVersion.value);
+        if (const std::int32_t value = Value(option.keyword); value != 0)
+        {
+            call += option.isSwitch ? fmt::format("\n    {}", option.keyword)
+                                    : fmt::format("\n    {:<16} {}", option.keyword, value);
+        }
     }
-    call += portsFromCounts.value ? "\n    PORTS_FROM_COUNTS" : "";
-    call += midiInput.value ? "\n    MIDI_INPUT" : "";
     return call + ")";
 }
 
 std::vector<std::string> SProductChoice::ConfigureArguments() const
 {
-    const auto onOff = [](bool inOn) { return inOn ? "ON" : "OFF"; };
-    return {"-DAAXADAPTER_PRODUCT=" + name,
-            "-DAAXADAPTER_SOURCE_VST=" + sourceVst.string(),
-            "-DAAXADAPTER_EFFECT_ID=" + effectId,
-            "-DAAXADAPTER_MANUFACTURER_ID=" + manufacturerId,
-            fmt::format("-DAAXADAPTER_ENTRY_VERSION={}", entryVersion.value),
-            fmt::format("-DAAXADAPTER_PORTS_FROM_COUNTS={}", onOff(portsFromCounts.value)),
-            fmt::format("-DAAXADAPTER_MIDI_INPUT={}", onOff(midiInput.value))};
+    std::vector<std::string> arguments = {
+        "-DAAXADAPTER_PRODUCT=" + name, "-DAAXADAPTER_SOURCE_VST=" + sourceVst.string(),
+        "-DAAXADAPTER_EFFECT_ID=" + effectId, "-DAAXADAPTER_MANUFACTURER_ID=" + manufacturerId};
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        const std::int32_t value = Value(option.keyword);
+        const std::string text = option.isSwitch ? (value != 0 ? "ON" : "OFF") : std::to_string(value);
+        arguments.push_back(fmt::format("-DAAXADAPTER_{}={}", option.keyword, text));
+    }
+    return arguments;
 }
 
 SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbeResult& inResult,
@@ -164,8 +116,9 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
     choice.effectId = fmt::format("com.{}.{}", Lowered(Identifier({facts.vendor, "example"})),
                                   Lowered(Identifier({facts.name, stem, "plugin"})));
     choice.manufacturerId = ManufacturerId(facts.vendor);
-    choice.entryVersion = ChooseEntryVersion(inResult);
-    choice.portsFromCounts = ChoosePortsFromCounts(facts);
-    choice.midiInput = ChooseMidiInput(facts);
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        choice.options[option.keyword] = option.choose(inResult);
+    }
     return choice;
 }

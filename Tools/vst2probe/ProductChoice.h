@@ -1,18 +1,11 @@
 #pragma once
-#include "Tools/vst2probe/ProbePlugin.h"
+#include "Tools/vst2probe/ProbedOptions.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
-
-/** One of the options that a product needs or does without, and why, as one sentence. */
-template <typename Value>
-struct SOptionChoice
-{
-    Value value{};
-    std::string reason;
-};
 
 /** A product that wraps a plug-in: what goes into its add_aax_adapter() call. */
 struct SProductChoice
@@ -21,10 +14,9 @@ struct SProductChoice
     std::filesystem::path sourceVst; // absolute
     std::string effectId;            // a proposal, as is the next
     std::string manufacturerId;
-    SOptionChoice<std::int32_t> entryVersion;
-    SOptionChoice<bool> portsFromCounts;
-    SOptionChoice<bool> midiInput;
+    std::map<std::string, SOptionChoice> options; // each of ProbedOptions(), by its keyword
 
+    std::int32_t Value(const char* inKeyword) const { return options.at(inKeyword).value; }
     /** @return the finished call, in several lines. */
     std::string CmakeCall() const;
     /** @return what chooses this product on the command line of a configuration; options of another choice

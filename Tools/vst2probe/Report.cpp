@@ -69,10 +69,20 @@ void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
     }
 }
 
-template <typename Value>
-nlohmann::ordered_json OptionToJson(const SOptionChoice<Value>& inChoice)
+nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
 {
-    return {{"value", inChoice.value}, {"reason", inChoice.reason}};
+    nlohmann::ordered_json json;
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        const SOptionChoice& choice = inChoice.options.at(option.keyword);
+        json[option.keyword]["value"] = choice.value;
+        if (option.isSwitch)
+        {
+            json[option.keyword]["value"] = choice.value != 0;
+        }
+        json[option.keyword]["reason"] = choice.reason;
+    }
+    return json;
 }
 } // namespace
 
@@ -102,18 +112,20 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
                         fmt::join(inFacts.FlagNames(), ", ")));
     AddParametersAndPrograms(text, inFacts);
 
-    const std::vector<std::string> warnings = WarningsOf(inFacts, inChoice.portsFromCounts.value);
+    const std::vector<std::string> warnings =
+        WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0);
     if (!warnings.empty())
     {
         fmt::format_to(std::back_inserter(text), "\nWarnings\n  {}\n", fmt::join(warnings, "\n  "));
     }
 
-    const auto option = [&text](const char* inName, const std::string& inValue, const std::string& inReason)
-    { fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", inName, inValue, inReason); };
     text += "\nProduct options\n";
-    option("ENTRY_VERSION", std::to_string(inChoice.entryVersion.value), inChoice.entryVersion.reason);
-    option("PORTS_FROM_COUNTS", YesNo(inChoice.portsFromCounts.value), inChoice.portsFromCounts.reason);
-    option("MIDI_INPUT", YesNo(inChoice.midiInput.value), inChoice.midiInput.reason);
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        const SOptionChoice& choice = inChoice.options.at(option.keyword);
+        const std::string value = option.isSwitch ? YesNo(choice.value != 0) : std::to_string(choice.value);
+        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", option.keyword, value, choice.reason);
+    }
     return text + "\nThe product, with identifiers to be replaced by the maker's own\n" +
            inChoice.CmakeCall() + "\n";
 }
@@ -121,10 +133,8 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
 std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
 {
     nlohmann::ordered_json report = inFacts;
-    report["options"] = {{"ENTRY_VERSION", OptionToJson(inChoice.entryVersion)},
-                         {"PORTS_FROM_COUNTS", OptionToJson(inChoice.portsFromCounts)},
-                         {"MIDI_INPUT", OptionToJson(inChoice.midiInput)}};
-    report["warnings"] = WarningsOf(inFacts, inChoice.portsFromCounts.value);
+    report["options"] = OptionsToJson(inChoice);
+    report["warnings"] = WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0);
     report["productName"] = inChoice.name;
     report["cmakeCall"] = inChoice.CmakeCall();
     report["configureArguments"] = inChoice.ConfigureArguments();

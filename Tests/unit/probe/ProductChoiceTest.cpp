@@ -64,9 +64,9 @@ TEST(ProductChoice, OptionsFollowFromWhatWasSeen)
         SProbeResult result = Described();
         row.change(result);
         const SProductChoice choice = ChooseProduct("/a/Reverb.so", result, "");
-        EXPECT_EQ(choice.entryVersion.value, row.entryVersion);
-        EXPECT_EQ(choice.portsFromCounts.value, row.portsFromCounts);
-        EXPECT_EQ(choice.midiInput.value, row.midiInput);
+        EXPECT_EQ(choice.Value("ENTRY_VERSION"), row.entryVersion);
+        EXPECT_EQ(choice.Value("PORTS_FROM_COUNTS"), row.portsFromCounts);
+        EXPECT_EQ(choice.Value("MIDI_INPUT"), row.midiInput);
     }
 }
 
