@@ -85,7 +85,7 @@ TEST(MacModuleWithAPlugin, AGestureTellsTheButtonsAndKeysThatAreHeld)
         EXPECT_EQ(module.mLog.Calls(),
                   (std::vector<std::string>{
                       "HandleParameterMouseDown" + arguments, "PostTouchRequest(\"00000\")",
-                      "PostSetValueRequest(\"00000\", 0)", "PostReleaseRequest(\"00000\")",
+                      "PostSetValueRequest(\"00000\", 0.25)", "PostReleaseRequest(\"00000\")",
                       "HandleParameterMouseDrag" + arguments, "HandleParameterMouseUp" + arguments}));
     }
     EXPECT_EQ(instance.GUI()->SetViewContainer(nullptr), kAAX_Success);

@@ -52,7 +52,8 @@ void Gestures(CPlainEffect& ioEffect)
 /** Has its first parameter turned in each idle time of an editor that it does not have. */
 void DragInIdle(CPlainEffect& ioEffect)
 {
-    ioEffect.Before(effEditIdle, [&ioEffect] { ioEffect.Turn(0); });
+    ioEffect.Set(kGain, 0.25F);
+    ioEffect.Before(effEditIdle, [&ioEffect] { ioEffect.Turn(kGain); });
 }
 
 /** Keeps the values of all instances in one place. */
