@@ -37,7 +37,13 @@ AEffect* ThrowInEntry(audioMasterCallback) { throw std::runtime_error("faulty");
 
 AEffect* ReturnNull(audioMasterCallback) { return nullptr; }
 
-void WrongMagic(CPlainEffect& ioEffect) { ioEffect.Effect()->magic = 0x12345678; }
+/** Is whole but for its mark. */
+AEffect* WrongMagic(audioMasterCallback inHost)
+{
+    static CPlainEffect effect(inHost); // nobody closes what was refused
+    effect.Effect()->magic = 0x12345678;
+    return effect.Effect();
+}
 
 /** Asks for the host's version inside its entry, and takes none for an answer. */
 AEffect* RefuseAnyVersion(audioMasterCallback inHost)

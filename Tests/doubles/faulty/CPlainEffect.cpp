@@ -107,11 +107,8 @@ void CPlainEffect::Receive(const VstMidiEvent& inEvent) noexcept
     {
         mNote = first;
     }
-    else if ((status == 0x80 || status == 0x90) && first == mNote && mOptions.endsNotes)
-    {
-        mNote = -1;
-    }
-    else if (status == 0xB0 && (first == 120 || first == 123))
+    else if (((status == 0x80 || status == 0x90) && first == mNote && mOptions.endsNotes) ||
+             (status == 0xB0 && (first == 120 || first == 123)))
     {
         mNote = -1;
     }
