@@ -71,7 +71,7 @@ TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
         {foreign, "another processor, 64-bit ARM"},
         {program, "no library but a program"},
         {whole.substr(0, 40), "cut short: 40 bytes"},
-        {whole.substr(0, whole.size() / 2), "cut short"}};
+        {whole.substr(0, 5000), "cut short"}}; // half of it may be debug information, which is not missed
     const std::filesystem::path folder = testing::TempDir() + "vst2probe_broken \"\xC3\xBC'.vst";
     std::filesystem::create_directories(folder);
     EXPECT_NE(ProbePlugin(VST2PROBE_FILE, folder, 30s).refusal.find("there is no executable in it"),
