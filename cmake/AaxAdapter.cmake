@@ -125,10 +125,11 @@ function(_aaxadapter_place_source_vst name resources module source options)
     add_dependencies(${name} ${name}_source_vst)
 endfunction()
 
-# The command that tries a plug-in, behind which its path belongs; empty where none is tried.
+# The command that tries a plug-in, behind which its path belongs; empty where none is tried. The switch of the command
+# line is for all products of a build.
 function(_aaxadapter_probe_command out)
     set(${out} "" PARENT_SCOPE)
-    if(arg_NO_PROBE OR CMAKE_CROSSCOMPILING)
+    if(arg_NO_PROBE OR AAXADAPTER_NO_PROBE OR CMAKE_CROSSCOMPILING)
         return()
     endif()
     if(NOT TARGET AaxAdapter::vst2probe)
