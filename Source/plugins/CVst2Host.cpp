@@ -1,5 +1,6 @@
 #include "Source/plugins/CVst2Host.h"
 
+#include "Interfaces/VST2/HostAnswers.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/EffectRegistry.h"
 #include "Source/plugins/IEditHost.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 #include <iterator>
 #include <mutex>
 
@@ -18,35 +18,16 @@ std::atomic<CVst2Host*> pVst2Host = nullptr;
 
 namespace
 {
-constexpr char kProductString[] = "IsmAaxVstHost";
-constexpr VstIntPtr kHostVersion = 2400;
-
 /** Held while a thread changes gVctHosts or the count below. */
 std::mutex gHostsMutex;
 std::uint32_t gHostsMade = 0;
-
-void CopyProductString(void* outText) noexcept
-{
-    if (outText != nullptr)
-    {
-        std::memcpy(outText, kProductString, sizeof(kProductString));
-    }
-}
 } // namespace
 
 VstIntPtr AnswerUnmatchedCall(std::int32_t inOpcode, void* inPointer, std::int32_t inEntryVersion) noexcept
 {
-    switch (inOpcode)
-    {
-    case audioMasterVersion: return inEntryVersion;
-    case audioMasterGetProductString:
-        if (pVst2Host.load() != nullptr)
-        {
-            CopyProductString(inPointer);
-        }
-        return 0;
-    default: return 0;
-    }
+    // Without a current host the product's name is not given.
+    void* const text = pVst2Host.load() != nullptr ? inPointer : nullptr;
+    return AnswerHostCall(EHostCaller::kUnmatched, inOpcode, text, inEntryVersion);
 }
 
 CVst2Host::CVst2Host() : mMouseMods(kMouseModAlways)
@@ -195,16 +176,7 @@ void CVst2Host::SetTempo(float inTempo)
     }
 }
 
-void CVst2Host::InitTimeInfo()
-{
-    mTimeInfo = {};
-    mTimeInfo.sampleRate = 44100.0;
-    mTimeInfo.tempo = 120.0;
-    mTimeInfo.timeSigNumerator = 4;
-    mTimeInfo.timeSigDenominator = 4;
-    mTimeInfo.smpteFrameRate = 25; // frames per second, not one of the interface's frame-rate codes
-    mTimeInfo.flags = kVstTransportPlaying | kVstTempoValid;
-}
+void CVst2Host::InitTimeInfo() { mTimeInfo = InitialTimeInfo(44100.0); }
 
 void CVst2Host::ProcessEvents(std::span<const SMidiMsg> inMessages)
 {
@@ -263,29 +235,26 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
 {
     switch (inOpcode)
     {
-    case audioMasterAutomate: OnAutomate(inPlugin, inIndex); return 0;
-    case audioMasterVersion: return kHostVersion;
+    case audioMasterAutomate: OnAutomate(inPlugin, inIndex); break;
     case audioMasterWantMidi:
         if (inPlugin != nullptr)
         {
             inPlugin->ForceMidi();
         }
-        return 0;
+        break;
     case audioMasterGetTime: return reinterpret_cast<VstIntPtr>(&mTimeInfo);
     case audioMasterNeedIdle:
         if (inPlugin != nullptr)
         {
             inPlugin->RequestIdle();
         }
-        return 0;
-    case audioMasterGetProductString: CopyProductString(inPointer); return 0;
-    case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); return 1;
-    case audioMasterBeginEdit: OnGesture(EGesture::kDown, inIndex); return 0;
-    case audioMasterEndEdit: OnGesture(EGesture::kUp, inIndex); return 0;
-    // Sample rate and block size too: plug-ins learn them from effSetSampleRate, effSetBlockSize and the time
-    // info.
-    default: return 0;
+        break;
+    case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); break;
+    case audioMasterBeginEdit: OnGesture(EGesture::kDown, inIndex); break;
+    case audioMasterEndEdit: OnGesture(EGesture::kUp, inIndex); break;
+    default: break;
     }
+    return AnswerHostCall(EHostCaller::kLoaded, inOpcode, inPointer);
 }
 
 void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
