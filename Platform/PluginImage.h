@@ -1,5 +1,7 @@
 #pragma once
 #include <memory>
+#include <string>
+#include <vector>
 
 /**
  * A plug-in's file or bundle on disk, and the executable in it once that is loaded.
@@ -33,6 +35,13 @@ public:
  * LoadExecutable().
  */
 std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path);
+
+/**
+ * @param inUtf8Path a plug-in's path, as above.
+ * @return its executables: the file itself, or those of a bundle folder by name, of which the first is
+ * loaded. Empty where there is none, or where only the system knows.
+ */
+std::vector<std::string> PluginExecutables(const std::string& inUtf8Path);
 
 /** @return the entry function's name that only this system's plug-ins use beside the common ones; null when
  * it has none. */

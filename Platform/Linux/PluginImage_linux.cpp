@@ -85,38 +85,35 @@ private:
     void* mHandle = nullptr;
 };
 
-/** @return the first shared object of a folder in the alphabetical order of names; empty when there is none.
- */
-fs::path FirstSharedObject(const fs::path& inFolder)
+/** @return the shared objects of a folder in the alphabetical order of their names. */
+std::vector<std::string> SharedObjects(const fs::path& inFolder)
 {
-    std::vector<fs::path> found;
+    std::vector<std::string> found;
     std::error_code error;
     for (fs::directory_iterator entry(inFolder, error), end; !error && entry != end; entry.increment(error))
     {
         std::error_code typeError;
         if (entry->path().extension() == ".so" && entry->is_regular_file(typeError))
         {
-            found.push_back(entry->path());
+            found.push_back(entry->path().string());
         }
     }
-    const auto first = std::min_element(found.begin(), found.end());
-    return first != found.end() ? *first : fs::path();
-}
-
-/** @return the file to load: the path itself, or the shared object of a bundle folder; empty when there is
- * none. */
-fs::path FindExecutable(const fs::path& inPath)
-{
-    std::error_code error;
-    const fs::file_status status = fs::status(inPath, error);
-    if (fs::is_directory(status))
-    {
-        const fs::path inside = FirstSharedObject(inPath / "Contents" / "x86_64-linux");
-        return !inside.empty() ? inside : FirstSharedObject(inPath);
-    }
-    return fs::is_regular_file(status) ? inPath : fs::path();
+    std::ranges::sort(found);
+    return found;
 }
 } // namespace
+
+std::vector<std::string> PluginExecutables(const std::string& inUtf8Path)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(inUtf8Path, error);
+    if (fs::is_directory(status))
+    {
+        std::vector<std::string> inside = SharedObjects(fs::path(inUtf8Path) / "Contents" / "x86_64-linux");
+        return !inside.empty() ? inside : SharedObjects(inUtf8Path);
+    }
+    return fs::is_regular_file(status) ? std::vector{inUtf8Path} : std::vector<std::string>{};
+}
 
 std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
 {
@@ -124,10 +121,10 @@ std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
     {
         return nullptr;
     }
-    const fs::path path(inUtf8Path);
     // A relative path would be looked for in the loader's own search path.
-    const fs::path executable = path.is_absolute() ? FindExecutable(path) : fs::path();
-    return executable.empty() ? nullptr : std::make_unique<CSharedObjectImage>(executable.string());
+    const auto executables =
+        fs::path(inUtf8Path).is_absolute() ? PluginExecutables(inUtf8Path) : std::vector<std::string>{};
+    return executables.empty() ? nullptr : std::make_unique<CSharedObjectImage>(executables.front());
 }
 
 const char* PlatformEntrySymbol() noexcept { return "main"; }

@@ -103,4 +103,6 @@ std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
     return std::make_unique<CBundleImage>(std::move(bundle), users);
 }
 
+std::vector<std::string> PluginExecutables(const std::string& /*inUtf8Path*/) { return {}; }
+
 const char* PlatformEntrySymbol() noexcept { return nullptr; }

@@ -1,5 +1,9 @@
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/integration/ToolRun.h"
+#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/lib/WrappedPlugin.h"
+#include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -7,6 +11,22 @@
 
 namespace
 {
+TEST(Bench, OfSeveralFilesInThePluginTheOneThatTheModuleLoadsIsCompared)
+{
+    const CModuleBundle bundle(kPlainModule, {});
+    const std::filesystem::path folder = bundle.SourceVst() / "Contents" / "x86_64-linux";
+    std::filesystem::create_directories(folder);
+    // A folder lists its files in no particular order.
+    for (const char* name : {"d.so", "b.so", "g.so", "a.so", "e.so", "c.so", "f.so"})
+        std::filesystem::copy_file(std::string(name) == "a.so" ? kDelayPlugin : kSynthPlugin, folder / name);
+    CHostLog log;
+    const auto module = CModule::Open(bundle.Path().string(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    CDrivenPlugin plugin;
+    ASSERT_EQ(plugin.Open(WrappedPlugin(bundle.Path().string()), 48000.0F), "");
+    EXPECT_EQ(plugin.Effect().uniqueID, static_cast<std::int32_t>(IdentityOf(**module).mPlugInID));
+}
+
 TEST(Bench, AnInstanceTakesNoMoreThan64KilobytesBesideItsPlugin)
 {
     const CModuleBundle bundle(kPlainModule, kSynthPlugin);

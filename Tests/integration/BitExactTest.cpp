@@ -1,8 +1,8 @@
 #include "Interfaces/AAX/AAX_Types.h"
-#include "Tests/integration/BarePlugin.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ struct SPerformance
     struct SBlock
     {
         std::int32_t mFrames = 0;
-        std::vector<SBareEvent> mEvents;
+        std::vector<SPluginEvent> mEvents;
         std::vector<std::pair<long, float>> mChanges; // parameter and value, ahead of the block
     };
     Channels mInput;
@@ -53,11 +53,11 @@ SPerformance MakePerformance(long inParameterCount, bool inMidi)
         const auto frames = static_cast<std::uint32_t>(block.mFrames);
         if (inMidi && i % 2 == 0)
             block.mEvents = {
-                {0, {0x90, note, 100, 0}},
-                {static_cast<std::uint32_t>(random() % frames), {0x90, std::uint8_t(note + 7), 70, 0}}};
+                {0, {0x90, note, 100}},
+                {static_cast<std::int32_t>(random() % frames), {0x90, std::uint8_t(note + 7), 70}}};
         else if (inMidi)
-            block.mEvents = {{static_cast<std::uint32_t>(random() % frames), {0x80, note, 0, 0}},
-                             {frames - 1, {0xB0, 1, std::uint8_t(i % 128), 0}}};
+            block.mEvents = {{static_cast<std::int32_t>(random() % frames), {0x80, note}},
+                             {block.mFrames - 1, {0xB0, 1, std::uint8_t(i % 128)}}};
         if (inParameterCount > 0 && i % 5 == 3)
             block.mChanges = {{static_cast<long>(random()) % inParameterCount,
                                static_cast<float>(random() % 1000) / 1000.0F}};
@@ -82,21 +82,35 @@ Channels RenderBare(const std::filesystem::path& inPlugin, std::int32_t inEntryV
                     const SPerformance& inPerformance)
 {
     std::srand(1); // some plug-ins draw from the C library's numbers
-    CBarePlugin plugin(inPlugin, inEntryVersion, kRate);
-    Channels output;
+    CDrivenPlugin plugin(inEntryVersion);
+    EXPECT_EQ(plugin.Open(inPlugin, kRate), "");
+    Channels output(plugin.OutputCount());
     std::size_t position = 0;
     for (const SPerformance::SBlock& block : inPerformance.mBlocks)
     {
-        AEffect& effect = plugin.Effect();
         for (const auto& [index, value] : block.mChanges)
-            if (effect.getParameter(&effect, static_cast<std::int32_t>(index)) != value)
-                effect.setParameter(&effect, static_cast<std::int32_t>(index), value);
+            if (plugin.GetParameter(static_cast<std::int32_t>(index)) != value)
+                plugin.SetParameter(static_cast<std::int32_t>(index), value);
         SetTime(plugin.Time(), position);
         plugin.SendEvents(block.mEvents);
-        plugin.Render(inPerformance.mInput, position, block.mFrames, output);
+        for (std::size_t channel = 0; channel < std::min(plugin.InputCount(), kInputChannels); ++channel)
+            std::copy_n(inPerformance.mInput[channel].begin() + static_cast<std::ptrdiff_t>(position),
+                        block.mFrames, plugin.Input(channel).begin());
+        EXPECT_TRUE(plugin.Process(block.mFrames));
+        for (std::size_t channel = 0; channel < output.size(); ++channel)
+            output[channel].insert(output[channel].end(), plugin.Output(channel).begin(),
+                                   plugin.Output(channel).begin() + block.mFrames);
         position += static_cast<std::size_t>(block.mFrames);
     }
     return output;
+}
+
+long ParameterCount(const std::filesystem::path& inPlugin, std::int32_t inEntryVersion)
+{
+    CDrivenPlugin plugin(inEntryVersion);
+    const std::string refusal = plugin.Open(inPlugin, kRate);
+    EXPECT_EQ(refusal, "");
+    return refusal.empty() ? plugin.Effect().numParams : 0;
 }
 
 Channels RenderModule(CModule& ioModule, const SPerformance& inPerformance)
@@ -128,8 +142,8 @@ Channels RenderModule(CModule& ioModule, const SPerformance& inPerformance)
         if (CHostMidiNode* const node = call->FindNode(AAX_eMIDINodeType_LocalInput))
         {
             node->Clear();
-            for (const SBareEvent& event : block.mEvents)
-                node->Add(event.mOffset, std::span(event.mBytes).first(3));
+            for (const SPluginEvent& event : block.mEvents)
+                node->Add(static_cast<std::uint32_t>(event.mOffset), std::span(event.mBytes).first(3));
         }
         call->mFrames = block.mFrames;
         for (std::size_t channel = 0; channel < call->mInputs.size(); ++channel)
@@ -168,8 +182,8 @@ TEST_P(BitExact, TheModuleRendersWhatThePluginRenders)
     auto module = CModule::Open(bundle.Path().string(), log);
     ASSERT_TRUE(module) << module.Problem().mSentence;
     const std::int32_t entryVersion = subject.mNeedsOptions ? kOptionsEntryVersion : 0;
-    const long parameters = CBarePlugin(subject.mPlugin, entryVersion, kRate).Effect().numParams;
-    const SPerformance performance = MakePerformance(parameters, subject.mIsInstrument);
+    const SPerformance performance =
+        MakePerformance(ParameterCount(subject.mPlugin, entryVersion), subject.mIsInstrument);
     const Channels bridged = RenderModule(**module, performance);
     const Channels bare = RenderBare(subject.mPlugin, entryVersion, performance);
 

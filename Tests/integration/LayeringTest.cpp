@@ -60,17 +60,19 @@ TEST(Layering, IncludesGoDownOnly)
         // The forbidden calls are those that the products' real-time guard counts.
         {"Tools/aaxhost/check/",
          {aax[0], "Tools/aaxhost/", "Tools/support/", "Source/guard/ForbiddenFunctions.h"}},
-        // What the module is compared with: the plug-in called directly.
-        {"Tools/aaxhost/bare/", {"Interfaces/VST2/", "Tools/aaxhost/"}},
+        {"Tools/aaxhost/bench/", {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/"}},
+        // What the module is compared with: the plug-in called directly, and nothing of the module's.
+        {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/vst2driver/"}},
         // Loads a plug-in as a module does, and of the adapter knows only how many ports that takes.
         {"Tools/vst2probe/",
          {"Interfaces/VST2/", "Platform/", "Source/plugins/", "Source/AAX_SInstrumentSetupInfo.h",
-          "Tools/commandline/", "Tools/support/", "Tools/vst2probe/"}},
+          "Tools/commandline/", "Tools/support/", "Tools/vst2driver/", "Tools/vst2probe/"}},
         {"Tools/macho_loader/", {"Tools/macho_loader/"}},
         {"Tools/macos-sysroot/", {}},
         // These work on the tests' modules and plug-ins.
         {"Tools/benchmark/",
-         {"Interfaces/VST2/", "Tests/integration/", "Tools/aaxhost/", "Tools/benchmark/"}},
+         {"Interfaces/VST2/", "Tests/integration/", "Tools/aaxhost/", "Tools/benchmark/",
+          "Tools/vst2driver/"}},
         {"Tools/fuzz/",
          {aax[0], aax[1], "Libs/AAXLibrary/", "Source/", "Tests/doubles/", "Tools/aaxhost/", "Tools/fuzz/"}},
         {"Examples/", {"Interfaces/VST2/", "Examples/"}},

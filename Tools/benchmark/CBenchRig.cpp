@@ -1,6 +1,6 @@
 #include "Tools/benchmark/CBenchRig.h"
 
-#include "Tools/aaxhost/bare/BareCost.h"
+#include "Tools/aaxhost/bench/Noise.h"
 
 #include <stdexcept>
 
@@ -29,7 +29,7 @@ void CBenchRig::AddInstance()
     for (const SRenderCall::SNode& node : voice->mCall->mNodes)
         *voice->mCall->Slot(node.mField) = static_cast<AAX_IMIDINode*>(voice->mNode.get());
     for (std::size_t channel = 0; channel < voice->mCall->mInputs.size(); ++channel)
-        CBareCost::FillWithNoise(voice->mCall->Input(channel));
+        FillWithNoise(voice->mCall->Input(channel));
     mContexts.push_back(voice->mCall->Context());
     mProcess = voice->mInstance->ProcessProc();
     mInstances.push_back(std::move(voice));

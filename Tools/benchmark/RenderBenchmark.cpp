@@ -1,8 +1,8 @@
-#include "Tests/integration/BarePlugin.h"
-#include "Tools/aaxhost/bare/BareCost.h"
+#include "Tools/aaxhost/bench/Noise.h"
 #include "Tools/benchmark/Benchmarks.h"
 #include "Tools/benchmark/CBenchRig.h"
 #include "Tools/benchmark/CEmptyPluginCalls.h"
+#include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -29,21 +29,14 @@ const std::array<SSubject, 5> kSubjects{SSubject{"Empty", kEmptyPlugin, false},
 /** The plug-in's own processReplacing, called directly with buffers prepared beforehand. */
 void RenderBare(benchmark::State& ioState, const SSubject& inSubject)
 {
-    CBarePlugin plugin(inSubject.mPlugin, inSubject.mNeedsOptions ? kOptionsEntryVersion : 0,
-                       static_cast<float>(CBenchRig::kRate));
-    AEffect& effect = plugin.Effect();
-    std::vector<std::vector<float>> buffers(static_cast<std::size_t>(effect.numInputs + effect.numOutputs),
-                                            std::vector<float>(CBarePlugin::kMaxFrames));
-    std::vector<float*> pointers;
-    pointers.reserve(buffers.size());
-    for (auto& buffer : buffers)
-        pointers.push_back(buffer.data());
-    for (std::size_t channel = 0; channel < static_cast<std::size_t>(effect.numInputs); ++channel)
-        CBareCost::FillWithNoise(buffers[channel]);
-    float** const outputs = pointers.data() + effect.numInputs;
+    CDrivenPlugin plugin(inSubject.mNeedsOptions ? kOptionsEntryVersion : 0);
+    const std::string refusal = plugin.Open(inSubject.mPlugin, static_cast<float>(CBenchRig::kRate));
+    if (!refusal.empty())
+        return ioState.SkipWithError(refusal.c_str());
+    for (std::size_t channel = 0; channel < plugin.InputCount(); ++channel)
+        FillWithNoise(plugin.Input(channel));
     for (auto _ : ioState)
-        effect.processReplacing(&effect, pointers.data(), outputs,
-                                static_cast<std::int32_t>(ioState.range(0)));
+        plugin.Process(static_cast<std::int32_t>(ioState.range(0)));
 }
 
 /** The same plug-in through the module's process procedure: frames, packets, instances. */

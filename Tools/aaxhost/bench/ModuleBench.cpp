@@ -1,14 +1,15 @@
 #include "Tools/aaxhost/bench/ModuleBench.h"
 
-#include "Tools/aaxhost/bare/BareCost.h"
 #include "Tools/aaxhost/bench/CFixedMidiNode.h"
 #include "Tools/aaxhost/bench/CFixedTransport.h"
 #include "Tools/aaxhost/bench/HeapInUse.h"
 #include "Tools/aaxhost/bench/InterleavedTimes.h"
+#include "Tools/aaxhost/bench/Noise.h"
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
 #include "Tools/aaxhost/lib/WrappedPlugin.h"
+#include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -43,25 +44,21 @@ struct SVoice
 class CModuleBench
 {
 public:
-    CModuleBench(const SBenchJob& inJob, const BenchProgress& inProgress) : mJob(inJob), mProgress(inProgress)
-    {
-    }
+    explicit CModuleBench(const SBenchJob& inJob) : mJob(inJob) {}
 
-    COutcome<SBenchResults> Run()
+    using Step = COutcome<SDone> (CModuleBench::*)();
+    COutcome<SBenchResults> Run(std::span<const Step> inSteps, const BenchProgress& inProgress)
     {
-        const std::array steps{&CModuleBench::Describe,   &CModuleBench::Create,     &CModuleBench::Memory,
-                               &CModuleBench::Blocks,     &CModuleBench::Packets,    &CModuleBench::Instances,
-                               &CModuleBench::Parameters, &CModuleBench::StateChunks};
-        for (std::size_t step = 0; step < steps.size(); ++step)
+        for (std::size_t step = 0; step < inSteps.size(); ++step)
         {
-            mProgress(static_cast<double>(step) / static_cast<double>(steps.size()));
-            if (const auto done = (this->*steps[step])(); !done)
+            inProgress(static_cast<double>(step) / static_cast<double>(inSteps.size()));
+            if (const auto done = (this->*inSteps[step])(); !done)
                 return done.Problem();
         }
         return mResults;
     }
 
-private:
+    // The steps. The first goes ahead of all others.
     COutcome<SDone> Describe()
     {
         std::vector<double> times;
@@ -122,12 +119,13 @@ private:
         instances.clear();
 
         before = HeapInUse();
-        std::vector<std::unique_ptr<CBareCost>> plugins;
+        std::vector<std::unique_ptr<CDrivenPlugin>> plugins;
         for (int i = 0; i < kMemoryInstances; ++i)
         {
-            plugins.push_back(OpenBare());
-            if (plugins.back() == nullptr)
-                return SDone{};
+            auto plugin = OpenBare();
+            if (!plugin)
+                return SDone{}; // what the blocks are measured with says why
+            plugins.push_back(std::move(*plugin));
         }
         const double buffers = static_cast<double>(plugins.front()->BufferBytes());
         mResults.mBareMemory = PerInstance(before) - buffers;
@@ -140,22 +138,22 @@ private:
         if (!voice)
             return voice.Problem();
         const auto plugin = OpenBare();
-        if (plugin == nullptr)
-            mResults.mNotes.emplace_back("The wrapped plug-in could not be loaded by itself to compare.");
+        if (!plugin)
+            mResults.mNotes.push_back(plugin.Problem().mSentence);
         else
-            HoldNote(*voice, *plugin);
+            HoldNote(*voice, **plugin);
         for (const std::int32_t frames : kBlocks)
         {
             voice->mCall->mFrames = frames;
             const auto module = [&] { voice->Render(); };
             SBlockCost& cost = mResults.mBlocks.emplace_back();
             cost.mFrames = frames;
-            if (plugin == nullptr)
+            if (!plugin)
             {
                 cost.mModule = MedianTime(module, mJob.mTurns);
                 continue;
             }
-            const auto times = MeasureInterleaved([&] { plugin->Render(frames); }, module, mJob.mTurns);
+            const auto times = MeasureInterleaved([&] { (*plugin)->Process(frames); }, module, mJob.mTurns);
             cost.mModule = times.mSecond;
             cost.mBare = times.mFirst;
             cost.mRatio = times.mRatio;
@@ -262,16 +260,17 @@ private:
         return SDone{};
     }
 
+private:
     /** Starts the same note in both, for what is silent without; the module may have no input for it. */
-    static void HoldNote(const SVoice& inVoice, CBareCost& ioPlugin)
+    static void HoldNote(const SVoice& inVoice, CDrivenPlugin& ioPlugin)
     {
         if (!inVoice.mHasMidiInput)
             return;
         inVoice.mNode->SetNote(60);
         inVoice.Render();
         inVoice.mNode->SetPackets(0, kFrames);
-        ioPlugin.SendNote(true);
-        ioPlugin.Render(kFrames);
+        ioPlugin.SendEvents(std::array{SPluginEvent{0, {0x90, 60, 100}}});
+        ioPlugin.Process(kFrames);
     }
 
     COutcome<SVoice> MakeVoice()
@@ -290,14 +289,22 @@ private:
         for (const SRenderCall::SNode& node : voice.mCall->mNodes)
             *voice.mCall->Slot(node.mField) = static_cast<AAX_IMIDINode*>(voice.mNode.get());
         for (std::size_t channel = 0; channel < voice.mCall->mInputs.size(); ++channel)
-            CBareCost::FillWithNoise(voice.mCall->Input(channel));
+            FillWithNoise(voice.mCall->Input(channel));
         return voice;
     }
 
-    std::unique_ptr<CBareCost> OpenBare() const
+    COutcome<std::unique_ptr<CDrivenPlugin>> OpenBare() const
     {
-        const std::string plugin = WrappedPlugin(mJob.mModule);
-        return plugin.empty() ? nullptr : CBareCost::Open(plugin, static_cast<float>(kRate));
+        // Which version the product answers inside the entry function is not known; this one suits nearly
+        // all.
+        auto plugin = std::make_unique<CDrivenPlugin>(kHostVersion);
+        const std::string refusal = plugin->Open(WrappedPlugin(mJob.mModule), static_cast<float>(kRate));
+        if (!refusal.empty())
+            return SProblem{
+                fmt::format("The wrapped plug-in could not be loaded by itself to compare: {}.", refusal)};
+        for (std::size_t channel = 0; channel < plugin->InputCount(); ++channel)
+            FillWithNoise(plugin->Input(channel));
+        return plugin;
     }
 
     using Clock = std::chrono::steady_clock;
@@ -311,7 +318,6 @@ private:
     }
 
     const SBenchJob& mJob;
-    const BenchProgress& mProgress;
     CHostLog mLog;
     std::unique_ptr<CModule> mModule;
     SBenchResults mResults;
@@ -320,5 +326,15 @@ private:
 
 COutcome<SBenchResults> MeasureModule(const SBenchJob& inJob, const BenchProgress& inProgress)
 {
-    return CModuleBench(inJob, inProgress).Run();
+    using Bench = CModuleBench;
+    constexpr Bench::Step steps[]{&Bench::Describe,   &Bench::Create,     &Bench::Memory,
+                                  &Bench::Blocks,     &Bench::Packets,    &Bench::Instances,
+                                  &Bench::Parameters, &Bench::StateChunks};
+    return Bench(inJob).Run(steps, inProgress);
+}
+
+COutcome<SBenchResults> MeasureBlocks(const SBenchJob& inJob)
+{
+    constexpr CModuleBench::Step steps[]{&CModuleBench::Describe, &CModuleBench::Blocks};
+    return CModuleBench(inJob).Run(steps, [](double) {});
 }

@@ -64,6 +64,10 @@ using BenchProgress = std::function<void(double)>;
 /** Loads the module and measures it. Blocks for seconds, or minutes where instances are large. */
 COutcome<SBenchResults> MeasureModule(const SBenchJob& inJob, const BenchProgress& inProgress);
 
+/** The same, but only the description and the blocks; a few seconds at most unless a block takes
+ * milliseconds. */
+COutcome<SBenchResults> MeasureBlocks(const SBenchJob& inJob);
+
 /** For people. */
 std::string BenchAsText(const SBenchResults& inResults);
 std::string BenchAsJson(const SBenchResults& inResults);

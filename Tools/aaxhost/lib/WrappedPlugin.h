@@ -3,6 +3,6 @@
 
 /**
  * @param inModule a bundle folder or the module file in it.
- * @return the shared object of the plug-in that the module wraps; empty where there is none.
+ * @return where the plug-in that the module wraps stands, a file or a bundle folder; absolute.
  */
 std::string WrappedPlugin(const std::string& inModule);

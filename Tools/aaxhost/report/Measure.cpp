@@ -1,17 +1,15 @@
 #include "Tools/aaxhost/report/Measure.h"
 
-#include "Tools/aaxhost/bare/BareCost.h"
+#include "Tools/aaxhost/bench/ModuleBench.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
-#include "Tools/aaxhost/lib/WrappedPlugin.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"
 #include "Tools/support/ChildRun.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -41,7 +39,6 @@ constexpr std::size_t kColumns = 240;  // of a waveform
 constexpr std::size_t kSpectrumPoints = 160;
 constexpr std::size_t kImpulseSamples = 240;
 constexpr std::size_t kAutomationPoints = 96;
-constexpr int kBlocks[] = {16, 32, 64, 128, 256, 512, 1024};
 
 /** Runs one part in a process of its own; what goes wrong there becomes its problem. */
 template <class Part, class Work>
@@ -257,56 +254,24 @@ SReportAutomation Automation(const std::string& inModule)
     return automation;
 }
 
-/** @return the median time of a call in microseconds. */
-template <class Render>
-double MedianMicroseconds(Render inRender)
-{
-    using Clock = std::chrono::steady_clock;
-    std::vector<double> times;
-    const auto deadline = Clock::now() + std::chrono::milliseconds(250);
-    while (times.size() < 400 && (times.size() < 20 || Clock::now() < deadline))
-    {
-        const auto before = Clock::now();
-        inRender();
-        times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - before).count());
-    }
-    std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-    return times[times.size() / 2];
-}
-
-SReportCost ModuleCost(const std::string& inModule)
-{
-    CCheckContext context(inModule, kMeasureStrictness);
-    CRig rig(context);
-    rig.Play(0.2);
-    rig.Feed(Noise(0.25F));
-    rig.Send(0, 0x90, 60, 100);
-    rig.Render(512);
-    SReportCost cost;
-    for (const int frames : kBlocks)
-    {
-        rig.RenderBlock(1024); // fills the inputs
-        rig.Call().mFrames = frames;
-        cost.mBlocks.push_back(frames);
-        cost.mModule.push_back(MedianMicroseconds([&] { rig.Instance().Render(rig.Call()); }));
-    }
-    return cost;
-}
-
-SReportCost BareCost(const std::string& inPlugin)
+SReportCost Cost(const std::string& inModule)
 {
     SReportCost cost;
-    const auto plugin = CBareCost::Open(inPlugin, static_cast<float>(kCheckRate));
-    if (plugin == nullptr)
+    const auto results = MeasureBlocks({.mModule = inModule});
+    if (!results)
     {
-        cost.mBareProblem = "The wrapped plug-in could not be loaded by itself to compare.";
+        cost.mProblem = results.Problem().mSentence;
         return cost;
     }
-    plugin->SendNote(true);
-    for (int i = 0; i < 40; ++i)
-        plugin->Render(512);
-    for (const int frames : kBlocks)
-        cost.mBare.push_back(MedianMicroseconds([&] { plugin->Render(frames); }));
+    for (const SBlockCost& block : results->mBlocks)
+    {
+        cost.mBlocks.push_back(block.mFrames);
+        cost.mModule.push_back(block.mModule);
+        if (block.mBare)
+            cost.mBare.push_back(*block.mBare);
+    }
+    if (cost.mBare.empty() && !results->mNotes.empty())
+        cost.mBareProblem = results->mNotes.front();
     return cost;
 }
 
@@ -364,10 +329,7 @@ SReportMaterial MeasureModule(const std::string& inModule)
     material.mIdentity = Measured<SReportIdentity>([&] { return Identity(inModule); });
     material.mSignals = Measured<SReportSignals>([&] { return Signals(inModule); });
     material.mAutomation = Measured<SReportAutomation>([&] { return Automation(inModule); });
-    material.mCost = Measured<SReportCost>([&] { return ModuleCost(inModule); });
-    const SReportCost bare = Measured<SReportCost>([&] { return BareCost(WrappedPlugin(inModule)); });
-    material.mCost.mBare = bare.mBare;
-    material.mCost.mBareProblem = bare.mProblem.empty() ? bare.mBareProblem : bare.mProblem;
+    material.mCost = Measured<SReportCost>([&] { return Cost(inModule); });
     material.mEditor = Measured<SReportEditor>([&] { return Editor(inModule); });
     return material;
 }

@@ -1,6 +1,4 @@
-#include "Tools/vst2probe/LoadFault.h"
-
-std::vector<std::string> PluginExecutables(const std::string& /*inPlugin*/) { return {}; }
+#include "Tools/vst2driver/LoadFault.h"
 
 std::string LoadFault(const std::string& /*inPlugin*/)
 {

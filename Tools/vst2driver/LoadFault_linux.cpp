@@ -1,4 +1,6 @@
-#include "Tools/vst2probe/LoadFault.h"
+#include "Tools/vst2driver/LoadFault.h"
+
+#include "Platform/PluginImage.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,22 +20,6 @@
 namespace
 {
 namespace fs = std::filesystem;
-
-std::vector<std::string> SharedObjects(const fs::path& inFolder)
-{
-    std::vector<std::string> found;
-    std::error_code error;
-    for (fs::directory_iterator entry(inFolder, error), end; !error && entry != end; entry.increment(error))
-    {
-        std::error_code typeError;
-        if (entry->path().extension() == ".so" && entry->is_regular_file(typeError))
-        {
-            found.push_back(entry->path().string());
-        }
-    }
-    std::ranges::sort(found);
-    return found;
-}
 
 template <typename Record>
 bool ReadRecord(std::ifstream& ioFile, std::uint64_t inOffset, Record& outRecord)
@@ -134,24 +120,15 @@ std::string LoaderFault(const std::string& inPath)
 }
 } // namespace
 
-std::vector<std::string> PluginExecutables(const std::string& inPlugin)
-{
-    std::error_code error;
-    if (!fs::is_directory(inPlugin, error))
-    {
-        return {inPlugin};
-    }
-    std::vector<std::string> found = SharedObjects(fs::path(inPlugin) / "Contents" / "x86_64-linux");
-    return found.empty() ? SharedObjects(inPlugin) : found;
-}
-
 std::string LoadFault(const std::string& inPlugin)
 {
     const std::vector<std::string> executables = PluginExecutables(inPlugin);
-    if (executables.empty())
+    std::error_code error;
+    if (executables.empty() && fs::is_directory(inPlugin, error))
     {
         return "there is no executable in it, neither in Contents/x86_64-linux nor beside that";
     }
-    const std::string fault = FileFault(executables.front());
-    return fault.empty() ? LoaderFault(executables.front()) : fault;
+    const std::string executable = !executables.empty() ? executables.front() : inPlugin;
+    const std::string fault = FileFault(executable);
+    return fault.empty() ? LoaderFault(executable) : fault;
 }
