@@ -2,7 +2,6 @@
 #include "Tests/integration/ToolRun.h"
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
-#include "Tools/aaxhost/lib/WrappedPlugin.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <fstream>
@@ -23,7 +22,7 @@ TEST(Bench, OfSeveralFilesInThePluginTheOneThatTheModuleLoadsIsCompared)
     const auto module = CModule::Open(bundle.Path().string(), log);
     ASSERT_TRUE(module) << module.Problem().mSentence;
     CDrivenPlugin plugin;
-    ASSERT_EQ(plugin.Open(WrappedPlugin(bundle.Path().string()), 48000.0F), "");
+    ASSERT_EQ(plugin.Open((*module)->PluginPath(), 48000.0F), "");
     EXPECT_EQ(plugin.Effect().uniqueID, static_cast<std::int32_t>(IdentityOf(**module).mPlugInID));
 }
 

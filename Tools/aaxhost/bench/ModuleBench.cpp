@@ -8,7 +8,6 @@
 #include "Tools/aaxhost/lib/CInstance.h"
 #include "Tools/aaxhost/lib/CModule.h"
 #include "Tools/aaxhost/lib/InstanceState.h"
-#include "Tools/aaxhost/lib/WrappedPlugin.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <array>
@@ -298,7 +297,7 @@ private:
         // Which version the product answers inside the entry function is not known; this one suits nearly
         // all.
         auto plugin = std::make_unique<CDrivenPlugin>(kHostVersion);
-        const std::string refusal = plugin->Open(WrappedPlugin(mJob.mModule), static_cast<float>(kRate));
+        const std::string refusal = plugin->Open(mModule->PluginPath(), static_cast<float>(kRate));
         if (!refusal.empty())
             return SProblem{
                 fmt::format("The wrapped plug-in could not be loaded by itself to compare: {}.", refusal)};

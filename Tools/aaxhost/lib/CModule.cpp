@@ -101,7 +101,9 @@ COutcome<std::unique_ptr<CModule>> CModule::Open(const std::string& inPath, CHos
     const auto entries = FindEntries(image.get(), *file);
     if (!entries)
         return entries.Problem();
-    return Begin(std::unique_ptr<CModule>(new CModule(std::move(image), *entries, inLog)));
+    std::unique_ptr<CModule> module(new CModule(std::move(image), *entries, inLog));
+    module->mFile = file->string();
+    return Begin(std::move(module));
 }
 
 COutcome<std::unique_ptr<CModule>> CModule::Start(const SModuleEntries& inEntries, CHostLog& inLog)
@@ -133,6 +135,11 @@ COutcome<std::unique_ptr<CModule>> CModule::Begin(std::unique_ptr<CModule> inMod
     if (inModule->Description().mEffects.empty())
         return SProblem{"The module describes no effect."};
     return inModule;
+}
+
+std::string CModule::PluginPath() const
+{
+    return fs::path(mFile).parent_path().parent_path() / "Resources" / "source.vst";
 }
 
 int CModule::LiveObjects() { return mEntries.mCanUnloadNow(mHost.Unknown()); }

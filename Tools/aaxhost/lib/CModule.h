@@ -46,6 +46,9 @@ public:
     const SModuleEntries& Entries() const noexcept { return mEntries; }
     /** What the module says it was built for. */
     std::uint64_t InterfaceVersion() const noexcept { return mInterfaceVersion; }
+    /** Where the plug-in that it wraps stands, a file or a bundle folder, whether there is one or not;
+     * absolute. Only of an opened module. */
+    std::string PluginPath() const;
     /** How many objects of the module are alive, by its own account. */
     int LiveObjects();
 
@@ -65,4 +68,5 @@ private:
     ACFPtr<IACFPluginDefinition> mDefinition;
     std::uint64_t mInterfaceVersion = 0;
     bool mStarted = false;
+    std::string mFile; // absolute; empty for a module of this program
 };
