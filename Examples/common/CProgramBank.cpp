@@ -17,9 +17,7 @@ public:
     void Put(std::uint32_t inNumber)
     {
         for (int shift = 0; shift < 32; shift += 8)
-        {
             mBytes.push_back(static_cast<std::byte>(inNumber >> shift));
-        }
     }
     void Put(std::span<const char> inText)
     {
@@ -41,9 +39,7 @@ public:
     {
         std::uint32_t number = 0;
         for (std::size_t i = 0; i < sizeof(number); ++i)
-        {
             number |= std::to_integer<std::uint32_t>(mBytes[i]) << (8 * i);
-        }
         mBytes = mBytes.subspan(sizeof(number));
         return number;
     }
@@ -62,9 +58,7 @@ std::uint32_t Checksum(std::span<const std::byte> inBytes)
 {
     std::uint32_t sum = 0x811C9DC5;
     for (const std::byte byte : inBytes)
-    {
         sum = (sum ^ std::to_integer<std::uint32_t>(byte)) * 0x01000193;
-    }
     return sum;
 }
 
@@ -93,9 +87,7 @@ CProgramBank::CProgramBank(std::int32_t inOwner, std::span<const SParameterInfo>
 void CProgramBank::Select(std::size_t inProgram) noexcept
 {
     if (inProgram < ProgramCount())
-    {
         mCurrent.store(inProgram, std::memory_order_relaxed);
-    }
 }
 
 float CProgramBank::Value(std::size_t inParameter) const noexcept
@@ -125,16 +117,12 @@ std::vector<std::byte> CProgramBank::Save(EScope inScope) const
     const std::size_t first = inScope == kBank ? 0 : Current();
     for (const std::size_t number : {std::size_t{mOwner}, std::size_t{kFormatVersion}, std::size_t{inScope},
                                      mParameterCount, ProgramsIn(inScope), Current()})
-    {
         writer.Put(static_cast<std::uint32_t>(number));
-    }
     for (std::size_t program = first; program < first + ProgramsIn(inScope); ++program)
     {
         writer.Put(std::span(mNames[program]).first(kNameLength));
         for (std::size_t i = 0; i < mParameterCount; ++i)
-        {
             writer.Put(std::bit_cast<std::uint32_t>(mValues[program * mParameterCount + i].load()));
-        }
     }
     writer.Put(Checksum(writer.Bytes()));
     return std::move(writer.Bytes());
@@ -146,23 +134,15 @@ bool CProgramBank::Load(EScope inScope, std::span<const std::byte> inChunk)
     const std::size_t size = kHeaderSize + programs * (kNameLength + mParameterCount * sizeof(std::uint32_t));
     if (inChunk.size() != size + sizeof(std::uint32_t) ||
         CChunkReader(inChunk.subspan(size)).Number() != Checksum(inChunk.first(size)))
-    {
         return false;
-    }
     CChunkReader reader(inChunk);
     for (const std::size_t expected :
          {std::size_t{mOwner}, std::size_t{kFormatVersion}, std::size_t{inScope}, mParameterCount, programs})
-    {
         if (reader.Number() != expected)
-        {
             return false;
-        }
-    }
     const std::size_t current = reader.Number();
     if (inScope == kBank)
-    {
         Select(current);
-    }
     const std::size_t first = inScope == kBank ? 0 : Current();
     for (std::size_t program = first; program < first + programs; ++program)
     {

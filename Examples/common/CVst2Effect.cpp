@@ -21,9 +21,7 @@ constexpr VstIntPtr kCategorySynth = 2;
 VstIntPtr GiveText(void* outText, std::string_view inText, std::int32_t inMaxLength)
 {
     if (outText == nullptr)
-    {
         return 0;
-    }
     auto* const text = static_cast<char*>(outText);
     text[inText.copy(text, static_cast<std::size_t>(inMaxLength))] = '\0';
     return 1;
@@ -33,9 +31,7 @@ VstIntPtr GiveText(void* outText, std::string_view inText, std::int32_t inMaxLen
 VstIntPtr GivePin(std::span<const SStereoPort> inPorts, std::int32_t inPin, void* outPin)
 {
     if (inPin < 0 || static_cast<std::size_t>(inPin) >= 2 * inPorts.size() || outPin == nullptr)
-    {
         return 0;
-    }
     const SStereoPort& port = inPorts[static_cast<std::size_t>(inPin) / 2];
     auto& pin = *static_cast<VstPinProperties*>(outPin);
     pin = {};
@@ -131,9 +127,7 @@ void CVst2Effect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float in
 {
     CProgramBank& bank = Self(inEffect).mBank;
     if (Holds(inIndex, bank.ParameterCount()))
-    {
         bank.SetValue(static_cast<std::size_t>(inIndex), inValue);
-    }
 }
 
 float CVst2Effect::GetParameter(AEffect* inEffect, std::int32_t inIndex) noexcept
@@ -146,9 +140,7 @@ void CVst2Effect::ProcessReplacing(AEffect* inEffect, float** inInputs, float** 
                                    std::int32_t inFrames) noexcept
 {
     if (inFrames > 0 && inOutputs != nullptr)
-    {
         Self(inEffect).Render(inInputs, inOutputs, inFrames);
-    }
 }
 
 VstIntPtr CVst2Effect::Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue, void* inPointer,
@@ -190,9 +182,7 @@ VstIntPtr CVst2Effect::Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIn
 VstIntPtr CVst2Effect::AnswerParameter(std::int32_t inOpcode, std::int32_t inIndex, void* outText) const
 {
     if (!Holds(inIndex, mInfo.parameters.size()))
-    {
         return 0;
-    }
     const auto index = static_cast<std::size_t>(inIndex);
     const SParameterInfo& parameter = mInfo.parameters[index];
     switch (inOpcode)
@@ -215,15 +205,11 @@ VstIntPtr CVst2Effect::AnswerProgram(std::int32_t inOpcode, std::int32_t inIndex
     case effGetProgram: return static_cast<VstIntPtr>(mBank.Current());
     case effSetProgram:
         if (inValue >= 0)
-        {
             mBank.Select(static_cast<std::size_t>(inValue));
-        }
         return 0;
     case effSetProgramName:
         if (ioText != nullptr)
-        {
             mBank.Rename(mBank.Current(), static_cast<const char*>(ioText));
-        }
         return 0;
     case effGetProgramName: return GiveText(ioText, mBank.Name(mBank.Current()), kVstMaxProgNameLen);
     default: break;
@@ -236,9 +222,7 @@ VstIntPtr CVst2Effect::AnswerProgram(std::int32_t inOpcode, std::int32_t inIndex
 VstIntPtr CVst2Effect::AnswerEditor(std::int32_t inOpcode, void* inPointer)
 {
     if (mEditor == nullptr)
-    {
         return 0;
-    }
     switch (inOpcode)
     {
     case effEditOpen: return mEditor->Open(inPointer) ? 1 : 0;
@@ -247,9 +231,7 @@ VstIntPtr CVst2Effect::AnswerEditor(std::int32_t inOpcode, void* inPointer)
     default: break;
     }
     if (inPointer == nullptr)
-    {
         return 0;
-    }
     mEditorRectangle = mEditor->Rectangle();
     *static_cast<ERect**>(inPointer) = &mEditorRectangle;
     return 1;
@@ -259,18 +241,14 @@ VstIntPtr CVst2Effect::AnswerCanDo(const char* inQuestion) const
 {
     const std::string_view question = inQuestion != nullptr ? inQuestion : "";
     if (question == "receiveVstEvents" || question == "receiveVstMidiEvent")
-    {
         return mInfo.isSynth ? 1 : -1;
-    }
     return 0;
 }
 
 VstIntPtr CVst2Effect::GiveChunk(std::int32_t inScope, void** outChunk)
 {
     if (!mInfo.keepsChunk || outChunk == nullptr)
-    {
         return 0;
-    }
     mChunk = mBank.Save(inScope == 0 ? CProgramBank::kBank : CProgramBank::kProgram);
     *outChunk = mChunk.data();
     return static_cast<VstIntPtr>(mChunk.size());
@@ -279,9 +257,7 @@ VstIntPtr CVst2Effect::GiveChunk(std::int32_t inScope, void** outChunk)
 VstIntPtr CVst2Effect::TakeChunk(std::int32_t inScope, VstIntPtr inSize, const void* inChunk)
 {
     if (!mInfo.keepsChunk || inChunk == nullptr || inSize <= 0)
-    {
         return 0;
-    }
     const std::span chunk(static_cast<const std::byte*>(inChunk), static_cast<std::size_t>(inSize));
     return mBank.Load(inScope == 0 ? CProgramBank::kBank : CProgramBank::kProgram, chunk) ? 1 : 0;
 }
@@ -289,23 +265,15 @@ VstIntPtr CVst2Effect::TakeChunk(std::int32_t inScope, VstIntPtr inSize, const v
 void CVst2Effect::SetSampleRate(float inSampleRate)
 {
     if (std::isfinite(inSampleRate) && inSampleRate > 0.0F)
-    {
         Prepare(static_cast<double>(std::min(inSampleRate, kHighestSampleRate)));
-    }
 }
 
 void CVst2Effect::ReceiveAll(const VstEvents* inEvents) noexcept
 {
     if (inEvents == nullptr)
-    {
         return;
-    }
     const VstEvent* const* const events = inEvents->events;
     for (std::int32_t i = 0; i < inEvents->numEvents; ++i)
-    {
         if (events[i] != nullptr && events[i]->type == kVstMidiType)
-        {
             Receive(*reinterpret_cast<const VstMidiEvent*>(events[i]));
-        }
-    }
 }

@@ -62,9 +62,7 @@ EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
 EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
 {
     if (inHost == nullptr)
-    {
         return nullptr;
-    }
     try
     {
         return (new CExampleDelay)->Effect(); // owned by the host, which ends it with effClose
@@ -124,9 +122,7 @@ void CExampleDelay::Render(float* const* inInputs, float* const* inOutputs, std:
         // Both are read before either is written: the buffers may be the same ones.
         const float input[kChannels] = {inInputs[0][frame], inInputs[1][frame]};
         for (std::size_t channel = 0; channel < kChannels; ++channel)
-        {
             inOutputs[channel][frame] = RenderSample(mSides[channel], input[channel]);
-        }
     }
 }
 

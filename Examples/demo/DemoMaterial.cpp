@@ -42,18 +42,14 @@ public:
         const std::unique_ptr<smf_t, decltype(&smf_delete)> file(smf_new(), &smf_delete);
         smf_track_t* const track = file != nullptr ? smf_track_new() : nullptr;
         if (track == nullptr)
-        {
             return false;
-        }
         smf_add_track(file.get(), track); // the file owns it from here on
         for (const SMessage& message : mMessages)
         {
             smf_event_t* const event =
                 smf_event_new_from_bytes(message.bytes[0], message.bytes[1], message.bytes[2]);
             if (event == nullptr)
-            {
                 return false;
-            }
             smf_track_add_event_seconds(track, event, message.seconds);
         }
         return smf_track_add_eot_seconds(track, kPhraseSeconds) == 0 &&
@@ -176,9 +172,7 @@ bool WritePhrase(const std::filesystem::path& inFile)
     // The last chord is held by the pedal while the wheel opens and the top note is bent into tune.
     phrase.Control(12.0, 64, 127);
     for (const int note : {45, 57, 60, 64, 69})
-    {
         phrase.Note(12.0, 0.5, note, 90);
-    }
     phrase.Note(12.5, 2.5, 81, 112);
     for (int step = 0; step <= 16; ++step)
     {
@@ -205,13 +199,9 @@ bool WriteSignal(const std::filesystem::path& inFile)
     for (const SPluck& pluck :
          {SPluck{0.0, 110.0, 0.0, 0.45}, SPluck{0.5, 220.0, -0.7, 0.4}, SPluck{1.0, 329.6, 0.7, 0.35},
           SPluck{1.5, 440.0, -0.3, 0.3}, SPluck{2.0, 164.8, 0.3, 0.4}})
-    {
         sound.Add(pluck.seconds, pluck.side, Pluck(noise, pluck.hertz, 1.5, pluck.level));
-    }
     for (const double start : {3.5, 3.75, 4.0})
-    {
         sound.Add(start, 4.0 * (start - 3.75), Burst(noise, 0.08, 0.4));
-    }
     return sound.Save(inFile);
 }
 

@@ -16,9 +16,7 @@ double CEnvelope::FactorFor(double inSeconds, double inSampleRate) noexcept
 void CEnvelope::Release() noexcept
 {
     if (IsActive())
-    {
         mPhase = EPhase::kRelease;
-    }
 }
 
 void CEnvelope::Stop() noexcept
@@ -44,9 +42,7 @@ double CEnvelope::Next(const SEnvelopeShape& inShape) noexcept
     case EPhase::kRelease:
         mLevel -= mLevel * inShape.releaseFactor;
         if (mLevel < kSilence)
-        {
             Stop();
-        }
         break;
     }
     return mLevel;

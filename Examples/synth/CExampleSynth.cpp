@@ -36,9 +36,7 @@ float Bent(double inSample) noexcept
 {
     const double size = std::abs(inSample);
     if (size <= kLoudestUnbent)
-    {
         return static_cast<float>(inSample);
-    }
     constexpr double room = 1.0 - kLoudestUnbent;
     return static_cast<float>(
         std::copysign(kLoudestUnbent + room * std::tanh((size - kLoudestUnbent) / room), inSample));
@@ -60,9 +58,7 @@ EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
 EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
 {
     if (inHost == nullptr)
-    {
         return nullptr;
-    }
     try
     {
         return (new CExampleSynth(inHost))->Effect(); // owned by the host, which ends it with effClose
@@ -91,18 +87,14 @@ void CExampleSynth::Prepare(double inSampleRate)
 void CExampleSynth::Reset() noexcept
 {
     for (CSynthVoice& voice : mVoices)
-    {
         voice.Stop();
-    }
     mQueue.Clear();
     ResetControllers();
     mLfoPhase = 0.0;
     mNotes = 0;
     ReadParameters();
     for (SGlide* const glide : AllGlides())
-    {
         glide->Jump();
-    }
     mBendSemitones.Jump();
     mVibratoSemitones.Jump();
 }
@@ -120,16 +112,12 @@ void CExampleSynth::Render(float* const* /*inInputs*/, float* const* inOutputs,
     for (std::int32_t frame = 0; frame < inFrames; ++frame)
     {
         while (const SQueuedMessage* const message = mQueue.PopDue(frame))
-        {
             Handle(*message);
-        }
         const SVoiceOutput sample = RenderSample();
         const double samples[] = {sample.mainLeft, sample.mainRight, sample.dryLeft,
                                   sample.dryRight, sample.sub,       sample.sub};
         for (std::size_t channel = 0; channel < std::size(samples); ++channel)
-        {
             inOutputs[channel][frame] = Bent(samples[channel] * mGlides.volume.value);
-        }
     }
     mQueue.Advance(inFrames);
 }
@@ -164,9 +152,7 @@ void CExampleSynth::ReadParameters() noexcept
 void CExampleSynth::StepControls() noexcept
 {
     for (SGlide* const glide : AllGlides())
-    {
         glide->Step(mGlideFactor);
-    }
     mBendSemitones.Step(mGlideFactor);
     mVibratoSemitones.Step(mGlideFactor);
     mLfoPhase += mLfoStep;
@@ -187,12 +173,8 @@ SVoiceOutput CExampleSynth::RenderSample() noexcept
     StepControls();
     SVoiceOutput sum;
     for (CSynthVoice& voice : mVoices)
-    {
         if (voice.IsActive())
-        {
             voice.Render(mControls, sum);
-        }
-    }
     return sum;
 }
 
@@ -228,12 +210,8 @@ void CExampleSynth::NoteOn(std::uint8_t inChannel, std::uint8_t inNote, std::uin
 void CExampleSynth::NoteOff(std::uint8_t inChannel, std::uint8_t inNote) noexcept
 {
     for (CSynthVoice& voice : mVoices)
-    {
         if (voice.IsKeyDown() && voice.Plays(inChannel, inNote))
-        {
             voice.KeyUp(mSustainPedal);
-        }
-    }
 }
 
 void CExampleSynth::Control(std::uint8_t inController, std::uint8_t inValue) noexcept
@@ -249,9 +227,7 @@ void CExampleSynth::Control(std::uint8_t inController, std::uint8_t inValue) noe
     case kResetControllers: ResetControllers(); break;
     default:
         if (inController >= kAllNotesOff)
-        {
             ReleaseAll();
-        }
         break;
     }
 }
@@ -260,20 +236,14 @@ void CExampleSynth::SetSustain(bool inDown) noexcept
 {
     mSustainPedal = inDown;
     for (CSynthVoice& voice : mVoices)
-    {
         if (!inDown && voice.IsSustained())
-        {
             voice.Release();
-        }
-    }
 }
 
 void CExampleSynth::ReleaseAll() noexcept
 {
     for (CSynthVoice& voice : mVoices)
-    {
         voice.Release();
-    }
 }
 
 void CExampleSynth::ResetControllers() noexcept
@@ -291,9 +261,7 @@ CSynthVoice& CExampleSynth::ChooseVoice(std::uint8_t inChannel, std::uint8_t inN
     const auto same = std::ranges::find_if(mVoices, [&](const CSynthVoice& inVoice)
                                            { return inVoice.Plays(inChannel, inNote); });
     if (same != mVoices.end())
-    {
         return *same;
-    }
     const auto rank = [](const CSynthVoice& inVoice) {
         return !inVoice.IsActive() ? 0 : inVoice.IsReleased() ? 1 : 2;
     };

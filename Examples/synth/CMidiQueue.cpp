@@ -5,15 +5,11 @@
 void CMidiQueue::Push(SQueuedMessage inMessage) noexcept
 {
     if (mEnd == kCapacity)
-    {
         return;
-    }
     inMessage.offset = std::max(inMessage.offset, 0);
     std::size_t place = mEnd++;
     for (; place > mFirst && mMessages[place - 1].offset > inMessage.offset; --place)
-    {
         mMessages[place] = mMessages[place - 1];
-    }
     mMessages[place] = inMessage;
 }
 

@@ -90,9 +90,7 @@ void CSynthVoice::KeyUp(bool inSustained) noexcept
     mKeyDown = false;
     mSustained = inSustained;
     if (!inSustained)
-    {
         mEnvelope.Release();
-    }
 }
 
 void CSynthVoice::Release() noexcept
@@ -140,9 +138,7 @@ void CSynthVoice::UpdateControls(const SVoiceControls& inControls) noexcept
 void CSynthVoice::Render(const SVoiceControls& inControls, SVoiceOutput& ioSum) noexcept
 {
     if (mSamplesToUpdate == 0)
-    {
         UpdateControls(inControls);
-    }
     --mSamplesToUpdate;
     mFilterG += mFilterGStep;
     mGain += (mTargetGain - mGain) * inControls.gainGlide;

@@ -22,9 +22,7 @@ VstIntPtr GiveText(const char (&inText)[Size], void* outText) noexcept
 {
     static_assert(Size <= 64, "the interface has room for that much");
     if (outText != nullptr)
-    {
         std::memcpy(outText, inText, Size);
-    }
     return 0;
 }
 

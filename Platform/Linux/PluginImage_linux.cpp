@@ -36,17 +36,13 @@ bool IsWholeImage(const std::string& inPath)
     std::ifstream file(inPath, std::ios::binary);
     Elf64_Ehdr header{};
     if (error || !ReadRecord(file, 0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0)
-    {
         return false;
-    }
     for (std::uint64_t i = 0; i < header.e_phnum; ++i)
     {
         Elf64_Phdr segment{};
         if (!ReadRecord(file, header.e_phoff + i * sizeof(segment), segment) || segment.p_offset > size ||
             (segment.p_type == PT_LOAD && segment.p_filesz > size - segment.p_offset))
-        {
             return false;
-        }
     }
     return true;
 }
@@ -60,9 +56,7 @@ public:
     bool LoadExecutable() noexcept override
     {
         if (mHandle == nullptr && IsWholeImage(mPath))
-        {
             mHandle = dlopen(mPath.c_str(), RTLD_NOW | RTLD_LOCAL);
-        }
         return mHandle != nullptr;
     }
 
@@ -94,9 +88,7 @@ std::vector<std::string> SharedObjects(const fs::path& inFolder)
     {
         std::error_code typeError;
         if (entry->path().extension() == ".so" && entry->is_regular_file(typeError))
-        {
             found.push_back(entry->path().string());
-        }
     }
     std::ranges::sort(found);
     return found;
@@ -118,9 +110,7 @@ std::vector<std::string> PluginExecutables(const std::string& inUtf8Path)
 std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
 {
     if (inUtf8Path == nullptr)
-    {
         return nullptr;
-    }
     // A relative path would be looked for in the loader's own search path.
     const auto executables =
         fs::path(inUtf8Path).is_absolute() ? PluginExecutables(inUtf8Path) : std::vector<std::string>{};

@@ -84,13 +84,9 @@ public:
         const std::lock_guard lock(mMutex);
         const CPipeSignalBlock pipeBlock;
         if (!IsConnected())
-        {
             Connect();
-        }
         if (mRoot == XCB_NONE)
-        {
             return {};
-        }
         const PointerReply reply(
             xcb_query_pointer_reply(mConnection.get(), xcb_query_pointer(mConnection.get(), mRoot), nullptr));
         return reply != nullptr ? StateFromMask(reply->mask) : SPointerState{};
@@ -109,9 +105,7 @@ private:
         mConnection.reset(); // before the new one, so that there are never two
         mConnection.reset(xcb_connect(nullptr, &screenNumber));
         if (!IsConnected())
-        {
             return;
-        }
         xcb_screen_iterator_t screen = xcb_setup_roots_iterator(xcb_get_setup(mConnection.get()));
         while (screen.rem > 1 && screenNumber > 0)
         {

@@ -61,16 +61,12 @@ public:
     void Unload() noexcept override
     {
         if (mBundle == nullptr)
-        {
             return;
-        }
         {
             const std::lock_guard lock(gLoading);
             mUsers -= std::exchange(mIsUser, false) ? 1 : 0;
             if (mUsers == 0)
-            {
                 CFBundleUnloadExecutable(mBundle);
-            }
         }
         CFRelease(std::exchange(mBundle, nullptr));
     }
@@ -86,18 +82,14 @@ std::unique_ptr<IPluginImage> OpenPluginImage(const char* inUtf8Path)
 {
     CFStringHolder path = inUtf8Path != nullptr ? MakeString(inUtf8Path) : CFStringHolder();
     if (path == nullptr)
-    {
         return nullptr;
-    }
     constexpr Boolean kIsFolder = 0;
     const CFURLHolder url(
         CFURLCreateWithFileSystemPath(nullptr, path.get(), kCFURLPOSIXPathStyle, kIsFolder));
     path.reset();
     CFBundleHolder bundle(url != nullptr ? CFBundleCreate(nullptr, url.get()) : nullptr);
     if (bundle == nullptr)
-    {
         return nullptr;
-    }
     const std::lock_guard lock(gLoading);
     int& users = gUsers[bundle.get()]; // stays where it is
     return std::make_unique<CBundleImage>(std::move(bundle), users);

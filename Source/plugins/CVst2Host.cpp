@@ -37,9 +37,7 @@ CVst2Host::CVst2Host() : mMouseMods(kMouseModAlways)
     mSerial = ++gHostsMade;
     gVctHosts.push_back(this);
     if (pVst2Host.load() == nullptr)
-    {
         pVst2Host.store(this);
-    }
 }
 
 CVst2Host::~CVst2Host()
@@ -49,9 +47,7 @@ CVst2Host::~CVst2Host()
         std::erase(gVctHosts, this);
     }
     for (const auto& plugin : mPlugins)
-    {
         plugin->Unregister();
-    }
     CVst2Host::Reset();
     // Null even when another host is alive: the next one to be made or to be marked becomes the current one.
     pVst2Host.store(nullptr);
@@ -74,9 +70,7 @@ void CVst2Host::Reset()
 {
     // Closed while all are still listed: closing makes a plug-in call its host.
     for (const auto& plugin : mPlugins)
-    {
         plugin->Close();
-    }
     mPlugins.clear();
 }
 
@@ -85,9 +79,7 @@ bool CVst2Host::ClosePlugin(IPlugin* inPlugin)
     const auto found = std::find_if(mPlugins.begin(), mPlugins.end(),
                                     [inPlugin](const auto& inListed) { return inListed.get() == inPlugin; });
     if (inPlugin == nullptr || found == mPlugins.end())
-    {
         return false;
-    }
     (*found)->Close();
     mPlugins.erase(found);
     return true;
@@ -97,9 +89,7 @@ bool CVst2Host::InitPlugins()
 {
     bool allDone = true;
     for (const auto& plugin : mPlugins)
-    {
         allDone = plugin->Initialize(mBlockSize, mSampleRate) && allDone;
-    }
     return allDone;
 }
 
@@ -130,9 +120,7 @@ void CVst2Host::AwaitListenerCalls() noexcept
     // Only so long: a host may let a call of another thread wait for this one.
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
     while (mListenerCalls.load() != 0 && std::chrono::steady_clock::now() < end)
-    {
         std::this_thread::yield();
-    }
 }
 
 // Two stores pair with two loads here, all in one order (sequentially consistent). A caller stores the count
@@ -143,17 +131,13 @@ CVst2Host::CListenerCall::CListenerCall(CVst2Host& ioHost) noexcept
     : mCalls(ioHost.mListenerThread.load() != std::this_thread::get_id() ? &ioHost.mListenerCalls : nullptr)
 {
     if (mCalls != nullptr)
-    {
         mCalls->fetch_add(1);
-    }
 }
 
 CVst2Host::CListenerCall::~CListenerCall()
 {
     if (mCalls != nullptr)
-    {
         mCalls->fetch_sub(1);
-    }
 }
 
 void CVst2Host::SetSampleRate(float inHertz)
@@ -181,17 +165,13 @@ void CVst2Host::InitTimeInfo() { mTimeInfo = InitialTimeInfo(44100.0); }
 void CVst2Host::ProcessEvents(std::span<const SMidiMsg> inMessages)
 {
     for (const auto& plugin : mPlugins)
-    {
         plugin->ProcessEvents(inMessages);
-    }
 }
 
 void CVst2Host::Process()
 {
     for (const auto& plugin : mPlugins)
-    {
         plugin->EffectIdle();
-    }
 }
 
 VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
@@ -199,14 +179,10 @@ VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcod
 {
     const CEffectRegistry::SOwner owner = gEffectRegistry.Find(inEffect);
     if (owner.host == nullptr)
-    {
         return AnswerUnmatchedCall(inOpcode, inPointer, kEntryHostVersion);
-    }
     // Ahead of all others: asked in every block, by some plug-ins for every sample.
     if (inOpcode == audioMasterGetTime)
-    {
         return reinterpret_cast<VstIntPtr>(&owner.host->mTimeInfo);
-    }
     return owner.host->AnswerContained(owner.plugin, inOpcode, inIndex, inPointer);
 }
 
@@ -238,16 +214,12 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
     case audioMasterAutomate: OnAutomate(inPlugin, inIndex); break;
     case audioMasterWantMidi:
         if (inPlugin != nullptr)
-        {
             inPlugin->ForceMidi();
-        }
         break;
     case audioMasterGetTime: return reinterpret_cast<VstIntPtr>(&mTimeInfo);
     case audioMasterNeedIdle:
         if (inPlugin != nullptr)
-        {
             inPlugin->RequestIdle();
-        }
         break;
     case audioMasterUpdateDisplay: OnUpdateDisplay(inPlugin); break;
     case audioMasterBeginEdit: OnGesture(EGesture::kDown, inIndex); break;
@@ -263,15 +235,11 @@ void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
     // The plug-in's own value counts, not the one that came with the call: that is not always normalised.
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr)
-    {
         listener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
-    }
     OnGesture(EGesture::kDrag, inIndex);
     IMainHost* const ownListener = inPlugin != nullptr ? inPlugin->GetAutomationListener() : nullptr;
     if (ownListener != nullptr)
-    {
         ownListener->SetHostParameter(inIndex, inPlugin->GetParameter(inIndex));
-    }
 }
 
 void CVst2Host::OnGesture(EGesture inGesture, std::int32_t inIndex)
@@ -279,9 +247,7 @@ void CVst2Host::OnGesture(EGesture inGesture, std::int32_t inIndex)
     const CListenerCall call(*this);
     IEditHost* const editor = mEditListener.load();
     if (editor == nullptr)
-    {
         return;
-    }
     const unsigned long mods = MouseModsFor(inGesture);
     switch (inGesture) // the plug-in is told 0 in any case
     {
@@ -294,21 +260,15 @@ void CVst2Host::OnGesture(EGesture inGesture, std::int32_t inIndex)
 unsigned long CVst2Host::MouseModsFor(EGesture inGesture) noexcept
 {
     if (!mHasGestureViewer.load())
-    {
         return kMouseModAlways;
-    }
     // Automation comes from the render call as well, which must not wait for the window system. Only the
     // listeners' own thread asks it; every other thread takes what was held down last.
     if (mListenerThread.load() == std::this_thread::get_id())
     {
         if (inGesture != EGesture::kDrag || mIsDragging.load())
-        {
             RefreshMouseMods();
-        }
         if (inGesture != EGesture::kDrag)
-        {
             mIsDragging.store(inGesture == EGesture::kDown);
-        }
     }
     return mMouseMods.load();
 }
@@ -326,7 +286,5 @@ void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)
     const CListenerCall call(*this);
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr && inPlugin->GetNumPrograms() >= 2)
-    {
         listener->UpdateParameters();
-    }
 }

@@ -37,9 +37,7 @@ CVst2Plugin::~CVst2Plugin() { Close(); }
 bool CVst2Plugin::Load(const char* inUtf8Path, CVst2Host* inHost)
 {
     if (inHost == nullptr || inUtf8Path == nullptr || mState != kStateNew || mImage != nullptr)
-    {
         return false;
-    }
     bool loaded = false;
     try
     {
@@ -51,9 +49,7 @@ bool CVst2Plugin::Load(const char* inUtf8Path, CVst2Host* inHost)
         loaded = false;
     }
     if (!loaded)
-    {
         AbandonLoad();
-    }
     return loaded;
 }
 
@@ -62,15 +58,11 @@ bool CVst2Plugin::LoadEffect(const char* inUtf8Path, CVst2Host& inHost)
     mImage = OpenPluginImage(inUtf8Path);
     mExecutableLoaded = mImage != nullptr && mImage->LoadExecutable();
     if (!mExecutableLoaded)
-    {
         return false;
-    }
     const VstPluginEntryProc entry = FindEntry();
     AEffect* const effect = entry != nullptr ? entry(&CVst2Host::AudioMasterCallback) : nullptr;
     if (!IsUsable(effect))
-    {
         return false;
-    }
     mEffect = effect;
     gEffectRegistry.Add(effect, &inHost, this, inHost.GetSerial());
 
@@ -86,9 +78,7 @@ VstPluginEntryProc CVst2Plugin::FindEntry() const
     {
         void* const symbol = name != nullptr ? mImage->FindSymbol(name) : nullptr;
         if (symbol != nullptr)
-        {
             return reinterpret_cast<VstPluginEntryProc>(symbol);
-        }
     }
     return nullptr;
 }
@@ -100,9 +90,7 @@ void CVst2Plugin::ReadIdentity()
     RequestText(effGetVendorString, 0, mVendor);
     RequestText(effGetProductString, 0, mProduct);
     if (mEffectName.front() == '\0')
-    {
         CopyBounded(mEffectName, kNamelessEffect);
-    }
     (void)Dispatch(effGetVstVersion); // some plug-ins take the question for the sign of a host of version 2
     mUniqueId = mEffect->uniqueID;
     mVersion = mEffect->version;
@@ -120,9 +108,7 @@ void CVst2Plugin::ReadShape()
     mMidi.store(Dispatch(effCanDo, 0, 0, question) == 1);
     GetPortList();
     if (mForcedMidi.load())
-    {
         mMidi.store(true);
-    }
     mMidiAtLoad = mMidi.load();
 }
 
@@ -131,17 +117,13 @@ void CVst2Plugin::GetPortList()
     mInputPorts.clear();
     mOutputPorts.clear();
     if (mEffect != nullptr)
-    {
         ListPorts(*mEffect, mInputCount, mOutputCount, kPortsFromCounts, mInputPorts, mOutputPorts);
-    }
 }
 
 bool CVst2Plugin::Initialize(long inBlockSize, float inSampleRate)
 {
     if (mEffect == nullptr)
-    {
         return false;
-    }
     // NOTE: the whole sequence on every call. Some plug-ins make their instance in effOpen and forget the
     // sample rate sent before it: only the second call gives them the right one.
     (void)Dispatch(effSetSampleRate, 0, 0, nullptr, inSampleRate);
@@ -170,9 +152,7 @@ void CVst2Plugin::ForceMidi()
 void CVst2Plugin::Close() noexcept
 {
     if (mEffect == nullptr)
-    {
         return;
-    }
     for (const std::int32_t opcode : {effMainsChanged, effClose})
     {
         if (opcode == effClose)
@@ -222,9 +202,7 @@ void CVst2Plugin::AbandonLoad() noexcept
     ForgetEffect();
     // A bundle whose executable can't be loaded is kept: releasing it could run code that was never set up.
     if (mExecutableLoaded)
-    {
         FreeLib();
-    }
 }
 
 void CVst2Plugin::ForgetEffect() noexcept

@@ -21,9 +21,7 @@ bool CVst2Plugin::OpenEditor(void* inParent, bool& outFlag, long& outValue, long
     outFlag = true;
     outValue = kEditorValue;
     if (mEffect == nullptr)
-    {
         return false;
-    }
     const bool opened = OpenEditor(inParent);
     const bool sized = RequestEditorSize(outX, outY, outWidth, outHeight);
     return opened && sized;
@@ -51,25 +49,19 @@ void CVst2Plugin::CloseEditor()
 {
     mEditorOpen = false;
     if (mEffect != nullptr)
-    {
         (void)Dispatch(effEditClose); // closed either way
-    }
 }
 
 void CVst2Plugin::Idle()
 {
     if (mEffect != nullptr)
-    {
         (void)Dispatch(effEditIdle); // the interface gives the result no meaning
-    }
 }
 
 void CVst2Plugin::EffectIdle()
 {
     if (mEffect != nullptr && mIdleRequested.load(std::memory_order_relaxed))
-    {
         (void)Dispatch(effIdle); // asked for once, it is sent for good
-    }
 }
 
 long CVst2Plugin::VendorSpecific(long& outHandled, long inIndex, long inValue, char* inPointer, float inOpt)

@@ -38,9 +38,7 @@ void CVst2Plugin::SetParameter(long inIndex, float inValue)
 {
     const float current = GetParameter(inIndex);
     if (std::islessgreater(current, inValue) && mEffect != nullptr && mEffect->setParameter != nullptr)
-    {
         mEffect->setParameter(mEffect, static_cast<std::int32_t>(inIndex), inValue);
-    }
 }
 
 const char* CVst2Plugin::GetParameterDisplay(long inIndex) { return TextFor(effGetParamDisplay, inIndex); }
@@ -59,9 +57,7 @@ long CVst2Plugin::GetProgram()
 void CVst2Plugin::SetProgram(long inProgram)
 {
     if (mEffect != nullptr)
-    {
         (void)Dispatch(effSetProgram, 0, inProgram); // a result of its own is not part of the interface
-    }
 }
 
 const char* CVst2Plugin::GetProgramNameByIndex(long inProgram)
@@ -72,9 +68,7 @@ const char* CVst2Plugin::GetProgramNameByIndex(long inProgram)
 long CVst2Plugin::GetNumMidiPrograms()
 {
     if (mEffect == nullptr)
-    {
         return -1;
-    }
     SRoomyRecord<MidiProgramName> program = OmniProgram();
     return static_cast<long>(Dispatch(effGetMidiProgramName, 0, 0, &program));
 }
@@ -82,9 +76,7 @@ long CVst2Plugin::GetNumMidiPrograms()
 long CVst2Plugin::GetNumMidiCategories()
 {
     if (mEffect == nullptr)
-    {
         return -1;
-    }
     SRoomyRecord<MidiProgramCategory> category;
     return static_cast<long>(Dispatch(effGetMidiProgramCategory, 0, 0, &category));
 }
@@ -105,9 +97,7 @@ const char* CVst2Plugin::GetMidiProgram(long inIndex)
 {
     mText.fill('\0');
     if (mEffect == nullptr)
-    {
         return mText.data();
-    }
     SRoomyRecord<MidiProgramName> answer = OmniProgram();
     (void)Dispatch(effGetMidiProgramName, static_cast<std::int32_t>(inIndex), 0, &answer);
     MidiProgramName& program = answer.mRecord;
@@ -132,12 +122,8 @@ const char* CVst2Plugin::GetMidiProgram(long inIndex)
 const char* CVst2Plugin::TextFor(std::int32_t inOpcode, long inIndex)
 {
     if (mEffect != nullptr)
-    {
         RequestText(inOpcode, static_cast<std::int32_t>(inIndex), mText);
-    }
     else
-    {
         mText.fill('\0');
-    }
     return mText.data();
 }

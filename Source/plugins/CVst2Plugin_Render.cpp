@@ -11,13 +11,9 @@ bool MapChannels(std::span<float*> outPointers, float** inBuffers, long inBuffer
 {
     const auto count = static_cast<long>(outPointers.size());
     if (count == 0 || count > inBufferCount)
-    {
         return false;
-    }
     for (float*& pointer : outPointers)
-    {
         pointer = inBuffers[*inMap++];
-    }
     return true;
 }
 } // namespace
@@ -26,9 +22,7 @@ void CVst2Plugin::Process(float** inBuffers, long inFrames, long inInputBufferCo
                           long inOutputBufferCount, long* inOutputMap)
 {
     if (mState != kStateInitialized)
-    {
         return;
-    }
     (void)MapChannels(mInputPointers, inBuffers, inInputBufferCount,
                       inInputMap); // else the previous buffers serve on
     (void)MapChannels(mOutputPointers, inBuffers, inOutputBufferCount, inOutputMap);
@@ -40,9 +34,7 @@ float** CVst2Plugin::Process(long inFrames, long& outOutputCount)
     outOutputCount = mOutputCount;
     float** const buffers = ChannelBuffers();
     if (mState == kStateInitialized && buffers != nullptr)
-    {
         CallReplacing(buffers, buffers, inFrames);
-    }
     return buffers;
 }
 
@@ -69,36 +61,26 @@ void CVst2Plugin::DeliverEvents(long inCount, const unsigned long* inMessages, c
 {
     const long count = std::min(inCount, kMaxEvents);
     if (count <= 0)
-    {
         return;
-    }
     long i = 0;
     if (inOffsets != nullptr)
-    {
         do
         {
             SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), static_cast<std::int32_t>(inOffsets[i]));
         } while (++i < count);
-    }
     else
-    {
         do
         {
             SetEvent(i, static_cast<std::uint32_t>(inMessages[i]), 0);
         } while (++i < count);
-    }
     if (AcceptsMidi() && mEffect != nullptr)
-    {
         (void)Dispatch(effProcessEvents, 0, 0, EventBlock()); // the interface gives the result no meaning
-    }
 }
 
 void CVst2Plugin::ProcessEvents(std::span<const SMidiMsg> inMessages)
 {
     if (!AcceptsMidi())
-    {
         return;
-    }
     long filled = 0;
     const std::size_t examined = std::min(inMessages.size(), static_cast<std::size_t>(kMaxEvents));
     for (const SMidiMsg& message : inMessages.first(examined))
@@ -117,9 +99,7 @@ void CVst2Plugin::ProcessEvents(std::span<const SMidiMsg> inMessages)
 void CVst2Plugin::ProcessEvents(VstEvents* inEvents)
 {
     if (AcceptsMidi() && mEffect != nullptr && inEvents->numEvents > 0)
-    {
         (void)Dispatch(effProcessEvents, 0, 0, inEvents); // the interface gives the result no meaning
-    }
 }
 
 VstEvents* CVst2Plugin::EventBlock()

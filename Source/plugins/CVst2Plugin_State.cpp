@@ -30,9 +30,7 @@ void CVst2Plugin::RequestChunk(std::int32_t inScope, void*& outChunk, long& outS
     outChunk = nullptr;
     outSize = mEffect != nullptr ? static_cast<long>(Dispatch(effGetChunk, inScope, 0, &outChunk)) : 0;
     if (outChunk == nullptr || outSize < 0)
-    {
         outSize = 0;
-    }
 }
 
 long CVst2Plugin::GetChunkSize()
@@ -50,18 +48,14 @@ void* CVst2Plugin::GetChunk()
 void CVst2Plugin::SetChunk(void* inData, long inSize)
 {
     if (mEffect != nullptr && IsBlock(inData, inSize))
-    {
         (void)Dispatch(effSetChunk, kBank, inSize, inData); // plug-ins don't agree on what the result means
-    }
 }
 
 void* CVst2Plugin::GetState(long& outSize)
 {
     outSize = 0;
     if (mEffect == nullptr)
-    {
         return nullptr;
-    }
     if (GotChunk())
     {
         void* chunk = nullptr;
@@ -78,9 +72,7 @@ void* CVst2Plugin::GetState(long& outSize)
 void CVst2Plugin::SetState(void* inData, long inSize)
 {
     if (mEffect == nullptr || !IsBlock(inData, inSize))
-    {
         return;
-    }
     if (GotChunk())
     {
         (void)Dispatch(effSetChunk, kProgram, inSize,

@@ -39,32 +39,24 @@ void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* in
 {
     const std::lock_guard lock(gWriters);
     if (SSlot* const slot = FindSlot(inEffect, inPlugin))
-    {
         slot->order.store(slot->order.load() | kClosing, std::memory_order_release);
-    }
 }
 
 void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
 {
     const std::lock_guard lock(gWriters);
     if (SSlot* const slot = FindSlot(inEffect, inPlugin))
-    {
         slot->effect.store(nullptr, std::memory_order_release);
-    }
 }
 
 CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,
                                                   const CVst2Plugin* inPlugin) noexcept
 {
     if (inEffect == nullptr)
-    {
         return nullptr;
-    }
     SSlot* slot = &mBuckets[BucketOf(inEffect)];
     while (slot != nullptr && (slot->effect.load() != inEffect || slot->plugin.load() != inPlugin))
-    {
         slot = slot->next.load();
-    }
     return slot;
 }
 

@@ -99,17 +99,13 @@ inline CEffectRegistry::SOwner CEffectRegistry::Find(const AEffect* inEffect,
 {
     SOwner owner;
     if (inEffect == nullptr)
-    {
         return owner;
-    }
     std::uint64_t lowest = UINT64_MAX;
     for (const SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr;
          slot = slot->next.load(std::memory_order_acquire))
     {
         if (slot->effect.load(std::memory_order_acquire) != inEffect)
-        {
             continue;
-        }
         const SOwner candidate{slot->host.load(std::memory_order_acquire),
                                slot->plugin.load(std::memory_order_acquire)};
         const std::uint64_t order = slot->order.load(std::memory_order_acquire);

@@ -48,9 +48,7 @@ bool IPlugin::IsInstrument() { return mInstrument; }
 bool IPlugin::RouteMidiToPlugin(long inRow, long inColumn, bool inOn)
 {
     if (!IsRoute(inRow, kRoutes) || !IsRoute(inColumn, kRoutes))
-    {
         return false;
-    }
     mMidiRoutes[static_cast<std::size_t>(inRow)][static_cast<std::size_t>(inColumn)] = inOn;
     return true;
 }

@@ -15,9 +15,7 @@ bool SetVolume(std::vector<float>& ioVolumes, float inVolume, long inChannel, lo
     const bool exists = inChannel >= 0 && inChannel < inChannelCount &&
                         static_cast<std::size_t>(inChannel) < ioVolumes.size();
     if (exists)
-    {
         ioVolumes[static_cast<std::size_t>(inChannel)] = inVolume;
-    }
     return exists;
 }
 } // namespace
@@ -27,35 +25,25 @@ IRoutingObject::~IRoutingObject() = default;
 void IRoutingObject::SetInput(IRoutingObject* inNode, bool inRemove)
 {
     if (inNode == nullptr)
-    {
         return;
-    }
     const auto found = std::find(mInputs.begin(), mInputs.end(), inNode);
     if (found == mInputs.end())
-    {
         mInputs.push_back(inNode);
-    }
     else if (inRemove)
-    {
         mInputs.erase(found);
-    }
 }
 
 bool IRoutingObject::SetOutput(IRoutingObject* inTarget, float inVolume, const char* inName)
 {
     if (inTarget == nullptr)
-    {
         return false;
-    }
     const auto found =
         std::find_if(mOutputs.begin(), mOutputs.end(),
                      [inTarget](const SOutputObject& inLink) { return inLink.target == inTarget; });
     if (found == mOutputs.end())
     {
         if (ThisOutputLeadsToDeadLock(inTarget))
-        {
             return false;
-        }
         SOutputObject& link = mOutputs.emplace_back();
         link.target = inTarget;
         link.volume = inVolume;
@@ -99,9 +87,7 @@ void IRoutingObject::CreateMyOutputs(long inBlockSize)
     const std::size_t scratch = reserved > 0 ? 1 : 0;
     mSamples.assign((buffers + scratch) * blockSize, 0.0F);
     for (std::size_t channel = 0; channel < buffers; ++channel)
-    {
         mChannelBuffers.push_back(mSamples.data() + channel * blockSize);
-    }
     mChannelBuffers.insert(mChannelBuffers.end(), reserved, mSamples.data() + buffers * blockSize);
     mChannelBuffers.push_back(nullptr);
 
@@ -126,9 +112,10 @@ void IRoutingObject::DeleteMyOutputs()
 bool IRoutingObject::ThisOutputLeadsToDeadLock(const IRoutingObject* inTarget) const
 {
     return inTarget == this ||
-           std::any_of(mInputs.begin(), mInputs.end(),
-                       [inTarget](const IRoutingObject* inInput)
-                       { return inInput == inTarget || inInput->ThisOutputLeadsToDeadLock(inTarget); });
+           std::any_of(
+               mInputs.begin(), mInputs.end(),
+               [inTarget](const IRoutingObject* inInput)
+               { return inInput == inTarget || inInput->ThisOutputLeadsToDeadLock(inTarget); });
 }
 
 bool IRoutingObject::SetInputChannelVolume(float inVolume, long inChannel)

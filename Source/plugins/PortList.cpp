@@ -20,14 +20,10 @@ bool ListPins(AEffect& inEffect, EPortDirection inDirection, long inChannelCount
         SRoomyRecord<VstPinProperties> answer;
         VstPinProperties& properties = answer.mRecord;
         if (inEffect.dispatcher(&inEffect, opcode, static_cast<std::int32_t>(pin), 0, &answer, 0.0F) == 0)
-        {
             return true;
-        }
         const bool isStereo = (properties.flags & kVstPinIsStereo) != 0;
         if (!isStereo && (properties.flags & kVstPinUseSpeaker) != 0)
-        {
             return false;
-        }
         SIOPortDef& port = outPorts.emplace_back();
         port.channelCount = isStereo ? 2 : 1;
         if (isInput)
@@ -48,9 +44,7 @@ bool ListPorts(AEffect& inEffect, EPortDirection inDirection, long inChannelCoun
     outPorts.clear();
     const bool goesOn = ListPins(inEffect, inDirection, inChannelCount, outPorts);
     if (inPortsFromCounts && outPorts.empty())
-    {
         outPorts = PortsFromChannelCount(inChannelCount);
-    }
     return goesOn;
 }
 
@@ -75,12 +69,8 @@ std::vector<SIOPortDef> PortsFromChannelCount(long inChannelCount)
 {
     std::vector<SIOPortDef> ports(static_cast<std::size_t>((std::max(inChannelCount, 0L) + 1) / 2));
     for (SIOPortDef& port : ports)
-    {
         port.channelCount = 2;
-    }
     if (!ports.empty() && inChannelCount % 2 != 0)
-    {
         ports.back().channelCount = 1;
-    }
     return ports;
 }

@@ -70,9 +70,7 @@ std::string Line(std::int32_t inOpcode, const SDispatch& inCall)
         std::find_if(std::begin(kOpcodes), std::end(kOpcodes),
                      [inOpcode](const SOpcode& inEntry) { return inEntry.number == inOpcode; });
     if (found == std::end(kOpcodes))
-    {
         return "opcode " + std::to_string(inOpcode);
-    }
     const std::string name = found->name;
     switch (found->argument)
     {
@@ -139,21 +137,13 @@ std::vector<std::string> SPluginScript::TakeLog()
 AEffect* SPluginScript::Enter(audioMasterCallback inHost)
 {
     if (onEntry)
-    {
         onEntry(inHost);
-    }
     if (faults.count(kEntry) != 0)
-    {
         throw SScriptedFault{};
-    }
     if (entryReturnsNull)
-    {
         return nullptr;
-    }
     if (!sharesOneEffect || instances.empty())
-    {
         instances.push_back(std::make_unique<ScriptedEffect>(*this, inHost));
-    }
     return &instances.back()->Effect();
 }
 
@@ -174,20 +164,14 @@ ScriptedEffect::ScriptedEffect(SPluginScript& inScript, audioMasterCallback inHo
     {
         mShape = mScript.shapes.front();
         if (mScript.shapes.size() > 1)
-        {
             mScript.shapes.erase(mScript.shapes.begin());
-        }
         mEffect.numInputs = mShape->numInputs;
         mEffect.numOutputs = mShape->numOutputs;
     }
     if (!mParameters.empty())
-    {
         mEffect.numParams = static_cast<std::int32_t>(mParameters.size());
-    }
     if (mScript.onCreate)
-    {
         mScript.onCreate(mEffect);
-    }
 }
 
 VstIntPtr ScriptedEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, void* inPointer, float inOpt)
@@ -203,19 +187,13 @@ VstIntPtr ScriptedEffect::Dispatch(AEffect* inEffect, std::int32_t inOpcode, std
     const SDispatch call{inIndex, inValue, inPointer, inOpt};
     script.Log(Line(inOpcode, call));
     if (script.faults.count(inOpcode) != 0)
-    {
         throw SScriptedFault{};
-    }
     if (const auto hook = script.hooks.find(inOpcode); hook != script.hooks.end())
-    {
         hook->second(self, call);
-    }
     const auto result = script.results.find(inOpcode);
     const VstIntPtr answer = self.Answer(inOpcode, call);
     if (inOpcode == effClose && !script.sharesOneEffect)
-    {
         std::erase_if(script.instances, [&self](const auto& inOther) { return inOther.get() == &self; });
-    }
     return result != script.results.end() ? result->second : answer;
 }
 
@@ -254,9 +232,7 @@ VstIntPtr ScriptedEffect::Answer(std::int32_t inOpcode, const SDispatch& inCall)
 VstIntPtr ScriptedEffect::AnswerPin(const std::vector<SScriptedPin>& inPins, const SDispatch& inCall) const
 {
     if (static_cast<std::size_t>(inCall.index) >= inPins.size())
-    {
         return 0;
-    }
     const SScriptedPin& pin = inPins[static_cast<std::size_t>(inCall.index)];
     auto& properties = *static_cast<VstPinProperties*>(inCall.pointer);
     std::memcpy(properties.label, pin.label.c_str(),
@@ -268,9 +244,7 @@ VstIntPtr ScriptedEffect::AnswerPin(const std::vector<SScriptedPin>& inPins, con
 VstIntPtr ScriptedEffect::AnswerMidi(std::int32_t inOpcode, const SDispatch& inCall) const
 {
     if (inOpcode == effGetMidiProgramCategory)
-    {
         return GiveName<MidiProgramCategory>(mScript.midiCategories, inCall.index, inCall.pointer);
-    }
     auto& program = *static_cast<MidiProgramName*>(inCall.pointer);
     program.parentCategoryIndex = mScript.midiParent;
     program.midiBankLsb = static_cast<char>(-3);
@@ -284,9 +258,7 @@ void ScriptedEffect::RecordEvents(const VstEvents& inEvents)
     const VstEvent* const* const list = inEvents.events;
     std::vector<VstMidiEvent>& events = mScript.events.emplace_back();
     for (std::int32_t i = 0; i < std::min(inEvents.numEvents, kMostRead); ++i)
-    {
         std::memcpy(&events.emplace_back(), list[i], sizeof(VstMidiEvent));
-    }
 }
 
 void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue)
@@ -297,9 +269,7 @@ void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float
         return;
     self.TakeValue(inIndex, inValue);
     if (self.mScript.reportsSets)
-    {
         self.CallHost(audioMasterAutomate, inIndex, nullptr, inValue);
-    }
     if (const auto coupled = self.mScript.coupled.find(inIndex); coupled != self.mScript.coupled.end())
     {
         for (const std::int32_t other : coupled->second)
@@ -342,14 +312,8 @@ void ScriptedEffect::Process(AEffect* inEffect, float** inInputs, float** inOutp
         return;
     }
     for (std::int32_t channel = 0; channel < inEffect->numOutputs; ++channel)
-    {
         if (channel < inEffect->numInputs)
-        {
             std::copy_n(inInputs[channel], inFrames, inOutputs[channel]);
-        }
         else
-        {
             std::fill_n(inOutputs[channel], inFrames, 0.0F);
-        }
-    }
 }

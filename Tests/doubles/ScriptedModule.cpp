@@ -41,8 +41,6 @@ bool ScriptedModule::IsLoaded(const std::string& inPath)
 {
     void* const handle = dlopen(inPath.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
     if (handle != nullptr)
-    {
         (void)dlclose(handle); // gives back the reference that asking took
-    }
     return handle != nullptr;
 }

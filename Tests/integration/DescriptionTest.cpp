@@ -18,8 +18,8 @@ namespace
 {
 bool Has(const std::vector<std::string>& inLines, std::string_view inStart)
 {
-    return std::ranges::any_of(inLines,
-                               [&](const std::string& inLine) { return inLine.starts_with(inStart); });
+    return std::ranges::any_of(
+        inLines, [&](const std::string& inLine) { return inLine.starts_with(inStart); });
 }
 
 TEST(Description, ModuleExportsTheSevenEntryPointsAndNothingElse)

@@ -34,8 +34,8 @@ void VisitLines(const fs::path& inFolder, Visit inVisit)
 
 bool StartsWithOneOf(const std::string& inText, const std::vector<std::string>& inPrefixes)
 {
-    return std::ranges::any_of(inPrefixes,
-                               [&](const std::string& inPrefix) { return inText.starts_with(inPrefix); });
+    return std::ranges::any_of(
+        inPrefixes, [&](const std::string& inPrefix) { return inText.starts_with(inPrefix); });
 }
 
 TEST(Layering, IncludesGoDownOnly)

@@ -33,12 +33,13 @@ void Count(const std::string& inName, int inTimes, Call inCall)
 template <class Call>
 void CountEach(const std::string& inName, Call inCall)
 {
-    Count(inName, kCalls,
-          [&]
-          {
-              for (int i = 0; i < kCalls; ++i)
-                  inCall();
-          });
+    Count(
+        inName, kCalls,
+        [&]
+        {
+            for (int i = 0; i < kCalls; ++i)
+                inCall();
+        });
 }
 
 void CountRendering()
@@ -87,12 +88,13 @@ void CountParameters()
     unsetenv(kEmptyPluginParameters);
     CountEach("render parameters=1000", [&] { rig.Render(); });
     double value = 0.0;
-    CountEach("update parameters=1000",
-              [&]
-              {
-                  value = value < 0.5 ? 0.75 : 0.25;
-                  (void)rig.Instance().UpdateParameter("00500", value); // checked by the tests
-              });
+    CountEach(
+        "update parameters=1000",
+        [&]
+        {
+            value = value < 0.5 ? 0.75 : 0.25;
+            (void)rig.Instance().UpdateParameter("00500", value); // checked by the tests
+        });
     CountEach("coefficients clean", [&] { (void)rig.Instance().FinishUpdates(); });
 }
 
@@ -151,7 +153,8 @@ void CountState()
     CStateChunk chunk(size);
     Count("save bytes=67108864", 1, [&] { (void)instance.GetChunk(id, &chunk.Record()); });
     std::vector<std::byte> copy(kBytes);
-    Count("plain copy bytes=67108864", 1, [&] { std::memcpy(copy.data(), chunk.Data().data(), kBytes); });
+    Count(
+        "plain copy bytes=67108864", 1, [&] { std::memcpy(copy.data(), chunk.Data().data(), kBytes); });
     Count("load bytes=67108864", 1, [&] { (void)instance.SetChunk(id, &chunk.Record()); });
 }
 } // namespace

@@ -46,7 +46,8 @@ VstIntPtr DescribePin(std::int32_t inIndex, void* outPin)
 
 void End(const SEmptyPlugin& inPlugin)
 {
-    std::erase_if(gInstances, [&](const auto& inListed) { return inListed.get() == &inPlugin; });
+    std::erase_if(
+        gInstances, [&](const auto& inListed) { return inListed.get() == &inPlugin; });
 }
 
 VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue,

@@ -47,5 +47,6 @@ void CMachOLoader::UnloadAll()
 
 bool CMachOLoader::IsLoaded(const std::string& inPath) const
 {
-    return std::ranges::any_of(mImages, [&](const auto& inImage) { return inImage->Path() == inPath; });
+    return std::ranges::any_of(
+        mImages, [&](const auto& inImage) { return inImage->Path() == inPath; });
 }

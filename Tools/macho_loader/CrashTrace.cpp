@@ -18,13 +18,11 @@ void PrintStack(int inSignal)
     const int count = backtrace(frames, kMostFrames);
     (void)std::fprintf(stderr, "signal %d:\n", inSignal);
     for (int i = 0; i < count; ++i)
-    {
         if (const CMachOImage* const image = CMachOImage::Containing(frames[i]))
             (void)std::fprintf(stderr, "  %s in %s\n", image->NearestSymbol(frames[i]).first.c_str(),
                                image->Path().c_str());
         else
             backtrace_symbols_fd(frames + i, 1, STDERR_FILENO);
-    }
     (void)std::signal(inSignal, SIG_DFL);
     (void)std::raise(inSignal);
 }

@@ -58,9 +58,7 @@ std::string CDrivenPlugin::Load(const std::string& inPath)
 {
     mImage = OpenPluginImage(inPath.c_str());
     if (mImage == nullptr || !mImage->LoadExecutable())
-    {
         return LoadFault(inPath);
-    }
     for (const char* name : {"VSTPluginMain", "main_macho", PlatformEntrySymbol()})
     {
         void* const symbol = name != nullptr ? mImage->FindSymbol(name) : nullptr;
@@ -78,13 +76,9 @@ std::string CDrivenPlugin::Enter()
     gCurrent = this;
     AEffect* const effect = mEntry(&HostCallback);
     if (effect == nullptr)
-    {
         return "its entry function returned nothing";
-    }
     if (effect->magic != kEffectMagic || effect->dispatcher == nullptr)
-    {
         return "its entry function returned something that is no VST 2 effect";
-    }
     mEffect = effect;
     return {};
 }
@@ -93,13 +87,9 @@ std::string CDrivenPlugin::Open(const std::string& inPath, float inSampleRate)
 {
     std::string refusal = Load(inPath);
     if (refusal.empty())
-    {
         refusal = Enter();
-    }
     if (refusal.empty())
-    {
         Start(inSampleRate);
-    }
     return refusal;
 }
 
@@ -124,13 +114,9 @@ void CDrivenPlugin::Start(float inSampleRate)
 void CDrivenPlugin::Close()
 {
     if (mEffect == nullptr)
-    {
         return;
-    }
     if (std::exchange(mIsOn, false))
-    {
         (void)Dispatch(effMainsChanged, 0, 0); // as above
-    }
     (void)Dispatch(effClose);
     mEffect = nullptr;
 }
@@ -179,9 +165,7 @@ bool CDrivenPlugin::SetChunk(std::int32_t inScope, std::span<char> inChunk)
 void CDrivenPlugin::SendEvents(std::span<const SPluginEvent> inEvents)
 {
     if (inEvents.empty())
-    {
         return;
-    }
     constexpr std::size_t kHeader = offsetof(VstEvents, events) / sizeof(VstIntPtr);
     mEvents.assign(inEvents.size(), {});
     mEventList.assign(std::max(kHeader + inEvents.size(), sizeof(VstEvents) / sizeof(VstIntPtr)), 0);
@@ -203,9 +187,7 @@ bool CDrivenPlugin::Process(std::int32_t inFrames)
 {
     AEffect& effect = Effect();
     if (effect.processReplacing == nullptr)
-    {
         return false;
-    }
     gCurrent.store(this, std::memory_order_release);
     effect.processReplacing(&effect, mInputs.mPointers.data(), mOutputs.mPointers.data(), inFrames);
     mTime.samplePos += inFrames;
@@ -220,14 +202,10 @@ std::size_t CDrivenPlugin::BufferBytes() const
 CDrivenPlugin* CDrivenPlugin::FindOwner(const AEffect* inEffect) noexcept
 {
     if (inEffect == nullptr)
-    {
         return nullptr;
-    }
     CDrivenPlugin* const current = gCurrent.load(std::memory_order_acquire);
     if (current != nullptr && current->mEffect == inEffect)
-    {
         return current;
-    }
     const std::lock_guard lock(gAliveGuard);
     const auto found =
         std::ranges::find_if(gAlive, [&](const auto* inPlugin) { return inPlugin->mEffect == inEffect; });
@@ -240,9 +218,7 @@ VstIntPtr CDrivenPlugin::HostCallback(AEffect* inEffect, std::int32_t inOpcode, 
     CDrivenPlugin* const owner = FindOwner(inEffect);
     // Ahead of all others: asked in every block, by some plug-ins for every sample.
     if (owner != nullptr && inOpcode == audioMasterGetTime)
-    {
         return reinterpret_cast<VstIntPtr>(&owner->mTime);
-    }
     const EHostCaller caller = owner != nullptr ? EHostCaller::kLoaded : EHostCaller::kUnmatched;
     const CDrivenPlugin* const plugin = owner != nullptr ? owner : gCurrent.load(std::memory_order_acquire);
     return plugin != nullptr ? plugin->Answer({caller, inOpcode, inIndex, inValue, inPointer, inOpt}) : 0;

@@ -44,12 +44,8 @@ std::string OtherKind(const char (&inBytes)[4])
 {
     const std::string_view start(inBytes, sizeof(inBytes));
     for (const std::string_view mark : {"\xCF\xFA\xED\xFE", "\xCE\xFA\xED\xFE", "\xCA\xFE\xBA\xBE"})
-    {
         if (start == mark)
-        {
             return "its executable is a library for macOS and cannot be loaded on this system";
-        }
-    }
     return start.starts_with("MZ")
                ? "its executable is a library for Windows and cannot be loaded on this system"
                : "its executable is no library but a file of another kind";
@@ -60,43 +56,31 @@ std::string FileFault(const std::string& inPath)
 {
     std::ifstream file(inPath, std::ios::binary);
     if (!file)
-    {
         return fmt::format("its executable {} cannot be read: {}", inPath, std::strerror(errno));
-    }
     std::error_code error;
     const std::uint64_t size = fs::file_size(inPath, error);
     char start[4]{};
     if (size == 0 || error)
-    {
         return "its executable is an empty file";
-    }
     if (!ReadRecord(file, 0, start) || std::memcmp(start, ELFMAG, SELFMAG) != 0)
-    {
         return OtherKind(start);
-    }
     std::string cut = fmt::format("its executable is cut short: {} bytes are not all of it", size);
     Elf64_Ehdr header{};
     if (!ReadRecord(file, 0, header))
-    {
         return cut;
-    }
     if (header.e_machine != EM_X86_64) // in the same place in 32-bit files
     {
         return fmt::format("its executable is for another processor, {}, and this is 64-bit x86",
                            ProcessorName(header.e_machine));
     }
     if (header.e_type != ET_DYN)
-    {
         return "its executable is no library but a program or a part of one";
-    }
     for (std::uint64_t i = 0; i < header.e_phnum; ++i)
     {
         Elf64_Phdr segment{};
         if (!ReadRecord(file, header.e_phoff + i * sizeof(segment), segment) || segment.p_offset > size ||
             (segment.p_type == PT_LOAD && segment.p_filesz > size - segment.p_offset))
-        {
             return cut;
-        }
     }
     return {};
 }
@@ -113,9 +97,7 @@ std::string LoaderFault(const std::string& inPath)
                            text.substr(0, text.size() - missing.size()));
     }
     if (text.starts_with(inPath + ": "))
-    {
         text.erase(0, inPath.size() + 2);
-    }
     return "its executable cannot be loaded: " + text;
 }
 } // namespace
@@ -125,9 +107,7 @@ std::string LoadFault(const std::string& inPlugin)
     const std::vector<std::string> executables = PluginExecutables(inPlugin);
     std::error_code error;
     if (executables.empty() && fs::is_directory(inPlugin, error))
-    {
         return "there is no executable in it, neither in Contents/x86_64-linux nor beside that";
-    }
     const std::string executable = !executables.empty() ? executables.front() : inPlugin;
     const std::string fault = FileFault(executable);
     return fault.empty() ? LoaderFault(executable) : fault;

@@ -127,9 +127,7 @@ void CPluginInspector::ReadParameters()
                                      mPlugin.Text(effGetParamDisplay, i), mPlugin.GetParameter(i)});
     }
     for (std::int32_t i = 0; i < std::min(effect.numPrograms, kMaxListed); ++i)
-    {
         mFacts.programs.push_back(mPlugin.Text(effGetProgramNameIndexed, i));
-    }
 }
 
 void CPluginInspector::RenderBlocks()
@@ -138,13 +136,9 @@ void CPluginInspector::RenderBlocks()
     for (int block = 0; block < kBlocks; ++block)
     {
         for (std::size_t channel = 0; channel < mPlugin.InputCount(); ++channel)
-        {
             std::ranges::fill(mPlugin.Input(channel), 0.0F); // some plug-ins write into their inputs
-        }
         if (!mPlugin.Process(CDrivenPlugin::kMaxFrames))
-        {
             break;
-        }
         if (block == 0)
         {
             mFacts.latencyAfterFirstBlock = effect.initialDelay; // some know it only now
@@ -160,11 +154,7 @@ void CPluginInspector::Hear(const SHostCall& inCall)
 {
     const bool isLoaded = inCall.mCaller == EHostCaller::kLoaded;
     if (!isLoaded && inCall.mOpcode == audioMasterVersion)
-    {
         mTell({{"askedVersion", true}});
-    }
     else if (isLoaded && inCall.mOpcode == audioMasterWantMidi)
-    {
         mWantsMidi = true;
-    }
 }

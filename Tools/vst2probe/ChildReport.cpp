@@ -25,9 +25,7 @@ int TakeOutput()
 void LetCrashesShow()
 {
     for (const int number : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT})
-    {
         (void)std::signal(number, SIG_DFL); // sanitizers have put in handlers that end with an exit
-    }
     const rlimit none{0, 0};
     (void)setrlimit(RLIMIT_CORE, &none); // then there may be a core file
 }
@@ -58,8 +56,6 @@ std::string HowChildEnded(const SChildEnd& inEnd, const std::string& inStage,
                            static_cast<double>(inLimit.count()) / 1000.0, inStage);
     }
     if (inEnd.mKind == SChildEnd::EKind::Signal)
-    {
         return fmt::format("it crashed ({}) while {}", NameOfSignal(inEnd.mNumber), inStage);
-    }
     return fmt::format("it ended its process (status {}) while {}", inEnd.mNumber, inStage);
 }

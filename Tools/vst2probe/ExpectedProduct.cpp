@@ -33,9 +33,7 @@ SExpectation TryProduct(const std::string& inProgram, const std::filesystem::pat
     {
         expectation.refusal = attempt.refusal;
         if (attempt.askedVersion)
-        {
             expectation.refusal += HelpfulVersion(inProgram, inPlugin, entryVersion, inLimit);
-        }
         return expectation;
     }
     SProbeResult result;

@@ -22,9 +22,7 @@ Json PortsToJson(const std::vector<SPortFacts>& inPorts)
 {
     Json ports = Json::array();
     for (const SPortFacts& port : inPorts)
-    {
         ports.push_back({{"label", port.label}, {"channels", port.channels}});
-    }
     return ports;
 }
 
@@ -32,9 +30,7 @@ std::vector<SPortFacts> PortsFromJson(const Json& inPorts)
 {
     std::vector<SPortFacts> ports;
     for (const Json& port : inPorts)
-    {
         ports.push_back({port.at("label"), port.at("channels")});
-    }
     return ports;
 }
 } // namespace
@@ -48,12 +44,8 @@ std::vector<std::string> SPluginFacts::FlagNames() const
 {
     std::vector<std::string> names;
     for (const auto& [flag, flagName] : kFlagNames)
-    {
         if (HasFlag(flag))
-        {
             names.emplace_back(flagName);
-        }
-    }
     return names;
 }
 
@@ -62,9 +54,7 @@ std::string SPluginFacts::UniqueIdText() const
     const auto number = static_cast<std::uint32_t>(uniqueId);
     std::string text;
     for (int shift = 24; shift >= 0; shift -= 8)
-    {
         text += static_cast<char>(number >> shift);
-    }
     const bool readable =
         std::ranges::all_of(text, [](char inByte) { return inByte >= ' ' && inByte <= '~'; });
     return readable ? text : fmt::format("0x{:08X}", number);

@@ -67,17 +67,11 @@ int Expect(const std::string& inProgram, const std::filesystem::path& inPlugin,
                                                inPlugin.string(), expectation.refusal));
     }
     for (const std::string& warning : expectation.warnings)
-    {
         fmt::print(stderr, "Warning of {}: {}\n", inPlugin.string(), warning);
-    }
     if (inArguments.json)
-    {
         fmt::print("{}\n", nlohmann::ordered_json{{"warnings", expectation.warnings}}.dump(4));
-    }
     else
-    {
         fmt::print("{} loads with these options.\n", inPlugin.string());
-    }
     return 0;
 }
 
@@ -94,9 +88,7 @@ int Look(const std::string& inProgram, const std::filesystem::path& inPlugin,
     if (inArguments.configureArguments)
     {
         for (const std::string& argument : choice.ConfigureArguments())
-        {
             fmt::print("{}\n", argument);
-        }
     }
     else
     {
@@ -146,15 +138,11 @@ int RunProbeCommand(const std::string& inProgram, const SProbeArguments& inArgum
     const std::chrono::milliseconds limit(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds));
     const std::filesystem::path plugin = AbsolutePath(inArguments.plugin);
     if (inArguments.childEntryVersion)
-    {
         RunProbeChild(plugin, *inArguments.childEntryVersion, limit);
-    }
     try
     {
         if (const std::string fault = PathFault(plugin); !fault.empty())
-        {
             return Refuse(inArguments, fault);
-        }
         return inArguments.expect ? Expect(inProgram, plugin, inArguments, limit)
                                   : Look(inProgram, plugin, inArguments, limit);
     }

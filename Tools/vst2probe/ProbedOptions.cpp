@@ -37,9 +37,7 @@ SOptionChoice ChoosePortsFromCounts(const SProbeResult& inResult)
                 : fmt::format("It describes no pin of its {}, so it would have no ports there.", what)};
     }
     if (facts.portListCut)
-    {
         return {0, "It describes a pin by a speaker, which ends the list of ports with or without it."};
-    }
     return {0, facts.inputs + facts.outputs > 0 ? "It describes its ports by pins."
                                                 : "It has no audio channels."};
 }
@@ -48,13 +46,9 @@ SOptionChoice ChooseMidiInput(const SProbeResult& inResult)
 {
     const SPluginFacts& facts = *inResult.facts;
     if (facts.midiBeforeOpen)
-    {
         return {0, "It says that it takes MIDI as soon as it is loaded."};
-    }
     if (facts.midiAfterOpen)
-    {
         return {1, "It asks for MIDI only when it is opened, which is too late for the description."};
-    }
     return {0, "It never says that it takes MIDI, so none would be sent to it."};
 }
 
@@ -69,9 +63,7 @@ std::string SProbedOption::Flag() const
 {
     std::string flag = keyword;
     for (char& byte : flag)
-    {
         byte = byte == '_' ? '-' : byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-    }
     return "--" + flag;
 }
 

@@ -26,9 +26,7 @@ std::string Identifier(std::initializer_list<std::string_view> inTexts)
     {
         std::ranges::copy_if(text, std::back_inserter(identifier), &IsLetterOrDigit);
         if (!identifier.empty())
-        {
             break;
-        }
     }
     return identifier;
 }
@@ -51,16 +49,12 @@ std::string ManufacturerId(const std::string& inVendor)
 std::string Quoted(const std::string& inText)
 {
     if (inText.find_first_of(" ;()#\"\\$\t@^") == std::string::npos)
-    {
         return inText;
-    }
     std::string quoted = "\"";
     for (const char byte : inText)
     {
         if (byte == '"' || byte == '\\' || byte == '$')
-        {
             quoted += '\\';
-        }
         quoted += byte;
     }
     return quoted + '"';
@@ -70,8 +64,8 @@ std::string Quoted(const std::string& inText)
 bool IsProductName(const std::string& inName)
 {
     return !inName.empty() &&
-           std::ranges::all_of(inName, [](char inByte)
-                               { return IsLetterOrDigit(inByte) || inByte == '-' || inByte == '_'; });
+           std::ranges::all_of(
+               inName, [](char inByte) { return IsLetterOrDigit(inByte) || inByte == '-' || inByte == '_'; });
 }
 
 std::string SProductChoice::CmakeCall() const
@@ -117,8 +111,6 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
                                   Lowered(Identifier({facts.name, stem, "plugin"})));
     choice.manufacturerId = ManufacturerId(facts.vendor);
     for (const SProbedOption& option : ProbedOptions())
-    {
         choice.options[option.keyword] = option.choose(inResult);
-    }
     return choice;
 }

@@ -61,12 +61,8 @@ void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
             blank == 0 ? std::to_string(inFacts.programs.size())
                        : fmt::format("{}, {} of them without a name", inFacts.programs.size(), blank));
     for (std::size_t i = 0; i < inFacts.programs.size(); ++i)
-    {
         if (!IsBlank(inFacts.programs[i]))
-        {
             fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.programs[i]));
-        }
-    }
 }
 
 nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
@@ -77,9 +73,7 @@ nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
         const SOptionChoice& choice = inChoice.options.at(option.keyword);
         json[option.keyword]["value"] = choice.value;
         if (option.isSwitch)
-        {
             json[option.keyword]["value"] = choice.value != 0;
-        }
         json[option.keyword]["reason"] = choice.reason;
     }
     return json;
@@ -115,9 +109,7 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
     const std::vector<std::string> warnings =
         WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0);
     if (!warnings.empty())
-    {
         fmt::format_to(std::back_inserter(text), "\nWarnings\n  {}\n", fmt::join(warnings, "\n  "));
-    }
 
     text += "\nProduct options\n";
     for (const SProbedOption& option : ProbedOptions())

@@ -15,17 +15,11 @@ std::string UnheardOutputs(const SPluginFacts& inFacts, bool inPortsFromCounts)
 {
     long heard = 0;
     for (std::size_t i = 0; i < std::min(inFacts.outputPorts.size(), kMaxOutputPorts); ++i)
-    {
         heard += inFacts.outputPorts[i].channels;
-    }
     if (inFacts.outputPorts.empty()) // of which the option, or its reason, says all there is to say
-    {
         heard = inPortsFromCounts ? 2 * static_cast<long>(kMaxOutputPorts) : inFacts.outputs;
-    }
     if (heard >= inFacts.outputs)
-    {
         return {};
-    }
     const bool tooMany = inFacts.outputPorts.empty() || inFacts.outputPorts.size() > kMaxOutputPorts;
     return fmt::format("Of its {} outputs a host hears the first {}: {}.", inFacts.outputs, heard,
                        tooMany ? fmt::format("one port and {} auxiliary ones is all that can be described",
@@ -38,9 +32,7 @@ std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFro
 {
     std::vector<std::string> warnings;
     if (std::string unheard = UnheardOutputs(inFacts, inPortsFromCounts); !unheard.empty())
-    {
         warnings.push_back(std::move(unheard));
-    }
     if (inFacts.latencyAfterBlocks != inFacts.latencyAtStart)
     {
         warnings.push_back(

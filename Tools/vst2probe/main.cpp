@@ -42,9 +42,7 @@ int RunCommandLine(int inCount, char** inArguments)
     {
         app.parse(inCount, inArguments);
         if (probe.plugin.empty() && programFile.plugin.empty())
-        {
             throw CLI::RequiredError("PLUGIN");
-        }
     }
     catch (const CLI::ParseError& error)
     {

@@ -52,9 +52,7 @@ CKnobPanel::CKnobPanel(IEditedEffect& ioEffect, const char* inTitle, std::span<c
     for (const SKnobGroup& group : mGroups)
     {
         for (std::size_t i = 0; i < group.count; ++i, x += kCellWidth)
-        {
             mKnobs.push_back({x + kCellWidth / 2.0, -1.0F}); // painted with no value yet
-        }
         x += kGroupGap;
     }
     mWidth = x - kGroupGap + kMargin;
@@ -69,9 +67,7 @@ void CKnobPanel::Press(int inX, int inY)
         std::ranges::find_if(mKnobs, [=](const SKnob& inKnob)
                              { return std::hypot(inX - inKnob.x, inY - kKnobY) <= kRingRadius + 3.0; });
     if (hit == mKnobs.end())
-    {
         return;
-    }
     const auto knob = static_cast<std::size_t>(hit - mKnobs.begin());
     mGrip = SGrip{knob, inY, static_cast<double>(mEffect.EditedValue(knob))};
     mEffect.BeginEdit(knob);
@@ -80,9 +76,7 @@ void CKnobPanel::Press(int inX, int inY)
 void CKnobPanel::Drag(int inY, bool inFine)
 {
     if (!mGrip || inY == mGrip->y)
-    {
         return;
-    }
     const double turn = (mGrip->y - inY) / kWholeTurn * (inFine ? kFinePart : 1.0);
     mGrip->y = inY;
     mGrip->value = std::clamp(mGrip->value + turn, 0.0, 1.0);
@@ -103,16 +97,10 @@ bool CKnobPanel::IsOutdated() const noexcept
 {
     const auto held = mGrip ? std::optional(mGrip->knob) : std::nullopt;
     if (held != mPaintedGrip)
-    {
         return true;
-    }
     for (std::size_t i = 0; i < mKnobs.size(); ++i)
-    {
         if (mKnobs[i].painted != mEffect.EditedValue(i))
-        {
             return true;
-        }
-    }
     return false;
 }
 
@@ -133,9 +121,7 @@ void CKnobPanel::Paint(CPixelCanvas& ioCanvas, std::vector<SPanelText>& outTexts
         left = right + kGroupGap;
     }
     for (std::size_t i = 0; i < mKnobs.size(); ++i)
-    {
         PaintKnob(i, ioCanvas, outTexts);
-    }
     mPaintedGrip = mGrip ? std::optional(mGrip->knob) : std::nullopt;
 }
 

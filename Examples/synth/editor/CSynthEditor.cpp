@@ -34,7 +34,5 @@ void CSynthEditor::Close() noexcept
 void CSynthEditor::Idle()
 {
     if (mView != nullptr)
-    {
         mView->Idle();
-    }
 }

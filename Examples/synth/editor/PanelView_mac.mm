@@ -32,9 +32,7 @@ NSBitmapImageRep* ToImage(const CPixelCanvas& inCanvas)
                      bytesPerRow:4 * inCanvas.Width()
                     bitsPerPixel:32];
     if (image != nil)
-    {
         std::memcpy([image bitmapData], inCanvas.Pixels().data(), inCanvas.Pixels().size_bytes());
-    }
     return image;
 }
 
@@ -69,9 +67,7 @@ void DrawText(const SPanelText& inText)
 {
     self = [super initWithFrame:NSMakeRect(0.0, 0.0, inPanel->Width(), inPanel->Height())];
     if (self != nil)
-    {
         mPanel = inPanel;
-    }
     return self;
 }
 
@@ -93,9 +89,7 @@ void DrawText(const SPanelText& inText)
 - (void)drawRect:(NSRect)__unused inRect
 {
     if (mPanel == nullptr)
-    {
         return;
-    }
     CPixelCanvas canvas(mPanel->Width(), mPanel->Height());
     mPanel->Paint(canvas, mTexts);
     [ToImage(canvas) drawInRect:[self bounds]
@@ -105,9 +99,7 @@ void DrawText(const SPanelText& inText)
                  respectFlipped:YES
                           hints:nil];
     for (const SPanelText& text : mTexts)
-    {
         DrawText(text);
-    }
 }
 
 - (void)mouseDown:(NSEvent*)inEvent
@@ -132,9 +124,7 @@ void DrawText(const SPanelText& inText)
 - (void)mouseUp:(NSEvent*)__unused inEvent
 {
     if (mPanel != nullptr)
-    {
         mPanel->Release();
-    }
 }
 @end
 
@@ -157,9 +147,7 @@ public:
     void Idle() override
     {
         if (mPanel.IsOutdated())
-        {
             [mView setNeedsDisplay:YES];
-        }
     }
 
 private:
@@ -171,8 +159,6 @@ private:
 std::unique_ptr<IPanelView> IPanelView::Create(void* inParent, CKnobPanel& ioPanel)
 {
     if (inParent == nullptr)
-    {
         return nullptr;
-    }
     return std::make_unique<CCocoaPanelView>((__bridge NSView*)inParent, ioPanel);
 }

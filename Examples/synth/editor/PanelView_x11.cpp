@@ -30,9 +30,7 @@ const xcb_screen_t* FindScreen(const xcb_setup_t* inSetup, int inNumber)
 {
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(inSetup);
     for (; inNumber > 0 && screens.rem > 1; --inNumber)
-    {
         xcb_screen_next(&screens);
-    }
     return screens.rem > 0 ? screens.data : nullptr;
 }
 
@@ -41,9 +39,7 @@ bool TakesCanvas(const xcb_setup_t* inSetup, const xcb_screen_t& inScreen)
 {
     bool isWhole = false;
     for (auto format = xcb_setup_pixmap_formats_iterator(inSetup); format.rem > 0; xcb_format_next(&format))
-    {
         isWhole = isWhole || (format.data->depth == inScreen.root_depth && format.data->bits_per_pixel == 32);
-    }
     for (auto depth = xcb_screen_allowed_depths_iterator(&inScreen); depth.rem > 0; xcb_depth_next(&depth))
     {
         const auto* const visuals = xcb_depth_visuals(depth.data);
@@ -127,9 +123,7 @@ bool CX11PanelView::Open(xcb_window_t inParent)
         XCB_WINDOW_CLASS_INPUT_OUTPUT, mScreen.root_visual,
         XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
     if (Reply<xcb_generic_error_t>(xcb_request_check(mConnection.get(), request)) != nullptr)
-    {
         return false;
-    }
     xcb_create_pixmap(mConnection.get(), mScreen.root_depth, mPicture, mWindow, mWidth, mHeight);
     xcb_create_gc(mConnection.get(), mContext, mPicture, 0, nullptr);
     ReadFont();
@@ -174,18 +168,14 @@ void CX11PanelView::Idle()
         Handle(*event);
     }
     if (motion != nullptr)
-    {
         Handle(*motion);
-    }
     if (mPanel.IsOutdated())
     {
         Paint();
         mIsExposed = true;
     }
     if (mIsExposed)
-    {
         Show();
-    }
 }
 
 void CX11PanelView::Handle(const xcb_generic_event_t& inEvent)
@@ -199,15 +189,11 @@ void CX11PanelView::Handle(const xcb_generic_event_t& inEvent)
     case XCB_BUTTON_PRESS:
         if (const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(inEvent);
             press.detail == kPrimaryButton)
-        {
             mPanel.Press(press.event_x, press.event_y);
-        }
         break;
     case XCB_BUTTON_RELEASE:
         if (reinterpret_cast<const xcb_button_release_event_t&>(inEvent).detail == kPrimaryButton)
-        {
             mPanel.Release();
-        }
         break;
     default: break;
     }
@@ -223,12 +209,8 @@ void CX11PanelView::Paint()
     mPanel.Paint(mCanvas, mTexts);
     SendPixels();
     if (mLetterWidth > 0)
-    {
         for (const SPanelText& text : mTexts)
-        {
             SendText(text);
-        }
-    }
 }
 
 /** In strips of as many rows as the server takes in one request. */
@@ -276,21 +258,15 @@ std::unique_ptr<IPanelView> IPanelView::Create(void* inParent, CKnobPanel& ioPan
     int screenNumber = 0;
     Connection connection(xcb_connect(nullptr, &screenNumber));
     if (xcb_connection_has_error(connection.get()) != 0)
-    {
         return nullptr;
-    }
     const xcb_setup_t* const setup = xcb_get_setup(connection.get());
     const xcb_screen_t* const screen = FindScreen(setup, screenNumber);
     if (screen == nullptr || !TakesCanvas(setup, *screen))
-    {
         return nullptr;
-    }
     auto view = std::make_unique<CX11PanelView>(std::move(connection), *screen, ioPanel);
     // The interface hands over a window's number where it says pointer.
     const auto parent = static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(inParent));
     if (!view->Open(parent))
-    {
         return nullptr;
-    }
     return view;
 }

@@ -189,9 +189,10 @@ AAX_Result AAX_CEffectParameters::GetParameterIsAutomatable(AAX_CParamID inId,
 
 AAX_Result AAX_CEffectParameters::GetParameterNumberOfSteps(AAX_CParamID inId, std::int32_t* outSteps) const
 {
-    return ReadParameter(mParameterManager, inId, outSteps,
-                         [](const AAX_IParameter& inParameter)
-                         { return static_cast<std::int32_t>(inParameter.GetNumberOfSteps()); });
+    return ReadParameter(
+        mParameterManager, inId, outSteps,
+        [](const AAX_IParameter& inParameter)
+        { return static_cast<std::int32_t>(inParameter.GetNumberOfSteps()); });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterName(AAX_CParamID inId, AAX_IString* outName) const
@@ -222,28 +223,31 @@ AAX_Result AAX_CEffectParameters::GetParameterNameOfLength(AAX_CParamID inId, AA
 AAX_Result AAX_CEffectParameters::GetParameterDefaultNormalizedValue(AAX_CParamID inId,
                                                                      double* outValue) const
 {
-    return ReadParameter(mParameterManager, inId, outValue,
-                         [](const AAX_IParameter& inParameter)
-                         { return inParameter.GetNormalizedDefaultValue(); });
+    return ReadParameter(
+        mParameterManager, inId, outValue,
+        [](const AAX_IParameter& inParameter) { return inParameter.GetNormalizedDefaultValue(); });
 }
 
 AAX_Result AAX_CEffectParameters::SetParameterDefaultNormalizedValue(AAX_CParamID inId, double inValue)
 {
-    return UseParameter(mParameterManager, inId,
-                        [=](AAX_IParameter& ioParameter) { ioParameter.SetNormalizedDefaultValue(inValue); });
+    return UseParameter(
+        mParameterManager, inId,
+        [=](AAX_IParameter& ioParameter) { ioParameter.SetNormalizedDefaultValue(inValue); });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterType(AAX_CParamID inId, AAX_EParameterType* outType) const
 {
-    return ReadParameter(mParameterManager, inId, outType,
-                         [](const AAX_IParameter& inParameter) { return inParameter.GetType(); });
+    return ReadParameter(
+        mParameterManager, inId, outType,
+        [](const AAX_IParameter& inParameter) { return inParameter.GetType(); });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameterOrientation(AAX_CParamID inId,
                                                           std::int32_t* outOrientation) const
 {
-    return ReadParameter(mParameterManager, inId, outOrientation,
-                         [](const AAX_IParameter& inParameter) { return inParameter.GetOrientation(); });
+    return ReadParameter(
+        mParameterManager, inId, outOrientation,
+        [](const AAX_IParameter& inParameter) { return inParameter.GetOrientation(); });
 }
 
 AAX_Result AAX_CEffectParameters::GetParameter(AAX_CParamID inId, AAX_IParameter** outParameter)
@@ -339,14 +343,16 @@ AAX_Result AAX_CEffectParameters::GetParameterValueString(AAX_CParamID inId, AAX
 
 AAX_Result AAX_CEffectParameters::GetParameterNormalizedValue(AAX_CParamID inId, double* outValue) const
 {
-    return ReadParameter(mParameterManager, inId, outValue,
-                         [](const AAX_IParameter& inParameter) { return inParameter.GetNormalizedValue(); });
+    return ReadParameter(
+        mParameterManager, inId, outValue,
+        [](const AAX_IParameter& inParameter) { return inParameter.GetNormalizedValue(); });
 }
 
 AAX_Result AAX_CEffectParameters::SetParameterNormalizedValue(AAX_CParamID inId, double inValue)
 {
-    return UseParameter(mParameterManager, inId,
-                        [=](AAX_IParameter& ioParameter) { ioParameter.SetNormalizedValue(inValue); });
+    return UseParameter(
+        mParameterManager, inId,
+        [=](AAX_IParameter& ioParameter) { ioParameter.SetNormalizedValue(inValue); });
 }
 
 AAX_Result AAX_CEffectParameters::SetParameterNormalizedRelative(AAX_CParamID inId, double inDelta)
@@ -360,12 +366,14 @@ AAX_Result AAX_CEffectParameters::SetParameterNormalizedRelative(AAX_CParamID in
 
 AAX_Result AAX_CEffectParameters::TouchParameter(AAX_CParamID inId)
 {
-    return UseParameter(mParameterManager, inId, [](AAX_IParameter& ioParameter) { ioParameter.Touch(); });
+    return UseParameter(
+        mParameterManager, inId, [](AAX_IParameter& ioParameter) { ioParameter.Touch(); });
 }
 
 AAX_Result AAX_CEffectParameters::ReleaseParameter(AAX_CParamID inId)
 {
-    return UseParameter(mParameterManager, inId, [](AAX_IParameter& ioParameter) { ioParameter.Release(); });
+    return UseParameter(
+        mParameterManager, inId, [](AAX_IParameter& ioParameter) { ioParameter.Release(); });
 }
 
 AAX_Result AAX_CEffectParameters::UpdateParameterTouch(AAX_CParamID, AAX_CBoolean) { return kAAX_Success; }
@@ -455,8 +463,9 @@ AAX_Result AAX_CEffectParameters::SetTaperDelegate(AAX_CParamID inId, AAX_ITaper
 
 AAX_Result AAX_CEffectParameters::SetDisplayDelegate(AAX_CParamID inId, AAX_IDisplayDelegateBase& inDisplay)
 {
-    return UseParameter(mParameterManager, inId,
-                        [&](AAX_IParameter& ioParameter) { ioParameter.SetDisplayDelegate(inDisplay); });
+    return UseParameter(
+        mParameterManager, inId,
+        [&](AAX_IParameter& ioParameter) { ioParameter.SetDisplayDelegate(inDisplay); });
 }
 
 bool AAX_CEffectParameters::IsParameterTouched(AAX_CParamID inId) const

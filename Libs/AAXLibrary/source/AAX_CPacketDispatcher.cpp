@@ -69,10 +69,8 @@ AAX_Result AAX_CPacketDispatcher::Dispatch()
     const AAX_CMutexScope lock(mLockGuard);
     SDispatched dispatched;
     for (const auto& [id, handler] : mPacketsHandlers)
-    {
         if (handler.mPacket->mDirty)
             GenerateAndPost(id.c_str(), handler, dispatched);
-    }
     return dispatched.mContained != kAAX_Success ? dispatched.mContained : dispatched.mPosted;
 }
 

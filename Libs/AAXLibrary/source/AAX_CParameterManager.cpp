@@ -92,9 +92,7 @@ std::int32_t AAX_CParameterManager::ControlIndexFromID(AAX_CParamID inId) const
     if (inId == nullptr)
         return -1;
     for (std::int32_t index = 0; index < NumParameters(); ++index)
-    {
         if (std::strcmp(mParameters[static_cast<std::size_t>(index)]->Identifier(), inId) == 0)
             return index;
-    }
     return -1;
 }

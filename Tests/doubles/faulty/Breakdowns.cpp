@@ -18,9 +18,7 @@ namespace
 [[noreturn]] void Hang()
 {
     while (true)
-    {
         std::this_thread::sleep_for(std::chrono::hours(1)); // beyond every limit
-    }
 }
 } // namespace
 

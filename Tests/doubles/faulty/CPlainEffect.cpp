@@ -104,14 +104,10 @@ void CPlainEffect::Receive(const VstMidiEvent& inEvent) noexcept
     const int first = inEvent.midiData[1] & 0x7F;
     const int second = inEvent.midiData[2] & 0x7F;
     if (status == 0x90 && second > 0)
-    {
         mNote = first;
-    }
     else if (((status == 0x80 || status == 0x90) && first == mNote && mOptions.endsNotes) ||
              (status == 0xB0 && (first == 120 || first == 123)))
-    {
         mNote = -1;
-    }
 }
 
 void CPlainEffect::Render(float* const* inInputs, float* const* inOutputs, std::int32_t inFrames) noexcept

@@ -57,8 +57,8 @@ void Numbers(CPlainEffect& ioEffect)
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         const float* const input = inBlock.inputs[0];
-        const bool isLoud = std::any_of(input, input + inBlock.frames,
-                                        [](float inSample) { return std::abs(inSample) > 0.9F; });
+        const bool isLoud = std::any_of(
+            input, input + inBlock.frames, [](float inSample) { return std::abs(inSample) > 0.9F; });
         ioEffect.Render(inBlock);
         if (isLoud)
             inBlock.outputs[0][0] = std::sqrt(-1.0F);
@@ -87,8 +87,8 @@ void Silence(CPlainEffect& ioEffect)
     {
         constexpr std::int32_t largestBlock = 1024;
         const float* const input = inBlock.inputs[1];
-        const bool isSilent =
-            std::all_of(input, input + inBlock.frames, [](float inSample) { return inSample == 0.0F; });
+        const bool isSilent = std::all_of(
+            input, input + inBlock.frames, [](float inSample) { return inSample == 0.0F; });
         float unused[largestBlock] = {};
         float* outputs[] = {inBlock.outputs[0],
                             isSilent && inBlock.frames <= largestBlock ? unused : inBlock.outputs[1]};

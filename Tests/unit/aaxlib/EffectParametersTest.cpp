@@ -264,10 +264,7 @@ TEST_F(EffectParameters, SecondInitialisationHasNothingOfTheFirst)
             EXPECT_EQ(instance.UpdateParameterNormalizedValue("Gain", 0.25, 0), kAAX_Success);
             EXPECT_EQ(instance.GetNumberOfChanges(&changes), kAAX_Success);
             EXPECT_EQ(changes, turn + 1);
-            if (uninitialize)
-            {
-                EXPECT_EQ(instance.Uninitialize(), kAAX_Success);
-            }
+            EXPECT_TRUE(!uninitialize || instance.Uninitialize() == kAAX_Success);
         }
         EXPECT_EQ(full[0].mCalls, 1);
         EXPECT_EQ(full[1].mCalls, 1);

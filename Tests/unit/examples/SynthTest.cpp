@@ -77,9 +77,7 @@ std::vector<std::string> Everything(CSynth& ioPlugin)
         all.push_back(ioPlugin.Text(effGetProgramNameIndexed, program));
         ioPlugin.Dispatch(effSetProgram, 0, program);
         for (std::int32_t i = 0; i < ioPlugin.Effect().numParams; ++i)
-        {
             all.back().append(1, ' ').append(std::to_string(ioPlugin.GetParameter(i)));
-        }
     }
     ioPlugin.Dispatch(effSetProgram, 0, current);
     return all;
@@ -92,9 +90,7 @@ void ChangeEverything(CSynth& ioPlugin)
         ioPlugin.Dispatch(effSetProgram, 0, program);
         ioPlugin.Dispatch(effSetProgramName, 0, 0, std::string("Mine, and longer than fits").data());
         for (std::int32_t i = 0; i < ioPlugin.Effect().numParams; ++i)
-        {
             ioPlugin.SetParameter(i, 0.01F * static_cast<float>(10 * program + i));
-        }
     }
     ioPlugin.Dispatch(effSetProgram, 0, 2);
 }

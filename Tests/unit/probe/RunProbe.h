@@ -19,9 +19,7 @@ inline SRun Vst2probe(const std::string& inArguments, int inStream = 1)
     SRun run;
     std::array<char, 4096> bytes{};
     while (const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), pipe))
-    {
         run.output.append(bytes.data(), count);
-    }
     const int status = pclose(pipe);
     run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;

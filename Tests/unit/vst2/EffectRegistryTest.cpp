@@ -31,13 +31,9 @@ TEST(EffectRegistry, EffectsOfOneChainAreToldApartAndTheirPlacesUsedAgain)
     for (int round = 0; round < 3; ++round)
     {
         for (std::size_t i = 0; i < kCount; ++i)
-        {
             registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
-        }
         for (std::size_t i = 0; i < kCount; i += 2)
-        {
             registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
-        }
         for (std::size_t i = 0; i < kCount; ++i)
         {
             const auto owner = registry->Find(Address<AEffect>(i));
@@ -45,9 +41,7 @@ TEST(EffectRegistry, EffectsOfOneChainAreToldApartAndTheirPlacesUsedAgain)
             ASSERT_EQ(owner.host, i % 2 == 0 ? nullptr : Address<CVst2Host>(i));
         }
         for (std::size_t i = 1; i < kCount; i += 2)
-        {
             registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
-        }
     }
     EXPECT_EQ(registry->Find(nullptr).host, nullptr);
 }
@@ -85,9 +79,7 @@ TEST(EffectRegistry, EffectThatAnotherHostLoadsWhileItIsBeingClosedIsTheOthers)
         module.Script().hooks[effClose] = [&](ScriptedEffect& inEffect, const SDispatch&)
         {
             if (next != nullptr)
-            {
                 return; // the other one's end
-            }
             module.Script().faults.clear();
             const auto time = [&] { return inEffect.CallHost(audioMasterGetTime); };
             EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&older.TimeInfo())); // also while it closes
@@ -95,9 +87,7 @@ TEST(EffectRegistry, EffectThatAnotherHostLoadsWhileItIsBeingClosedIsTheOthers)
             EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&newer.TimeInfo()));
         };
         if (!loads)
-        {
             module.Script().faults.insert(effGetVstVersion);
-        }
         CVst2Plugin* const plugin = older.LoadPlugin(module.Path());
         EXPECT_EQ(plugin != nullptr, loads);
         EXPECT_EQ(older.ClosePlugin(plugin), loads);
@@ -113,9 +103,7 @@ TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
     constexpr std::size_t kSteady = 1000;
     constexpr std::size_t kPassing = 4000;
     for (std::size_t i = 0; i < kSteady; ++i)
-    {
         registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
-    }
     std::atomic<bool> stop = false;
     std::atomic<long> wrong = 0;
     std::atomic<long> rounds = 0;
@@ -136,9 +124,7 @@ TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
     };
     std::array<std::thread, 3> readers;
     for (std::thread& reader : readers)
-    {
         reader = std::thread(read);
-    }
     for (int round = 0; round < 200 || rounds.load() < 10; ++round)
     {
         for (std::size_t n = kSteady; n < kPassing; ++n)
@@ -148,15 +134,11 @@ TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
             registry->Add(Address<AEffect>(i), Address<CVst2Host>(i), Address<CVst2Plugin>(i), 1);
         }
         for (std::size_t i = kSteady; i < kPassing; ++i)
-        {
             registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
-        }
     }
     stop.store(true);
     for (std::thread& reader : readers)
-    {
         reader.join();
-    }
     EXPECT_EQ(wrong.load(), 0);
 }
 } // namespace

@@ -33,9 +33,7 @@ public:
     {
         mLog.push_back("set " + std::to_string(inIndex) + " " + std::to_string(inValue));
         if (mThrows)
-        {
             throw std::runtime_error("listener");
-        }
     }
     void UpdateParameters() override { mLog.emplace_back("update"); }
     std::int32_t HandleParameterMouseDown(long inIndex, unsigned long inModifiers) override
@@ -156,9 +154,7 @@ TEST_F(HostCallback, CallsWithoutListenersDoNothingAndKeepTheirAnswers)
 {
     Effect().Effect().numPrograms = 2;
     for (const auto opcode : {audioMasterAutomate, audioMasterBeginEdit, audioMasterEndEdit})
-    {
         EXPECT_EQ(Effect().CallHost(opcode, 0), 0);
-    }
     EXPECT_EQ(Effect().CallHost(audioMasterUpdateDisplay), 1);
     Listen();
     Effect().Effect().numPrograms = 1;

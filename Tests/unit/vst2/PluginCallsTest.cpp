@@ -142,9 +142,7 @@ TEST_F(PluginCalls, ProcessInPlaceOffersRoomForEveryChannelOfThePlugin)
         EXPECT_EQ(frames, 32);
         usedInputs = in;
         for (int channel = 0; channel < 3; ++channel)
-        {
             std::fill_n(in[channel], frames, 1.0F);
-        }
     };
     EXPECT_EQ(plugin.Process(), usedInputs);
     EXPECT_NE(usedInputs, nullptr);
@@ -207,15 +205,11 @@ TEST(PluginWithoutEffect, EveryCallGivesItsSafeAnswer)
     plugin.FreeLib();
     for (const long number : {plugin.GetNumParameters(), plugin.GetNumPrograms(), plugin.GetProgram(),
                               plugin.GetNumMidiPrograms(), plugin.GetNumMidiCategories()})
-    {
         EXPECT_EQ(number, -1);
-    }
     for (const char* const text :
          {plugin.GetParameterName(0), plugin.GetParameterDisplay(0), plugin.GetMidiCategory(0),
           plugin.GetMidiProgram(0), plugin.GetProgramNameByIndex(0)})
-    {
         EXPECT_STREQ(text, "");
-    }
     EXPECT_EQ(plugin.GetParameter(0), 0.0F);
     EXPECT_FALSE(plugin.Initialize(64, 44100.0F));
     EXPECT_EQ(plugin.Process(), nullptr);
@@ -243,9 +237,7 @@ TEST_F(PluginCalls, MidiMatrixRefusesWhatIsOutsideIt)
     CVst2Plugin& plugin = Load();
     EXPECT_TRUE(plugin.RouteMidiToPlugin(15, 0, true));
     for (const auto& [row, column] : {std::pair{16L, 0L}, {0L, 16L}, {-1L, 0L}, {0L, -1L}})
-    {
         EXPECT_FALSE(plugin.RouteMidiToPlugin(row, column, true));
-    }
     EXPECT_TRUE(plugin.IsMidiRouted(15, 0));
     EXPECT_FALSE(plugin.IsMidiRouted(0, 15));
     EXPECT_FALSE(plugin.IsMidiRouted(0, 0));

@@ -198,9 +198,7 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
         const Lines calls = module.Script().TakeLog();
         EXPECT_EQ(!calls.empty() && calls.back() == "effClose", row.closes);
         for (AEffect* const effect : seen)
-        {
             EXPECT_EQ(gEffectRegistry.Find(effect).plugin, nullptr);
-        }
         module.Release();
         EXPECT_FALSE(ScriptedModule::IsLoaded(module.Path()));
     }
@@ -286,9 +284,7 @@ std::vector<long> ChannelsOf(std::span<const SIOPortDef> inPorts)
 {
     std::vector<long> counts;
     for (const SIOPortDef& port : inPorts)
-    {
         counts.push_back(port.channelCount);
-    }
     return counts;
 }
 

@@ -52,9 +52,7 @@ TEST_F(PluginMidi, RecordsHoldThreeHundredAndTheCountIsPassedOn)
 {
     std::vector<unsigned long> messages(301);
     for (std::size_t i = 0; i < messages.size(); ++i)
-    {
         messages[i] = i;
-    }
     for (const long count : {300L, 301L})
     {
         SCOPED_TRACE(count);

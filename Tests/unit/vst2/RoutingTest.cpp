@@ -110,12 +110,8 @@ TEST(Routing, BuffersAreSeparateSilentAndGoneAfterDelete)
     float** const buffers = node.ChannelBuffers();
     ASSERT_NE(buffers, nullptr);
     for (int channel = 0; channel < 4; ++channel)
-    {
         for (int i = 0; i < 64; ++i)
-        {
             EXPECT_EQ(buffers[channel][i], 0.0F);
-        }
-    }
     EXPECT_GE(std::abs(buffers[1] - buffers[0]), 64);
     EXPECT_GE(std::abs(buffers[2] - buffers[1]), 64); // reserved channels don't overlap counted ones
     EXPECT_EQ(buffers[4], nullptr);

@@ -83,10 +83,8 @@ SFinding Stems(CCheckContext& ioContext)
     if (!output || AAX_StemChannelCount(*output) == 0)
         return SFinding::Failed("No output stem is described, so nothing can be heard.");
     for (const SAuxStem& stem : component.mAuxStems)
-    {
         if (AAX_StemChannelCount(stem.mFormat) == 0)
             return SFinding::Failed(fmt::format("The auxiliary stem '{}' has no channels.", stem.mName));
-    }
     return SFinding::Passed();
 }
 

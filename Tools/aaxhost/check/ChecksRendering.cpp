@@ -296,36 +296,39 @@ SFinding Judge(const SWatches& inWatches, Does inDoes)
 
 SFinding Allocations(CCheckContext& ioContext)
 {
-    return Judge(Watch(ioContext),
-                 [](const SWatchedCalls& calls)
-                 {
-                     using enum EForbiddenKind;
-                     return calls.Of(kAllocation) + calls.Of(kRelease) > 0 ? "allocates or frees memory"
-                                                                           : std::string();
-                 });
+    return Judge(
+        Watch(ioContext),
+        [](const SWatchedCalls& calls)
+        {
+            using enum EForbiddenKind;
+            return calls.Of(kAllocation) + calls.Of(kRelease) > 0 ? "allocates or frees memory"
+                                                                  : std::string();
+        });
 }
 
 SFinding Locks(CCheckContext& ioContext)
 {
-    return Judge(Watch(ioContext),
-                 [](const SWatchedCalls& calls) {
-                     return calls.Of(EForbiddenKind::kLock) > 0 ? "takes locks that it may have to wait for"
-                                                                : std::string();
-                 });
+    return Judge(
+        Watch(ioContext),
+        [](const SWatchedCalls& calls) {
+            return calls.Of(EForbiddenKind::kLock) > 0 ? "takes locks that it may have to wait for"
+                                                       : std::string();
+        });
 }
 
 SFinding SystemCalls(CCheckContext& ioContext)
 {
-    return Judge(Watch(ioContext),
-                 [](const SWatchedCalls& calls)
-                 {
-                     std::vector<std::string> names;
-                     for (std::size_t i = 0; i < calls.mSystemCallCount; ++i)
-                         names.push_back(NameOfSystemCall(calls.mSystemCalls[i]));
-                     std::ranges::sort(names);
-                     return names.empty() ? std::string()
-                                          : fmt::format("makes system calls ({})", fmt::join(names, ", "));
-                 });
+    return Judge(
+        Watch(ioContext),
+        [](const SWatchedCalls& calls)
+        {
+            std::vector<std::string> names;
+            for (std::size_t i = 0; i < calls.mSystemCallCount; ++i)
+                names.push_back(NameOfSystemCall(calls.mSystemCalls[i]));
+            std::ranges::sort(names);
+            return names.empty() ? std::string()
+                                 : fmt::format("makes system calls ({})", fmt::join(names, ", "));
+        });
 }
 
 SFinding KeepsUp(CCheckContext& ioContext)

@@ -154,13 +154,11 @@ std::string Quoted(const char* inText)
         return "null";
     std::string text = "\"";
     for (const char* at = inText; *at != '\0'; ++at)
-    {
         if (static_cast<unsigned char>(*at) < ' ' || *at == '\x7F')
             text += fmt::format("\\x{:02X}", static_cast<unsigned char>(*at));
         else if (*at == '"' || *at == '\\')
             text.append("\\").push_back(*at);
         else
             text += *at;
-    }
     return text + "\"";
 }
