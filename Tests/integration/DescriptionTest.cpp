@@ -49,7 +49,7 @@ TEST(Description, TheSynthesizerIsDescribedCallByCall)
     auto module = CModule::Open(bundle.Path().string(), log);
     ASSERT_TRUE(module) << module.Problem().mSentence;
     const std::vector<std::string> calls = log.Calls();
-    for (const char* call : {"AddName(",
+    for (const char* call : {"AddName(\"Example Synth\")",
                              "AddCategory(",
                              "AddMIDINode(5, global, \"GlobalMIDI\", 0x0003)",
                              "AddMIDINode(4, local input, ",
@@ -67,8 +67,8 @@ TEST(Description, TheSynthesizerIsDescribedCallByCall)
                              "AddComponent(",
                              "AddProcPtr(",
                              "AddEffect(\"com.example.test\"",
-                             "SetManufacturerName(",
-                             "AddPackageName(",
+                             "SetManufacturerName(\"Example Audio\")",
+                             "AddPackageName(\"Example Synth\")",
                              "SetPackageVersion("})
         EXPECT_TRUE(Has(calls, call)) << call;
     for (const std::string& call : calls)

@@ -51,6 +51,14 @@ TEST_F(Parameters, ParametersMirrorThePluginsAndItsOwnComeLast)
     EXPECT_STREQ(text.Get(), "bypass");
 }
 
+TEST_F(Parameters, AFieldWithoutRoomForTheInstanceIsOnlyCleared)
+{
+    Start();
+    std::string field(16, 'x');
+    EXPECT_EQ(Instance().ResetFieldData(kInstrumentField_PrivateData, field.data(), 4), kAAX_Success);
+    EXPECT_EQ(field, std::string(4, '\0') + std::string(12, 'x'));
+}
+
 TEST_F(Parameters, AThousandParametersKeepTheirIndices)
 {
     Script().parameters.assign(1000, 0.0F);

@@ -81,6 +81,9 @@ TEST_F(PluginCalls, MidiProgramTextShowsTheCategoryOnlyWhenItExists)
     Script().midiParent = 0;
     EXPECT_STREQ(plugin.GetMidiProgram(0), " - ; ? ; -3 ; 5 ; Piano");
     EXPECT_EQ(plugin.GetNumMidiCategories(), 0);
+    const std::string name(64, 'x'); // fills its field, so that it has no terminator
+    Script().midiPrograms = Script().midiCategories = {name};
+    EXPECT_EQ(plugin.GetMidiProgram(0), " " + name.substr(1) + " ; ? ; -3 ; 5 ; " + name.substr(1));
 }
 
 TEST_F(PluginCalls, MidiProgramRecordAsksForProgramZeroInOmniMode)

@@ -182,6 +182,7 @@ TEST_F(PresetFile, PresetOfValuesIsReadInBothByteSizesAndElseRefused)
                    Changed(preset, 27, 3), Changed(preset, 24, '\x40')});
     EXPECT_FALSE(plugin.ReadPreset("/nonexistent/preset.fxp"));
     EXPECT_FALSE(plugin.SavePreset("/nonexistent/preset.fxp"));
+    EXPECT_FALSE(plugin.SavePreset("/dev/full")); // refused only when it is closed
 }
 
 TEST_F(PresetFile, PresetOfAnotherVersionSetsTheParametersThatThereAre)
