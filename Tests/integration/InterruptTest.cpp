@@ -36,7 +36,9 @@ fs::path Faulty(const std::string& inFault)
     return fs::path(FAULTY_PLUGINS) / ("faulty_" + inFault + ".so");
 }
 
-/** A command that writes inTarget. */
+constexpr const char* kCommands[] = {"state", "check", "page", "bench", "render", "save-state", "preset"};
+
+/** The command that writes inTarget. */
 std::vector<std::string> CommandLine(const std::string& inWhat, const CModuleBundle& inBundle,
                                      const std::string& inTarget)
 {
@@ -46,6 +48,10 @@ std::vector<std::string> CommandLine(const std::string& inWhat, const CModuleBun
         return {AAXHOST, "state", module, "save", inTarget};
     if (inWhat == "check")
         return {AAXHOST, "check", module, "--only", "life-cycle.creates", "--json", inTarget};
+    if (inWhat == "page")
+        return {AAXHOST, "check", module, "--only", "life-cycle.creates", "--report", inTarget};
+    if (inWhat == "bench")
+        return {AAXHOST, "bench", module, "--turns", "1", "--instances", "1", "--json", inTarget};
     if (inWhat == "render")
         return {AAXHOST, "render", module, "--seconds", "1", "--output", inTarget};
     if (inWhat == "save-state")
@@ -165,12 +171,12 @@ TEST_P(Interrupt, LeavesTheOldFileAndNothingElse)
     target.ExpectUntouched();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Commands, Interrupt,
-    testing::Combine(testing::Values(SInterrupt{SIGINT, "an interrupt (SIGINT)"},
-                                     SInterrupt{SIGTERM, "a request to end (SIGTERM)"},
-                                     SInterrupt{SIGHUP, "a lost terminal (SIGHUP)"}, SInterrupt{SIGKILL, ""}),
-                     testing::Values("state", "check", "render", "save-state", "preset")));
+INSTANTIATE_TEST_SUITE_P(Commands, Interrupt,
+                         testing::Combine(testing::Values(SInterrupt{SIGINT, "an interrupt (SIGINT)"},
+                                                          SInterrupt{SIGTERM, "a request to end (SIGTERM)"},
+                                                          SInterrupt{SIGHUP, "a lost terminal (SIGHUP)"},
+                                                          SInterrupt{SIGKILL, ""}),
+                                          testing::ValuesIn(kCommands)));
 
 TEST(FullDisk, LeavesTheOldFileAndSaysSo)
 {
@@ -181,7 +187,7 @@ TEST(FullDisk, LeavesTheOldFileAndSaysSo)
         GTEST_SKIP() << "No small disk can be mounted: " << std::strerror(errno) << ".";
     const CTarget target(disk / "target");
     std::ofstream(disk / "filling") << std::string(65536, 'x'); // as far as it goes
-    for (const char* what : {"state", "check", "render", "save-state", "preset"})
+    for (const char* what : kCommands)
     {
         SCOPED_TRACE(what);
         const SToolRun run = RunTool(CommandLine(what, bundle, target.File()));
