@@ -71,6 +71,19 @@ TEST_F(UnhelpfulPlugin, ThatReportsWhatItIsSetToSettlesAndKeepsItsState)
     }
 }
 
+TEST_F(UnhelpfulPlugin, WithPortsOfSeveralWidthsHasAStemOfEach)
+{
+    Script().shape.numOutputs = 5;
+    Script().outputPins = {{"Main", kVstPinIsStereo}, {}, {"One", 0}, {"Pair", kVstPinIsStereo}, {}};
+    CHostLog log;
+    auto module = CModule::Open(mBundle.Path().string(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    std::vector<std::int32_t> formats;
+    for (const SAuxStem& stem : (*module)->Effect().mComponents.front().mAuxStems)
+        formats.push_back(stem.mFormat);
+    EXPECT_EQ(formats, (std::vector<std::int32_t>{AAX_eStemFormat_Mono, AAX_eStemFormat_Stereo}));
+}
+
 TEST_F(UnhelpfulPlugin, WhoseInstancesLookOtherwiseThanTheDescribedOneFitsTheHost)
 {
     const std::vector<SScriptedPin> stereo{{"Main", kVstPinIsStereo}};

@@ -146,7 +146,8 @@ TEST_F(Chunk, AfterALoadTheHostHasThePluginsValuesAndThePluginNoEcho)
     Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
     {
         ioEffect.Parameters() = {0.75F, 1.0F};
-        ioEffect.CallHost(audioMasterUpdateDisplay); // not heard: the values are read when it is done
+        ioEffect.CallHost(audioMasterAutomate, 0); // not heard: the values are read when it is done
+        ioEffect.CallHost(audioMasterUpdateDisplay);
     };
     Script().shape.flags |= effFlagsProgramChunks;
     ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success); // a host may load before it generates anything
@@ -209,7 +210,8 @@ TEST_F(Chunk, OfControlsThatThePluginRoundsTheHostIsToldTheOutcome)
     auto saved = Save();
     Script().steps = 4;
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 1.0, 0), kAAX_Success);
-    (void)TakeHostCalls(); // of that
+    (void)TakeHostCalls();       // of that
+    Script().reportsSets = true; // not heard while it is given the controls
     Load(saved);
     Lines requests = TakeHostCalls();
     std::erase_if(requests, [](const std::string& inLine) { return !inLine.starts_with("PostSetValue"); });

@@ -172,6 +172,9 @@ TEST_F(Editor, EitherSideMayGoFirst)
     ACFPtr<AAX_IACFEffectGUI> second = std::move(mEditor);
     MakeEditor();
     Show(); // beside the one before
+    AAX_Point size{-1.0F, -1.0F};
+    EXPECT_EQ(second->GetViewSize(&size), kAAX_Success);
+    EXPECT_EQ(size.mVertical, 0.0F); // that one has let go of the plug-in
     Drag(0);
     EXPECT_EQ(second->Uninitialize(), kAAX_Success);
     EXPECT_EQ(mEditor->Uninitialize(), kAAX_Success);
