@@ -3,9 +3,9 @@
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 
-#include <chrono>
 #include <cmath>
 #include <cstring>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -212,7 +212,7 @@ TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
         SCOPED_TRACE(row.mName);
         CChunk chunk(row.mData);
         AAX_CBoolean isEqual = 7;
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock(); // the process's own, whatever else the machine does
         SCallWatch watch;
         WatchCalls("", watch,
                    [&]
@@ -220,7 +220,7 @@ TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
                        EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
                        EXPECT_EQ(instance.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
                    });
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)); // half a minute once
+        EXPECT_LT(std::clock() - start, 4 * CLOCKS_PER_SEC); // half a minute once
         EXPECT_EQ(watch.mHost.Of(EForbiddenKind::kAllocation), watch.mHost.Of(EForbiddenKind::kRelease))
             << watch;
         EXPECT_EQ(isEqual, 0);
