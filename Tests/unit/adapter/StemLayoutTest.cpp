@@ -1,4 +1,5 @@
 #include "Source/StemLayout.h"
+#include "Source/DescribedShape.h"
 
 #include "Source/plugins/SIOPortDef.h"
 
@@ -17,6 +18,13 @@ std::vector<SIOPortDef> Ports(const std::vector<long>& inChannels)
     for (const long channels : inChannels)
         ports.push_back({{}, channels});
     return ports;
+}
+
+TEST(DescribedShape, TheFirstDescriptionIsTheOneThatTheHostKnows)
+{
+    RememberDescription({1, 2, true});
+    RememberDescription({3, 4, false});
+    EXPECT_EQ(RememberedDescription().value().mOutputChannels, 2);
 }
 } // namespace
 
