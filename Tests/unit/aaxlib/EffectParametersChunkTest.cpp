@@ -212,7 +212,7 @@ TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
         SCOPED_TRACE(row.mName);
         CChunk chunk(row.mData);
         AAX_CBoolean isEqual = 7;
-        const std::clock_t start = std::clock(); // the process's own, whatever else the machine does
+        [[maybe_unused]] const std::clock_t start = std::clock(); // the process's own, not the machine's
         SCallWatch watch;
         WatchCalls("", watch,
                    [&]
@@ -220,7 +220,9 @@ TEST(ControlsChunkLoad, LargeChunkTakesLittleTimeAndNothingOfItIsKept)
                        EXPECT_EQ(instance.SetChunk(kAAX_ControlsChunkID, chunk.Get()), kAAX_Success);
                        EXPECT_EQ(instance.CompareActiveChunk(chunk.Get(), &isEqual), kAAX_Success);
                    });
+#ifndef AAXADAPTER_SANITIZED                                 // whose own work it would be
         EXPECT_LT(std::clock() - start, 4 * CLOCKS_PER_SEC); // half a minute once
+#endif
         EXPECT_EQ(watch.mHost.Of(EForbiddenKind::kAllocation), watch.mHost.Of(EForbiddenKind::kRelease))
             << watch;
         EXPECT_EQ(isEqual, 0);
