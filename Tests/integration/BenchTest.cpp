@@ -1,7 +1,7 @@
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/integration/ToolRun.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <fstream>

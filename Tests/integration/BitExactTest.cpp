@@ -1,7 +1,7 @@
 #include "Interfaces/AAX/AAX_Types.h"
 #include "Tests/integration/ModuleBundle.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <gtest/gtest.h>

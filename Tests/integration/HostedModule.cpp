@@ -1,6 +1,6 @@
 #include "Tests/integration/HostedModule.h"
 
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 
 #include <cmath>
 #include <future>

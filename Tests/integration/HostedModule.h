@@ -1,9 +1,9 @@
 #pragma once
 #include "Tests/integration/Expect.h"
 #include "Tools/aaxhost/host/CHostLog.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/Renderer.h"
 
 #include <memory>
 #include <string>

@@ -3,9 +3,9 @@
 #include "Tests/integration/Expect.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/host/CHostLog.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "Tests/integration/CHostRoutine.h"
 #include "Tests/integration/ModuleBundle.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/CHostRoutine.h"
 #include "Tests/integration/ModuleBundle.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <gtest/gtest.h>
 

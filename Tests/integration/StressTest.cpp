@@ -1,5 +1,5 @@
 #include "Tests/integration/CHostRoutine.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/host/CHostLog.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <filesystem>
 #include <memory>

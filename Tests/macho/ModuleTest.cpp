@@ -1,6 +1,6 @@
 #include "Tests/integration/HostedModule.h"
 #include "Tests/macho/MacModule.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/macho_loader/CrashTrace.h"
 #include "Tools/macho_loader/doubles/CMacSystem.h"
 

@@ -2,8 +2,8 @@
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/DescriptionReport.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <fmt/format.h>
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/ParseNumber.h"
+#include "Tools/aaxhost/player/ParseNumber.h"
 
 #include <cmath>
 #include <fmt/format.h>

@@ -4,11 +4,11 @@
 #include "Tools/aaxhost/RenderMaterial.h"
 #include "Tools/aaxhost/RenderedFile.h"
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/ParameterChoice.h"
-#include "Tools/aaxhost/lib/ParseNumber.h"
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/ParameterChoice.h"
+#include "Tools/aaxhost/player/ParseNumber.h"
+#include "Tools/aaxhost/player/StateFile.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <algorithm>

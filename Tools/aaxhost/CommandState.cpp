@@ -1,10 +1,10 @@
 #include "Tools/aaxhost/CommandOptions.h"
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/ChunkReport.h"
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/ChunkReport.h"
+#include "Tools/aaxhost/player/StateFile.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <fmt/format.h>

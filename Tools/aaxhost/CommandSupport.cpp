@@ -1,7 +1,7 @@
 #include "Tools/aaxhost/CommandSupport.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/host/HostDescription.h"
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 
 #include <cstdint>
 #include <string>

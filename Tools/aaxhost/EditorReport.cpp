@@ -1,6 +1,6 @@
 #include "Tools/aaxhost/EditorReport.h"
 
-#include "Tools/aaxhost/lib/ParseNumber.h"
+#include "Tools/aaxhost/player/ParseNumber.h"
 
 #include <algorithm>
 #include <charconv>

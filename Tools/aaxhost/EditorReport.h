@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 
 #include <map>
 #include <string>

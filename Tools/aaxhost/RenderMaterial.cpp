@@ -1,6 +1,6 @@
 #include "Tools/aaxhost/RenderMaterial.h"
 
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/StateFile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/host/CHostAutomation.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
-#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tools/aaxhost/player/InstanceState.h"
+#include "Tools/aaxhost/player/Renderer.h"
 
 #include <cstdint>
 #include <optional>

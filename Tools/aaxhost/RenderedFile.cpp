@@ -1,7 +1,7 @@
 #include "Tools/aaxhost/RenderedFile.h"
 
 #include "Tools/aaxhost/CommandSupport.h"
-#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tools/aaxhost/player/Renderer.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/bench/CFixedMidiNode.h"
 #include "Tools/aaxhost/bench/CFixedTransport.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <cstdint>
 #include <memory>

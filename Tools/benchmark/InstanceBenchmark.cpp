@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/benchmark/Benchmarks.h"
 #include "Tools/benchmark/CBenchRig.h"
 #include "Tools/benchmark/CEmptyPluginCalls.h"

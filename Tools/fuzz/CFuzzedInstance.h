@@ -4,7 +4,7 @@
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostDescription.h"
-#include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/aaxhost/player/SRenderCall.h"
 #include "Tools/fuzz/CFuzzInput.h"
 
 #include <map>

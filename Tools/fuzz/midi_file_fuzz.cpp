@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/MidiFile.h"
+#include "Tools/aaxhost/player/MidiFile.h"
 
 #include <cmath>
 #include <cstdlib>

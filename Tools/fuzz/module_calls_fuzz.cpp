@@ -1,5 +1,5 @@
 #include "Tests/doubles/ScriptedModule.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 #include "Tools/fuzz/CFuzzedInstance.h"
 
 #include <array>

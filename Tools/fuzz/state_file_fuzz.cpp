@@ -1,5 +1,5 @@
-#include "Tools/aaxhost/lib/ChunkReport.h"
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/ChunkReport.h"
+#include "Tools/aaxhost/player/StateFile.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -56,3 +56,9 @@ struct SPluginFacts
 void to_json(nlohmann::ordered_json& outJson, const SPluginFacts& inFacts);
 /** Throws nlohmann's exceptions when something is missing or of another type. */
 void from_json(const nlohmann::ordered_json& inJson, SPluginFacts& outFacts);
+
+/**
+ * @param inPortsFromCounts whether the product has this option.
+ * @return what of a plug-in a host will not get or will not learn, a sentence each.
+ */
+std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFromCounts);

@@ -1,11 +1,11 @@
 #include "Tools/vst2probe/ProductChoice.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <iterator>
-#include <string_view>
 
 #include <fmt/format.h>
+#include <initializer_list>
+#include <string_view>
 
 namespace
 {
@@ -58,6 +58,21 @@ std::string Quoted(const std::string& inText)
         quoted += byte;
     }
     return quoted + '"';
+}
+
+/** @return what to write instead, as the end of a sentence; empty when no version lets the plug-in load. */
+std::string HelpfulVersion(const std::string& inProgram, const std::filesystem::path& inPlugin,
+                           std::int32_t inRefused, std::chrono::milliseconds inLimit)
+{
+    for (const std::int32_t version : {kUsualEntryVersion, 0})
+    {
+        if (version != inRefused && ProbeOnce(inProgram, inPlugin, version, inLimit).facts)
+        {
+            return version == 0 ? "; without ENTRY_VERSION it loads"
+                                : fmt::format("; with ENTRY_VERSION {} it loads", version);
+        }
+    }
+    return {};
 }
 } // namespace
 
@@ -113,4 +128,33 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
     for (const SProbedOption& option : ProbedOptions())
         choice.options[option.keyword] = option.choose(inResult);
     return choice;
+}
+
+SExpectation TryProduct(const std::string& inProgram, const std::filesystem::path& inPlugin,
+                        const OptionValues& inExpected, std::chrono::milliseconds inLimit)
+{
+    const std::int32_t entryVersion = inExpected.at(kEntryVersionKeyword);
+    SExpectation expectation;
+    const SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, entryVersion, inLimit);
+    if (!attempt.facts)
+    {
+        expectation.refusal = attempt.refusal;
+        if (attempt.askedVersion)
+            expectation.refusal += HelpfulVersion(inProgram, inPlugin, entryVersion, inLimit);
+        return expectation;
+    }
+    SProbeResult result;
+    result.facts = attempt.facts;
+    const SProductChoice choice = ChooseProduct(inPlugin, result, "");
+    expectation.warnings = WarningsOf(*attempt.facts, inExpected.at(kPortsFromCountsKeyword) != 0);
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        const SOptionChoice& best = choice.options.at(option.keyword);
+        if (option.remedy != nullptr && best.value != 0 && inExpected.at(option.keyword) == 0)
+        {
+            expectation.warnings.push_back(
+                fmt::format("{} {} {}.", best.reason, option.keyword, option.remedy));
+        }
+    }
+    return expectation;
 }

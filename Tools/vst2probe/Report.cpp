@@ -1,7 +1,6 @@
 #include "Tools/vst2probe/Report.h"
 
 #include "Interfaces/VST2/AEffect.h"
-#include "Tools/vst2probe/Warnings.h"
 
 #include <algorithm>
 #include <iterator>

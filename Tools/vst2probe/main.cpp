@@ -2,18 +2,235 @@
 #include "Tools/commandline/NearestNames.h"
 #include "Tools/commandline/StandardStreams.h"
 #include "Tools/support/Interrupts.h"
-#include "Tools/vst2probe/ProbeCommand.h"
-#include "Tools/vst2probe/ProgramFileCommand.h"
+#include "Tools/vst2probe/ProbePlugin.h"
+#include "Tools/vst2probe/ProductChoice.h"
+#include "Tools/vst2probe/ProgramFile.h"
+#include "Tools/vst2probe/Report.h"
 
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
+#include <optional>
+#include <string>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
 
 namespace
 {
+/** What the command line says of a look at a plug-in. */
+struct SProbeArguments
+{
+    std::string plugin;
+    std::string productName;
+    double timeoutSeconds = 20.0;
+    bool json = false;
+    bool configureArguments = false;
+    bool expect = false; // to be tried with the options of the next
+    OptionValues expected;
+    std::optional<std::int32_t> childEntryVersion; // in a child process only
+};
+
+/** A bundle may be given with a slash at its end. */
+std::filesystem::path AbsolutePath(const std::string& inPath)
+{
+    const std::filesystem::path path = std::filesystem::absolute(inPath).lexically_normal();
+    return path.has_filename() ? path : path.parent_path();
+}
+
+/** The error as a sentence and, where a program reads the output, there as well. @return the exit code. */
+int Refuse(const SProbeArguments& inArguments, const std::string& inSentence)
+{
+    if (inArguments.json)
+    {
+        // Paths are in any encoding.
+        fmt::print("{}\n", nlohmann::ordered_json{{"error", inSentence}}.dump(
+                               4, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+    }
+    fmt::print(stderr, "{}\n", inSentence);
+    return 1;
+}
+
+/** @return why there is nothing to look at, as a sentence; empty when there is. */
+std::string PathFault(const std::filesystem::path& inPlugin)
+{
+    std::error_code error;
+    if (!std::filesystem::exists(inPlugin, error) && !error)
+    {
+        return std::filesystem::is_symlink(inPlugin, error)
+                   ? fmt::format("{} is a link to {}, where there is nothing.", inPlugin.string(),
+                                 std::filesystem::read_symlink(inPlugin, error).string())
+                   : fmt::format("There is no plug-in at {}.", inPlugin.string());
+    }
+    if (error || access(inPlugin.c_str(), R_OK) != 0)
+    {
+        return fmt::format("{} cannot be read: {}.", inPlugin.string(),
+                           error ? error.message() : std::strerror(errno));
+    }
+    return {};
+}
+
+int Expect(const std::string& inProgram, const std::filesystem::path& inPlugin,
+           const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
+{
+    const SExpectation expectation = TryProduct(inProgram, inPlugin, inArguments.expected, inLimit);
+    if (!expectation.refusal.empty())
+    {
+        return Refuse(inArguments, fmt::format("{} cannot be wrapped with these options: {}.",
+                                               inPlugin.string(), expectation.refusal));
+    }
+    for (const std::string& warning : expectation.warnings)
+        fmt::print(stderr, "Warning of {}: {}\n", inPlugin.string(), warning);
+    if (inArguments.json)
+        fmt::print("{}\n", nlohmann::ordered_json{{"warnings", expectation.warnings}}.dump(4));
+    else
+        fmt::print("{} loads with these options.\n", inPlugin.string());
+    return 0;
+}
+
+int Look(const std::string& inProgram, const std::filesystem::path& inPlugin,
+         const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
+{
+    const SProbeResult result = ProbePlugin(inProgram, inPlugin, inLimit);
+    if (!result.facts)
+    {
+        return Refuse(inArguments,
+                      fmt::format("{} cannot be wrapped: {}.", inPlugin.string(), result.refusal));
+    }
+    const SProductChoice choice = ChooseProduct(inPlugin, result, inArguments.productName);
+    if (inArguments.configureArguments)
+    {
+        for (const std::string& argument : choice.ConfigureArguments())
+            fmt::print("{}\n", argument);
+    }
+    else
+    {
+        fmt::print("{}",
+                   inArguments.json ? JsonReport(*result.facts, choice) : TextReport(*result.facts, choice));
+    }
+    return 0;
+}
+
+void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
+{
+    ioApp.add_option("PLUGIN", outArguments.plugin, "A VST 2 plug-in: a file or a bundle folder");
+    ioApp
+        .add_option("--name", outArguments.productName,
+                    "Name of the product (default: made from the plug-in's)")
+        ->check(
+            [](const std::string& inName) {
+                return IsProductName(inName) ? std::string()
+                                             : "a product's name has letters, digits, '-' and '_' only";
+            });
+    ioApp.add_option("--timeout", outArguments.timeoutSeconds, "Seconds that each attempt may take")
+        ->check(CLI::Range(0.01, 3600.0))
+        ->capture_default_str();
+    CLI::Option* const json = ioApp.add_flag("--json", outArguments.json, "Report as JSON");
+    ioApp
+        .add_flag("--configure-args", outArguments.configureArguments,
+                  "Print the arguments that configure this product on cmake's command line, one a line")
+        ->excludes(json);
+    CLI::Option* const expect =
+        ioApp.add_flag("--expect", outArguments.expect,
+                       "Only try whether it loads as a product with the options that follow");
+    for (const SProbedOption& option : ProbedOptions())
+    {
+        std::int32_t& value = outArguments.expected[option.keyword];
+        CLI::Option* const added =
+            option.isSwitch
+                ? ioApp.add_flag(option.Flag(), value, fmt::format("The product has {}", option.keyword))
+                : ioApp.add_option(option.Flag(), value, fmt::format("The product's {}", option.keyword));
+        added->needs(expect);
+    }
+    ioApp.add_option(kProbeChildOption, outArguments.childEntryVersion)->group(""); // not in the help
+}
+
+int RunProbeCommand(const std::string& inProgram, const SProbeArguments& inArguments)
+{
+    const std::chrono::milliseconds limit(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds));
+    const std::filesystem::path plugin = AbsolutePath(inArguments.plugin);
+    if (inArguments.childEntryVersion)
+        RunProbeChild(plugin, *inArguments.childEntryVersion, limit);
+    try
+    {
+        if (const std::string fault = PathFault(plugin); !fault.empty())
+            return Refuse(inArguments, fault);
+        return inArguments.expect ? Expect(inProgram, plugin, inArguments, limit)
+                                  : Look(inProgram, plugin, inArguments, limit);
+    }
+    catch (const std::exception& error)
+    {
+        if (IsOutputIncomplete())
+            throw; // it is not the plug-in
+        return Refuse(inArguments, fmt::format("{} cannot be looked at: {}.", plugin.string(), error.what()));
+    }
+}
+
+/** What the command line says of a preset or bank file. */
+struct SProgramFileArguments
+{
+    std::string plugin; // empty: no such command was given
+    std::string file;
+    double timeoutSeconds = 20.0;
+    bool isBank = false;
+    bool isLoad = false;
+    bool isChild = false;
+};
+
+void AddProgramFileCommands(CLI::App& ioApp, SProgramFileArguments& outArguments)
+{
+    for (const bool isBank : {false, true})
+    {
+        CLI::App* const kind = ioApp.add_subcommand(
+            isBank ? "bank" : "preset", isBank ? "Write or read a bank file: all programs"
+                                               : "Write or read a preset file: the current program");
+        kind->require_subcommand(1);
+        for (const bool isLoad : {false, true})
+        {
+            CLI::App* const action = kind->add_subcommand(
+                isLoad ? "load" : "save", isLoad ? "Give the file to a fresh plug-in and print its parameters"
+                                                 : "Write the file from a fresh plug-in");
+            action->add_option("PLUGIN", outArguments.plugin, "A VST 2 plug-in: a file or a bundle folder")
+                ->required();
+            action->add_option("FILE", outArguments.file, isBank ? "Bank file" : "Preset file")->required();
+            action->add_option("--timeout", outArguments.timeoutSeconds, "Seconds that it may take")
+                ->check(CLI::Range(0.01, 3600.0))
+                ->capture_default_str();
+            action->add_flag(kProgramFileChildFlag, outArguments.isChild)->group(""); // not in the help
+            action->callback(
+                [&outArguments, isBank, isLoad]
+                {
+                    outArguments.isBank = isBank;
+                    outArguments.isLoad = isLoad;
+                });
+        }
+    }
+}
+
+int RunProgramFileCommand(const std::string& inProgram, const SProgramFileArguments& inArguments)
+{
+    const SProgramFileJob job{
+        std::filesystem::absolute(inArguments.plugin).lexically_normal(), inArguments.file,
+        inArguments.isBank, inArguments.isLoad,
+        std::chrono::milliseconds(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds))};
+    if (inArguments.isChild)
+        RunProgramFileChild(job);
+    const auto text = RunProgramFileJob(inProgram, job);
+    if (!text)
+    {
+        fmt::print(stderr, "{}\n", text.Problem().mSentence);
+        return 1;
+    }
+    fmt::print("{}", *text);
+    return 0;
+}
+
 constexpr int kRefused = 1;
 constexpr int kWrongUsage = 2;
 

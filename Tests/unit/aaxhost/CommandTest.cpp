@@ -1,5 +1,5 @@
 #include "Tests/unit/aaxhost/FakeModule.h"
-#include "Tools/aaxhost/lib/AudioFile.h"
+#include "Tools/aaxhost/player/AudioFile.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "Tests/unit/aaxhost/FakeModule.h"
-#include "Tools/aaxhost/lib/AudioFile.h"
-#include "Tools/aaxhost/lib/AutomationCurve.h"
-#include "Tools/aaxhost/lib/MidiFile.h"
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/AudioFile.h"
+#include "Tools/aaxhost/player/AutomationCurve.h"
+#include "Tools/aaxhost/player/MidiFile.h"
+#include "Tools/aaxhost/player/StateFile.h"
 
 #include <array>
 #include <fstream>

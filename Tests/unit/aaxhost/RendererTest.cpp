@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tools/aaxhost/player/Renderer.h"
 #include "Tests/unit/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/check/CallWatch.h"
 

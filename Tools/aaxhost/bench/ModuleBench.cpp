@@ -5,9 +5,9 @@
 #include "Tools/aaxhost/bench/HeapInUse.h"
 #include "Tools/aaxhost/bench/InterleavedTimes.h"
 #include "Tools/aaxhost/bench/Noise.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
 #include <array>

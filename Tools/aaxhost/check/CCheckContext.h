@@ -1,7 +1,7 @@
 #pragma once
 #include "Tools/aaxhost/check/SCheck.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include <memory>
 #include <string>

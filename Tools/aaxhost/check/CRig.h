@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/CCheckContext.h"
-#include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/aaxhost/player/SRenderCall.h"
 
 #include <cstdint>
 #include <functional>

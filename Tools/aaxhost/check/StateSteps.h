@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/CCheckContext.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 
 #include <cstdint>
 #include <optional>

@@ -3,7 +3,7 @@
 #include "Tools/aaxhost/bench/ModuleBench.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"

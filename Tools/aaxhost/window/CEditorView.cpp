@@ -1,7 +1,7 @@
 #include "Tools/aaxhost/window/CEditorView.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 
 #include <algorithm>
 #include <fmt/format.h>

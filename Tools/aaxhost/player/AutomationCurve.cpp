@@ -1,6 +1,6 @@
-#include "Tools/aaxhost/lib/AutomationCurve.h"
+#include "Tools/aaxhost/player/AutomationCurve.h"
 
-#include "Tools/aaxhost/lib/ParseNumber.h"
+#include "Tools/aaxhost/player/ParseNumber.h"
 
 #include <algorithm>
 #include <cctype>

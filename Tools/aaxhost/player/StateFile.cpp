@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/StateFile.h"
+#include "Tools/aaxhost/player/StateFile.h"
 
 #include "Tools/support/CWholeFile.h"
 

@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/ChunkReport.h"
+#include "Tools/aaxhost/player/ChunkReport.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
 

@@ -1,8 +1,8 @@
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CInstance.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CModule.h"
 #include "Tools/support/CStage.h"
 
 #include <algorithm>

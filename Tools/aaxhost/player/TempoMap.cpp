@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/TempoMap.h"
+#include "Tools/aaxhost/player/TempoMap.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
-#include "Tools/aaxhost/lib/ParameterChoice.h"
+#include "Tools/aaxhost/player/ParameterChoice.h"
 
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 #include "Tools/commandline/NearestNames.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/AudioFile.h"
+#include "Tools/aaxhost/player/AudioFile.h"
 
 #include "Tools/support/CWholeFile.h"
 

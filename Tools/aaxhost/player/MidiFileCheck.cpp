@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/MidiFileCheck.h"
+#include "Tools/aaxhost/player/MidiFileCheck.h"
 
 #include <algorithm>
 #include <cstring>

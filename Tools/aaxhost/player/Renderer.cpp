@@ -1,7 +1,7 @@
-#include "Tools/aaxhost/lib/Renderer.h"
+#include "Tools/aaxhost/player/Renderer.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 #include "Tools/support/CStage.h"
 
 #include <algorithm>

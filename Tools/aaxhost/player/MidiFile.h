@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/lib/TempoMap.h"
+#include "Tools/aaxhost/player/TempoMap.h"
 #include "Tools/support/COutcome.h"
 
 #include <array>

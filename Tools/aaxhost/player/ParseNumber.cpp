@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/ParseNumber.h"
+#include "Tools/aaxhost/player/ParseNumber.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/aaxhost/player/SRenderCall.h"
 
 #include "Tools/aaxhost/host/CHostTransport.h"
 

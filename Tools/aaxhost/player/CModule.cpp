@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/support/CStage.h"

@@ -3,7 +3,7 @@
 #include "Interfaces/AAX/AAX_IACFEffectParameters.h"
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
-#include "Tools/aaxhost/lib/SRenderCall.h"
+#include "Tools/aaxhost/player/SRenderCall.h"
 #include "Tools/support/COutcome.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
-#include "Tools/aaxhost/lib/AudioFile.h"
-#include "Tools/aaxhost/lib/AutomationCurve.h"
-#include "Tools/aaxhost/lib/MidiFile.h"
-#include "Tools/aaxhost/lib/TempoMap.h"
+#include "Tools/aaxhost/player/AudioFile.h"
+#include "Tools/aaxhost/player/AutomationCurve.h"
+#include "Tools/aaxhost/player/MidiFile.h"
+#include "Tools/aaxhost/player/TempoMap.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,9 +1,9 @@
-#include "Tools/aaxhost/lib/CInstance.h"
+#include "Tools/aaxhost/player/CInstance.h"
 
 #include "Interfaces/AAX/AAX_UIDs.h"
 #include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/host/HostNames.h"
-#include "Tools/aaxhost/lib/CModule.h"
+#include "Tools/aaxhost/player/CModule.h"
 #include "Tools/support/CStage.h"
 
 #include <algorithm>

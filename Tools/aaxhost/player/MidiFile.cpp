@@ -1,6 +1,6 @@
-#include "Tools/aaxhost/lib/MidiFile.h"
+#include "Tools/aaxhost/player/MidiFile.h"
 
-#include "Tools/aaxhost/lib/MidiFileCheck.h"
+#include "Tools/aaxhost/player/MidiFileCheck.h"
 
 #include <algorithm>
 #include <fmt/format.h>

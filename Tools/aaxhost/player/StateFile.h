@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/lib/InstanceState.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 
 #include <string>
 
