@@ -102,6 +102,9 @@ AAX_Result AAX_CInstrumentParameters::StaticDescribe(AAX_IEffectDescriptor* outD
     AAX_Result result = AddNodes(*component, inInfo);
     result |= AddAudio(*component, inInfo);
     result |= component->AddPrivateData(kInstrumentField_PrivateData, sizeof(void*), 0);
+    if (inInfo.mNeedsOutputMIDI)
+        result |= component->AddMIDINode(kInstrumentField_OutputNode, AAX_eMIDINodeType_LocalOutput,
+                                         inInfo.mOutputMIDINodeName, kAllChannels);
 
     const std::unique_ptr<AAX_IPropertyMap> properties = component->NewPropertyMap();
     if (properties == nullptr)

@@ -20,7 +20,8 @@ enum EInstrumentField : AAX_CFieldIndex
     kInstrumentField_TransportNode = 6,
     kInstrumentField_AdditionalInputNodes = 7,
     kInstrumentField_PrivateData = 22,
-    kInstrumentField_Meters = 23
+    kInstrumentField_Meters = 23,
+    kInstrumentField_OutputNode = 24 // only where it is needed
 };
 
 /**
@@ -40,6 +41,7 @@ struct AAX_SInstrumentRenderInfo
     AAX_IMIDINode* mAdditionalInputMIDINodes[kMaxAdditionalMIDINodes];
     AAX_CInstrumentParameters** mPrivateData; // the slot that `ResetFieldData` filled
     float** mMeters;
+    AAX_IMIDINode* mOutputNode; // there only where one was described
 };
 static_assert(offsetof(AAX_SInstrumentRenderInfo, mInputNode) == kInstrumentField_InputNode * sizeof(void*));
 static_assert(offsetof(AAX_SInstrumentRenderInfo, mPrivateData) ==

@@ -27,6 +27,9 @@ struct AAX_SInstrumentSetupInfo
     std::uint32_t mInputMIDIChannelMask = 0xFFFF;
     std::int32_t mNumAdditionalInputMIDINodes = 0; // 0 to kMaxAdditionalMIDINodes
 
+    bool mNeedsOutputMIDI = false;
+    const char* mOutputMIDINodeName = "OutputMIDI";
+
     bool mNeedsTransport = false;
     const char* mTransportMIDINodeName = "Transport";
 

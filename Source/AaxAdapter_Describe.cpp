@@ -47,7 +47,10 @@ AAX_SInstrumentSetupInfo SetupInfoOf(const CVst2Plugin& inPlugin, const char* in
     info.mManufacturerID = kManufacturerID;
     info.mProductID = info.mPluginID = static_cast<AAX_CTypeID>(inPlugin.GetUniqueId());
     info.mCanBypass = true;
-    info.mNeedsInputMIDI = ShapeOf(inPlugin).mHasInputNode;
+    const SDescribedShape shape = ShapeOf(inPlugin);
+    info.mNeedsInputMIDI = shape.mHasInputNode;
+    info.mNeedsOutputMIDI = shape.mHasOutputNode;
+    info.mOutputMIDINodeName = inName;
     info.mInputMIDINodeName = inName;
     info.mInputMIDIChannelMask = kInputMIDIChannels;
     info.mNeedsGlobalMIDI = true;
@@ -64,12 +67,18 @@ AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inP
     AAX_Result result = outDescriptor.AddName(name);
     result |= outDescriptor.AddCategory(isInstrument ? kAAX_CategorySoftwareInstrument : kAAX_CategoryEffect);
     result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, SetupInfoOf(inPlugin, name));
-    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(&AaxAdapter_Parameters::Create),
+    const SInstanceFactories factories = ProductInstanceFactories();
+    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(factories.mMakeParameters),
                                        kAAX_ProcPtrEffectParameters);
-    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(&CAaxEditor::Create), kAAX_ProcPtrEffectGUI);
+    result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(factories.mMakeEditor), kAAX_ProcPtrEffectGUI);
     return result;
 }
 } // namespace
+
+SInstanceFactories PlainInstanceFactories() noexcept
+{
+    return {&AaxAdapter_Parameters::Create, &CAaxEditor::Create};
+}
 
 AAX_Result GetEffectDescriptions(AAX_ICollection* outCollection)
 {

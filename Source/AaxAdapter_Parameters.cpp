@@ -72,6 +72,8 @@ void AaxAdapter_Parameters::ReleasePlugin()
         {
             if (mPlugin != nullptr && mPlugin->IsEditorOpen())
                 mPlugin->CloseEditor();
+            if (mPlugin != nullptr && mPlugin->GetEffect() != nullptr)
+                PluginEnds();
             return kAAX_Success;
         });
     mPlugin = nullptr;
@@ -127,7 +129,8 @@ void AaxAdapter_Parameters::LoadWrappedPlugin()
         // Again, although loading has done it: some plug-ins drop the rate and block size sent before they
         // are open.
         mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
-        mLatency = mPlugin->GetInitialDelay();
+        PluginStarted();
+        mLatency = PluginLatency();
         PrepareChannels();
     }
     TellLatency();
@@ -142,6 +145,17 @@ void AaxAdapter_Parameters::TellLatency()
         static_cast<std::int32_t>(latency)); // a refusal changes nothing here
     mToldLatency = latency;
 }
+
+void AaxAdapter_Parameters::RefreshLatency()
+{
+    if (mPlugin == nullptr || Controller() == nullptr)
+        return;
+    mLatency = PluginLatency();
+    if (std::max<std::int64_t>(mLatency, 0) != mToldLatency)
+        TellLatency();
+}
+
+std::int64_t AaxAdapter_Parameters::PluginLatency() const { return mPlugin->GetInitialDelay(); }
 
 void AaxAdapter_Parameters::PrepareChannels()
 {

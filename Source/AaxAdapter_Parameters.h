@@ -99,8 +99,7 @@ public:
     static constexpr long kMaxParameters = 65536;
     static constexpr std::int32_t kMaxChannels = 4096; // of either direction
 
-private:
-    static constexpr long kNoneDirect = -1;
+protected:
     /** A part of a block. */
     struct SFrames
     {
@@ -108,10 +107,52 @@ private:
         std::int32_t mCount;
     };
 
-    void LoadWrappedPlugin();
-    void TellLatency();
+    // ---- Where a product's features (Source/features/) come in. Main thread.
+
+    /** The plug-in is loaded and switched on. */
+    virtual void PluginStarted() {}
+    /** It is going to be switched off. */
+    virtual void PluginEnds() {}
+    /** Samples. There is a plug-in. */
+    virtual std::int64_t PluginLatency() const;
+    /** Gives the plug-in a saved chunk and, where it is not negative, the program that was saved with it. */
+    virtual void RestorePlugin(std::span<const char> inData, std::int32_t inProgram);
+
+    // ---- What they use.
+
+    /** Tells the host of the plug-in's latency where it is another one now. */
+    void RefreshLatency();
     /** Closes it, and its editor before; the host's editor knows it no more. */
     void ReleasePlugin();
+    void GivePluginChunk(std::span<const char> inData);
+    void GivePluginProgram(std::int32_t inProgram);
+    CVst2Plugin* Plugin() const { return mPlugin; }
+    IAttachedEditor* AttachedEditor() const { return mEditor; }
+    float SampleRate() const { return mSampleRate; }
+
+    // The steps of a block; some are defined in AaxAdapter_Parameters_Steps.h. Render thread.
+
+    void UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept;
+    /** So many frames further on, where the transport plays. */
+    void AdvanceTimeInfo(std::int32_t inFrames) noexcept;
+    std::span<const AAX_CMidiPacket> PacketsOf(const AAX_SInstrumentRenderInfo& inInfo) const;
+    /** All those of a block of at most kBlockSizeFrames frames. */
+    void ForwardEvents(std::span<const AAX_CMidiPacket> inPackets);
+    /** Those of a part of the block, the last part's with all that come later; as many calls as it takes. */
+    void ForwardPacketsOf(SFrames inFrames, bool inIsLast, std::span<const AAX_CMidiPacket> inPackets);
+    /** A block of at most kBlockSizeFrames frames. */
+    void RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo);
+    /** A part of a block. */
+    void RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames);
+    /** From one of the described channels on. */
+    void SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo, long inFirstChannel,
+                        SFrames inFrames) const noexcept;
+
+private:
+    static constexpr long kNoneDirect = -1;
+
+    void LoadWrappedPlugin();
+    void TellLatency();
     void AddPluginParameters();
     void AddOwnParameters();
     void RegisterPackets();
@@ -134,19 +175,9 @@ private:
     /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
     long PluginParameterCount() const;
 
-    void UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept;
-    void ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo);
-    std::span<const AAX_CMidiPacket> PacketsOf(const AAX_SInstrumentRenderInfo& inInfo) const;
     void ForwardPackets(std::int64_t inCount, const AAX_CMidiPacket* inPackets);
-    /** Those of a part of the block, the last part's with all that come later; as many calls as it takes. */
-    void ForwardPacketsOf(SFrames inFrames, bool inIsLast, std::span<const AAX_CMidiPacket> inPackets);
     void GrowEventArrays(std::int64_t inCount);
-    void RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo);
     void RenderInParts(AAX_SInstrumentRenderInfo& ioInfo);
-    void RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames);
-    /** From one of the described channels on. */
-    void SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo, long inFirstChannel,
-                        SFrames inFrames) const noexcept;
 
     std::array<char, 24> mIdBuffer{};
     CVst2Host mVst2Host;

@@ -189,17 +189,31 @@ AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChun
     {
         const CClearedFlag notReady(mReady); // what it reports meanwhile is read below
         const SSavedChunk saved = SplitTrailer(DataOf(inChunk));
-        // A plug-in only reads the data; the interface has no word for that.
-        mPlugin->SetChunk(const_cast<char*>(saved.mPluginData.data()),
-                          static_cast<long>(saved.mPluginData.size()));
-        if (saved.mProgram >= 0)
-            mPlugin->SetProgram(saved.mProgram);
+        RestorePlugin(saved.mPluginData, saved.mProgram);
     }
     MirrorPluginValues();
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
         SetParameter(i, mPlugin->GetParameter(i));
     return kAAX_Success;
+}
+
+void AaxAdapter_Parameters::RestorePlugin(std::span<const char> inData, std::int32_t inProgram)
+{
+    GivePluginChunk(inData);
+    GivePluginProgram(inProgram);
+}
+
+void AaxAdapter_Parameters::GivePluginChunk(std::span<const char> inData)
+{
+    // A plug-in only reads the data; the interface has no word for that.
+    mPlugin->SetChunk(const_cast<char*>(inData.data()), static_cast<long>(inData.size()));
+}
+
+void AaxAdapter_Parameters::GivePluginProgram(std::int32_t inProgram)
+{
+    if (inProgram >= 0)
+        mPlugin->SetProgram(inProgram);
 }
 
 AAX_Result AaxAdapter_Parameters::CompareActiveChunk(const AAX_SPlugInChunk* inChunk,

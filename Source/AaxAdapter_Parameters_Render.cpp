@@ -1,13 +1,7 @@
-#include "Interfaces/AAX/AAX_IMIDINode.h"
-#include "Interfaces/AAX/AAX_ITransport.h"
-#include "Source/AaxAdapter_Parameters.h"
-#include "Source/plugins/CVst2Plugin.h"
+#include "Source/AaxAdapter_Parameters_Steps.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <cstring>
-#include <limits>
 
 namespace
 {
@@ -24,78 +18,7 @@ unsigned long PackedBytes(const AAX_CMidiPacket& inPacket) noexcept
     return bytes;
 }
 
-/** Quarter notes since the start of a 4/4 bar, 0 up to 4; 0 where the host's numbers give no position. */
-double QuarterInBar(double inTempo, double inPosition, double inSamplesPerBarAtOneBpm) noexcept
-{
-    // From here on a double has no fraction; a rate of 0 gives infinity or no number.
-    constexpr double kNoFraction = 4503599627370496.0; // 2^52
-    const double bars = inTempo * inPosition / inSamplesPerBarAtOneBpm;
-    if (!(std::abs(bars) < kNoFraction)) [[unlikely]]
-        return 0.0;
-    return (bars - static_cast<double>(static_cast<std::int64_t>(bars))) * 4.0;
-}
-
-/** The upper half of a double's bits: the larger, the larger the value, and for one that is negative,
- * infinite or no number beyond those of all others. */
-constexpr std::uint32_t UpperHalf(double inValue) noexcept
-{
-    return static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(inValue) >> 32);
-}
-
-/** Beats per minute that a plug-in can count on; it gets them in single precision. */
-bool IsTempo(double inTempo) noexcept
-{
-    constexpr std::uint32_t kLowest = UpperHalf(static_cast<double>(std::numeric_limits<float>::min()));
-    constexpr std::uint32_t kHighest = UpperHalf(static_cast<double>(std::numeric_limits<float>::max()));
-    return UpperHalf(inTempo) - kLowest <= kHighest - kLowest;
-}
 } // namespace
-
-// The steps of a block are defined inline, ahead of the call that makes them: most blocks bring no packet,
-// and going from one small function to the next would cost as much as what they do.
-
-inline void AaxAdapter_Parameters::UpdateTimeInfo(const AAX_SInstrumentRenderInfo& inInfo) noexcept
-{
-    AAX_ITransport* const transport =
-        inInfo.mTransportNode != nullptr ? inInfo.mTransportNode->GetTransport() : nullptr;
-    bool playing = false;
-    std::int64_t location = 0;
-    if (transport != nullptr) [[likely]]
-    {
-        if (transport->GetCurrentTempo(&mTempo) != kAAX_Success || !IsTempo(mTempo)) [[unlikely]]
-            mTempo = mLastTempo;
-        if (transport->IsTransportPlaying(&playing) != kAAX_Success) [[unlikely]]
-            playing = false;
-        if (transport->GetCurrentNativeSampleLocation(&location) != kAAX_Success) [[unlikely]]
-            location = 0;
-        mLastTempo = mTempo;
-    }
-    VstTimeInfo& time = mVst2Host.TimeInfo();
-    time.tempo = static_cast<double>(static_cast<float>(mTempo));
-    time.samplePos = static_cast<double>(location);
-    time.ppqPos = QuarterInBar(mTempo, time.samplePos, mSamplesPerBarAtOneBpm);
-    time.sampleRate = mTimeInfoRate;
-    time.flags = playing ? kVstTransportPlaying : 0;
-}
-
-inline std::span<const AAX_CMidiPacket> AaxAdapter_Parameters::PacketsOf(
-    const AAX_SInstrumentRenderInfo& inInfo) const
-{
-    const AAX_CMidiStream* const stream =
-        mHasInputNode && inInfo.mInputNode != nullptr ? inInfo.mInputNode->GetNodeBuffer() : nullptr;
-    if (stream == nullptr || stream->mCount == 0 || stream->mPackets == nullptr) [[likely]]
-        return {};
-    return {stream->mPackets, stream->mCount};
-}
-
-inline void AaxAdapter_Parameters::ForwardEvents(const AAX_SInstrumentRenderInfo& inInfo)
-{
-    const std::span<const AAX_CMidiPacket> packets = PacketsOf(inInfo);
-    if (packets.empty()) [[likely]]
-        mPlugin->ProcessEvents(0, mEventData.data(), mEventTimes.data());
-    else
-        ForwardPackets(std::ssize(packets), packets.data());
-}
 
 void AaxAdapter_Parameters::ForwardPackets(std::int64_t inCount, const AAX_CMidiPacket* inPackets)
 {
@@ -141,17 +64,6 @@ void AaxAdapter_Parameters::GrowEventArrays(std::int64_t inCount)
     mEventsAtOnce = std::min(inCount, kMaxEventsPerCall);
 }
 
-inline void AaxAdapter_Parameters::RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo)
-{
-    const AEffect& effect = *mPlugin->GetEffect();
-    const bool hostArraysFit =
-        effect.numInputs <= mInputs.HostChannelCount() && effect.numOutputs == mDirectOutputs;
-    if (!hostArraysFit) [[unlikely]]
-        RenderFitted(ioInfo, {0, *ioInfo.mNumSamples});
-    else
-        mPlugin->Process(ioInfo.mAudioInputs, ioInfo.mAudioOutputs, *ioInfo.mNumSamples);
-}
-
 void AaxAdapter_Parameters::RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames)
 {
     const AEffect& effect = *mPlugin->GetEffect();
@@ -172,7 +84,6 @@ void AaxAdapter_Parameters::RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFra
 
 void AaxAdapter_Parameters::RenderInParts(AAX_SInstrumentRenderInfo& ioInfo)
 {
-    VstTimeInfo& time = mVst2Host.TimeInfo();
     const std::int32_t frames = *ioInfo.mNumSamples;
     const std::span<const AAX_CMidiPacket> packets = PacketsOf(ioInfo);
     for (std::int32_t first = 0; first < frames; first += kBlockSizeFrames)
@@ -180,14 +91,19 @@ void AaxAdapter_Parameters::RenderInParts(AAX_SInstrumentRenderInfo& ioInfo)
         const SFrames part{first, std::min(frames - first, kBlockSizeFrames)};
         ForwardPacketsOf(part, part.mCount == frames - first, packets);
         RenderFitted(ioInfo, part);
-        if ((time.flags & kVstTransportPlaying) != 0)
-        {
-            time.samplePos += part.mCount;
-            time.ppqPos = QuarterInBar(mTempo, time.samplePos, mSamplesPerBarAtOneBpm);
-        }
+        AdvanceTimeInfo(part.mCount);
         if (frames - first <= kBlockSizeFrames)
             return; // ahead of a sum that no integer holds
     }
+}
+
+void AaxAdapter_Parameters::AdvanceTimeInfo(std::int32_t inFrames) noexcept
+{
+    VstTimeInfo& time = mVst2Host.TimeInfo();
+    if ((time.flags & kVstTransportPlaying) == 0)
+        return;
+    time.samplePos += inFrames;
+    time.ppqPos = QuarterInBar(mTempo, time.samplePos, mSamplesPerBarAtOneBpm);
 }
 
 void AaxAdapter_Parameters::SilenceOutputs(const AAX_SInstrumentRenderInfo& ioInfo, long inFirstChannel,
@@ -207,7 +123,7 @@ void AaxAdapter_Parameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
     {
         if (!isWhole) [[unlikely]]
             return RenderInParts(*ioInfo); // of a negative number there are none
-        ForwardEvents(*ioInfo);
+        ForwardEvents(PacketsOf(*ioInfo));
         RenderPlugin(*ioInfo);
     }
     catch (...)

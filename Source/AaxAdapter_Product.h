@@ -3,6 +3,9 @@
 
 #include <cstdint>
 
+class AAX_IEffectGUI;
+class AAX_IEffectParameters;
+
 /**
  * What makes a module one maker's product, beside the options of ProductOptions.h. A product's generated
  * source defines these; the values are arguments of `add_aax_adapter`.
@@ -24,3 +27,17 @@ RenderCallback ProductRenderCallback() noexcept;
 RenderCallback PlainRenderCallback() noexcept;
 /** Also counts what should not be called meanwhile. In the library `render_guard`, for a beta. */
 RenderCallback GuardedRenderCallback() noexcept;
+
+/** What the description registers for making the objects of an instance, which start with no references. */
+struct SInstanceFactories
+{
+    AAX_IEffectParameters* (*mMakeParameters)();
+    AAX_IEffectGUI* (*mMakeEditor)();
+};
+
+/** Those that the product registers: one of the two below. */
+SInstanceFactories ProductInstanceFactories() noexcept;
+
+SInstanceFactories PlainInstanceFactories() noexcept;
+/** Of instances with features. In the library `product_features`. */
+SInstanceFactories FeaturedInstanceFactories() noexcept;

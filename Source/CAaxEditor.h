@@ -55,12 +55,16 @@ public:
 
     void ForgetInstance() noexcept override;
 
-private:
-    void CreateViewContents() override {}
+protected:
     /** Opens the plug-in's editor in the host's view. */
     void CreateViewContainer() override;
     /** Closes it. The plug-in stays known: it gets idle time, and opens again with the next container. */
     void DeleteViewContainer() override;
+    AaxAdapter_Parameters* Instance() const { return mInstance; }
+    CVst2Plugin* Plugin() const { return mPlugin; }
+
+private:
+    void CreateViewContents() override {}
     void OpenEditor();
 
     std::array<char, 24> mIdBuffer{};

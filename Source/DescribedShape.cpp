@@ -2,6 +2,7 @@
 
 #include "Source/StemLayout.h"
 #include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/ProductFeatures.h"
 #include "Source/plugins/ProductOptions.h"
 
 #include <mutex>
@@ -12,13 +13,18 @@ namespace
 // instance.
 std::mutex gDescribedMutex;
 std::optional<SDescribedShape> gDescribed;
+
+bool SendsMidi(const CVst2Plugin& inPlugin)
+{
+    return inPlugin.CanDo("sendVstMidiEvent") || inPlugin.CanDo("sendVstEvents");
+}
 } // namespace
 
 SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
 {
     const SStemLayout layout = StemLayoutOfPorts(inPlugin.InputPorts(), inPlugin.OutputPorts());
     return {layout.InputChannelCount(), layout.OutputChannelCount(),
-            inPlugin.AcceptedMidiAtLoad() || kMidiInput};
+            inPlugin.AcceptedMidiAtLoad() || kMidiInput, kProductFeatures.mMidiOutput && SendsMidi(inPlugin)};
 }
 
 void RememberDescription(const SDescribedShape& inShape)

@@ -9,6 +9,7 @@ struct SDescribedShape
     long mInputChannels = 0;  // of the main input stem
     long mOutputChannels = 0; // of the main output stem and the auxiliary ones
     bool mHasInputNode = false;
+    bool mHasOutputNode = false;
 };
 
 /** What a copy of the plug-in is described as. */

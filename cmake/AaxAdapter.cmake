@@ -4,7 +4,8 @@
 #       SOURCE_VST       path/to/MyPlugin.vst   # a file, a bundle folder or a target of this build
 #       EFFECT_ID        com.maker.myplugin     # reverse-domain name of the effect
 #       MANUFACTURER_ID  Mkr1                   # four characters
-#       [option...])                            # see ProductOptions.cmake
+#       [option...]                             # see ProductOptions.cmake
+#       [FEATURES ALL])                         # or some of ProductFeatures.cmake
 #
 # Where it is not for another system, the build has vst2probe load the plug-in as it lies in the bundle, and stops when
 # that fails.
@@ -20,7 +21,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake)
 function(add_aax_adapter name)
     _aaxadapter_list_options(switches SWITCH)
     _aaxadapter_list_options(values REQUIRED TEXT NUMBER)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "${switches}" "${values}" "")
+    _aaxadapter_list_options(lists LIST)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "${switches}" "${values}" "${lists}")
     _aaxadapter_check_arguments()
 
     set(bundle ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin)
@@ -31,6 +33,12 @@ function(add_aax_adapter name)
     if(arg_RT_GUARD)
         set(AAXADAPTER_RENDER_CALLBACK GuardedRenderCallback)
     endif()
+    _aaxadapter_list_feature_fields(ignored AAXADAPTER_FEATURE_FIELDS ${arg_FEATURES})
+    set(AAXADAPTER_FACTORIES PlainInstanceFactories)
+    if(arg_FEATURES)
+        set(AAXADAPTER_FACTORIES FeaturedInstanceFactories)
+    endif()
+    _aaxadapter_name_features(${bundle}/Contents/Resources/features.txt)
     configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/product.cpp.in ${generated} @ONLY)
 
     add_library(${name} MODULE ${generated})
@@ -39,6 +47,9 @@ function(add_aax_adapter name)
         "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
     if(arg_RT_GUARD)
         target_link_libraries(${name} PRIVATE AaxAdapter::render_guard)
+    endif()
+    if(arg_FEATURES)
+        target_link_libraries(${name} PRIVATE AaxAdapter::product_features)
     endif()
     if(TARGET project_warnings) # not in a project that uses the installed package
         target_link_libraries(${name} PRIVATE project_warnings)
@@ -58,6 +69,16 @@ function(add_aax_adapter name)
     _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources ${module} "${arg_SOURCE_VST}" ${generated})
     aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
     install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
+endfunction()
+
+# A list for whoever looks at the bundle, one a line; a product without features has no such file.
+function(_aaxadapter_name_features file)
+    if(arg_FEATURES)
+        list(JOIN arg_FEATURES "\n" lines)
+        file(CONFIGURE OUTPUT ${file} CONTENT "${lines}\n" @ONLY)
+    else()
+        file(REMOVE ${file})
+    endif()
 endfunction()
 
 # "Mkr1" -> 0x4D6B7231
@@ -148,5 +169,9 @@ function(_aaxadapter_probe_command out)
             list(APPEND probe ${flag})
         endif()
     endforeach()
+    if(arg_FEATURES)
+        list(JOIN arg_FEATURES "," features)
+        list(APPEND probe --features ${features} --)
+    endif()
     set(${out} "${probe}" PARENT_SCOPE)
 endfunction()

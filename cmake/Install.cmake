@@ -4,7 +4,7 @@ include_guard(GLOBAL)
 include(CMakePackageConfigHelpers)
 
 # A target has the same name in the source tree and in an installed package.
-set(libraries aax_exports aax_adapter aax_library aax_interface effect_gui_vst platform render_guard vst2_host vst2_interface vstgui)
+set(libraries aax_exports aax_adapter aax_library aax_interface effect_gui_vst platform product_features render_guard vst2_host vst2_interface vstgui)
 foreach(library IN LISTS libraries)
     add_library(AaxAdapter::${library} ALIAS ${library})
 endforeach()
@@ -28,6 +28,7 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/ProductFeatures.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
@@ -35,7 +36,10 @@ if(PROJECT_IS_TOP_LEVEL)
         DESTINATION ${package} COMPONENT AaxAdapter)
     install(DIRECTORY ${CMAKE_CURRENT_LIST_DIR}/notices DESTINATION ${package} COMPONENT AaxAdapter)
     install(FILES Source/AaxAdapter_Product.h DESTINATION include/aaxadapter/Source COMPONENT AaxAdapter)
-    install(FILES ${PROJECT_BINARY_DIR}/options/Source/plugins/ProductOptions.h DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
+    install(FILES
+            ${PROJECT_BINARY_DIR}/options/Source/plugins/ProductFeatures.h
+            ${PROJECT_BINARY_DIR}/options/Source/plugins/ProductOptions.h
+        DESTINATION include/aaxadapter/Source/plugins COMPONENT AaxAdapter)
     # What a maker needs, and so all that has to be built before the package is installed.
     add_custom_target(aaxadapter_package DEPENDS ${libraries})
     if(TARGET aaxhost)

@@ -1,5 +1,6 @@
 # What add_aax_adapter() takes for an argument.
 include_guard(GLOBAL)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductFeatures.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake)
 
 # Stops the configuration with a sentence that says what to write.
@@ -57,6 +58,7 @@ macro(_aaxadapter_check_arguments)
                 "2147483647; write ${option_EXAMPLE}, or leave it out for ${option_default}.")
         endif()
     endforeach()
+    _aaxadapter_choose_features(arg_FEATURES ${name} ${arg_FEATURES})
     _aaxadapter_check_version()
 endmacro()
 

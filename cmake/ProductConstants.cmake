@@ -1,6 +1,7 @@
 # What a module knows its product's options by: constants, which Source/plugins/ProductOptions.h declares and each product's
 # own source defines.
 include_guard(GLOBAL)
+include(${CMAKE_CURRENT_LIST_DIR}/ProductFeatures.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake)
 
 # The declarations and the definitions in C++; the values are those of the variables of the prefix and the keyword, and the
@@ -35,7 +36,26 @@ function(_aaxadapter_list_constants out_declarations out_definitions prefix)
     set(${out_definitions} "${definitions}" PARENT_SCOPE)
 endfunction()
 
-# Writes ProductOptions.h below a folder, and lets the target and its users include it.
+# The record's fields and, with the chosen features, its initializers in C++.
+function(_aaxadapter_list_feature_fields out_fields out_initializers)
+    set(fields "")
+    set(initializers "")
+    _aaxadapter_list_features(names)
+    foreach(name IN LISTS names)
+        get_property(field GLOBAL PROPERTY _aaxadapter_feature_${name}_field)
+        get_property(meaning GLOBAL PROPERTY _aaxadapter_feature_${name}_meaning)
+        list(JOIN meaning "\n     * " meaning)
+        string(APPEND fields "    /** ${meaning} */\n    bool ${field} = false;\n")
+        if(name IN_LIST ARGN)
+            list(APPEND initializers ".${field} = true")
+        endif()
+    endforeach()
+    list(JOIN initializers ", " initializers)
+    set(${out_fields} "${fields}" PARENT_SCOPE)
+    set(${out_initializers} "${initializers}" PARENT_SCOPE)
+endfunction()
+
+# Writes ProductOptions.h and ProductFeatures.h below a folder, and lets the target and its users include them.
 function(aaxadapter_declare_options target folder)
     _aaxadapter_list_constants(declarations ignored none_)
     file(CONFIGURE OUTPUT ${folder}/Source/plugins/ProductOptions.h @ONLY CONTENT "#pragma once
@@ -47,6 +67,23 @@ function(aaxadapter_declare_options target folder)
  * the value in brackets is the default.
  */
 ${declarations}")
+    _aaxadapter_list_feature_fields(fields ignored)
+    _aaxadapter_list_features(names)
+    list(TRANSFORM names REPLACE "(.+)" "\"\\1\"")
+    list(JOIN names ", " names)
+    file(CONFIGURE OUTPUT ${folder}/Source/plugins/ProductFeatures.h @ONLY CONTENT "#pragma once
+// Made from cmake/ProductFeatures.cmake.
+
+/** What a product does beyond the required behaviour. Declared here, defined by each product's own source. */
+struct SProductFeatures
+{
+${fields}};
+
+extern const SProductFeatures kProductFeatures;
+
+/** Their names in FEATURES, in the order of the fields. */
+inline constexpr const char* kProductFeatureNames[] = {${names}};
+")
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${folder}>)
 endfunction()
 
@@ -57,7 +94,8 @@ function(aaxadapter_define_options target)
     cmake_parse_arguments(PARSE_ARGV 1 own "" "${keywords}" "")
     _aaxadapter_list_constants(ignored definitions own_)
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}_options.cpp @ONLY CONTENT
-        "#include \"Source/plugins/ProductOptions.h\"\n\n${definitions}")
+        "#include \"Source/plugins/ProductFeatures.h\"\n#include \"Source/plugins/ProductOptions.h\"\n
+${definitions}const SProductFeatures kProductFeatures{};\n")
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_options.cpp)
     target_include_directories(${target} PRIVATE $<TARGET_PROPERTY:vst2_host,INTERFACE_INCLUDE_DIRECTORIES>)
 endfunction()

@@ -7,7 +7,8 @@
 #
 #   _aaxadapter_option(KEYWORD kind default "help" [PROBED] [EXAMPLE value] [CONSTANT name MEANING line...])
 #
-# The kind is REQUIRED or TEXT, NUMBER (an int32_t, of which the sentence about a wrong one names an EXAMPLE) or SWITCH.
+# The kind is REQUIRED or TEXT, NUMBER (an int32_t, of which the sentence about a wrong one names an EXAMPLE), SWITCH or
+# LIST (one or more words).
 include_guard(GLOBAL)
 
 function(_aaxadapter_option keyword kind default help)
@@ -58,6 +59,7 @@ _aaxadapter_option(PORTS_FROM_COUNTS SWITCH OFF "Ports of a plug-in that describ
 _aaxadapter_option(MIDI_INPUT SWITCH OFF "A MIDI input although the plug-in announces none" PROBED
     CONSTANT kMidiInput MEANING
     "The description has a MIDI input even where the plug-in has not said that it takes MIDI.")
+_aaxadapter_option(FEATURES LIST "" "What it does beyond the required: ALL, or names of cmake/ProductFeatures.cmake")
 _aaxadapter_option(RT_GUARD SWITCH OFF "Count what should not happen while a block is rendered, for a beta")
 _aaxadapter_option(NO_PROBE SWITCH OFF "Do not try while building whether the plug-in loads")
 _aaxadapter_option(VERSION TEXT 1.0.0 "Version of the bundle")

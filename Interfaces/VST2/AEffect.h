@@ -97,17 +97,22 @@ enum AEffectOpcodes : std::int32_t
     effGetInputProperties = 33,    // index: pin, ptr: VstPinProperties*; returns 1 when filled
     effGetOutputProperties = 34,   // index: pin, ptr: VstPinProperties*; returns 1 when filled
     effGetPlugCategory = 35,
-    effGetEffectName = 45,    // ptr: text buffer
-    effGetVendorString = 47,  // ptr: text buffer
-    effGetProductString = 48, // ptr: text buffer
+    effSetSpeakerArrangement = 42, // value, ptr: VstSpeakerArrangement* of the inputs, of the outputs
+    effSetBypass = 44,             // value: 1 on, 0 off
+    effGetEffectName = 45,         // ptr: text buffer
+    effGetVendorString = 47,       // ptr: text buffer
+    effGetProductString = 48,      // ptr: text buffer
     effGetVendorVersion = 49,
     effVendorSpecific = 50,
     effCanDo = 51, // ptr: text; returns 1 yes, 0 unknown, -1 no
     effGetTailSize = 52,
     effIdle = 53,
+    effGetParameterProperties = 56, // index: parameter, ptr: VstParameterProperties*; returns 1 when filled
     effGetVstVersion = 58,
     effGetMidiProgramName = 62,     // ptr: MidiProgramName*
     effGetMidiProgramCategory = 64, // ptr: MidiProgramCategory*
+    effBeginSetProgram = 67,
+    effEndSetProgram = 68,
     effStartProcess = 71,
     effStopProcess = 72
 };
@@ -121,16 +126,21 @@ enum AudioMasterOpcodes : std::int32_t
     audioMasterIdle = 3,
     audioMasterPinConnected = 4,
     audioMasterWantMidi = 6,
-    audioMasterGetTime = 7, // value: wanted fields; returns VstTimeInfo*
+    audioMasterGetTime = 7,       // value: wanted fields; returns VstTimeInfo*
+    audioMasterProcessEvents = 8, // ptr: VstEvents*
     audioMasterIOChanged = 13,
     audioMasterNeedIdle = 14,
     audioMasterSizeWindow = 15, // index: width, value: height
     audioMasterGetSampleRate = 16,
     audioMasterGetBlockSize = 17,
-    audioMasterGetVendorString = 32,  // ptr: text buffer
-    audioMasterGetProductString = 33, // ptr: text buffer
+    audioMasterGetCurrentProcessLevel = 23, // returns one of VstProcessLevels
+    audioMasterGetAutomationState = 24,     // returns one of VstAutomationStates
+    audioMasterGetVendorString = 32,        // ptr: text buffer
+    audioMasterGetProductString = 33,       // ptr: text buffer
     audioMasterGetVendorVersion = 34,
-    audioMasterCanDo = 37, // ptr: text
+    audioMasterCanDo = 37, // ptr: text; returns 1 yes, 0 unknown, -1 no
+    audioMasterGetLanguage = 38,
+    audioMasterGetDirectory = 41, // returns a text
     audioMasterUpdateDisplay = 42,
     audioMasterBeginEdit = 43, // index: parameter
     audioMasterEndEdit = 44    // index: parameter
@@ -146,11 +156,33 @@ enum VstStringConstants : std::int32_t
     kVstMaxProductStrLen = 64
 };
 
+enum VstProcessLevels : std::int32_t
+{
+    kVstProcessLevelUser = 1,
+    kVstProcessLevelRealtime = 2
+};
+
+enum VstAutomationStates : std::int32_t
+{
+    kVstAutomationOff = 1
+};
+
+enum VstHostLanguage : std::int32_t
+{
+    kVstLangEnglish = 1
+};
+
 enum VstTimeInfoFlags : std::int32_t
 {
     kVstTransportChanged = 1 << 0,
     kVstTransportPlaying = 1 << 1,
-    kVstTempoValid = 1 << 10
+    kVstTransportCycleActive = 1 << 2,
+    kVstNanosValid = 1 << 8,
+    kVstPpqPosValid = 1 << 9,
+    kVstTempoValid = 1 << 10,
+    kVstBarsValid = 1 << 11,
+    kVstCyclePosValid = 1 << 12,
+    kVstTimeSigValid = 1 << 13
 };
 
 struct VstTimeInfo
@@ -204,6 +236,19 @@ struct VstMidiEvent
     char reserved2;
 };
 static_assert(sizeof(VstMidiEvent) == 32 && offsetof(VstMidiEvent, midiData) == 24);
+
+struct VstMidiSysexEvent
+{
+    std::int32_t type; // kVstSysExType
+    std::int32_t byteSize;
+    std::int32_t deltaFrames; // from the start of the block
+    std::int32_t flags;
+    std::int32_t dumpBytes;
+    VstIntPtr reserved1;
+    char* sysexDump; // from the first byte, 0xF0, to the last, 0xF7
+    VstIntPtr reserved2;
+};
+static_assert(sizeof(VstMidiSysexEvent) == 48 && offsetof(VstMidiSysexEvent, sysexDump) == 32);
 
 /** A list of events; the array really holds `numEvents` pointers. */
 struct VstEvents

@@ -13,6 +13,17 @@ enum class EHostCaller
     kUnmatched // anybody else, in particular whoever calls inside an entry function
 };
 
+/** A host call: who makes it, and what comes with it. */
+struct SHostCall
+{
+    EHostCaller mCaller;
+    std::int32_t mOpcode;
+    std::int32_t mIndex;
+    VstIntPtr mValue;
+    void* mPointer;
+    float mOpt;
+};
+
 /** The answer to `audioMasterVersion` once a plug-in is loaded. */
 inline constexpr VstIntPtr kHostVersion = 2400;
 

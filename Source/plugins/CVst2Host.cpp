@@ -1,9 +1,9 @@
 #include "Source/plugins/CVst2Host.h"
 
-#include "Interfaces/VST2/HostAnswers.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/EffectRegistry.h"
 #include "Source/plugins/IEditHost.h"
+#include "Source/plugins/IHostCallAnswers.h"
 #include "Source/plugins/IMainHost.h"
 #include "Source/plugins/MouseModifiers.h"
 #include "Source/plugins/ProductOptions.h"
@@ -12,6 +12,7 @@
 #include <chrono>
 #include <iterator>
 #include <mutex>
+#include <optional>
 
 std::vector<CVst2Host*> gVctHosts;
 std::atomic<CVst2Host*> pVst2Host = nullptr;
@@ -115,6 +116,13 @@ void CVst2Host::SetEditListener(IEditHost* inListener)
     AwaitListenerCalls();
 }
 
+void CVst2Host::SetCallAnswers(IHostCallAnswers* inAnswers)
+{
+    mListenerThread.store(std::this_thread::get_id());
+    mCallAnswers.store(inAnswers);
+    AwaitListenerCalls();
+}
+
 void CVst2Host::AwaitListenerCalls() noexcept
 {
     // Only so long: a host may let a call of another thread wait for this one.
@@ -124,7 +132,7 @@ void CVst2Host::AwaitListenerCalls() noexcept
 }
 
 // Two stores pair with two loads here, all in one order (sequentially consistent). A caller stores the count
-// and then loads the listener. SetMainListener and SetEditListener store the listener and then load the
+// and then loads the listener. SetMainListener and its like store the listener and then load the
 // count. Whichever of the two stores comes second, the load behind it sees the other one. So a caller finds
 // the new listener, or it is counted and waited for.
 CVst2Host::CListenerCall::CListenerCall(CVst2Host& ioHost) noexcept
@@ -175,7 +183,7 @@ void CVst2Host::Process()
 }
 
 VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
-                                         VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/) noexcept
+                                         VstIntPtr inValue, void* inPointer, float inOpt) noexcept
 {
     const CEffectRegistry::SOwner owner = gEffectRegistry.Find(inEffect);
     if (owner.host == nullptr)
@@ -183,14 +191,18 @@ VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcod
     // Ahead of all others: asked in every block, by some plug-ins for every sample.
     if (inOpcode == audioMasterGetTime)
         return reinterpret_cast<VstIntPtr>(&owner.host->mTimeInfo);
-    return owner.host->AnswerContained(owner.plugin, inOpcode, inIndex, inPointer);
+    return owner.host->AnswerContained(owner.plugin, inOpcode, inIndex, inValue, inPointer, inOpt);
 }
 
 VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
-                                     void* inPointer) noexcept
+                                     VstIntPtr inValue, void* inPointer, float inOpt) noexcept
 {
     try
     {
+        if (mCallAnswers.load(std::memory_order_relaxed) != nullptr)
+            if (const auto answer =
+                    AnswerAhead({EHostCaller::kLoaded, inOpcode, inIndex, inValue, inPointer, inOpt}))
+                return *answer;
         return Answer(inPlugin, inOpcode, inIndex, inPointer);
     }
     catch (...)
@@ -198,6 +210,13 @@ VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcod
         // The answer may call the plug-in or a listener. What they throw must not cross the plug-in's frames.
         return 0;
     }
+}
+
+std::optional<VstIntPtr> CVst2Host::AnswerAhead(const SHostCall& inCall)
+{
+    const CListenerCall call(*this);
+    IHostCallAnswers* const answers = mCallAnswers.load();
+    return answers != nullptr ? answers->AnswerCall(inCall) : std::nullopt;
 }
 
 VstIntPtr CVst2Host::OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,

@@ -1,10 +1,11 @@
 #pragma once
-#include "Interfaces/VST2/AEffect.h"
+#include "Interfaces/VST2/HostAnswers.h"
 #include "Source/plugins/SMidiMsg.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <thread>
 #include <vector>
@@ -12,6 +13,7 @@
 class CVst2Host;
 class CVst2Plugin;
 class IEditHost;
+class IHostCallAnswers;
 class IMainHost;
 class IPlugin;
 
@@ -65,6 +67,10 @@ public:
      */
     void SetMainListener(IMainHost* inListener);
     void SetEditListener(IEditHost* inListener);
+    /** Answers ahead of this host; null for none, and else as with the listeners. */
+    void SetCallAnswers(IHostCallAnswers* inAnswers);
+    /** Whether this is the thread that set a listener last: the main thread of whoever listens. */
+    bool IsListenerThread() const noexcept { return mListenerThread.load() == std::this_thread::get_id(); }
     /**
      * Whether anybody sees the gestures that the edit listener hears; yes at first. Without a viewer nobody
      * asks the window system what is held down meanwhile.
@@ -101,9 +107,11 @@ public:
                                     VstIntPtr inValue, void* inPointer, float inOpt);
 
 private:
+    // Argument by argument, as they came: most calls need no record of them.
     VstIntPtr AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
-                              void* inPointer) noexcept;
+                              VstIntPtr inValue, void* inPointer, float inOpt) noexcept;
     VstIntPtr Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex, void* inPointer);
+    std::optional<VstIntPtr> AnswerAhead(const SHostCall& inCall);
     void OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex);
     void OnUpdateDisplay(CVst2Plugin* inPlugin);
     enum class EGesture
@@ -135,13 +143,14 @@ private:
     float mSampleRate = -1.0F; // Hz
     float mTempo = 0.0F;       // beats per minute
     VstTimeInfo mTimeInfo{};
-    std::atomic<IMainHost*> mMainListener = nullptr; // main thread writes, host callbacks read
-    std::atomic<IEditHost*> mEditListener = nullptr; // main thread writes, host callbacks read
-    std::atomic<std::thread::id> mListenerThread{};  // that set a listener last; as above
-    std::atomic<std::int32_t> mListenerCalls = 0;    // host callbacks write, main thread reads
-    std::atomic<bool> mHasGestureViewer = true;      // main thread writes, host callbacks read
-    std::atomic<unsigned long> mMouseMods;           // the listeners' thread writes, host callbacks read
-    std::atomic<bool> mIsDragging = false;           // between begin and end of an edit; as above
+    std::atomic<IMainHost*> mMainListener = nullptr;       // main thread writes, host callbacks read
+    std::atomic<IEditHost*> mEditListener = nullptr;       // main thread writes, host callbacks read
+    std::atomic<IHostCallAnswers*> mCallAnswers = nullptr; // main thread writes, host callbacks read
+    std::atomic<std::thread::id> mListenerThread{};        // that set a listener last; as above
+    std::atomic<std::int32_t> mListenerCalls = 0;          // host callbacks write, main thread reads
+    std::atomic<bool> mHasGestureViewer = true;            // main thread writes, host callbacks read
+    std::atomic<unsigned long> mMouseMods; // the listeners' thread writes, host callbacks read
+    std::atomic<bool> mIsDragging = false; // between begin and end of an edit; as above
     std::uint32_t mSerial = 0;
 };
 

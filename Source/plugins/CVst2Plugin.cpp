@@ -103,13 +103,19 @@ void CVst2Plugin::ReadShape()
     mInputPointers.assign(static_cast<std::size_t>(mInputCount), nullptr);
     mOutputPointers.assign(static_cast<std::size_t>(mOutputCount), nullptr);
 
-    char question[] = "receiveVstMidiEvent";
     mMidi.store(false);
-    mMidi.store(Dispatch(effCanDo, 0, 0, question) == 1);
+    mMidi.store(CanDo("receiveVstMidiEvent"));
     GetPortList();
     if (mForcedMidi.load())
         mMidi.store(true);
     mMidiAtLoad = mMidi.load();
+}
+
+bool CVst2Plugin::CanDo(const char* inText) const
+{
+    Text question{}; // of its own: some plug-ins write into it
+    CopyBounded(question, inText);
+    return mEffect != nullptr && Dispatch(effCanDo, 0, 0, question.data()) == 1;
 }
 
 void CVst2Plugin::GetPortList()

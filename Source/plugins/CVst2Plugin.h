@@ -89,12 +89,28 @@ public:
     /** Whether they were at the end of Load: some plug-ins ask for MIDI only when they are opened. */
     bool AcceptedMidiAtLoad() const { return mMidiAtLoad; }
     /** @return samples; 0 without an effect. Some plug-ins know it only after the first block. */
-    long GetInitialDelay() const { return mEffect != nullptr ? mEffect->initialDelay : 0; }
+    long GetInitialDelay() const
+    {
+        // Some plug-ins write it while they render, on another thread.
+        return mEffect != nullptr ? __atomic_load_n(&mEffect->initialDelay, __ATOMIC_RELAXED) : 0;
+    }
     AEffect* GetEffect() const { return mEffect; }
+    /** Calls the plug-in, for what has no operation here. There must be an effect. */
+    VstIntPtr Dispatch(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
+                       void* inPointer = nullptr, float inOpt = 0.0F) const
+    {
+        // NOTE: a plug-in that closes itself may clear its record.
+        return mEffect->dispatcher != nullptr
+                   ? mEffect->dispatcher(mEffect, inOpcode, inIndex, inValue, inPointer, inOpt)
+                   : 0;
+    }
 
     /** @return one of EState. */
     std::int32_t GetState() override { return mState; }
     bool Initialize(long inBlockSize, float inSampleRate) override;
+
+    /** Whether it says yes to one of the interface's texts. */
+    bool CanDo(const char* inText) const;
 
     // Parameters and programs
     long GetNumParameters() override;
@@ -211,14 +227,6 @@ private:
         std::array<VstMidiEvent*, kMaxEvents> events{};
     };
 
-    VstIntPtr Dispatch(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
-                       void* inPointer = nullptr, float inOpt = 0.0F) const
-    {
-        // NOTE: a plug-in that closes itself may clear its record.
-        return mEffect->dispatcher != nullptr
-                   ? mEffect->dispatcher(mEffect, inOpcode, inIndex, inValue, inPointer, inOpt)
-                   : 0;
-    }
     bool LoadEffect(const char* inUtf8Path, CVst2Host& inHost);
     VstPluginEntryProc FindEntry() const;
     void ReadIdentity();

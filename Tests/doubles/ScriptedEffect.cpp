@@ -55,6 +55,8 @@ constexpr SOpcode kOpcodes[] = {
     {"effGetVstVersion", effGetVstVersion, EArgument::kNone},
     {"effGetMidiProgramName", effGetMidiProgramName, EArgument::kIndex},
     {"effGetMidiProgramCategory", effGetMidiProgramCategory, EArgument::kIndex},
+    {"effStartProcess", effStartProcess, EArgument::kNone},
+    {"effStopProcess", effStopProcess, EArgument::kNone},
 };
 
 std::string Number(double inValue)
@@ -174,9 +176,10 @@ ScriptedEffect::ScriptedEffect(SPluginScript& inScript, audioMasterCallback inHo
         mScript.onCreate(mEffect);
 }
 
-VstIntPtr ScriptedEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, void* inPointer, float inOpt)
+VstIntPtr ScriptedEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, void* inPointer, float inOpt,
+                                   VstIntPtr inValue)
 {
-    return mHost(&mEffect, inOpcode, inIndex, 0, inPointer, inOpt);
+    return mHost(&mEffect, inOpcode, inIndex, inValue, inPointer, inOpt);
 }
 
 VstIntPtr ScriptedEffect::Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,

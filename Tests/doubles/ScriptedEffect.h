@@ -118,7 +118,7 @@ public:
     AEffect& Effect() { return mEffect; }
     std::vector<float>& Parameters() { return mParameters; }
     VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, void* inPointer = nullptr,
-                       float inOpt = 0.0F);
+                       float inOpt = 0.0F, VstIntPtr inValue = 0);
 
 private:
     static VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,

@@ -35,6 +35,7 @@ void CHostRoutine::MoveParameters(double inValue)
         Note(mInstance.UpdateParameter(parameter.mID, 1.0 - inValue));
     }
     Note(mInstance.FinishUpdates());
+    Note(mInstance.Parameters().TimerWakeup());
 }
 
 void CHostRoutine::Save()

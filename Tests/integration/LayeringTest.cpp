@@ -53,6 +53,7 @@ TEST(Layering, IncludesGoDownOnly)
         {"Extensions/GUI/", {aax[0], "Libs/AAXLibrary/", "Extensions/GUI/", "vstgui/"}},
         {"Extensions/GUI/stand_in/", {"vstgui/", "vstgui_stand_in.h"}},
         {"Source/", {"Interfaces/", "Libs/", "Extensions/", "Platform/", "Source/"}},
+        {"Source/features/", {"Interfaces/", "Libs/", "Source/"}},
         {"Source/plugins/", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}},
         {"Tools/commandline/", {"Tools/commandline/"}},
         {"Tools/support/", {"Tools/support/"}},

@@ -5,6 +5,8 @@
 inline const std::filesystem::path kOptionsModule = TEST_OPTIONS_MODULE;
 /** The product that sets none. */
 inline const std::filesystem::path kPlainModule = TEST_PLAIN_MODULE;
+/** The product that has every feature, and those options as well. */
+inline const std::filesystem::path kAllFeaturesModule = FEATURE_ALL_MODULE;
 inline const std::filesystem::path kSynthPlugin = EXAMPLE_SYNTH;
 inline const std::filesystem::path kDelayPlugin = EXAMPLE_DELAY;
 

@@ -2,17 +2,23 @@
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/CallWatch.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace
 {
 namespace fs = std::filesystem;
 using enum EForbiddenKind;
 
-/** A plug-in in the plain module, whose render calls are watched. */
+/** A plug-in in a module, whose render calls are watched. */
 struct SWatchedRig
 {
-    explicit SWatchedRig(const fs::path& inPlugin) : mBundle(kPlainModule, inPlugin) {}
+    explicit SWatchedRig(const fs::path& inPlugin, const fs::path& inModule = kPlainModule)
+        : mBundle(inModule, inPlugin)
+    {
+    }
 
     /** Each block gets this many notes on and off, where MIDI is taken. */
     SCallWatch Render(int inPackets, int inBlocks = 1)
@@ -42,15 +48,18 @@ TEST(RenderPath, NothingIsAllocatedFreedLockedOrAskedOfTheSystem)
 {
     const std::string obstacle = CallWatchObstacle();
     // The module knows the synthesizer's ports and MIDI; the delay shows the way without MIDI.
-    for (const fs::path& plugin : {kSynthPlugin, kDelayPlugin})
+    const fs::path talkative = fs::path(FAULTY_PLUGINS) / "faulty_Talkative.so";
+    for (const auto& [plugin, module] :
+         {std::pair(kSynthPlugin, kPlainModule), std::pair(kDelayPlugin, kPlainModule),
+          std::pair(kSynthPlugin, kAllFeaturesModule), std::pair(talkative, kAllFeaturesModule)})
     {
-        SCOPED_TRACE(plugin);
-        SWatchedRig rig(plugin);
+        SCOPED_TRACE(fmt::format("{} in {}", plugin.string(), module.string()));
+        SWatchedRig rig(plugin, module);
         for (const int packets : {0, 1, 100, 99, 0})
             EXPECT_EQ(rig.Render(packets), SCallWatch{}) << packets;
         EXPECT_EQ(rig.Render(100, 1000), SCallWatch{});
         const bool hasGrown = rig.Render(1000).mModule.Of(kAllocation) > 0;
-        EXPECT_TRUE(hasGrown == (plugin == kSynthPlugin) || !obstacle.empty());
+        EXPECT_TRUE(hasGrown == (rig.mRig.Midi() != nullptr) || !obstacle.empty());
         EXPECT_EQ(rig.Render(1000), SCallWatch{}) << "as many packets as the largest block so far";
     }
     if (!obstacle.empty())

@@ -17,11 +17,11 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-/** How long it goes on: AAXADAPTER_STRESS_SECONDS, else a moment. */
+/** How long it goes on with each of the two modules: AAXADAPTER_STRESS_SECONDS for both, else a moment. */
 std::chrono::seconds Duration()
 {
     const char* const seconds = std::getenv("AAXADAPTER_STRESS_SECONDS");
-    return std::chrono::seconds(seconds != nullptr ? std::max(1, std::atoi(seconds)) : 3);
+    return std::chrono::seconds(seconds != nullptr ? std::max(1, std::atoi(seconds) / 2) : 2);
 }
 
 /** An instance and the thread that renders it as fast as it can. */
@@ -69,11 +69,16 @@ private:
     std::thread mRenderer;
 };
 
-TEST(Stress, EightInstancesRenderWhileEverythingElseHappensToThem)
+/** By the module's file. */
+class Stress : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(Stress, EightInstancesRenderWhileEverythingElseHappensToThem)
 {
     unsetenv("DISPLAY"); // a gesture asks the server for the keys that are held, each time
     CHostLog log;
-    auto module = CModule::Open(STRESS_MODULE, log);
+    auto module = CModule::Open(GetParam(), log);
     ASSERT_TRUE(module) << module.Problem().mSentence;
     std::vector<std::unique_ptr<CStressed>> stressed;
     for (int i = 0; i < 8; ++i)
@@ -118,4 +123,6 @@ TEST(Stress, EightInstancesRenderWhileEverythingElseHappensToThem)
     EXPECT_EQ((*module)->LiveObjects(), 0);
     std::printf("%d rounds, %ld instances made\n", rounds, made.load());
 }
+
+INSTANTIATE_TEST_SUITE_P(Each, Stress, testing::Values(STRESS_MODULE, STRESS_MODULE_ALL));
 } // namespace

@@ -61,6 +61,28 @@ void CountRendering()
     CountEach("render age=100000", [&] { rig.Render(); });
 }
 
+void CountPosting()
+{
+    constexpr int kPackets = 1000;
+    setenv(kEmptyPluginSends, std::to_string(kPackets).c_str(), 1);
+    CBenchRig rig(kAllFeaturesModule, kEmptyPlugin);
+    unsetenv(kEmptyPluginSends);
+    Count("post one packet of 1000", kPackets, [&] { rig.Render(); });
+}
+
+void CountFeatures()
+{
+    const auto count = [](const char* inFeatures, const std::filesystem::path& inModule)
+    {
+        CBenchRig rig(inModule, kEmptyPlugin);
+        rig.SetBlock(64, 0);
+        CountEach(std::string("render features=") + inFeatures + " packets=0", [&] { rig.Render(); });
+    };
+    count("TIME", TIME_MODULE);
+    count("ALL", kAllFeaturesModule);
+    CountPosting();
+}
+
 void CountManyInstances()
 {
     constexpr int kInstances = 512;
@@ -164,6 +186,7 @@ int main()
     try
     {
         CountRendering();
+        CountFeatures();
         CountManyInstances();
         CountParameters();
         CountAutomation();

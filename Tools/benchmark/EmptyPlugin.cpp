@@ -13,13 +13,16 @@ namespace
 {
 constexpr std::int32_t kChannels = 2;
 
-/** A stereo effect that takes MIDI and renders nothing: whatever a block costs is its host's. */
+/** A stereo effect that takes and sends MIDI and renders nothing: whatever a block costs is its host's. */
 struct SEmptyPlugin
 {
     AEffect effect{};
     std::vector<float> parameters;
     std::vector<char> chunk;
+    std::vector<VstMidiEvent> notes;
+    std::vector<VstIntPtr> events; // a VstEvents: count, reserved, pointers to the notes
 };
+constexpr std::size_t kListHeader = 2;
 
 // Written by whoever makes and ends instances: the main thread.
 std::vector<std::unique_ptr<SEmptyPlugin>> gInstances;
@@ -44,6 +47,11 @@ VstIntPtr DescribePin(std::int32_t inIndex, void* outPin)
     return 1;
 }
 
+bool CanDo(const char* inText)
+{
+    return std::strcmp(inText, "receiveVstMidiEvent") == 0 || std::strcmp(inText, "sendVstEvents") == 0;
+}
+
 void End(const SEmptyPlugin& inPlugin)
 {
     std::erase_if(
@@ -63,7 +71,7 @@ VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inInde
     case effGetParamName: std::snprintf(static_cast<char*>(inPointer), 8, "P%d", inIndex); return 1;
     case effGetInputProperties:
     case effGetOutputProperties: return DescribePin(inIndex, inPointer);
-    case effCanDo: return std::strcmp(static_cast<const char*>(inPointer), "receiveVstMidiEvent") == 0;
+    case effCanDo: return CanDo(static_cast<const char*>(inPointer)) ? 1 : 0;
     case effGetChunk:
         *static_cast<void**>(inPointer) = plugin.chunk.data();
         return static_cast<VstIntPtr>(plugin.chunk.size());
@@ -85,7 +93,25 @@ float GetParameter(AEffect* inEffect, std::int32_t inIndex)
     return PluginOf(inEffect).parameters[static_cast<std::size_t>(inIndex)];
 }
 
-void RenderNothing(AEffect*, float**, float**, std::int32_t) {}
+void RenderNothing(AEffect* inEffect, float**, float**, std::int32_t)
+{
+    SEmptyPlugin& plugin = PluginOf(inEffect);
+    if (plugin.events.size() > kListHeader)
+        (void)gHost(inEffect, audioMasterProcessEvents, 0, 0, plugin.events.data(), 0.0F);
+}
+
+/** The list of as many notes as it sends in each block. */
+void MakeEvents(SEmptyPlugin& outPlugin)
+{
+    outPlugin.notes.assign(Setting(kEmptyPluginSends), {});
+    outPlugin.events.assign({static_cast<VstIntPtr>(outPlugin.notes.size()), 0});
+    for (VstMidiEvent& note : outPlugin.notes)
+    {
+        note.type = kVstMidiType;
+        note.midiData[0] = static_cast<char>(0x90);
+        outPlugin.events.push_back(reinterpret_cast<VstIntPtr>(&note));
+    }
+}
 
 constexpr SEmptyPluginAccess kAccess{
     [] { return static_cast<int>(gInstances.size()); },
@@ -99,6 +125,7 @@ EMPTY_PLUGIN_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
     auto plugin = std::make_unique<SEmptyPlugin>();
     plugin->parameters.assign(Setting(kEmptyPluginParameters), 0.5F);
     plugin->chunk.assign(Setting(kEmptyPluginChunkBytes), '\x5A');
+    MakeEvents(*plugin);
     AEffect& effect = plugin->effect;
     effect.magic = kEffectMagic;
     effect.dispatcher = &Dispatch;

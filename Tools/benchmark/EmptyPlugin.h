@@ -22,4 +22,5 @@ using GetEmptyPluginAccessProc = const SEmptyPluginAccess* (*)();
 /** Environment variables that an instance reads while it is made: whole numbers, 0 when they are not set. */
 inline constexpr const char* kEmptyPluginParameters = "EMPTY_PLUGIN_PARAMETERS";
 /** Bytes of its chunk; an instance without keeps none. */
+inline constexpr const char* kEmptyPluginSends = "EMPTY_PLUGIN_SENDS"; // notes in each block
 inline constexpr const char* kEmptyPluginChunkBytes = "EMPTY_PLUGIN_CHUNK_BYTES";

@@ -218,7 +218,10 @@ VstIntPtr CDrivenPlugin::HostCallback(AEffect* inEffect, std::int32_t inOpcode, 
     CDrivenPlugin* const owner = FindOwner(inEffect);
     // Ahead of all others: asked in every block, by some plug-ins for every sample.
     if (owner != nullptr && inOpcode == audioMasterGetTime)
+    {
+        owner->mHasAskedForTime.store(true, std::memory_order_relaxed);
         return reinterpret_cast<VstIntPtr>(&owner->mTime);
+    }
     const EHostCaller caller = owner != nullptr ? EHostCaller::kLoaded : EHostCaller::kUnmatched;
     const CDrivenPlugin* const plugin = owner != nullptr ? owner : gCurrent.load(std::memory_order_acquire);
     return plugin != nullptr ? plugin->Answer({caller, inOpcode, inIndex, inValue, inPointer, inOpt}) : 0;

@@ -21,17 +21,6 @@ struct SPluginEvent
     std::array<std::uint8_t, 4> mBytes;
 };
 
-/** A host call of a driven plug-in: who makes it, and what comes with it. */
-struct SHostCall
-{
-    EHostCaller mCaller;
-    std::int32_t mOpcode;
-    std::int32_t mIndex;
-    VstIntPtr mValue;
-    void* mPointer;
-    float mOpt;
-};
-
 /** @return the answer, or nothing for that of HostAnswers.h. Called on any thread; must not throw. */
 using HostAnswer = std::function<std::optional<VstIntPtr>(const SHostCall&)>;
 
@@ -90,6 +79,8 @@ public:
     void SendEvents(std::span<const SPluginEvent> inEvents);
     /** What it is told of the transport; Process() moves the position on. */
     VstTimeInfo& Time() { return mTime; }
+    /** Whether it has asked for that. */
+    bool HasAskedForTime() const { return mHasAskedForTime.load(std::memory_order_relaxed); }
     /** Of one channel, kMaxFrames long, once it was started; silent until written to. */
     std::span<float> Input(std::size_t inChannel) { return mInputs.mChannels[inChannel]; }
     std::span<const float> Output(std::size_t inChannel) const { return mOutputs.mChannels[inChannel]; }
@@ -120,6 +111,7 @@ private:
     VstPluginEntryProc mEntry = nullptr;
     std::atomic<AEffect*> mEffect = nullptr; // the driving thread writes, the plug-in's calls read on any
     bool mIsOn = false;
+    std::atomic<bool> mHasAskedForTime = false; // the plug-in's calls write on any thread
     VstTimeInfo mTime = InitialTimeInfo(0.0);
     std::vector<VstMidiEvent> mEvents;
     std::vector<VstIntPtr> mEventList; // a VstEvents as long as it takes

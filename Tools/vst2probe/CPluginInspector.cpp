@@ -79,9 +79,10 @@ void CPluginInspector::ReadIdentity()
     mFacts.flags = effect.flags;
     mFacts.inputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.outputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
-    char question[] = "receiveVstMidiEvent";
-    const bool says = mPlugin.Dispatch(effCanDo, 0, 0, question) == 1;
-    mFacts.midiBeforeOpen = says || mWantsMidi;
+    const auto canDo = [this](std::string inText) // of its own: some plug-ins write into it
+    { return mPlugin.Dispatch(effCanDo, 0, 0, inText.data()) == 1; };
+    mFacts.sendsMidi = canDo("sendVstMidiEvent") || canDo("sendVstEvents");
+    mFacts.midiBeforeOpen = canDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
 }
 
 void CPluginInspector::ReadPorts()
@@ -106,13 +107,13 @@ void CPluginInspector::ReadPorts()
     };
     mFacts.portListCut = !read(EPortDirection::kInput, mFacts.inputs, mFacts.inputPorts) ||
                          !read(EPortDirection::kOutput, mFacts.outputs, mFacts.outputPorts);
-    mFacts.midiBeforeOpen = mFacts.midiBeforeOpen || mWantsMidi;
+    mFacts.midiBeforeOpen = mFacts.midiBeforeOpen || Heard({audioMasterWantMidi});
 }
 
 void CPluginInspector::Start()
 {
     mPlugin.Start(kSampleRate);
-    mFacts.midiAfterOpen = mFacts.midiBeforeOpen || mWantsMidi;
+    mFacts.midiAfterOpen = mFacts.midiBeforeOpen || Heard({audioMasterWantMidi});
     mFacts.latencyAtStart = mPlugin.Effect().initialDelay;
 }
 
@@ -146,6 +147,20 @@ void CPluginInspector::RenderBlocks()
         }
     }
     mFacts.latencyAfterBlocks = effect.initialDelay;
+    mFacts.asksTime = mPlugin.HasAskedForTime();
+    mFacts.asksIdle = Heard({audioMasterNeedIdle});
+    mFacts.asksSize = Heard({audioMasterSizeWindow});
+    mFacts.asksAboutHost =
+        Heard({audioMasterGetSampleRate, audioMasterGetBlockSize, audioMasterGetCurrentProcessLevel,
+               audioMasterGetAutomationState, audioMasterGetVendorString, audioMasterGetVendorVersion,
+               audioMasterCanDo, audioMasterGetLanguage, audioMasterGetDirectory});
+}
+
+bool CPluginInspector::Heard(std::initializer_list<std::int32_t> inOpcodes) const
+{
+    return std::ranges::any_of(
+        inOpcodes,
+        [this](std::int32_t inOpcode) { return mHeard[static_cast<std::size_t>(inOpcode)].load(); });
 }
 
 void CPluginInspector::Stage(const char* inText) { mTell({{"stage", inText}}); }
@@ -155,6 +170,7 @@ void CPluginInspector::Hear(const SHostCall& inCall)
     const bool isLoaded = inCall.mCaller == EHostCaller::kLoaded;
     if (!isLoaded && inCall.mOpcode == audioMasterVersion)
         mTell({{"askedVersion", true}});
-    else if (isLoaded && inCall.mOpcode == audioMasterWantMidi)
-        mWantsMidi = true;
+    const auto opcode = static_cast<std::size_t>(inCall.mOpcode); // of a negative one there is no place
+    if (isLoaded && opcode < mHeard.size())
+        mHeard[opcode] = true;
 }

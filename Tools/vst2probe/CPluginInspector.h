@@ -2,9 +2,11 @@
 #include "Tools/vst2driver/CDrivenPlugin.h"
 #include "Tools/vst2probe/PluginFacts.h"
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -34,6 +36,8 @@ public:
 private:
     // Called while the plug-in calls its host.
     void Hear(const SHostCall& inCall);
+    /** Whether there was one of these calls. */
+    bool Heard(std::initializer_list<std::int32_t> inOpcodes) const;
 
     void ReadIdentity();
     void ReadPorts();
@@ -43,7 +47,8 @@ private:
     void Stage(const char* inText);
 
     Tell mTell;
-    std::atomic<bool> mWantsMidi = false; // the plug-in's calls write on any thread
-    CDrivenPlugin mPlugin;                // behind what its calls use
+    // Which host calls there were, by opcode; the plug-in's calls write on any thread.
+    std::array<std::atomic<bool>, 64> mHeard{};
+    CDrivenPlugin mPlugin; // behind what its calls use
     SPluginFacts mFacts;
 };

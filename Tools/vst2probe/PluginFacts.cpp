@@ -114,6 +114,11 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"executables", inFacts.executables},
                    {"midiBeforeOpen", inFacts.midiBeforeOpen},
                    {"midiAfterOpen", inFacts.midiAfterOpen},
+                   {"sendsMidi", inFacts.sendsMidi},
+                   {"asksTime", inFacts.asksTime},
+                   {"asksAboutHost", inFacts.asksAboutHost},
+                   {"asksIdle", inFacts.asksIdle},
+                   {"asksSize", inFacts.asksSize},
                    {"parameters", parameters},
                    {"programs", inFacts.programs}};
 }
@@ -139,6 +144,11 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     inJson.at("executables").get_to(outFacts.executables);
     inJson.at("midiBeforeOpen").get_to(outFacts.midiBeforeOpen);
     inJson.at("midiAfterOpen").get_to(outFacts.midiAfterOpen);
+    inJson.at("sendsMidi").get_to(outFacts.sendsMidi);
+    inJson.at("asksTime").get_to(outFacts.asksTime);
+    inJson.at("asksAboutHost").get_to(outFacts.asksAboutHost);
+    inJson.at("asksIdle").get_to(outFacts.asksIdle);
+    inJson.at("asksSize").get_to(outFacts.asksSize);
     inJson.at("programs").get_to(outFacts.programs);
     outFacts.parameters.clear();
     for (const Json& parameter : inJson.at("parameters"))
@@ -150,17 +160,17 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     }
 }
 
-std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFromCounts)
+std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFromCounts, bool inLatency)
 {
     std::vector<std::string> warnings;
     if (std::string unheard = UnheardOutputs(inFacts, inPortsFromCounts); !unheard.empty())
         warnings.push_back(std::move(unheard));
-    if (inFacts.latencyAfterBlocks != inFacts.latencyAtStart)
+    if (!inLatency && inFacts.latencyAfterBlocks != inFacts.latencyAtStart)
     {
-        warnings.push_back(
-            fmt::format("Its latency is {} samples when it is opened and {} when it has rendered "
-                        "some blocks; a host is told the first only.",
-                        inFacts.latencyAtStart, inFacts.latencyAfterBlocks));
+        warnings.push_back(fmt::format(
+            "Its latency is {} samples when it is opened and {} when it has rendered "
+            "some blocks; a host is told the first only, unless the product has the feature LATENCY.",
+            inFacts.latencyAtStart, inFacts.latencyAfterBlocks));
     }
     if (inFacts.executables > 1)
     {

@@ -44,6 +44,12 @@ struct SPluginFacts
     std::int32_t executables = 0;        // 0: not known
     bool midiBeforeOpen = false;
     bool midiAfterOpen = false;
+    bool sendsMidi = false; // says that it can
+    // What it asked its host for until its last block.
+    bool asksTime = false;
+    bool asksAboutHost = false; // rate, block size, abilities and the like
+    bool asksIdle = false;
+    bool asksSize = false;
 
     bool HasFlag(std::int32_t inFlag) const { return (flags & inFlag) != 0; }
     /** Whether it is played: it calls itself a synthesizer, or makes sound of MIDI alone. */
@@ -59,6 +65,7 @@ void from_json(const nlohmann::ordered_json& inJson, SPluginFacts& outFacts);
 
 /**
  * @param inPortsFromCounts whether the product has this option.
+ * @param inLatency         whether it has this feature.
  * @return what of a plug-in a host will not get or will not learn, a sentence each.
  */
-std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFromCounts);
+std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFromCounts, bool inLatency);

@@ -9,6 +9,8 @@
 
 namespace
 {
+constexpr const char* kFeaturesKeyword = "FEATURES";
+
 bool IsUpper(char inByte) { return inByte >= 'A' && inByte <= 'Z'; }
 bool IsLower(char inByte) { return inByte >= 'a' && inByte <= 'z'; }
 bool IsLetterOrDigit(char inByte)
@@ -96,7 +98,7 @@ std::string SProductChoice::CmakeCall() const
                                     : fmt::format("\n    {:<16} {}", option.keyword, value);
         }
     }
-    return call + ")";
+    return call + fmt::format("\n    {:<16} ALL)", kFeaturesKeyword);
 }
 
 std::vector<std::string> SProductChoice::ConfigureArguments() const
@@ -110,6 +112,7 @@ std::vector<std::string> SProductChoice::ConfigureArguments() const
         const std::string text = option.isSwitch ? (value != 0 ? "ON" : "OFF") : std::to_string(value);
         arguments.push_back(fmt::format("-DAAXADAPTER_{}={}", option.keyword, text));
     }
+    arguments.push_back(fmt::format("-DAAXADAPTER_{}=ALL", kFeaturesKeyword));
     return arguments;
 }
 
@@ -127,11 +130,12 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
     choice.manufacturerId = ManufacturerId(facts.vendor);
     for (const SProbedOption& option : ProbedOptions())
         choice.options[option.keyword] = option.choose(inResult);
+    choice.features = FeatureUses(facts);
     return choice;
 }
 
 SExpectation TryProduct(const std::string& inProgram, const std::filesystem::path& inPlugin,
-                        const OptionValues& inExpected, std::chrono::milliseconds inLimit)
+                        const OptionValues& inExpected, bool inLatency, std::chrono::milliseconds inLimit)
 {
     const std::int32_t entryVersion = inExpected.at(kEntryVersionKeyword);
     SExpectation expectation;
@@ -146,7 +150,7 @@ SExpectation TryProduct(const std::string& inProgram, const std::filesystem::pat
     SProbeResult result;
     result.facts = attempt.facts;
     const SProductChoice choice = ChooseProduct(inPlugin, result, "");
-    expectation.warnings = WarningsOf(*attempt.facts, inExpected.at(kPortsFromCountsKeyword) != 0);
+    expectation.warnings = WarningsOf(*attempt.facts, inExpected.at(kPortsFromCountsKeyword) != 0, inLatency);
     for (const SProbedOption& option : ProbedOptions())
     {
         const SOptionChoice& best = choice.options.at(option.keyword);

@@ -1,4 +1,5 @@
 #pragma once
+#include "Tools/vst2probe/FeatureUses.h"
 #include "Tools/vst2probe/ProbedOptions.h"
 
 #include <cstdint>
@@ -15,6 +16,7 @@ struct SProductChoice
     std::string effectId;            // a proposal, as is the next
     std::string manufacturerId;
     std::map<std::string, SOptionChoice> options; // each of ProbedOptions(), by its keyword
+    std::vector<SFeatureUse> features;            // all; the product has them all
 
     std::int32_t Value(const char* inKeyword) const { return options.at(inKeyword).value; }
     /** @return the finished call, in several lines. */
@@ -46,6 +48,7 @@ struct SExpectation
  * Tries a plug-in from a child process as a product would load it. Parameters and errors are those of
  * ProbePlugin().
  * @param inExpected the product's options, each of ProbedOptions().
+ * @param inLatency  whether it has this feature.
  */
 SExpectation TryProduct(const std::string& inProgram, const std::filesystem::path& inPlugin,
-                        const OptionValues& inExpected, std::chrono::milliseconds inLimit);
+                        const OptionValues& inExpected, bool inLatency, std::chrono::milliseconds inLimit);

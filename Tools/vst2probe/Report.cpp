@@ -105,8 +105,9 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
                         fmt::join(inFacts.FlagNames(), ", ")));
     AddParametersAndPrograms(text, inFacts);
 
+    // The proposed product has every feature.
     const std::vector<std::string> warnings =
-        WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0);
+        WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0, true);
     if (!warnings.empty())
         fmt::format_to(std::back_inserter(text), "\nWarnings\n  {}\n", fmt::join(warnings, "\n  "));
 
@@ -117,6 +118,10 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
         const std::string value = option.isSwitch ? YesNo(choice.value != 0) : std::to_string(choice.value);
         fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", option.keyword, value, choice.reason);
     }
+    text += "\nFeatures, and whether it makes use of them\n";
+    for (const SFeatureUse& feature : inChoice.features)
+        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", feature.name, YesNo(feature.isUsed),
+                       feature.reason);
     return text + "\nThe product, with identifiers to be replaced by the maker's own\n" +
            inChoice.CmakeCall() + "\n";
 }
@@ -125,7 +130,9 @@ std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
 {
     nlohmann::ordered_json report = inFacts;
     report["options"] = OptionsToJson(inChoice);
-    report["warnings"] = WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0);
+    for (const SFeatureUse& feature : inChoice.features)
+        report["features"][feature.name] = {{"used", feature.isUsed}, {"reason", feature.reason}};
+    report["warnings"] = WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0, true);
     report["productName"] = inChoice.name;
     report["cmakeCall"] = inChoice.CmakeCall();
     report["configureArguments"] = inChoice.ConfigureArguments();

@@ -7,6 +7,7 @@
 #include "Tools/vst2probe/ProgramFile.h"
 #include "Tools/vst2probe/Report.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
@@ -16,6 +17,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -34,6 +36,7 @@ struct SProbeArguments
     bool configureArguments = false;
     bool expect = false; // to be tried with the options of the next
     OptionValues expected;
+    std::vector<std::string> expectedFeatures;
     std::optional<std::int32_t> childEntryVersion; // in a child process only
 };
 
@@ -79,7 +82,9 @@ std::string PathFault(const std::filesystem::path& inPlugin)
 int Expect(const std::string& inProgram, const std::filesystem::path& inPlugin,
            const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
 {
-    const SExpectation expectation = TryProduct(inProgram, inPlugin, inArguments.expected, inLimit);
+    const SExpectation expectation =
+        TryProduct(inProgram, inPlugin, inArguments.expected,
+                   std::ranges::count(inArguments.expectedFeatures, "LATENCY") > 0, inLimit);
     if (!expectation.refusal.empty())
     {
         return Refuse(inArguments, fmt::format("{} cannot be wrapped with these options: {}.",
@@ -148,6 +153,9 @@ void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
                 : ioApp.add_option(option.Flag(), value, fmt::format("The product's {}", option.keyword));
         added->needs(expect);
     }
+    ioApp.add_option("--features", outArguments.expectedFeatures, "The product's FEATURES")
+        ->delimiter(',')
+        ->needs(expect);
     ioApp.add_option(kProbeChildOption, outArguments.childEntryVersion)->group(""); // not in the help
 }
 

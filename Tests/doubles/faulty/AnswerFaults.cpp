@@ -80,7 +80,8 @@ void SpeakerPin(CPlainEffect& ioEffect)
     };
 }
 
-/** Needs every product option; its unique number is the host's version that it was told inside its entry. */
+/** Needs every product option and says that it sends MIDI; its unique number is the host's version that it
+ * was told inside its entry. */
 AEffect* Demanding(audioMasterCallback inHost)
 {
     const VstIntPtr version = inHost(nullptr, audioMasterVersion, 0, 0, nullptr, 0.0F);
@@ -94,6 +95,8 @@ AEffect* Demanding(audioMasterCallback inHost)
     {
         if (inCall.opcode == effOpen)
             (void)effect.CallHost(audioMasterWantMidi, 0, 1); // it has no answer of interest
+        if (inCall.opcode == effCanDo)
+            return std::strcmp(static_cast<const char*>(inCall.pointer), "sendVstEvents") == 0 ? 1 : 0;
         return AsksForAPin(inCall) ? 0 : effect.Answer(inCall);
     };
     return effect.Effect();

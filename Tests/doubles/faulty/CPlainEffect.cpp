@@ -71,9 +71,10 @@ VstIntPtr CPlainEffect::Answer(const SCall& inCall)
     return mPlain.dispatcher(Effect(), inCall.opcode, inCall.index, inCall.value, inCall.pointer, inCall.opt);
 }
 
-VstIntPtr CPlainEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue)
+VstIntPtr CPlainEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue,
+                                 void* inPointer)
 {
-    return mHost(Effect(), inOpcode, inIndex, inValue, nullptr, 0.0F);
+    return mHost(Effect(), inOpcode, inIndex, inValue, inPointer, 0.0F);
 }
 
 void CPlainEffect::Turn(std::int32_t inIndex)

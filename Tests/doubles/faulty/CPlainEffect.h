@@ -58,7 +58,8 @@ public:
     void Set(std::int32_t inIndex, float inValue) { mPlain.setParameter(Effect(), inIndex, inValue); }
     float Get(std::int32_t inIndex) { return mPlain.getParameter(Effect(), inIndex); }
 
-    VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0);
+    VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
+                       void* inPointer = nullptr);
     /** Begins an edit of a parameter, reports it, and ends it: what a person's hand at a knob does. */
     void Turn(std::int32_t inIndex);
     /** Has something done ahead of each call of an opcode. */

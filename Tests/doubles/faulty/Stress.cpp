@@ -10,6 +10,31 @@ namespace
 {
 constexpr std::int32_t kParameters = 8;
 
+/** A controller's message, as it is sent. */
+void SendMidi(CPlainEffect& ioEffect)
+{
+    VstMidiEvent event{};
+    event.type = kVstMidiType;
+    event.midiData[0] = static_cast<char>(0xB0);
+    VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&event), nullptr}};
+    (void)ioEffect.CallHost(audioMasterProcessEvents, 0, 0, &list);
+}
+
+/** Everything that a plug-in may ask of a host or tell it, on whatever thread. */
+void Talk(CPlainEffect& ioEffect, std::int32_t inRound)
+{
+    char question[] = "sizeWindow";
+    (void)ioEffect.CallHost(audioMasterCanDo, 0, 0, question);
+    for (const std::int32_t opcode :
+         {audioMasterGetTime, audioMasterVersion, audioMasterNeedIdle, audioMasterWantMidi,
+          audioMasterUpdateDisplay, audioMasterIOChanged, audioMasterGetSampleRate, audioMasterGetBlockSize,
+          audioMasterGetCurrentProcessLevel, audioMasterGetDirectory})
+        (void)ioEffect.CallHost(opcode); // no call here has a result of interest
+    (void)ioEffect.CallHost(audioMasterSizeWindow, 100 + inRound % 16, 200);
+    SendMidi(ioEffect);
+    __atomic_store_n(&ioEffect.Effect()->initialDelay, inRound % 16, __ATOMIC_RELAXED);
+}
+
 /** What a person at the editor causes. */
 void Move(CPlainEffect& ioEffect, std::int32_t inIndex)
 {
@@ -37,9 +62,7 @@ private:
         {
             if (round % 64 == 0) // a host has to answer each of them
                 Move(ioEffect, round / 64 % kParameters);
-            for (const std::int32_t opcode : {audioMasterGetTime, audioMasterVersion, audioMasterNeedIdle,
-                                              audioMasterWantMidi, audioMasterUpdateDisplay})
-                (void)ioEffect.CallHost(opcode); // no call here has a result of interest
+            Talk(ioEffect, round);
             std::this_thread::yield();
         }
     }
@@ -73,11 +96,24 @@ void Render(CPlainEffect& ioEffect, const SBlock& inBlock)
         std::transform(inBlock.inputs[channel], inBlock.inputs[channel] + inBlock.frames,
                        inBlock.outputs[channel], [gain](float inSample) { return gain * inSample; });
     (void)ioEffect.CallHost(audioMasterAutomate, 2);
+    SendMidi(ioEffect);
 }
 } // namespace
 
 namespace faults
 {
+/** Is correct, and talks to its host in each block. */
+void Talkative(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    { return inCall.opcode == effCanDo ? 1 : ioEffect.Answer(inCall); };
+    ioEffect.mOnBlock = [&ioEffect, round = std::int32_t{0}](const SBlock& inBlock) mutable
+    {
+        ioEffect.Render(inBlock);
+        Talk(ioEffect, round++);
+    };
+}
+
 /**
  * Is correct with threads, and uses its host from as many as it can: from each call, from the render call,
  * and all the time from a thread of its own between open and close.

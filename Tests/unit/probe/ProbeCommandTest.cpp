@@ -54,6 +54,7 @@ TEST(ProbeCommand, ConfigureArgumentsAreLinesAndTheNameIsTheOneGiven)
     EXPECT_EQ(run.code, 0);
     EXPECT_TRUE(run.output.starts_with("-DAAXADAPTER_PRODUCT=My-Product_2\n-DAAXADAPTER_SOURCE_VST=/"));
     EXPECT_TRUE(run.output.ends_with("-DAAXADAPTER_ENTRY_VERSION=2400\n-DAAXADAPTER_PORTS_FROM_COUNTS=ON\n"
-                                     "-DAAXADAPTER_MIDI_INPUT=ON\n"));
+                                     "-DAAXADAPTER_MIDI_INPUT=ON\n"
+                                     "-DAAXADAPTER_FEATURES=ALL\n"));
 }
 } // namespace

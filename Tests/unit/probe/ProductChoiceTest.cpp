@@ -1,5 +1,6 @@
 #include "Tools/vst2probe/ProductChoice.h"
 #include "Interfaces/VST2/AEffect.h"
+#include "Source/plugins/ProductFeatures.h"
 #include "Tools/vst2probe/Report.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +71,26 @@ TEST(ProductChoice, OptionsFollowFromWhatWasSeen)
     }
 }
 
+TEST(ProductChoice, EachFeatureIsUsedForAReason)
+{
+    SPluginFacts facts;
+    const auto used = [&]
+    {
+        std::vector<std::string> names;
+        for (const SFeatureUse& use : FeatureUses(facts))
+            if (use.isUsed)
+                names.emplace_back(use.name);
+        return names;
+    };
+    EXPECT_EQ(used(), std::vector<std::string>());
+    facts.latencyAfterBlocks = 64;
+    facts.flags = effFlagsHasEditor | effFlagsProgramChunks;
+    facts.programs = {"One", "Two"};
+    facts.midiAfterOpen = facts.sendsMidi = facts.asksTime = facts.asksAboutHost = facts.asksIdle = true;
+    EXPECT_EQ(used(),
+              std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
+}
+
 TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
 {
     SProbeResult result = Described();
@@ -83,7 +104,8 @@ TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
               "    MANUFACTURER_ID  Mlks\n"
               "    ENTRY_VERSION    2400\n"
               "    PORTS_FROM_COUNTS\n"
-              "    MIDI_INPUT)");
+              "    MIDI_INPUT\n"
+              "    FEATURES         ALL)");
 }
 
 TEST(ProductChoice, ConfigureArgumentsSetBackWhatAnEarlierProductLeft)
@@ -93,7 +115,7 @@ TEST(ProductChoice, ConfigureArgumentsSetBackWhatAnEarlierProductLeft)
                   "-DAAXADAPTER_PRODUCT=BigReverbIIAdapter", "-DAAXADAPTER_SOURCE_VST=/a/Reverb.so",
                   "-DAAXADAPTER_EFFECT_ID=com.mlksons.bigreverbii", "-DAAXADAPTER_MANUFACTURER_ID=Mlks",
                   "-DAAXADAPTER_ENTRY_VERSION=0", "-DAAXADAPTER_PORTS_FROM_COUNTS=OFF",
-                  "-DAAXADAPTER_MIDI_INPUT=OFF"}));
+                  "-DAAXADAPTER_MIDI_INPUT=OFF", "-DAAXADAPTER_FEATURES=ALL"}));
 }
 
 TEST(ProductChoice, APluginWithoutAnyUsableNameStillGetsOne)

@@ -1,0 +1,258 @@
+#include "Source/features/CFeaturedParameters.h"
+
+#include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
+#include "Source/AaxAdapter_Parameters_Steps.h"
+#include "Source/DescribedShape.h"
+#include "Source/IAttachedEditor.h"
+#include "Source/SourceVstPath.h"
+#include "Source/features/HostAnswers.h"
+#include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/ProductFeatures.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace
+{
+/** A longer latency is a plug-in's mistake. Seconds. */
+constexpr double kMostLatency = 10.0;
+
+/** Names its thread as the one that renders, while it lives. */
+class CRenderMark
+{
+public:
+    explicit CRenderMark(std::atomic<std::thread::id>& ioThread) noexcept : mThread(ioThread)
+    {
+        mThread.store(std::this_thread::get_id(), std::memory_order_relaxed);
+    }
+    CRenderMark(const CRenderMark&) = delete;
+    CRenderMark& operator=(const CRenderMark&) = delete;
+    ~CRenderMark() { mThread.store({}, std::memory_order_relaxed); }
+
+private:
+    std::atomic<std::thread::id>& mThread;
+};
+} // namespace
+
+AAX_IEffectParameters* CFeaturedParameters::Create() { return AAX_CreateContained<CFeaturedParameters>(); }
+
+CFeaturedParameters::CFeaturedParameters()
+{
+    std::array<char, kSourceVstPathSize> path{};
+    CreateSourceVstPath(path.data());
+    const std::string_view file(path.data());
+    mDirectory = file.substr(0, file.rfind('/') + 1); // a folder's text ends with the slash
+    if (kProductFeatures.mSysex)
+        mSysexInput.Prepare();
+    Host().SetCallAnswers(this);
+}
+
+CFeaturedParameters::~CFeaturedParameters()
+{
+    // The plug-in still asks while it closes.
+    (void)AaxAdapter_Parameters::Uninitialize(); // always succeeds
+    ReleasePlugin();
+    Host().SetCallAnswers(nullptr);
+}
+
+// ---- The life of the plug-in
+
+void CFeaturedParameters::PluginStarted()
+{
+    mTransportTime.SetSampleRate(static_cast<double>(SampleRate()));
+    const SDescribedShape shape = RememberedDescription().value_or(ShapeOf(*Plugin()));
+    if (shape.mHasOutputNode && !mMidiOutput.IsPrepared())
+        mMidiOutput.Prepare();
+    if (kProductFeatures.mHostAnswers)
+        (void)Plugin()->Dispatch(effStartProcess); // the interface gives the result no meaning
+}
+
+void CFeaturedParameters::PluginEnds()
+{
+    if (kProductFeatures.mHostAnswers)
+        (void)Plugin()->Dispatch(effStopProcess);
+}
+
+std::int64_t CFeaturedParameters::PluginLatency() const
+{
+    const std::int64_t latency = AaxAdapter_Parameters::PluginLatency();
+    if (!kProductFeatures.mLatency)
+        return latency;
+    const bool isSensible =
+        latency >= 0 && static_cast<double>(latency) <= kMostLatency * static_cast<double>(SampleRate());
+    return isSensible ? latency : 0;
+}
+
+void CFeaturedParameters::RestorePlugin(std::span<const char> inData, std::int32_t inProgram)
+{
+    if (!kProductFeatures.mProgramFirst)
+        return AaxAdapter_Parameters::RestorePlugin(inData, inProgram);
+    GivePluginProgram(inProgram);
+    GivePluginChunk(inData);
+}
+
+AAX_Result CFeaturedParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk)
+{
+    const AAX_Result result = AaxAdapter_Parameters::SetChunk(inId, inChunk);
+    if (kProductFeatures.mLatency)
+        RefreshLatency();
+    return result;
+}
+
+AAX_Result CFeaturedParameters::TimerWakeup()
+{
+    if (kProductFeatures.mLatency)
+        RefreshLatency();
+    (void)AAX_Contained( // a plug-in that throws here is given idle time again when it asks
+        [this]
+        {
+            GiveIdleTime();
+            return kAAX_Success;
+        });
+    return AaxAdapter_Parameters::TimerWakeup();
+}
+
+void CFeaturedParameters::GiveIdleTime()
+{
+    if (!mWantsIdle.exchange(false, std::memory_order_relaxed) || Plugin() == nullptr)
+        return;
+    if (Plugin()->Dispatch(effIdle) != 0)
+        mWantsIdle.store(true, std::memory_order_relaxed);
+}
+
+// ---- The plug-in's calls
+
+std::optional<VstIntPtr> CFeaturedParameters::AnswerCall(const SHostCall& inCall)
+{
+    switch (inCall.mOpcode)
+    {
+    case audioMasterProcessEvents:
+        if (!mMidiOutput.IsPrepared())
+            return std::nullopt;
+        return TakeEvents(static_cast<const VstEvents*>(inCall.mPointer));
+    case audioMasterNeedIdle:
+        if (!kProductFeatures.mIdle)
+            return std::nullopt;
+        mWantsIdle.store(true, std::memory_order_relaxed);
+        return 1;
+    case audioMasterSizeWindow:
+        if (!kProductFeatures.mResize)
+            return std::nullopt;
+        // Of a height that is none the lower half is not taken for one.
+        return ResizeEditor({inCall.mIndex, static_cast<std::int32_t>(std::clamp<VstIntPtr>(
+                                                inCall.mValue, 0, SPixelSize::kMost + 1))});
+    default: break;
+    }
+    if (!kProductFeatures.mHostAnswers)
+        return std::nullopt;
+    return AnswerQuestion(inCall, {SampleRate(), kBlockSizeFrames, IsRendering(), mDirectory.data()});
+}
+
+bool CFeaturedParameters::IsRendering() const noexcept
+{
+    return mRenderThread.load(std::memory_order_relaxed) == std::this_thread::get_id();
+}
+
+VstIntPtr CFeaturedParameters::TakeEvents(const VstEvents* inEvents) noexcept
+{
+    if (inEvents == nullptr)
+        return 0;
+    if (IsRendering())
+        mMidiOutput.Take(*inEvents);
+    else
+        mMidiOutput.Wait(*inEvents);
+    return 1;
+}
+
+VstIntPtr CFeaturedParameters::ResizeEditor(SPixelSize inSize) noexcept
+{
+    if (!inSize.IsSensible())
+        return 0;
+    if (Host().IsListenerThread())
+        return AttachedEditor() != nullptr && AttachedEditor()->Resize(inSize.mWidth, inSize.mHeight) ? 1 : 0;
+    // Whether it will be taken is not known yet.
+    mRequestedSize.store(static_cast<std::uint64_t>(inSize.mWidth) << 32 |
+                             static_cast<std::uint32_t>(inSize.mHeight),
+                         std::memory_order_relaxed);
+    return 0;
+}
+
+std::optional<SPixelSize> CFeaturedParameters::TakeRequestedSize() noexcept
+{
+    const std::uint64_t size = mRequestedSize.exchange(0, std::memory_order_relaxed);
+    if (size == 0)
+        return std::nullopt;
+    return SPixelSize{static_cast<std::int32_t>(size >> 32), static_cast<std::int32_t>(size & UINT32_MAX)};
+}
+
+// ---- A block
+
+inline void CFeaturedParameters::RenderBlock(AAX_SInstrumentRenderInfo& ioInfo)
+{
+    std::span<const AAX_CMidiPacket> packets = PacketsOf(ioInfo);
+    if (kProductFeatures.mSysex && mSysexInput.Concerns(packets)) [[unlikely]]
+    {
+        mSysexInput.Forward(packets, 0, UINT32_MAX, *Plugin());
+        packets = {};
+    }
+    ForwardEvents(packets);
+    RenderPlugin(ioInfo);
+}
+
+void CFeaturedParameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
+{
+    if (kProductFeatures.mTime) [[likely]]
+    {
+        AAX_IMIDINode* const node = ioInfo->mTransportNode;
+        mTransportTime.Write(node != nullptr ? node->GetTransport() : nullptr, ioInfo->mClock,
+                             ioInfo->mNumSamples != nullptr ? *ioInfo->mNumSamples : 0, Host().TimeInfo());
+    }
+    else
+    {
+        UpdateTimeInfo(*ioInfo);
+    }
+    if (Plugin() == nullptr || ioInfo->mNumSamples == nullptr) [[unlikely]]
+        return;
+    const CRenderMark mark(mRenderThread);
+    if (mMidiOutput.IsPrepared())
+        mMidiOutput.BeginBlock(*ioInfo->mNumSamples);
+    try
+    {
+        if (static_cast<std::uint32_t>(*ioInfo->mNumSamples) <= kBlockSizeFrames) [[likely]]
+            RenderBlock(*ioInfo);
+        else
+            RenderParts(*ioInfo); // of a negative number there are none
+    }
+    catch (...)
+    {
+        SilenceOutputs(*ioInfo, 0, {0, std::max(*ioInfo->mNumSamples, 0)});
+    }
+    if (mMidiOutput.IsPrepared())
+        mMidiOutput.Post(ioInfo->mOutputNode);
+}
+
+void CFeaturedParameters::RenderParts(AAX_SInstrumentRenderInfo& ioInfo)
+{
+    const std::int32_t frames = *ioInfo.mNumSamples;
+    const std::span<const AAX_CMidiPacket> packets = PacketsOf(ioInfo);
+    const bool hasSysex = kProductFeatures.mSysex && mSysexInput.Concerns(packets);
+    for (std::int32_t first = 0; first < frames;)
+    {
+        const SFrames part{first, std::min(frames - first, kBlockSizeFrames)};
+        const bool isLast = part.mCount == frames - first;
+        const std::uint32_t end = isLast ? UINT32_MAX : static_cast<std::uint32_t>(first + part.mCount);
+        mMidiOutput.BeginPart(first);
+        if (hasSysex)
+            mSysexInput.Forward(packets, static_cast<std::uint32_t>(first), end, *Plugin());
+        else
+            ForwardPacketsOf(part, isLast, packets);
+        RenderFitted(ioInfo, part);
+        if (kProductFeatures.mTime)
+            mTransportTime.Advance(part.mCount, Host().TimeInfo());
+        else
+            AdvanceTimeInfo(part.mCount);
+        if (isLast)
+            return; // ahead of a sum that no integer holds
+        first += part.mCount;
+    }
+}

@@ -1,0 +1,70 @@
+#pragma once
+#include "Interfaces/AAX/AAX_Types.h"
+#include "Interfaces/VST2/AEffect.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+class CVst2Plugin;
+
+/**
+ * Puts system exclusive messages together that arrive in packets of four bytes, and hands them on among the
+ * other events of their block, at the frame of their last packet. A message that another status byte breaks,
+ * or that is too long, is dropped as a whole; realtime bytes inside of one go on as events of their own.
+ *
+ * Threads: the render thread, but for `Prepare` before it renders. Nothing is allocated there.
+ */
+class CSysexInput
+{
+public:
+    /** Allocates what it needs. */
+    void Prepare();
+    /** Whether one of the packets belongs to such a message. */
+    bool Concerns(std::span<const AAX_CMidiPacket> inPackets) const noexcept;
+    /**
+     * Gives the plug-in the packets from one frame up to another in as few calls as they take.
+     * @param inFirstFrame of the part of the block, which its events are counted from.
+     */
+    void Forward(std::span<const AAX_CMidiPacket> inPackets, std::uint32_t inFirstFrame,
+                 std::uint32_t inEndFrame, CVst2Plugin& ioPlugin);
+
+    /** Of one message, and of all that one call hands on. */
+    static constexpr std::size_t kMostBytes = 65536;
+
+private:
+    static constexpr std::size_t kMostEvents = 300; // of one call
+    struct SEvents
+    {
+        std::int32_t numEvents = 0;
+        VstIntPtr reserved = 0;
+        std::array<VstEvent*, kMostEvents> events{};
+    };
+    enum class EState
+    {
+        kNone,
+        kCollecting,
+        kDropping
+    };
+
+    void Take(const AAX_CMidiPacket& inPacket, std::uint32_t inFirstFrame, CVst2Plugin& ioPlugin);
+    void TakeByte(std::uint8_t inByte, std::int32_t inFrame, CVst2Plugin& ioPlugin);
+    void Begin(CVst2Plugin& ioPlugin);
+    void Collect(std::uint8_t inByte, CVst2Plugin& ioPlugin);
+    void AddShort(std::span<const std::uint8_t> inBytes, std::int32_t inFrame, CVst2Plugin& ioPlugin);
+    void AddMessage(std::int32_t inFrame, CVst2Plugin& ioPlugin);
+    /** Gives the plug-in what was added; what is being collected moves to the front. */
+    void Flush(CVst2Plugin& ioPlugin);
+
+    EState mState = EState::kNone;
+    std::vector<std::uint8_t> mBytes; // of the messages that were added, then of the one that is collected
+    std::size_t mBegin = 0;           // of the one that is collected
+    std::size_t mEnd = 0;
+    SEvents mEvents;
+    std::size_t mShortCount = 0;
+    std::size_t mMessageCount = 0;
+    std::vector<VstMidiEvent> mShorts;
+    std::vector<VstMidiSysexEvent> mMessages;
+};

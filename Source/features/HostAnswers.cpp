@@ -1,0 +1,62 @@
+#include "Source/features/HostAnswers.h"
+
+#include <string_view>
+
+namespace
+{
+constexpr VstIntPtr kVendorVersion = 1000;
+
+struct SAbility
+{
+    std::string_view mText;
+    bool mIsThere;
+};
+} // namespace
+
+VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) noexcept
+{
+    if (inText == nullptr)
+        return 0;
+    const SAbility abilities[] = {
+        {"sendVstEvents", true},
+        {"sendVstMidiEvent", true},
+        {"sendVstTimeInfo", true},
+        {"receiveVstEvents", inFeatures.mMidiOutput},
+        {"receiveVstMidiEvent", inFeatures.mMidiOutput},
+        {"reportConnectionChanges", false},
+        {"acceptIOChanges", false}, // of the latency only
+        {"sizeWindow", inFeatures.mResize},
+        {"startStopProcess", inFeatures.mHostAnswers},
+        {"supplyIdle", inFeatures.mIdle},
+        {"sendVstMidiEventFlagIsRealtime", false},
+        {"offline", false},
+        {"openFileSelector", false},
+        {"closeFileSelector", false},
+        {"editFile", false},
+        {"shellCategory", false},
+    };
+    for (const SAbility& ability : abilities)
+        if (ability.mText == inText)
+            return ability.mIsThere ? 1 : -1;
+    return 0;
+}
+
+std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFacts& inFacts) noexcept
+{
+    switch (inCall.mOpcode)
+    {
+    case audioMasterGetSampleRate: return static_cast<VstIntPtr>(inFacts.mSampleRate);
+    case audioMasterGetBlockSize: return inFacts.mBlockSize;
+    case audioMasterGetCurrentProcessLevel:
+        return inFacts.mIsRendering ? kVstProcessLevelRealtime : kVstProcessLevelUser;
+    case audioMasterGetAutomationState: return kVstAutomationOff;
+    case audioMasterGetVendorString:
+        (void)GiveText("AaxAdapter", inCall.mPointer);
+        return inCall.mPointer != nullptr ? 1 : 0;
+    case audioMasterGetVendorVersion: return kVendorVersion;
+    case audioMasterCanDo: return AnswerCanDo(static_cast<const char*>(inCall.mPointer), kProductFeatures);
+    case audioMasterGetLanguage: return kVstLangEnglish;
+    case audioMasterGetDirectory: return reinterpret_cast<VstIntPtr>(inFacts.mDirectory);
+    default: return std::nullopt;
+    }
+}

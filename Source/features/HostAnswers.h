@@ -1,0 +1,24 @@
+#pragma once
+#include "Interfaces/VST2/HostAnswers.h"
+#include "Source/plugins/ProductFeatures.h"
+
+#include <optional>
+
+/** What a plug-in can be told about its host and instance. */
+struct SHostFacts
+{
+    float mSampleRate = 0.0F;    // Hz
+    std::int32_t mBlockSize = 0; // frames
+    bool mIsRendering = false;   // whether the render call is what asks
+    char* mDirectory = nullptr;  // of the plug-in file; valid while the instance lives
+};
+
+/**
+ * Answers what a plug-in asks about its host.
+ * @return nothing for a call that asks something else. Threads: any. Takes no lock, allocates nothing.
+ */
+std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFacts& inFacts) noexcept;
+
+/** @return 1 for what a product with these features does, -1 for what it never does, 0 for an unknown text.
+ */
+VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) noexcept;

@@ -1,0 +1,32 @@
+#include "Tools/vst2probe/FeatureUses.h"
+
+#include "Interfaces/VST2/AEffect.h"
+
+#include <fmt/format.h>
+
+std::vector<SFeatureUse> FeatureUses(const SPluginFacts& inFacts)
+{
+    const auto choose = [](const char* inName, bool inIsUsed, std::string inYes, std::string inNo) {
+        return SFeatureUse{inName, inIsUsed, inIsUsed ? std::move(inYes) : std::move(inNo)};
+    };
+    const bool hasEditor = inFacts.HasFlag(effFlagsHasEditor);
+    const bool hasPrograms = inFacts.HasFlag(effFlagsProgramChunks) && inFacts.programs.size() >= 2;
+    return {
+        choose("TIME", inFacts.asksTime, "It asks where the song is.",
+               "It did not ask where the song is in its first blocks."),
+        choose("LATENCY", inFacts.latencyAfterBlocks != inFacts.latencyAtStart,
+               fmt::format("Its latency is {} samples when it is opened and {} when it has rendered.",
+                           inFacts.latencyAtStart, inFacts.latencyAfterBlocks),
+               fmt::format("Its latency stays at {} samples in its first blocks.", inFacts.latencyAtStart)),
+        choose("HOST_ANSWERS", inFacts.asksAboutHost, "It asks about its host.",
+               "It did not ask about its host."),
+        choose("IDLE", inFacts.asksIdle, "It asks for idle time.", "It did not ask for idle time."),
+        choose("RESIZE", hasEditor, "It has an editor, which may change its size.", "It has no editor."),
+        choose("MIDI_OUTPUT", inFacts.sendsMidi, "It says that it sends MIDI.",
+               "It does not say that it sends MIDI."),
+        choose("SYSEX", inFacts.midiAfterOpen, "It takes MIDI.", "It takes no MIDI."),
+        choose("PROGRAM_FIRST", hasPrograms,
+               "It has programs and keeps its state as a chunk, which a program may overwrite.",
+               "It has no chunk, or no programs that could overwrite it."),
+    };
+}
