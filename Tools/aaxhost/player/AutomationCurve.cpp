@@ -1,108 +1,30 @@
 #include "Tools/aaxhost/player/AutomationCurve.h"
 
-#include "Tools/aaxhost/player/ParseNumber.h"
-
 #include <algorithm>
-#include <cctype>
-#include <fmt/format.h>
-#include <fstream>
 #include <iterator>
 #include <utility>
 
 namespace
 {
-std::string_view Trimmed(std::string_view inText)
-{
-    const auto first = inText.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos)
-        return {};
-    return inText.substr(first, inText.find_last_not_of(" \t\r") - first + 1);
-}
-
-/** Whether it names its columns, as spreadsheets do it in a first line. */
-bool IsHeader(std::string_view inLine)
-{
-    const auto comma = inLine.find(',');
-    const auto isWord = [](std::string_view text) {
-        return !text.empty() &&
-               (std::isalpha(static_cast<unsigned char>(text.front())) || text.front() == '"');
-    };
-    return comma != std::string_view::npos && isWord(inLine) && isWord(Trimmed(inLine.substr(comma + 1)));
-}
-
-/** Whether the numbers of the line look like 0,5 in place of 0.5. */
-bool HasDecimalCommas(std::string_view inLine)
-{
-    const bool manyCommas = std::count(inLine.begin(), inLine.end(), ',') > 1;
-    const bool onlyCommas = inLine.find_first_not_of("0123456789, \t-+") == std::string_view::npos;
-    return inLine.find(';') != std::string_view::npos || (manyCommas && onlyCommas);
-}
-
-/** @return what is wrong with the line, empty when a point was read. */
-std::string ReadPoint(std::string_view inLine, CAutomationCurve::SPoint& outPoint)
-{
-    if (HasDecimalCommas(inLine))
-        return "has decimal commas or semicolons: write seconds,value with decimal points, as in 1.5,0.25";
-    const auto comma = inLine.find(',');
-    if (comma == std::string_view::npos)
-        return "is not of the form seconds,value";
-    const auto seconds = ParseNumber(std::string(Trimmed(inLine.substr(0, comma))));
-    const auto value = ParseNumber(std::string(Trimmed(inLine.substr(comma + 1))));
-    if (!seconds || !value)
-        return "does not hold two numbers";
-    if (*seconds < 0.0)
-        return "has a time below 0";
-    if (*value < 0.0 || *value > 1.0)
-        return "has a value outside of 0 to 1";
-    outPoint = {*seconds, *value};
-    return {};
-}
+constexpr SPointForm kForm{"automation file", "value", "1.5,0.25", 0.0, 1.0};
 } // namespace
 
 CAutomationCurve::CAutomationCurve(std::vector<SPoint> inPoints) : mPoints(std::move(inPoints)) {}
 
 COutcome<CAutomationCurve> CAutomationCurve::Parse(std::string_view inText)
 {
-    if (inText.starts_with("\xFF\xFE") || inText.starts_with("\xFE\xFF"))
-        return SProblem{"The text is UTF-16: save it as UTF-8."};
-    if (constexpr std::string_view mark = "\xEF\xBB\xBF"; inText.starts_with(mark))
-        inText.remove_prefix(mark.size());
-    std::vector<SPoint> points;
-    int lineNumber = 0;
-    bool mayBeHeader = true;
-    while (!inText.empty())
-    {
-        const auto end = inText.find('\n');
-        const std::string_view line = Trimmed(inText.substr(0, end));
-        inText = end == std::string_view::npos ? std::string_view() : inText.substr(end + 1);
-        ++lineNumber;
-        if (line.empty() || line.front() == '#')
-            continue;
-        if (std::exchange(mayBeHeader, false) && IsHeader(line))
-            continue;
-        SPoint point;
-        if (const std::string fault = ReadPoint(line, point); !fault.empty())
-            return SProblem{fmt::format("Line {} {}.", lineNumber, fault)};
-        if (!points.empty() && point.mSeconds < points.back().mSeconds)
-            return SProblem{fmt::format("Line {} goes back in time.", lineNumber)};
-        points.push_back(point);
-    }
-    if (points.empty())
-        return SProblem{"There is no point."};
-    return CAutomationCurve(std::move(points));
+    auto points = ParsePoints(inText, kForm);
+    if (!points)
+        return points.Problem();
+    return CAutomationCurve(std::move(*points));
 }
 
 COutcome<CAutomationCurve> CAutomationCurve::ReadFile(const std::string& inPath)
 {
-    std::ifstream file(inPath, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (!file.is_open() || file.bad())
-        return SProblem{fmt::format("The automation file '{}' cannot be read.", inPath)};
-    auto curve = Parse(text);
-    if (!curve)
-        return SProblem{
-            fmt::format("The automation file '{}' is wrong: {}", inPath, curve.Problem().mSentence)};
-    return curve;
+    auto points = ReadPointFile(inPath, kForm);
+    if (!points)
+        return points.Problem();
+    return CAutomationCurve(std::move(*points));
 }
 
 double CAutomationCurve::ValueAt(double inSeconds) const

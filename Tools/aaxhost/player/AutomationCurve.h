@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/support/COutcome.h"
+#include "Tools/aaxhost/player/PointFile.h"
 
 #include <string>
 #include <string_view>
@@ -10,17 +10,7 @@
 class CAutomationCurve
 {
 public:
-    struct SPoint
-    {
-        double mSeconds = 0.0;
-        double mValue = 0.0; // normalized
-    };
-
-    /**
-     * @param inText one point a line, `seconds,value`, as UTF-8 with or without its mark; empty lines, lines
-     * that begin with # and a first line of two words, the columns' names, are skipped. Times are at least 0
-     * and never fall; values are 0 to 1.
-     */
+    /** @param inText points as `ParsePoints` reads them; values are normalized, 0 to 1. */
     static COutcome<CAutomationCurve> Parse(std::string_view inText);
     static COutcome<CAutomationCurve> ReadFile(const std::string& inPath);
 
