@@ -18,9 +18,6 @@
 
 namespace
 {
-constexpr double kLowestTempo = 1.0; // beats per minute
-constexpr double kHighestTempo = 999.0;
-
 /** A parameter's identifier and what it is set to. */
 struct SParameterSetting
 {
@@ -147,13 +144,14 @@ void SayWhatMidiLacks(const SRenderOptions& inOptions, const SMidiSong& inSong)
     if (inSong.mSystemMessages > 0)
         fmt::print(stderr, "System exclusive messages in '{}' are left out: {}.\n", inOptions.mMidi,
                    inSong.mSystemMessages);
-    if (inSong.mForeignMeters > 0)
-        fmt::print(stderr, "Time signatures in '{}' are not followed, the host stays in 4/4: {}.\n",
+    if (inSong.mForeignMeters > 0 && !inOptions.mTransport.mMeter)
+        fmt::print(stderr, "Time signatures in '{}' that no host can be set to are left out: {}.\n",
                    inOptions.mMidi, inSong.mForeignMeters);
     const auto isUnusual = [](const STempoChange& change)
     { return change.mBeatsPerMinute < kLowestTempo || change.mBeatsPerMinute > kHighestTempo; };
     const auto unusual = std::find_if(inSong.mTempos.begin(), inSong.mTempos.end(), isUnusual);
-    if (unusual != inSong.mTempos.end() && !inOptions.mTempo)
+    const bool isFollowed = !inOptions.mTransport.mTempo && inOptions.mTransport.mTempoMap.empty();
+    if (unusual != inSong.mTempos.end() && isFollowed)
         fmt::print(
             stderr,
             "'{}' holds a tempo of {} beats per minute at {:.3f} seconds; the module is told, though hosts "
@@ -163,6 +161,8 @@ void SayWhatMidiLacks(const SRenderOptions& inOptions, const SMidiSong& inSong)
 
 int Render(const SRenderOptions& inOptions)
 {
+    if (inOptions.mTransport.mTempo && !inOptions.mTransport.mTempoMap.empty())
+        return FailUsage("Both --tempo and --tempo-map say what the tempo is: give one of them only.");
     for (const std::string& path : {inOptions.mOutput, inOptions.mSaveState})
         if (const auto writable = CheckWritable(path); !writable)
             return Fail(writable.Problem());
@@ -193,8 +193,10 @@ int Render(const SRenderOptions& inOptions)
     job.mRate = material->mRate;
     job.mBlockFrames = inOptions.mBlock;
     job.mMostTailFrames = std::llround(inOptions.mMostTailSeconds * material->mRate);
-    job.mTempo = inOptions.mTempo ? CTempoMap(*inOptions.mTempo) : CTempoMap(material->mMidi.mTempos);
-    job.mPlaying = !inOptions.mStopped;
+    job.mTimeline = material->mTimeline;
+    job.mLoop = inOptions.mTransport.mLoop;
+    job.mJumps = inOptions.mTransport.mJumps;
+    job.mPlaying = !inOptions.mTransport.mStopped;
     job.mInput = material->mInput ? &*material->mInput : nullptr;
     job.mMidi = material->mMidi.mEvents;
     job.mAutomation = material->mAutomation;
@@ -254,11 +256,7 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
         ->check(WholeNumberFrom(8000, 384000));
     command->add_option("--block", options->mBlock, "Frames in a block (512)")
         ->check(WholeNumberFrom(1, SRenderCall::kBufferFrames));
-    command
-        ->add_option("--tempo", options->mTempo,
-                     "Beats per minute of the transport; otherwise the MIDI file's or 120")
-        ->check(NumberFrom(kLowestTempo, kHighestTempo));
-    command->add_flag("--stopped", options->mStopped, "Leave the transport stopped");
+    AddTransportOptions(*command, options->mTransport);
     command->add_option("--state", options->mState, "State file to load before anything else");
     command->add_option("--save-state", options->mSaveState, "State file to write at the end");
     command->add_flag("--main-only", options->mMainOnly, "Leave the auxiliary stems out of the file");

@@ -34,6 +34,10 @@ COutcome<SRenderMaterial> ReadMaterial(const SRenderOptions& inOptions)
             return midi.Problem();
         material.mMidi = std::move(*midi);
     }
+    auto timeline = MakeTimeline(inOptions.mTransport, material.mMidi);
+    if (!timeline)
+        return timeline.Problem();
+    material.mTimeline = std::move(*timeline);
     if (!inOptions.mState.empty())
     {
         auto state = ReadStateFile(inOptions.mState);

@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/CommandSupport.h"
+#include "Tools/aaxhost/TransportOptions.h"
 #include "Tools/aaxhost/host/CHostAutomation.h"
 #include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/aaxhost/player/Renderer.h"
@@ -17,11 +18,10 @@ struct SRenderOptions
     std::string mInput;
     std::string mMidi;
     std::optional<double> mSeconds;
-    std::optional<int> mRate;      // Hz
-    int mBlock = 512;              // frames
-    std::optional<double> mTempo;  // beats per minute
+    std::optional<int> mRate; // Hz
+    int mBlock = 512;         // frames
+    STransportOptions mTransport;
     double mMostTailSeconds = 0.0; // 0: no tail
-    bool mStopped = false;
     bool mMainOnly = false;
     std::string mState;
     std::string mSaveState;
@@ -35,6 +35,7 @@ struct SRenderMaterial
 {
     std::optional<SAudio> mInput;
     SMidiSong mMidi;
+    CTimeline mTimeline;
     std::vector<SAutomationLane> mAutomation;
     std::optional<SInstanceState> mState;
     int mRate = 44100; // Hz

@@ -66,11 +66,19 @@ bool IsOneSentence(const std::string& inText)
 
 TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
 {
-    for (const char* arguments :
-         {"--seconds 0",      "--seconds x", "--seconds nan",   "--seconds 1e99",  "--rate 44100.5",
-          "--rate 0",         "--block 0",   "--block 4097",    "--block -1",      "--tempo 0",
-          "--tempo inf",      "--set Level", "--set Level=x",   "--set Level=1.5", "--set Nobody=0.5",
-          "--automate Level", "--answers",   "--answers never", "--unknown",       "extra"})
+    for (const char* arguments : {"--seconds 0",      "--seconds x",
+                                  "--seconds nan",    "--seconds 1e99",
+                                  "--rate 44100.5",   "--rate 0",
+                                  "--block 0",        "--block 4097",
+                                  "--block -1",       "--tempo 0",
+                                  "--tempo inf",      "--set Level",
+                                  "--set Level=x",    "--set Level=1.5",
+                                  "--set Nobody=0.5", "--automate Level",
+                                  "--answers",        "--answers never",
+                                  "--unknown",        "extra",
+                                  "--meter 4/3",      "--meter 100/4",
+                                  "--loop 4:4",       "--loop 1",
+                                  "--jump 1:x",       "--tempo 90 --tempo-map x"})
     {
         SCOPED_TRACE(arguments);
         const SRun run = Run(RenderTo("a.wav") + arguments);
@@ -120,7 +128,8 @@ TEST_F(CommandTest, UnreadableFilesExitWith1AndOneSentence)
     for (const std::string& arguments :
          {RenderTo("a.wav") + "--input " + missing, RenderTo("a.wav") + "--midi " + missing,
           RenderTo("a.wav") + "--midi " + FakeModuleFile(), RenderTo("a.wav") + "--automate Level=" + missing,
-          RenderTo("a.wav") + "--automate Level=" + mFolder.File("wrong.csv"), RenderTo("no/folder/a.wav"),
+          RenderTo("a.wav") + "--automate Level=" + mFolder.File("wrong.csv"),
+          RenderTo("a.wav") + "--tempo-map " + mFolder.File("wrong.csv"), RenderTo("no/folder/a.wav"),
           "describe " + missing, "describe " + mFolder.File("."), "describe " + mFolder.File("wrong.csv")})
     {
         SCOPED_TRACE(arguments);

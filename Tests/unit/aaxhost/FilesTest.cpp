@@ -104,12 +104,16 @@ TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
     }
 }
 
-TEST(MidiFile, TempoChangesAreKeptAndWhatIsLeftOutIsCounted)
+TEST(MidiFile, TempoAndMeterChangesAreKeptAndWhatIsLeftOutIsCounted)
 {
     std::string bytes(kMidiFile);
-    bytes.replace(bytes.find("\x81\x40\xFF\x51"), 8, std::string("\0\xFF\x58\4\3\2\x18\x08", 8));
-    for (const auto& [text, tempos, meters] :
-         {std::tuple{std::string(kMidiFile), std::vector{60.0, 120.0}, 0U}, {bytes, {60.0}, 1U}})
+    bytes.replace(bytes.find("\x81\x40\xFF\x51"), 8, std::string("\0\xFF\x58\4\3\3\x18\x08", 8));
+    std::string foreign = bytes;
+    foreign[foreign.find("\x58\4\3\3") + 3] = 6; // 64ths
+    for (const auto& [text, tempos, meters, left] :
+         {std::tuple{std::string(kMidiFile), std::vector{60.0, 120.0}, 0U, 0U},
+          {bytes, {60.0}, 1U, 0U},
+          {foreign, {60.0}, 0U, 1U}})
     {
         const auto song =
             MidiFromBytes({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, "a.mid");
@@ -119,7 +123,9 @@ TEST(MidiFile, TempoChangesAreKeptAndWhatIsLeftOutIsCounted)
         EXPECT_EQ(song->mTempos.back().mBeatsPerMinute, tempos.back());
         EXPECT_NEAR(song->mTempos.back().mSeconds, tempos.size() == 1 ? 0.0 : 2.0, 1e-9);
         EXPECT_EQ(song->mSystemMessages, 1U);
-        EXPECT_EQ(song->mForeignMeters, meters);
+        EXPECT_EQ(song->mForeignMeters, left);
+        ASSERT_EQ(song->mMeters.size(), meters);
+        EXPECT_TRUE(meters == 0 || song->mMeters.front().mMeter == (SMeter{3, 8}));
     }
 }
 

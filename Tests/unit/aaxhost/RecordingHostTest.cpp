@@ -6,6 +6,8 @@
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
+#include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace
@@ -79,6 +81,102 @@ TEST(HostTransport, PositionsFollowTempoMeterAndRate)
     state.mSampleRate = 0.0;
     ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
     EXPECT_EQ(ticks, 0);
+}
+
+TEST(HostTransport, TicksBarsAndBeatsAgreeAcrossChangesOfTempoAndMeter)
+{
+    CHostLog log;
+    CHostTransport transport(log);
+    STransportState& state = transport.State();
+    // Four quarters in the first two seconds; the second meter cuts the second bar short.
+    state.mTimeline = CTimeline({{0.0, 120.0}, {2.0, 60.0}}, {{0.0, {3, 4}}, {2.5, {6, 8}}});
+    state.mSampleRate = 1000.0;
+    struct SRow
+    {
+        std::int64_t sample;
+        double tempo;
+        SMeter meter;
+        std::int64_t ticks;
+        SBarBeat place;
+    };
+    for (const SRow& row :
+         {SRow{-500, 120, {3, 4}, -960000, {0, 3, 0}}, SRow{0, 120, {3, 4}, 0, {1, 1, 0}},
+          SRow{1999, 120, {3, 4}, 3838080, {2, 1, 958080}}, SRow{2000, 60, {3, 4}, 3840000, {2, 2, 0}},
+          SRow{2500, 60, {6, 8}, 4320000, {3, 1, 0}}, SRow{3750, 60, {6, 8}, 5520000, {3, 3, 240000}},
+          SRow{5500, 60, {6, 8}, 7200000, {4, 1, 0}}})
+    {
+        SCOPED_TRACE(row.sample);
+        state.mSamplePosition = row.sample;
+        double tempo = 0.0;
+        SMeter meter{0, 0};
+        std::int64_t ticks = -1;
+        std::int64_t custom = -1;
+        std::int64_t display = -1;
+        std::int32_t bar = -1;
+        std::int32_t beat = -1;
+        std::uint32_t perBeat = 0;
+        ASSERT_EQ(transport.GetCurrentTempo(&tempo), kAAX_Success);
+        ASSERT_EQ(transport.GetCurrentMeter(&meter.mNumerator, &meter.mDenominator), kAAX_Success);
+        ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
+        ASSERT_EQ(transport.GetCustomTickPosition(&custom, row.sample), kAAX_Success);
+        ASSERT_EQ(transport.GetBarBeatPosition(&bar, &beat, &display, row.sample), kAAX_Success);
+        ASSERT_EQ(transport.GetCurrentTicksPerBeat(&perBeat), kAAX_Success);
+        EXPECT_EQ(tempo, row.tempo);
+        EXPECT_EQ(meter, row.meter);
+        EXPECT_EQ(ticks, row.ticks);
+        EXPECT_EQ(custom, row.ticks);
+        EXPECT_EQ((SBarBeat{bar, beat, display}), row.place);
+        EXPECT_EQ(perBeat, 3840000U / static_cast<std::uint32_t>(row.meter.mDenominator));
+        EXPECT_NEAR(state.mTimeline->SecondsAt(static_cast<double>(ticks) / 960000), row.sample / 1000.0,
+                    1e-9);
+    }
+}
+
+TEST(HostTransport, AnswersWhatNoHostShouldAndFailsSingleCalls)
+{
+    CHostLog log;
+    CHostTransport transport(log);
+    STransportState& state = transport.State();
+    state = {.mSamplePosition = 66150, .mTickOffset = -500000, .mDisplayTicksPerQuarter = 960}; // 3 quarters
+    struct SRow
+    {
+        double tempo;
+        SMeter meter;
+        std::int64_t ticks;
+        SBarBeat place;
+    };
+    for (const SRow& row :
+         {SRow{120.0, {4, 3}, 2380000, {1, 2, 1100}}, SRow{0.0, {0, 0}, -500000, {0, 1, 460}},
+          SRow{std::nan(""), {0, 0}, -500000, {0, 1, 460}}})
+    {
+        SCOPED_TRACE(row.tempo);
+        state.mTempo = row.tempo;
+        state.mMeterNumerator = row.meter.mNumerator;
+        state.mMeterDenominator = row.meter.mDenominator;
+        std::int64_t ticks = -1;
+        std::int64_t display = -1;
+        std::int32_t bar = -1;
+        std::int32_t beat = -1;
+        ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
+        ASSERT_EQ(transport.GetBarBeatPosition(&bar, &beat, &display, 66150), kAAX_Success);
+        EXPECT_EQ(ticks, row.ticks);
+        EXPECT_EQ((SBarBeat{bar, beat, display}), row.place);
+    }
+    const std::pair<const char*, std::function<AAX_Result()>> calls[] = {
+        {"GetCurrentTempo", [&] { return transport.GetCurrentTempo(nullptr); }},
+        {"GetCurrentMeter", [&] { return transport.GetCurrentMeter(nullptr, nullptr); }},
+        {"IsTransportPlaying", [&] { return transport.IsTransportPlaying(nullptr); }},
+        {"GetCurrentTickPosition", [&] { return transport.GetCurrentTickPosition(nullptr); }},
+        {"GetCurrentLoopPosition",
+         [&] { return transport.GetCurrentLoopPosition(nullptr, nullptr, nullptr); }},
+        {"GetBarBeatPosition", [&] { return transport.GetBarBeatPosition(nullptr, nullptr, nullptr, 0); }},
+        {"GetTicksPerQuarter", [&] { return transport.GetTicksPerQuarter(nullptr); }}};
+    for (const auto& [failing, ignored] : calls)
+    {
+        log.FailCall(failing, 1, kAAX_ErrorUnsupported);
+        for (const auto& [name, call] : calls)
+            EXPECT_EQ(call(), name == failing ? kAAX_ErrorUnsupported : kAAX_Success) << failing << name;
+    }
 }
 
 /** An instance of the fake module whose host answers in that way. */

@@ -80,7 +80,7 @@ TEST_F(RendererTest, AutomationTakesTheCurvesValueAtTheStartOfEachBlock)
 
 TEST_F(RendererTest, TempoAndPositionFollowTheMapAtTheStartOfEachBlock)
 {
-    mJob.mTempo = CTempoMap(std::vector<STempoChange>{{0.0, 60.0}, {0.005, 120.0}});
+    mJob.mTimeline = CTimeline({{0.0, 60.0}, {0.005, 120.0}}, {});
     mJob.mFrames = 12;
     mJob.mBlockFrames = 4;
     std::vector<std::pair<double, std::int64_t>> blocks;
@@ -94,6 +94,55 @@ TEST_F(RendererTest, TempoAndPositionFollowTheMapAtTheStartOfEachBlock)
     ASSERT_TRUE(RenderOffline(*mInstance, mJob, sink));
     EXPECT_EQ(blocks,
               (std::vector<std::pair<double, std::int64_t>>{{60.0, 0}, {60.0, 3840}, {120.0, 10560}}));
+}
+
+TEST_F(RendererTest, ALoopAndJumpsCutTheBlocksAndTheInputGoesOn)
+{
+    const SAudio input{1000, {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}}};
+    mJob.mInput = &input;
+    mJob.mTimeline = CTimeline(600.0); // 100 frames a quarter note
+    mJob.mFrames = 12;
+    mJob.mBlockFrames = 4;
+    using Blocks = std::vector<std::pair<std::int64_t, std::int32_t>>; // position, frames
+    const SLoop loop{0.02, 0.05};
+    const SLoop late{0.09, 0.1};
+    struct SRow
+    {
+        std::optional<SLoop> loop;
+        std::vector<SJump> jumps;
+        bool playing;
+        Blocks blocks;
+    };
+    for (const SRow& row :
+         {SRow{loop, {}, true, {{0, 4}, {4, 1}, {2, 3}, {2, 3}, {2, 1}}},
+          SRow{{}, {{0.0, 0.5}, {0.0061, 0.001}}, true, {{500, 4}, {504, 2}, {1, 4}, {5, 2}}},
+          SRow{loop, {{0.007, 0.05}}, true, {{0, 4}, {4, 1}, {2, 2}, {50, 4}, {54, 1}}},
+          SRow{late,
+               {{0.002, 0.008}},
+               true,
+               {{0, 2}, {8, 2}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}}},
+          SRow{loop, {{0.007, 0.05}}, false, {{0, 4}, {0, 3}, {50, 4}, {50, 1}}}})
+    {
+        SCOPED_TRACE(testing::PrintToString(row.blocks));
+        mJob.mLoop = row.loop;
+        mJob.mJumps = row.jumps;
+        mJob.mPlaying = row.playing;
+        Blocks blocks;
+        std::vector<float> sound;
+        const auto sink = [&](std::span<const float* const> channels, std::int32_t frames)
+        {
+            const STransportState& transport = mInstance->Host().Transport().State();
+            EXPECT_EQ(transport.mLooping, row.loop.has_value());
+            blocks.emplace_back(transport.mSamplePosition, frames);
+            sound.insert(sound.end(), channels[1], channels[1] + frames);
+            return SDone{};
+        };
+        ASSERT_TRUE(RenderOffline(*mInstance, mJob, sink));
+        EXPECT_EQ(blocks, row.blocks);
+        EXPECT_EQ(sound, input.mChannels.front());
+    }
+    mJob.mLoop = SLoop{0.02, 0.021};
+    EXPECT_FALSE(RenderOffline(*mInstance, mJob, {}));
 }
 
 TEST_F(RendererTest, ATailEndsAfterASecondOfSilenceWhateverTheBlockOrAtItsLimit)

@@ -5,8 +5,6 @@
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
-#include <cmath>
-
 namespace
 {
 /** Stores an answer, unless the caller has no use for it. */
@@ -46,27 +44,30 @@ AAX_Result CHostTransport::Begin(const char* inName) const noexcept
     return fault != kAAX_Success ? fault : mResult;
 }
 
-std::uint32_t CHostTransport::TicksPerBeat() const noexcept
-{
-    if (mState.mMeterDenominator <= 0)
-        return kTicksPerQuarter;
-    return kTicksPerQuarter * 4U / static_cast<std::uint32_t>(mState.mMeterDenominator);
-}
-
 std::int64_t CHostTransport::TicksAt(std::int64_t inSampleLocation) const noexcept
 {
-    const double samples = static_cast<double>(inSampleLocation) - mState.mTempoSample;
-    const double quarters = mState.mTempoQuarters + samples / mState.mSampleRate * mState.mTempo / 60.0;
-    const double ticks = quarters * kTicksPerQuarter;
-    // Outside of this a double has no 64-bit integer; a rate of 0 comes here as well.
-    return std::abs(ticks) < 9.0e18 ? static_cast<std::int64_t>(std::floor(ticks)) : 0;
+    const double seconds = static_cast<double>(inSampleLocation) / mState.mSampleRate;
+    const double quarters =
+        mState.mTimeline ? mState.mTimeline->QuartersAt(seconds) : seconds * mState.mTempo / 60.0;
+    return CTimeline::TicksOf(quarters) + mState.mTickOffset;
+}
+
+CTimeline::SMeterStretch CHostTransport::MeterAt(std::int64_t inTick) const noexcept
+{
+    if (mState.mTimeline)
+        return mState.mTimeline->MeterAt(inTick);
+    return {0, 1, {mState.mMeterNumerator, mState.mMeterDenominator}};
 }
 
 AAX_Result CHostTransport::GetCurrentTempo(double* beatsPerMinute) const
 {
     if (const AAX_Result fault = Begin("GetCurrentTempo"))
         return fault;
-    Answer(beatsPerMinute, mState.mTempo);
+    const double samples =
+        static_cast<double>(mState.mSamplePosition) + 0.5; // the nearest one, as an event does
+    Answer(beatsPerMinute, mState.mTimeline
+                               ? mState.mTimeline->TempoAt(samples / mState.mSampleRate).mBeatsPerMinute
+                               : mState.mTempo);
     return kAAX_Success;
 }
 
@@ -74,8 +75,9 @@ AAX_Result CHostTransport::GetCurrentMeter(std::int32_t* numerator, std::int32_t
 {
     if (const AAX_Result fault = Begin("GetCurrentMeter"))
         return fault;
-    Answer(numerator, mState.mMeterNumerator);
-    Answer(denominator, mState.mMeterDenominator);
+    const SMeter meter = Meter();
+    Answer(numerator, meter.mNumerator);
+    Answer(denominator, meter.mDenominator);
     return kAAX_Success;
 }
 
@@ -127,12 +129,11 @@ AAX_Result CHostTransport::GetBarBeatPosition(std::int32_t* bars, std::int32_t* 
 {
     if (const AAX_Result fault = Begin("GetBarBeatPosition"))
         return fault;
-    const std::int64_t ticks = TicksAt(sampleLocation);
-    const std::int64_t ticksPerBeat = TicksPerBeat() > 0 ? TicksPerBeat() : 1;
-    const std::int64_t beatsPerBar = mState.mMeterNumerator > 0 ? mState.mMeterNumerator : 1;
-    Answer(bars, ticks / ticksPerBeat / beatsPerBar + 1); // bars and beats count from 1
-    Answer(beats, ticks / ticksPerBeat % beatsPerBar + 1);
-    Answer(displayTicks, ticks % ticksPerBeat);
+    const std::int64_t tick = TicksAt(sampleLocation);
+    const SBarBeat place = CountBarsAndBeats(MeterAt(tick), tick);
+    Answer(bars, place.mBar);
+    Answer(beats, place.mBeat);
+    Answer(displayTicks, place.mTicks * mState.mDisplayTicksPerQuarter / kTicksPerQuarter);
     return kAAX_Success;
 }
 
@@ -148,7 +149,7 @@ AAX_Result CHostTransport::GetCurrentTicksPerBeat(std::uint32_t* ticks) const
 {
     if (const AAX_Result fault = Begin("GetCurrentTicksPerBeat"))
         return fault;
-    Answer(ticks, TicksPerBeat());
+    Answer(ticks, Meter().TicksPerBeat());
     return kAAX_Success;
 }
 

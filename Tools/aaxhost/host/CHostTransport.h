@@ -1,18 +1,21 @@
 #pragma once
 #include "Interfaces/AAX/AAX_IACFHost.h"
 #include "Interfaces/AAX/AAX_ITransport.h"
+#include "Tools/aaxhost/host/CTimeline.h"
+
+#include <optional>
 
 class CHostLog;
 class CInstanceHost;
 
-/** Where the transport stands and how it runs. */
+/** Where the transport stands and how it runs. Any of it may be what no host should answer: no number, a
+ * meter of 0/0 or 4/3, a loop that ends before it begins. */
 struct STransportState
 {
-    double mTempo = 120.0;       // beats per minute
-    double mTempoSample = 0.0;   // where it came to hold
-    double mTempoQuarters = 0.0; // quarter notes until there
+    double mTempo = 120.0; // beats per minute, for the whole timeline
     std::int32_t mMeterNumerator = 4;
     std::int32_t mMeterDenominator = 4;
+    std::optional<CTimeline> mTimeline{}; // where there is one, the tempo and the meter are its
     bool mPlaying = false;
     std::int64_t mSamplePosition = 0;
     double mSampleRate = 44100.0; // Hz
@@ -20,13 +23,16 @@ struct STransportState
     std::int64_t mLoopStartTick = 0;
     std::int64_t mLoopEndTick = 0;
     std::int64_t mSelectionStart = 0; // samples
+    std::int64_t mTickOffset = 0; // added to the tick of every position: ticks can be made to run backwards
+    // What display ticks count; hosts differ in it.
+    std::int64_t mDisplayTicksPerQuarter = CTimeline::kTicksPerQuarter;
 };
 
 /**
  * The host's transport, both as the interface of an instance's context and as that of a transport node.
  *
- * Ticks are 1/960000 of a quarter note, counted at the present tempo from where it came to hold; the meter
- * holds for the whole timeline.
+ * Tempo, meter, ticks, bars and beats agree with each other and with the position in samples. A change of
+ * tempo holds from the sample nearest to its time on. Any single call can be made to fail (`CHostLog`).
  *
  * Threads: the state is set between render calls; the calls of the module allocate nothing.
  */
@@ -62,13 +68,15 @@ public:
     AAX_Result GetTimeCodeInfo(std::int32_t* frameRate, std::int32_t* offset) const override;
     AAX_Result GetFeetFramesInfo(std::int32_t* feetFramesRate, std::int64_t* offset) const override;
 
-    static constexpr std::uint32_t kTicksPerQuarter = 960000;
+    static constexpr std::uint32_t kTicksPerQuarter = CTimeline::kTicksPerQuarter;
 
 private:
     /** Logs the call. @return what it must answer. */
     AAX_Result Begin(const char* inName) const noexcept;
     std::int64_t TicksAt(std::int64_t inSampleLocation) const noexcept;
-    std::uint32_t TicksPerBeat() const noexcept;
+    CTimeline::SMeterStretch MeterAt(std::int64_t inTick) const noexcept;
+    /** The meter at the present position. */
+    SMeter Meter() const noexcept { return MeterAt(TicksAt(mState.mSamplePosition)).mMeter; }
 
     CHostLog& mLog;
     CInstanceHost* mOwner = nullptr;

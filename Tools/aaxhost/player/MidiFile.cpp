@@ -48,6 +48,16 @@ bool IsMeta(const smf_event_t& inEvent, std::uint8_t inType, int inBytes)
            inEvent.midi_buffer[0] == 0xFF && inEvent.midi_buffer[1] == inType;
 }
 
+/** @param inPower what 2 is raised to for the denominator. */
+void AddMeter(std::uint8_t inNumerator, std::uint8_t inPower, double inSeconds, SMidiSong& ioSong)
+{
+    constexpr std::uint8_t mostPower = 5; // 32nd notes
+    if (inNumerator == 0 || inPower > mostPower)
+        ++ioSong.mForeignMeters;
+    else
+        ioSong.mMeters.push_back({inSeconds, {inNumerator, 1 << inPower}});
+}
+
 void AddEvent(const smf_event_t& inEvent, double inSeconds, SMidiSong& ioSong)
 {
     const std::uint8_t* const bytes = inEvent.midi_buffer;
@@ -65,7 +75,7 @@ void AddEvent(const smf_event_t& inEvent, double inSeconds, SMidiSong& ioSong)
             {inSeconds, kMicrosecondsPerMinute / (bytes[3] << 16 | bytes[4] << 8 | bytes[5])});
     }
     else if (IsMeta(inEvent, kMetaTimeSignature, 4))
-        ioSong.mForeignMeters += bytes[3] == 4 && bytes[4] == 2 ? 0 : 1; // the second is a power of two
+        AddMeter(bytes[3], bytes[4], inSeconds, ioSong);
     else if (bytes != nullptr && inEvent.midi_buffer_length > 0 && bytes[0] == 0xF0)
         ++ioSong.mSystemMessages;
 }

@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/player/TempoMap.h"
+#include "Tools/aaxhost/host/CTimeline.h"
 #include "Tools/support/COutcome.h"
 
 #include <array>
@@ -21,8 +21,9 @@ struct SMidiSong
 {
     std::vector<SMidiEvent> mEvents;   // of all tracks, in the order of their times
     std::vector<STempoChange> mTempos; // in the order of their times
+    std::vector<SMeterChange> mMeters; // in the order of their times
     std::size_t mSystemMessages = 0;   // left out: a packet of the host's MIDI nodes has no room for them
-    std::size_t mForeignMeters = 0;    // time signatures but 4/4, in which the host stays
+    std::size_t mForeignMeters = 0;    // left out: time signatures that no host can be set to
 };
 
 /**

@@ -15,14 +15,23 @@ namespace
 class CBlockFeeder
 {
 public:
-    CBlockFeeder(CInstance& inInstance, const SRenderJob& inJob)
+    CBlockFeeder(CInstance& inInstance, const SRenderJob& inJob, const CPlayhead& inPlayhead)
         : mInstance(inInstance),
           mJob(inJob),
+          mPlayhead(inPlayhead),
           mCall(inInstance.MakeRenderCall()),
           mNode(mCall->FindNode(AAX_eMIDINodeType_LocalInput)),
           mLastValues(inJob.mAutomation.size(), std::numeric_limits<double>::quiet_NaN()),
           mTimerInterval(std::max<std::int64_t>(1, std::llround(inJob.mRate / kTimerRate)))
     {
+        STransportState& transport = Transport();
+        transport.mTimeline = inJob.mTimeline;
+        transport.mPlaying = inJob.mPlaying;
+        transport.mSampleRate = inJob.mRate;
+        transport.mLooping = inJob.mLoop.has_value();
+        const SLoop loop = inJob.mLoop.value_or(SLoop());
+        transport.mLoopStartTick = CTimeline::TicksOf(loop.mBegin);
+        transport.mLoopEndTick = CTimeline::TicksOf(loop.mEnd);
     }
 
     COutcome<SDone> RenderBlock(std::int64_t inStart, std::int32_t inFrames)
@@ -34,7 +43,7 @@ public:
                                         NameOfResult(result))};
         if (auto done = ApplyAutomation(inStart); !done)
             return done;
-        SetTransport(inStart);
+        Transport().mSamplePosition = mPlayhead.Position();
         FillInputs(inStart, inFrames);
         FillMidi(inStart, inFrames);
         mCall->mFrames = inFrames;
@@ -77,19 +86,7 @@ private:
         return SDone{};
     }
 
-    void SetTransport(std::int64_t inStart)
-    {
-        STransportState& transport = mInstance.Host().Transport().State();
-        transport.mPlaying = mJob.mPlaying;
-        transport.mSamplePosition = mJob.mPlaying ? inStart : 0;
-        transport.mSampleRate = mJob.mRate;
-        // A change holds from the frame nearest to its time on, as an event does.
-        const auto frame = static_cast<double>(transport.mSamplePosition);
-        const CTempoMap::SStretch& stretch = mJob.mTempo.At((frame + 0.5) / mJob.mRate);
-        transport.mTempo = stretch.mBeatsPerMinute;
-        transport.mTempoSample = stretch.mSeconds * mJob.mRate;
-        transport.mTempoQuarters = stretch.mQuarters;
-    }
+    STransportState& Transport() { return mInstance.Host().Transport().State(); }
 
     void FillInputs(std::int64_t inStart, std::int32_t inFrames)
     {
@@ -134,6 +131,7 @@ private:
 
     CInstance& mInstance;
     const SRenderJob& mJob;
+    const CPlayhead& mPlayhead;
     std::unique_ptr<SRenderCall> mCall;
     CHostMidiNode* mNode = nullptr;
     std::vector<double> mLastValues; // of each automation lane, not a number before the first block
@@ -177,7 +175,11 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
         return SProblem{fmt::format("A block of {} frames is not one of 1 to {}.", inJob.mBlockFrames,
                                     SRenderCall::kBufferFrames)};
     const CStage stage("it was rendering");
-    CBlockFeeder feeder(inInstance, inJob);
+    auto playhead =
+        CPlayhead::Create(inJob.mTimeline, inJob.mRate, inJob.mPlaying, inJob.mLoop, inJob.mJumps);
+    if (!playhead)
+        return playhead.Problem();
+    CBlockFeeder feeder(inInstance, inJob, *playhead);
     CSilenceWatch watch(inJob.mRate);
     SRenderEnd end;
     const std::int64_t most = inJob.mFrames + inJob.mMostTailFrames;
@@ -185,9 +187,12 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
     {
         // What is asked for ends with a block, so that the tail changes nothing of it.
         const std::int64_t left = (end.mFrames < inJob.mFrames ? inJob.mFrames : most) - end.mFrames;
-        auto frames = static_cast<std::int32_t>(std::min<std::int64_t>(inJob.mBlockFrames, left));
+        const std::int64_t untilJump = playhead->FramesUntilJump().value_or(left);
+        auto frames =
+            static_cast<std::int32_t>(std::min<std::int64_t>({inJob.mBlockFrames, left, untilJump}));
         if (auto rendered = feeder.RenderBlock(end.mFrames, frames); !rendered)
             return rendered.Problem();
+        playhead->Advance(frames);
         const auto outputs = feeder.Outputs();
         if (end.mFrames >= inJob.mFrames)
         {
@@ -201,5 +206,6 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
         if (inProgress)
             inProgress(end.mFrames);
     }
+    end.mPassages = playhead->Passages();
     return end;
 }

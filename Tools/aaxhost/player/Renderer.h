@@ -1,11 +1,12 @@
 #pragma once
 #include "Tools/aaxhost/player/AudioFile.h"
 #include "Tools/aaxhost/player/AutomationCurve.h"
+#include "Tools/aaxhost/player/CPlayhead.h"
 #include "Tools/aaxhost/player/MidiFile.h"
-#include "Tools/aaxhost/player/TempoMap.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -25,8 +26,10 @@ struct SRenderJob
     std::int64_t mMostTailFrames = 0; // as many more at most, until the outputs have been silent for a second
     double mRate = 44100.0;           // Hz; the rate that the instance was made with
     std::int32_t mBlockFrames = 512;  // 1 to SRenderCall::kBufferFrames
-    CTempoMap mTempo;
-    bool mPlaying = true;           // stopped: the position stays 0
+    CTimeline mTimeline;
+    std::optional<SLoop> mLoop;
+    std::vector<SJump> mJumps;      // in the order of the times
+    bool mPlaying = true;           // stopped: the position stays where it is
     const SAudio* mInput = nullptr; // null: silence. One channel feeds all inputs
     std::vector<SMidiEvent> mMidi;  // in the order of the times
     std::vector<SAutomationLane> mAutomation;
@@ -37,6 +40,7 @@ struct SRenderEnd
 {
     std::int64_t mFrames = 0; // rendered, with the tail
     bool mIsSilent = false;   // the tail came to silence
+    std::vector<SPassage> mPassages;
 };
 
 /** Gets every rendered block; what it answers other than success ends the render. */
@@ -51,8 +55,9 @@ inline constexpr float kSilence = 1e-6F;
 /**
  * Renders as fast as the instance can. A MIDI event falls on the frame nearest to its time. Automation and
  * tempo are those at the start of each block, as in a host with a fixed block size: a change inside of a
- * block is heard of with the next one, the position in quarter notes is exact at each start. A tail ends on
- * the frame that completes a second of silence, whatever the block size.
+ * block is heard of with the next one, the position in quarter notes is exact at each start. A block ends
+ * where the position jumps. Sound, MIDI events and automation follow the time of the file, whatever the
+ * transport does. A tail ends on the frame that completes a second of silence, whatever the block size.
  */
 COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
                                    const RenderProgress& inProgress = {});
