@@ -179,6 +179,20 @@ TEST(HostTransport, AnswersWhatNoHostShouldAndFailsSingleCalls)
     }
 }
 
+TEST(HostMidiNode, TakesAsManyPacketsAsItHasRoomForAndCountsTheRest)
+{
+    CHostLog log;
+    CHostMidiNode node(log);
+    AAX_CMidiPacket packet{};
+    ASSERT_EQ(node.PostMIDIPacket(&packet), kAAX_Success);
+    const AAX_CMidiPacket* const begin = node.Posted().data();
+    while (node.Posted().size() < 65536)
+        ASSERT_EQ(node.PostMIDIPacket(&packet), kAAX_Success);
+    EXPECT_EQ(node.PostMIDIPacket(&packet), ACF_E_OUTOFMEMORY);
+    EXPECT_EQ(node.Refused(), 1U);
+    EXPECT_EQ(node.Posted().data(), begin) << "memory was allocated";
+}
+
 /** An instance of the fake module whose host answers in that way. */
 struct SAnswered
 {

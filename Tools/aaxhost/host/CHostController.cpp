@@ -87,6 +87,7 @@ AAX_Result CHostController::SetSignalLatency(std::int32_t samples)
     if (const AAX_Result fault = mLog.Record("SetSignalLatency", std::to_string(samples)))
         return fault;
     mState.mSignalLatency = samples;
+    mState.mLatencyChanges.push_back({mState.mFramesRendered, samples});
     return kAAX_Success;
 }
 

@@ -10,6 +10,14 @@
 class CHostLog;
 class CInstanceHost;
 
+/** A latency and from when on it holds. */
+struct SLatencyChange
+{
+    std::int64_t mFrame = 0; // as many were rendered before
+    std::int32_t mSamples = 0;
+    bool operator==(const SLatencyChange&) const = default;
+};
+
 /** What the controller answers; latency and cycles are written by the module. */
 struct SControllerState
 {
@@ -17,8 +25,10 @@ struct SControllerState
     float mSampleRate = 44100.0F; // Hz
     std::int32_t mInputStemFormat = AAX_eStemFormat_Stereo;
     std::int32_t mOutputStemFormat = AAX_eStemFormat_Stereo;
-    std::int32_t mSignalLatency = 0; // samples
-    std::int32_t mHybridLatency = 0; // samples
+    std::int32_t mSignalLatency = 0;             // samples
+    std::vector<SLatencyChange> mLatencyChanges; // each call that told one
+    std::int64_t mFramesRendered = 0;            // kept by whoever renders
+    std::int32_t mHybridLatency = 0;             // samples
     std::int64_t mTimeOfDay = 0;
     std::int64_t mAutomationTimestamp = 0;
     std::string mHostName = "aaxhost";

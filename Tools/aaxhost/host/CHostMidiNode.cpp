@@ -8,7 +8,7 @@ CHostMidiNode::CHostMidiNode(CHostLog& inLog, AAX_ITransport* inTransport)
     : mLog(inLog), mTransport(inTransport)
 {
     mPackets.reserve(kReservedPackets);
-    mPosted.reserve(kReservedPackets);
+    mPosted.reserve(kMostPosted); // posting allocates nothing
 }
 
 void CHostMidiNode::Add(std::uint32_t inTimestamp, std::span<const std::uint8_t> inBytes)
@@ -24,6 +24,12 @@ void CHostMidiNode::Add(const AAX_CMidiPacket& inPacket) { mPackets.push_back(in
 
 void CHostMidiNode::Clear() noexcept { mPackets.clear(); }
 
+void CHostMidiNode::ForgetPosted() noexcept
+{
+    mPosted.clear();
+    mRefused = 0;
+}
+
 AAX_CMidiStream* CHostMidiNode::GetNodeBuffer()
 {
     if (mLog.RecordRender("GetNodeBuffer") != kAAX_Success || mHideStream)
@@ -38,6 +44,11 @@ AAX_Result CHostMidiNode::PostMIDIPacket(AAX_CMidiPacket* packet)
         return fault;
     if (packet == nullptr)
         return kAAX_ErrorNullArgument;
+    if (mPosted.size() == kMostPosted)
+    {
+        ++mRefused;
+        return ACF_E_OUTOFMEMORY;
+    }
     mPosted.push_back(*packet);
     return kAAX_Success;
 }

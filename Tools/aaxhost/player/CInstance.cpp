@@ -188,6 +188,8 @@ void CInstance::Render(SRenderCall& ioCall)
             std::memcpy(block.mWords.data(), packet->data(),
                         std::min<std::size_t>(block.mSize, packet->size()));
     }
+    for (SRenderCall::SNode& node : ioCall.mNodes)
+        node.mNode->ForgetPosted();
     void* const contexts[] = {ioCall.Context()};
     mProcess(contexts, contexts + 1);
 }

@@ -82,7 +82,8 @@ public:
 
     /** Prepares a render call; the module fills its private data here. */
     std::unique_ptr<SRenderCall> MakeRenderCall();
-    /** Calls the process procedure for this instance. Allocates nothing of its own. */
+    /** Calls the process procedure for this instance. What the module posts to a node is that of this call.
+     * Allocates nothing of its own. */
     void Render(SRenderCall& ioCall);
     /** The registered procedure, for calls with several contexts. */
     AAX_CProcessProc ProcessProc() const noexcept { return mProcess; }
