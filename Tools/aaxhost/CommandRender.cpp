@@ -5,7 +5,9 @@
 #include "Tools/aaxhost/RenderedFile.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CMidiOutput.h"
 #include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/MidiFileWriter.h"
 #include "Tools/aaxhost/player/ParameterChoice.h"
 #include "Tools/aaxhost/player/ParseNumber.h"
 #include "Tools/aaxhost/player/StateFile.h"
@@ -95,20 +97,23 @@ COutcome<SDone> SaveState(const CModule& inModule, CInstance& inInstance, const 
     return WriteStateFile(inPath, *state);
 }
 
+bool HasNode(const CInstance& inInstance, AAX_EMIDINodeType inType)
+{
+    return std::ranges::any_of(
+        inInstance.Component().mFields, [=](const SField& field)
+        { return field.mKind == EFieldKind::MidiNode && field.mNodeType == inType; });
+}
+
 COutcome<SDone> CheckDescription(CInstance& inInstance, const SRenderOptions& inOptions)
 {
     if (inInstance.OutputChannels() == 0)
         return SProblem{"The module describes no output channel, so there is nothing to write."};
     if (!inOptions.mInput.empty() && inInstance.InputChannels() == 0)
         return SProblem{fmt::format("The module describes no input channel for '{}'.", inOptions.mInput)};
-    const auto& fields = inInstance.Component().mFields;
-    const bool takesMidi = std::any_of(fields.begin(), fields.end(),
-                                       [](const SField& field) {
-                                           return field.mKind == EFieldKind::MidiNode &&
-                                                  field.mNodeType == AAX_eMIDINodeType_LocalInput;
-                                       });
-    if (!inOptions.mMidi.empty() && !takesMidi)
+    if (!inOptions.mMidi.empty() && !HasNode(inInstance, AAX_eMIDINodeType_LocalInput))
         return SProblem{fmt::format("The module describes no MIDI input for '{}'.", inOptions.mMidi)};
+    if (!inOptions.mMidiOutput.empty() && !HasNode(inInstance, AAX_eMIDINodeType_LocalOutput))
+        return SProblem{fmt::format("The module describes no MIDI output for '{}'.", inOptions.mMidiOutput)};
     return SDone{};
 }
 
@@ -159,11 +164,57 @@ void SayWhatMidiLacks(const SRenderOptions& inOptions, const SMidiSong& inSong)
             inOptions.mMidi, unusual->mBeatsPerMinute, unusual->mSeconds, kLowestTempo, kHighestTempo);
 }
 
+SRenderJob MakeJob(const SRenderOptions& inOptions, const SRenderMaterial& inMaterial)
+{
+    SRenderJob job;
+    job.mFrames = LengthInFrames(inOptions, inMaterial);
+    job.mRate = inMaterial.mRate;
+    job.mBlockFrames = inOptions.mBlock;
+    job.mMostTailFrames = std::llround(inOptions.mMostTailSeconds * inMaterial.mRate);
+    job.mTimeline = inMaterial.mTimeline;
+    job.mLoop = inOptions.mTransport.mLoop;
+    job.mJumps = inOptions.mTransport.mJumps;
+    job.mCompensates = inOptions.mCompensates;
+    job.mTimerRate = inOptions.mTimerRate;
+    job.mPlaying = !inOptions.mTransport.mStopped;
+    job.mInput = inMaterial.mInput ? &*inMaterial.mInput : nullptr;
+    job.mMidi = inMaterial.mMidi.mEvents;
+    job.mAutomation = inMaterial.mAutomation;
+    return job;
+}
+
+/** The first latency that the module told, and each that is another than the one before. */
+void TellLatency(CInstance& inInstance, double inRate)
+{
+    const std::vector<SLatencyChange>& told = inInstance.Host().Controller().State().mLatencyChanges;
+    for (std::size_t i = 0; i < told.size(); ++i)
+        if (i == 0 || told[i].mSamples != told[i - 1].mSamples)
+            fmt::print("Latency: {} samples from {:.3f} seconds on\n", told[i].mSamples,
+                       static_cast<double>(told[i].mFrame) / inRate);
+}
+
+COutcome<SDone> SaveMidiOutput(const std::string& inPath, CMidiOutput& ioOutput, const SRenderJob& inJob,
+                               const SRenderedSamples& inSamples)
+{
+    ioOutput.Finish();
+    const SHeardTimeline heard = HearTimeline(inJob.mTimeline, inJob.mRate, inJob.mPlaying,
+                                              inSamples.mEnd.mPassages, inSamples.mEnd.mFrames);
+    if (auto written = WriteMidiFile(inPath, ioOutput.Messages(), heard,
+                                     static_cast<double>(inSamples.mFrames) / inJob.mRate);
+        !written)
+        return written;
+    fmt::print("Wrote {}: {} MIDI messages\n", inPath, ioOutput.Messages().size());
+    if (ioOutput.LeftOut() > 0)
+        fmt::print(stderr, "System messages that a MIDI file has no place for are left out: {}.\n",
+                   ioOutput.LeftOut());
+    return SDone{};
+}
+
 int Render(const SRenderOptions& inOptions)
 {
     if (inOptions.mTransport.mTempo && !inOptions.mTransport.mTempoMap.empty())
         return FailUsage("Both --tempo and --tempo-map say what the tempo is: give one of them only.");
-    for (const std::string& path : {inOptions.mOutput, inOptions.mSaveState})
+    for (const std::string& path : {inOptions.mOutput, inOptions.mSaveState, inOptions.mMidiOutput})
         if (const auto writable = CheckWritable(path); !writable)
             return Fail(writable.Problem());
     auto material = ReadMaterial(inOptions);
@@ -188,34 +239,33 @@ int Render(const SRenderOptions& inOptions)
     if (!inOptions.mMidi.empty())
         SayWhatMidiLacks(inOptions, material->mMidi);
 
-    SRenderJob job;
-    job.mFrames = LengthInFrames(inOptions, *material);
-    job.mRate = material->mRate;
-    job.mBlockFrames = inOptions.mBlock;
-    job.mMostTailFrames = std::llround(inOptions.mMostTailSeconds * material->mRate);
-    job.mTimeline = material->mTimeline;
-    job.mLoop = inOptions.mTransport.mLoop;
-    job.mJumps = inOptions.mTransport.mJumps;
-    job.mPlaying = !inOptions.mTransport.mStopped;
-    job.mInput = material->mInput ? &*material->mInput : nullptr;
-    job.mMidi = material->mMidi.mEvents;
-    job.mAutomation = material->mAutomation;
+    SRenderJob job = MakeJob(inOptions, *material);
+    CMidiOutput midiOutput(job.mRate);
+    job.mMidiOutput = inOptions.mMidiOutput.empty() ? nullptr : &midiOutput;
     const std::int32_t channels =
         inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();
     const auto samples = RenderIntoFile(**instance, job, inOptions.mOutput, channels);
     if (!samples)
         return Fail(samples.Problem());
+    if (job.mCompensates)
+        TellLatency(**instance, job.mRate);
     if (!inOptions.mSaveState.empty())
         if (const auto saved = SaveState(**module, **instance, inOptions.mSaveState); !saved)
             return Fail(saved.Problem());
     fmt::print("Wrote {}: {:.3f} seconds, {} Hz, {} channels, peak {:.4f}\n", inOptions.mOutput,
                static_cast<double>(samples->mFrames) / job.mRate, material->mRate, channels, samples->mPeak);
-    if (inOptions.mMostTailSeconds > 0.0 && !samples->mEndsSilent)
+    if (inOptions.mMostTailSeconds > 0.0 && !samples->mEnd.mIsSilent)
         fmt::print(stderr, "The module was not silent after a tail of {} seconds, where '{}' ends.\n",
                    inOptions.mMostTailSeconds, inOptions.mOutput);
+    if (job.mMidiOutput != nullptr)
+        if (const auto saved = SaveMidiOutput(inOptions.mMidiOutput, midiOutput, job, *samples); !saved)
+            return Fail(saved.Problem());
+    int exit = kExitSuccess;
+    if (const std::string fault = midiOutput.Fault(); !fault.empty())
+        exit = Fail({fault});
     if (samples->mFirstBadFrame >= 0)
-        return Fail(BadSamples(*samples, inOptions.mOutput, job.mRate));
-    return kExitSuccess;
+        exit = Fail(BadSamples(*samples, inOptions.mOutput, job.mRate));
+    return exit;
 }
 
 /** Takes `PARAMETER=VALUE` with a normalized value. */
@@ -259,6 +309,17 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     AddTransportOptions(*command, options->mTransport);
     command->add_option("--state", options->mState, "State file to load before anything else");
     command->add_option("--save-state", options->mSaveState, "State file to write at the end");
+    command->add_option("--midi-output", options->mMidiOutput,
+                        "Standard MIDI File to write with what the module plays, at the times of the render");
+    command->add_flag(
+        "--compensate", options->mCompensates,
+        "Make up for the latency that the module tells: the file begins as much later and is as "
+        "long. What it told last counts for the whole file; MIDI output stays where it is");
+    command
+        ->add_option("--timer", options->mTimerRate,
+                     "How often in a second of sound the module's timer is woken (30); 0: never, as in hosts "
+                     "that are offline")
+        ->check(NumberFrom(0.0, 1000.0));
     command->add_flag("--main-only", options->mMainOnly, "Leave the auxiliary stems out of the file");
     command
         ->add_option("--set", options->mSets,

@@ -22,6 +22,9 @@ struct SRenderOptions
     int mBlock = 512;         // frames
     STransportOptions mTransport;
     double mMostTailSeconds = 0.0; // 0: no tail
+    double mTimerRate = 30.0;      // in a second of sound; 0: none
+    bool mCompensates = false;     // makes up for the latency
+    std::string mMidiOutput;
     bool mMainOnly = false;
     std::string mState;
     std::string mSaveState;

@@ -1,19 +1,17 @@
 #pragma once
+#include "Tools/aaxhost/player/Renderer.h"
 #include "Tools/support/COutcome.h"
 
 #include <cstdint>
 #include <span>
 #include <string>
 
-class CInstance;
-struct SRenderJob;
-
 /** What was seen of the samples on their way into the file. */
 struct SRenderedSamples
 {
     float mPeak = 0.0F; // the highest absolute value of those that are finite
     std::int64_t mFrames = 0;
-    bool mEndsSilent = false; // the tail did
+    SRenderEnd mEnd;
     std::int64_t mNotNumbers = 0;
     std::int64_t mInfinite = 0;
     std::int64_t mFirstBadFrame = -1; // of what is no finite number; -1: there is none
@@ -23,7 +21,9 @@ struct SRenderedSamples
 };
 
 /**
- * Renders into a WAV file, with a bar on the terminal. All samples are written as they come.
+ * Renders into a WAV file, with a bar on the terminal. All samples are written as they come; where the job
+ * makes up for the latency, without those by which the module's sound is late. As it may tell another latency
+ * up to the last block, the sound waits in a file without a name until then.
  *
  * @param inChannels as many channels of the instance's outputs, the first ones.
  */

@@ -1,5 +1,7 @@
 #include "Tests/unit/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/player/AudioFile.h"
+#include "Tools/aaxhost/player/MidiFile.h"
+#include "Tools/aaxhost/player/MidiFileWriter.h"
 
 #include <cmath>
 #include <cstdio>
@@ -7,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <limits>
+#include <numeric>
 #include <sys/wait.h>
 
 namespace
@@ -66,19 +69,15 @@ bool IsOneSentence(const std::string& inText)
 
 TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
 {
-    for (const char* arguments : {"--seconds 0",      "--seconds x",
-                                  "--seconds nan",    "--seconds 1e99",
-                                  "--rate 44100.5",   "--rate 0",
-                                  "--block 0",        "--block 4097",
-                                  "--block -1",       "--tempo 0",
-                                  "--tempo inf",      "--set Level",
-                                  "--set Level=x",    "--set Level=1.5",
-                                  "--set Nobody=0.5", "--automate Level",
-                                  "--answers",        "--answers never",
-                                  "--unknown",        "extra",
-                                  "--meter 4/3",      "--meter 100/4",
-                                  "--loop 4:4",       "--loop 1",
-                                  "--jump 1:x",       "--tempo 90 --tempo-map x"})
+    for (const char* arguments : {"--seconds 0",      "--seconds x",     "--seconds nan",
+                                  "--seconds 1e99",   "--rate 44100.5",  "--rate 0",
+                                  "--block 0",        "--block 4097",    "--block -1",
+                                  "--tempo 0",        "--tempo inf",     "--set Level",
+                                  "--set Level=x",    "--set Level=1.5", "--set Nobody=0.5",
+                                  "--automate Level", "--answers",       "--answers never",
+                                  "--unknown",        "extra",           "--meter 4/3",
+                                  "--meter 100/4",    "--loop 4:4",      "--loop 1",
+                                  "--jump 1:x",       "--timer -1",      "--tempo 90 --tempo-map x"})
     {
         SCOPED_TRACE(arguments);
         const SRun run = Run(RenderTo("a.wav") + arguments);
@@ -191,6 +190,79 @@ TEST_F(CommandTest, RenderSaysWhatIsLeftOutOfItsInputAndWhatIsNoNumber)
         EXPECT_EQ(run.mExit, 0);
         EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
         EXPECT_NE(run.mError.find(part), std::string::npos) << run.mError;
+    }
+}
+
+TEST_F(CommandTest, WhatTheModulePlaysIsWrittenAtItsTimesWithTheTempoThatWasHeard)
+{
+    const std::vector<SMidiMessage> notes{
+        {0.0, {0x90, 60, 100}}, {0.01, {0x90, 61, 100}}, {0.5, {0xC0, 10}}, {1.25, {0x81, 60, 0}}};
+    const std::vector<std::uint8_t> bytes = MidiToBytes(notes, {{{0.0, 77.7}}, {{0.0, {3, 4}}}}, 2.0);
+    WriteText("in.mid", {bytes.begin(), bytes.end()});
+    WriteText("tempo.csv", "time,tempo\n0,130.7\n1,60");
+    const std::string render = RenderTo("a.wav") + "--seconds 2 --block 4000 --midi " +
+                               mFolder.File("in.mid") + " --midi-output " + mFolder.File("out.mid") + " ";
+    const SRun run = Run(render + "--jump 1.1:0.95 --tempo-map " + mFolder.File("tempo.csv"));
+    ASSERT_EQ(run.mExit, 0) << run.mError;
+    EXPECT_NE(Contents(mFolder.File("out.mid")).find("\xF0\x0B\1\2\3\4\5\6\7\x08\x09\x0A\xF7"),
+              std::string::npos);
+    const auto song = ReadMidiFile(mFolder.File("out.mid"));
+    ASSERT_TRUE(song) << song.Problem().mSentence;
+    ASSERT_EQ(song->mEvents.size(), 3U);
+    EXPECT_EQ(song->mEvents[2].mBytes, (std::array<std::uint8_t, 3>{0x81, 60, 0}));
+    EXPECT_NEAR(song->mEvents[2].mSeconds, 1.25, 2e-5); // a frame
+    ASSERT_EQ(song->mTempos.size(), 4U);                // again the first tempo for a while
+    EXPECT_NEAR(song->mTempos[2].mSeconds, 1.1, 2e-5);
+    EXPECT_NEAR(song->mTempos[3].mSeconds, 1.15, 2e-5);
+    EXPECT_NEAR(song->mTempos[2].mBeatsPerMinute, 130.7, 1e-3);
+    EXPECT_EQ(song->mMeters.front().mMeter, (SMeter{3, 4}));
+
+    for (const auto& [fault, part] :
+         {std::pair{"late", "packets outside of their block: 3"},
+          {"empty", "no or more than 4 bytes: 3"},
+          {"early", "outside of their block: 1, packets out of order: 1"},
+          {"shortened", "no whole message: 3"},
+          {"endless", "first at 0.500 seconds: system exclusive messages that do not end: 1."}})
+    {
+        const CFakeFault misplayed(fault);
+        std::filesystem::remove(mFolder.File("out.mid"));
+        const SRun bad = Run(render);
+        EXPECT_EQ(bad.mExit, 1);
+        EXPECT_TRUE(IsOneSentence(bad.mError)) << bad.mError;
+        EXPECT_NE(bad.mError.find(part), std::string::npos) << bad.mError;
+        EXPECT_TRUE(ReadMidiFile(mFolder.File("out.mid")));
+    }
+    const CFakeFault without("nooutput");
+    const SRun none = Run(render);
+    EXPECT_EQ(none.mExit, 1);
+    EXPECT_NE(none.mError.find("describes no MIDI output"), std::string::npos) << none.mError;
+}
+
+TEST_F(CommandTest, ACompensatedFileBeginsLaterByTheLatencyThatWasToldLast)
+{
+    std::vector<float> sound(100);
+    std::iota(sound.begin(), sound.end(), 1.0F);
+    WriteSound("in.wav", 1, sound);
+    const CFakeFault fault("latency"); // 3 samples in place of 64
+    const std::string first = "Latency: 64 samples from 0.000 seconds on\n";
+    const std::string changed = first + "Latency: 3 samples from 0.001 seconds on\n";
+    for (const auto& [arguments, shift, told] : {std::tuple{"", 0U, std::string()},
+                                                 {"--compensate ", 3U, changed},
+                                                 {"--compensate --timer 0 ", 64U, first},
+                                                 {"--compensate --tail ", 3U, changed}})
+    {
+        SCOPED_TRACE(arguments);
+        const SRun run =
+            Run(RenderTo("a.wav") + arguments + "--stopped --block 32 --input " + mFolder.File("in.wav"));
+        ASSERT_EQ(run.mExit, 0) << run.mError;
+        EXPECT_EQ(run.mOut.substr(0, run.mOut.find("Wrote")), told);
+        const auto audio = ReadAudioFile(mFolder.File("a.wav"));
+        ASSERT_TRUE(audio) << audio.Problem().mSentence;
+        std::vector<float> expected(sound.begin() + shift, sound.end());
+        expected.resize(audio->mChannels[1].size(), 0.0F);
+        EXPECT_EQ(audio->mChannels[1], expected);
+        EXPECT_EQ(audio->Frames(),
+                  told == changed && std::string_view(arguments).ends_with("tail ") ? 32100 : 100);
     }
 }
 

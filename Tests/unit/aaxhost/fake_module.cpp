@@ -5,8 +5,12 @@
  * 1  input 0 times the value of the parameter "Level"
  * 2  (auxiliary stem) at the first frame of a block: the transport's position, 1 more while it plays
  *
+ * Each MIDI packet goes out again; a program change as a system exclusive message of so many data bytes.
+ *
  * The environment variable FAKE_MODULE_FAULT makes it misbehave: startup, register, nodefinition, noeffect,
- * noprocess, nofactory, noparameters, initialize, throw, hugefield, echo (asks for each value that it gets).
+ * noprocess, nofactory, noparameters, initialize, throw, hugefield, nooutput, echo (asks for each value that
+ * it gets), latency (tells another one when its timer is woken); with the packets that go out: late, empty,
+ * early, shortened, endless.
  */
 #include "Interfaces/AAX/AAX_IACFDescription.h"
 #include "Interfaces/AAX/AAX_IACFHost.h"
@@ -47,12 +51,13 @@ public:
         if (Fault("initialize"))
             return kAAX_ErrorNullObject;
         mAutomation = ACFPtr<AAX_IACFAutomationDelegate>::Query(hostContext, IID_IAAXAutomationDelegateV1);
-        const auto controller = ACFPtr<AAX_IACFController>::Query(hostContext, IID_IAAXControllerV1);
-        return mAutomation && controller ? controller->SetSignalLatency(64) : kAAX_ErrorNullObject;
+        mController = ACFPtr<AAX_IACFController>::Query(hostContext, IID_IAAXControllerV1);
+        return mAutomation && mController ? mController->SetSignalLatency(64) : kAAX_ErrorNullObject;
     }
     AAX_Result Uninitialize() override
     {
         mAutomation.Reset();
+        mController.Reset();
         return kAAX_Success;
     }
     AAX_Result GetNumberOfParameters(std::int32_t* count) const override { return Answer(count, 1); }
@@ -144,7 +149,7 @@ public:
     AAX_Result SetChunk(AAX_CTypeID, const AAX_SPlugInChunk*) override { return No(); }
     AAX_Result CompareActiveChunk(const AAX_SPlugInChunk*, AAX_CBoolean*) const override { return No(); }
     AAX_Result GetNumberOfChanges(std::int32_t*) const override { return No(); }
-    AAX_Result TimerWakeup() override { return No(); }
+    AAX_Result TimerWakeup() override { return Fault("latency") ? mController->SetSignalLatency(3) : No(); }
     AAX_Result GetCurveData(AAX_CTypeID, const float*, std::uint32_t, float*) const override { return No(); }
     AAX_Result GetCustomData(AAX_CTypeID, std::uint32_t, void*, std::uint32_t*) const override
     {
@@ -169,6 +174,7 @@ private:
     void Note(const std::string& inCall) { mSent.append(mSent.empty() ? "" : ", ").append(inCall); }
 
     ACFPtr<AAX_IACFAutomationDelegate> mAutomation;
+    ACFPtr<AAX_IACFController> mController;
     std::string mSent;
     double mPending = 1.0;
 };
@@ -186,7 +192,36 @@ struct SContext
     CFakeParameters** mInstance;
     AAX_IMIDINode* mMidi;
     AAX_IMIDINode* mTransport;
+    AAX_IMIDINode* mMidiOutput;
 };
+
+/** Data bytes 1, 2, 3 and so on. */
+void PostExclusive(AAX_IMIDINode& ioOutput, std::uint32_t inFrame, std::uint8_t inData)
+{
+    AAX_CMidiPacket packet{inFrame, 1, {0xF0}, 0};
+    for (int i = 1; i <= inData + 1; ++i)
+    {
+        packet.mData[packet.mLength++] = i <= inData ? static_cast<std::uint8_t>(i) : 0xF7;
+        if (packet.mLength < 4 && i <= inData)
+            continue;
+        if (!Fault("endless") || i <= inData)
+            ioOutput.PostMIDIPacket(&packet);
+        packet.mLength = 0;
+    }
+}
+
+void PassOn(AAX_CMidiPacket inPacket, std::int32_t inFrames, AAX_IMIDINode& ioOutput)
+{
+    if (inPacket.mData[0] == 0xC0)
+        return PostExclusive(ioOutput, inPacket.mTimestamp, inPacket.mData[1]);
+    if (Fault("late"))
+        inPacket.mTimestamp = static_cast<std::uint32_t>(inFrames);
+    if (Fault("early"))
+        inPacket.mTimestamp = 1000 - inPacket.mTimestamp;
+    if (Fault("empty") || Fault("shortened"))
+        inPacket.mLength = Fault("empty") ? 0 : 2;
+    ioOutput.PostMIDIPacket(&inPacket);
+}
 
 void Render(const SContext& inContext)
 {
@@ -197,6 +232,8 @@ void Render(const SContext& inContext)
     for (std::uint32_t i = 0; i < stream.mCount; ++i)
         inContext.mOutputs[0][stream.mPackets[i].mTimestamp] +=
             static_cast<float>(stream.mPackets[i].mData[2]) / 128.0F;
+    for (std::uint32_t i = 0; i < stream.mCount && !Fault("nooutput"); ++i)
+        PassOn(stream.mPackets[i], frames, *inContext.mMidiOutput);
     const auto level = static_cast<float>((*inContext.mInstance)->mLevel);
     for (std::int32_t i = 0; i < frames; ++i)
         inContext.mOutputs[1][i] = inContext.mInputs[0][i] * level;
@@ -236,6 +273,8 @@ void DescribeEffect(IACFComponentFactory& inFactory, AAX_IACFEffectDescriptor& o
     component->AddPrivateData(3, sizeof(void*), 0);
     component->AddMIDINode(4, AAX_eMIDINodeType_LocalInput, "In", 0xFFFF);
     component->AddMIDINode(5, AAX_eMIDINodeType_Transport, "Transport", 0xFFFF);
+    if (!Fault("nooutput"))
+        component->AddMIDINode(6, AAX_eMIDINodeType_LocalOutput, "Out", 0xFFFF);
     if (Fault("hugefield"))
         component->AddPrivateData(0xFFFFFFFF, 4, 0);
     component->AddAuxOutputStem(0, AAX_eStemFormat_Mono, "Aux");

@@ -2,6 +2,7 @@
 
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/player/CInstance.h"
+#include "Tools/aaxhost/player/CMidiOutput.h"
 #include "Tools/support/CStage.h"
 
 #include <algorithm>
@@ -21,8 +22,10 @@ public:
           mPlayhead(inPlayhead),
           mCall(inInstance.MakeRenderCall()),
           mNode(mCall->FindNode(AAX_eMIDINodeType_LocalInput)),
+          mOutputNode(mCall->FindNode(AAX_eMIDINodeType_LocalOutput)),
           mLastValues(inJob.mAutomation.size(), std::numeric_limits<double>::quiet_NaN()),
-          mTimerInterval(std::max<std::int64_t>(1, std::llround(inJob.mRate / kTimerRate)))
+          mTimerInterval(TimerInterval(inJob)),
+          mNextTimer(mTimerInterval > 0 ? 0 : std::numeric_limits<std::int64_t>::max())
     {
         STransportState& transport = Transport();
         transport.mTimeline = inJob.mTimeline;
@@ -49,6 +52,9 @@ public:
         mCall->mFrames = inFrames;
         mCall->mClock = inStart;
         mInstance.Render(*mCall);
+        mInstance.Host().Controller().State().mFramesRendered = inStart + inFrames;
+        if (mJob.mMidiOutput != nullptr && mOutputNode != nullptr)
+            mJob.mMidiOutput->TakeBlock(*mOutputNode, inStart, inFrames);
         if (inStart >= mNextTimer)
         {
             (void)mInstance.Parameters().TimerWakeup(); // a host goes on without it too
@@ -60,7 +66,13 @@ public:
     std::span<float* const> Outputs() const { return mCall->mOutputs; }
 
 private:
-    static constexpr double kTimerRate = 30.0; // timer calls in a second of sound
+    /** In frames; 0 where there is no timer. */
+    static std::int64_t TimerInterval(const SRenderJob& inJob)
+    {
+        return inJob.mTimerRate > 0.0
+                   ? std::max<std::int64_t>(1, std::llround(inJob.mRate / inJob.mTimerRate))
+                   : 0;
+    }
 
     COutcome<SDone> ApplyAutomation(std::int64_t inStart)
     {
@@ -134,6 +146,7 @@ private:
     const CPlayhead& mPlayhead;
     std::unique_ptr<SRenderCall> mCall;
     CHostMidiNode* mNode = nullptr;
+    CHostMidiNode* mOutputNode = nullptr;
     std::vector<double> mLastValues; // of each automation lane, not a number before the first block
     std::size_t mNextEvent = 0;
     std::int64_t mTimerInterval = 0; // frames
@@ -166,6 +179,18 @@ private:
     std::int64_t mWanted = 0; // frames
     std::int64_t mSilent = 0; // frames in a row so far
 };
+/** As many frames as are to be made up for now. */
+COutcome<std::int64_t> LatencyInFrames(CInstance& inInstance, const SRenderJob& inJob)
+{
+    if (!inJob.mCompensates)
+        return std::int64_t{0};
+    const std::int64_t latency = inInstance.Host().Controller().State().mSignalLatency;
+    if (static_cast<double>(latency) > kMostCompensated * inJob.mRate)
+        return SProblem{fmt::format(
+            "The module tells a latency of {} samples, and no more than {} seconds can be made up for.",
+            latency, kMostCompensated)};
+    return std::max<std::int64_t>(0, latency);
+}
 } // namespace
 
 COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJob, const RenderSink& inSink,
@@ -175,6 +200,7 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
         return SProblem{fmt::format("A block of {} frames is not one of 1 to {}.", inJob.mBlockFrames,
                                     SRenderCall::kBufferFrames)};
     const CStage stage("it was rendering");
+    inInstance.Host().Controller().State().mFramesRendered = 0;
     auto playhead =
         CPlayhead::Create(inJob.mTimeline, inJob.mRate, inJob.mPlaying, inJob.mLoop, inJob.mJumps);
     if (!playhead)
@@ -182,11 +208,19 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
     CBlockFeeder feeder(inInstance, inJob, *playhead);
     CSilenceWatch watch(inJob.mRate);
     SRenderEnd end;
-    const std::int64_t most = inJob.mFrames + inJob.mMostTailFrames;
-    while (end.mFrames < most && !end.mIsSilent)
+    while (true)
     {
+        // Asked for anew each time: the module may tell another latency at any time.
+        const auto latency = LatencyInFrames(inInstance, inJob);
+        if (!latency)
+            return latency.Problem();
+        end.mLatency = *latency;
+        const std::int64_t asked = inJob.mFrames + end.mLatency;
+        const std::int64_t most = asked + inJob.mMostTailFrames;
+        if (end.mFrames >= most || end.mIsSilent)
+            break;
         // What is asked for ends with a block, so that the tail changes nothing of it.
-        const std::int64_t left = (end.mFrames < inJob.mFrames ? inJob.mFrames : most) - end.mFrames;
+        const std::int64_t left = (end.mFrames < asked ? asked : most) - end.mFrames;
         const std::int64_t untilJump = playhead->FramesUntilJump().value_or(left);
         auto frames =
             static_cast<std::int32_t>(std::min<std::int64_t>({inJob.mBlockFrames, left, untilJump}));
@@ -194,7 +228,7 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
             return rendered.Problem();
         playhead->Advance(frames);
         const auto outputs = feeder.Outputs();
-        if (end.mFrames >= inJob.mFrames)
+        if (end.mFrames >= asked)
         {
             const std::int32_t wanted = watch.FramesUntilSilent(outputs, frames);
             end.mIsSilent = wanted > 0;

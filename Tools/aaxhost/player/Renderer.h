@@ -12,6 +12,7 @@
 #include <vector>
 
 class CInstance;
+class CMidiOutput;
 
 struct SAutomationLane
 {
@@ -29,19 +30,26 @@ struct SRenderJob
     CTimeline mTimeline;
     std::optional<SLoop> mLoop;
     std::vector<SJump> mJumps;      // in the order of the times
+    bool mCompensates = false;      // as many frames more as the module tells that its sound is late
+    double mTimerRate = 30.0;       // timer calls in a second of sound; 0: none, as hosts do offline
     bool mPlaying = true;           // stopped: the position stays where it is
     const SAudio* mInput = nullptr; // null: silence. One channel feeds all inputs
     std::vector<SMidiEvent> mMidi;  // in the order of the times
     std::vector<SAutomationLane> mAutomation;
+    CMidiOutput* mMidiOutput = nullptr; // gets what the module posts to its output node
 };
 
 /** How a render ended. */
 struct SRenderEnd
 {
-    std::int64_t mFrames = 0; // rendered, with the tail
-    bool mIsSilent = false;   // the tail came to silence
+    std::int64_t mFrames = 0;  // rendered, with the tail and with what makes up for the latency
+    std::int64_t mLatency = 0; // of these, as many that only make up for it; the value that was told last
+    bool mIsSilent = false;    // the tail came to silence
     std::vector<SPassage> mPassages;
 };
+
+/** A longer latency is not made up for, in seconds. */
+inline constexpr double kMostCompensated = 10.0;
 
 /** Gets every rendered block; what it answers other than success ends the render. */
 using RenderSink =
