@@ -255,6 +255,27 @@ TEST_F(OnADisplay, ThePictureShowsTheEditorInTheSizeThatItReported)
     EXPECT_GT(colours.size(), 50U) << "blank, or next to it";
 }
 
+TEST_F(OnADisplay, ASizeThatTheEditorAsksForIsTheWindowsUnlessItIsRefused)
+{
+    SLoaded loaded(kSynthPlugin, false);
+    const auto instance = Expect(CInstance::Create(*loaded.mModule, 48000.0));
+    for (const EResizing resizing : {EResizing::Followed, EResizing::Refused})
+    {
+        const bool isFollowed = resizing == EResizing::Followed;
+        const auto window = Expect(CHostWindow::Create("test"));
+        const auto view = Expect(CEditorView::Open(*instance, *window, resizing));
+        const SViewSize before = view->Size();
+        AAX_Point size{300.5F, 200.5F};
+        EXPECT_EQ(instance->Host().ViewContainer().SetViewSize(size) == kAAX_Success, isFollowed);
+        ASSERT_TRUE(view->Tick());
+        const SViewSize wanted = isFollowed ? SViewSize{200, 300} : before;
+        EXPECT_EQ(view->Size(), wanted);
+        const SPicture picture = Expect(window->TakePicture());
+        EXPECT_EQ((SViewSize{picture.mWidth, picture.mHeight}), wanted);
+        EXPECT_EQ(size.mVertical, isFollowed ? 300.0F : 300.5F);
+    }
+}
+
 TEST_F(OnADisplay, TheCommandTellsOfGesturesAndEndsWithItsWindow)
 {
     const CModuleBundle bundle(kPlainModule, kSynthPlugin);

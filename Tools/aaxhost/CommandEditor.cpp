@@ -27,6 +27,7 @@ struct SEditorOptions
     std::string mModule;
     std::optional<double> mSeconds;
     std::string mScreenshot;
+    bool mRefusesResize = false;
     EAnswers mAnswers = EAnswers::Late;
 };
 
@@ -46,14 +47,14 @@ COutcome<SDone> Run(CEditorView& ioView, CHostWindow& inWindow, CHostLog& ioLog,
     {
         if (auto ticked = ioView.Tick(); !ticked)
             return ticked;
+        for (const std::string& line : ioLog.TakeLines())
+            if (const std::string words = inReport.Describe(line); !words.empty())
+                fmt::print("{}\n", words);
         if (ioView.Size() != told)
         {
             told = ioView.Size();
             fmt::print("The editor is {} by {}\n", told.mWidth, told.mHeight);
         }
-        for (const std::string& line : ioLog.TakeLines())
-            if (const std::string words = inReport.Describe(line); !words.empty())
-                fmt::print("{}\n", words);
         std::fflush(stdout); // as it comes, also into a pipe
         if (told.IsEmpty() && Clock::now() >= sizeDeadline)
             break;
@@ -91,7 +92,8 @@ int ShowEditor(const SEditorOptions& inOptions)
         return Fail(instance.Problem());
     const CStage stage("its editor was open");
     const CEditorReport report((*instance)->ListParameters());
-    const auto view = CEditorView::Open(**instance, **window);
+    const auto view = CEditorView::Open(**instance, **window,
+                                        inOptions.mRefusesResize ? EResizing::Refused : EResizing::Followed);
     if (!view)
         return Fail(view.Problem());
     (void)log.TakeLines(); // of getting here
@@ -118,6 +120,8 @@ void AddCommandEditor(CLI::App& ioApp, CommandAction& outAction)
         ->check(NumberFrom(0.1, 86400.0));
     command->add_option("--screenshot", options->mScreenshot,
                         "PNG file to write with what the window shows at the end");
+    command->add_flag("--refuse-resize", options->mRefusesResize,
+                      "Refuse every other size that the editor asks for, as some hosts do");
     AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return ShowEditor(*options); }; });
 }

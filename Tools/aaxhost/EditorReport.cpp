@@ -52,6 +52,10 @@ CEditorReport::CEditorReport(const std::vector<SParameterInfo>& inParameters)
 
 std::string CEditorReport::Describe(const std::string& inLogLine) const
 {
+    constexpr std::string_view asksForSize = "SetViewSize(";
+    if (inLogLine.starts_with(asksForSize))
+        return fmt::format("The editor asks for {}",
+                           inLogLine.substr(asksForSize.size(), inLogLine.find(')') - asksForSize.size()));
     // Name("identifier", argument)
     const std::size_t open = inLogLine.find("(\"");
     const std::size_t close = open != std::string::npos ? inLogLine.find('"', open + 2) : std::string::npos;

@@ -12,8 +12,8 @@ public:
 
     /**
      * @param inLogLine a line of the host's log.
-     * @return `00003 Shape            mouse down, shift`; empty for a call that is no gesture and no
-     * automation.
+     * @return `00003 Shape            mouse down, shift` or `The editor asks for 400 by 300`; empty for a
+     * call that is no gesture, no automation and no wish for a size.
      */
     std::string Describe(const std::string& inLogLine) const;
 

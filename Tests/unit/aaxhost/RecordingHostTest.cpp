@@ -193,6 +193,24 @@ TEST(HostMidiNode, TakesAsManyPacketsAsItHasRoomForAndCountsTheRest)
     EXPECT_EQ(node.Posted().data(), begin) << "memory was allocated";
 }
 
+TEST(HostViewContainer, ASizeIsTakenMadeAnotherOrRefused)
+{
+    CHostLog log;
+    CHostViewContainer container(log);
+    AAX_Point size{200.5F, 300.5F};
+    EXPECT_EQ(container.SetViewSize(size), kAAX_Success);
+    container.SetResizeHandler(
+        [](AAX_Point& ioSize)
+        {
+            ioSize.mVertical = 200.0F;
+            return ioSize.mHorizontal > 300.0F ? kAAX_ErrorUnsupported : kAAX_Success;
+        });
+    EXPECT_EQ(container.SetViewSize(size), kAAX_ErrorUnsupported);
+    size.mHorizontal = 300.0F;
+    EXPECT_EQ(container.SetViewSize(size), kAAX_Success);
+    EXPECT_EQ(size.mVertical, 200.0F);
+}
+
 /** An instance of the fake module whose host answers in that way. */
 struct SAnswered
 {

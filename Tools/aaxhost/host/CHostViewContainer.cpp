@@ -14,10 +14,7 @@ void CHostViewContainer::SetView(std::int32_t inType, void* inView) noexcept
     mView = inView;
 }
 
-void CHostViewContainer::SetResizeHandler(std::function<void(const AAX_Point&)> inHandler)
-{
-    mResizeHandler = std::move(inHandler);
-}
+void CHostViewContainer::SetResizeHandler(ResizeHandler inHandler) { mResizeHandler = std::move(inHandler); }
 
 ACFRESULT CHostViewContainer::QueryInterface(const acfIID& iid, void** out)
 {
@@ -57,9 +54,7 @@ AAX_Result CHostViewContainer::SetViewSize(AAX_Point& size)
             mLog.Record("SetViewSize", fmt::format("{} by {}", size.mHorizontal, size.mVertical)))
         return fault;
     mRequestedSize = size;
-    if (mResizeHandler)
-        mResizeHandler(size);
-    return kAAX_Success;
+    return mResizeHandler ? mResizeHandler(size) : kAAX_Success;
 }
 
 AAX_Result CHostViewContainer::HandleParameterMouseDown(AAX_CParamID id, std::uint32_t modifiers)

@@ -21,9 +21,12 @@ public:
     /** @param inView the native view, not owned; inType is the interface's number for its kind. */
     void SetView(std::int32_t inType, void* inView) noexcept;
     void SetModifiers(std::uint32_t inModifiers) noexcept { mModifiers = inModifiers; }
-    /** Called with each size that the module asks for. */
-    void SetResizeHandler(std::function<void(const AAX_Point&)> inHandler);
-    /** The last size that the module asked for. */
+    /** May make another size of the one that is asked for, as hosts do that have whole pixels only, and takes
+     * it with kAAX_Success or refuses it. */
+    using ResizeHandler = std::function<AAX_Result(AAX_Point& ioSize)>;
+    /** Is asked about each size that the module asks for; without one every size is taken as it is. */
+    void SetResizeHandler(ResizeHandler inHandler);
+    /** The last size that the module asked for, taken or not. */
     std::optional<AAX_Point> RequestedSize() const noexcept { return mRequestedSize; }
     int References() const noexcept { return mReferences; }
 
@@ -45,7 +48,7 @@ private:
     std::int32_t mType = 1;
     void* mView = nullptr;
     std::uint32_t mModifiers = 0;
-    std::function<void(const AAX_Point&)> mResizeHandler;
+    ResizeHandler mResizeHandler;
     std::optional<AAX_Point> mRequestedSize;
     int mReferences = 0;
 };

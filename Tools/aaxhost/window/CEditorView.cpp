@@ -24,12 +24,15 @@ COutcome<SDone> Checked(const char* inCall, AAX_Result inResult)
 }
 } // namespace
 
-CEditorView::CEditorView(CInstance& inInstance, CHostWindow& inWindow)
-    : mInstance(inInstance), mWindow(inWindow), mNextBeat(std::chrono::steady_clock::now())
+CEditorView::CEditorView(CInstance& inInstance, CHostWindow& inWindow, EResizing inResizing)
+    : mInstance(inInstance),
+      mWindow(inWindow),
+      mResizing(inResizing),
+      mNextBeat(std::chrono::steady_clock::now())
 {
     CHostViewContainer& container = mInstance.Host().ViewContainer();
     container.SetView(mWindow.ViewType(), mWindow.View());
-    container.SetResizeHandler([this](const AAX_Point& inSize) { mWindow.Resize(ToPixels(inSize)); });
+    container.SetResizeHandler([this](AAX_Point& ioSize) { return TakeSize(ioSize); });
 }
 
 CEditorView::~CEditorView()
@@ -40,11 +43,12 @@ CEditorView::~CEditorView()
     mInstance.Host().ViewContainer().SetResizeHandler({});
 }
 
-COutcome<std::unique_ptr<CEditorView>> CEditorView::Open(CInstance& inInstance, CHostWindow& inWindow)
+COutcome<std::unique_ptr<CEditorView>> CEditorView::Open(CInstance& inInstance, CHostWindow& inWindow,
+                                                         EResizing inResizing)
 {
     if (const auto made = inInstance.OpenGUI(); !made)
         return made.Problem();
-    std::unique_ptr<CEditorView> view(new CEditorView(inInstance, inWindow));
+    std::unique_ptr<CEditorView> view(new CEditorView(inInstance, inWindow, inResizing));
     if (const auto given = view->GiveWindow(); !given)
         return given.Problem();
     inWindow.Show();
@@ -85,10 +89,25 @@ COutcome<SDone> CEditorView::FollowSize()
     if (auto asked = Checked("GetViewSize", mInstance.GUI()->GetViewSize(&point)); !asked)
         return asked;
     const SViewSize size = ToPixels(point);
-    if (size == mSize)
+    // What the editor was given stays until it says something new.
+    const bool isNew = size != mAnswered;
+    mAnswered = size;
+    if (!isNew || size == mSize || (mResizing == EResizing::Refused && !mSize.IsEmpty()))
         return SDone{};
     mSize = size;
     if (!mSize.IsEmpty())
         mWindow.Resize(mSize);
     return SDone{};
+}
+
+AAX_Result CEditorView::TakeSize(AAX_Point& ioSize)
+{
+    const SViewSize size = ToPixels(ioSize);
+    if (mResizing == EResizing::Refused || size.IsEmpty())
+        return kAAX_ErrorUnsupported;
+    mSize = size;
+    mWindow.Resize(mSize);
+    ioSize.mHorizontal = static_cast<float>(size.mWidth); // whole pixels
+    ioSize.mVertical = static_cast<float>(size.mHeight);
+    return kAAX_Success;
 }
