@@ -140,7 +140,7 @@ std::string SeeTime(SRig& ioRig)
         [&](ScriptedEffect& effect)
         {
             const auto& time = *reinterpret_cast<const VstTimeInfo*>(effect.CallHost(audioMasterGetTime));
-            seen += fmt::format("{:x} {} {} {} {}/{} {}-{} {:.0f}; ", time.flags, time.ppqPos,
+            seen += fmt::format("{:x} {:.5f} {} {} {}/{} {}-{} {:.0f}; ", time.flags, time.ppqPos,
                                 time.barStartPos, time.tempo, time.timeSigNumerator, time.timeSigDenominator,
                                 time.cycleStartPos, time.cycleEndPos, time.nanoSeconds);
         });
@@ -359,10 +359,10 @@ struct SRow
 // time record: 1 changed, 2 playing, 4 looping, 0x100 to 0x2000 what is valid.
 const SRow kRows[] = {
     {"TIME", &SeeTime,
-     "3f07 90.5 90 90.5 3/4 4-8 0; 3f06 90.51508229166667 90 90.5 3/4 4-8 10000000; "
-     "3f06 90.54726006944445 90 90.5 3/4 4-8 31333333; 3f05 90.56221875 90 90.5 3/4 4-8 41250000; ",
-     "2 2.5 0 90.5 4/4 0-0 0; 2 2.5150833333333367 0 90.5 4/4 0-0 0; "
-     "2 2.547261111111112 0 90.5 4/4 0-0 0; 0 2.5622187499999995 0 90.5 4/4 0-0 0; "},
+     "3f07 90.50000 90 90.5 3/4 4-8 0; 3f06 90.51508 90 90.5 3/4 4-8 10000000; "
+     "3f06 90.54726 90 90.5 3/4 4-8 31333333; 3f05 90.56222 90 90.5 3/4 4-8 41250000; ",
+     "2 2.50000 0 90.5 4/4 0-0 0; 2 2.51508 0 90.5 4/4 0-0 0; "
+     "2 2.54726 0 90.5 4/4 0-0 0; 0 2.56222 0 90.5 4/4 0-0 0; "},
     {"LATENCY", &SeeLatency, "4096 4096 0 0 64 told 3 times, 96", "0 0 0 0 0 told 0 times, 0"},
     {"HOST_ANSWERS", &SeeAnswers,
      "gone; 48000 1024 2 1 1 1 -1 0 Resources; 48000 1024 1 1 1 1 -1 0 Resources; still there; "
