@@ -34,7 +34,7 @@ if(AAXADAPTER_SANITIZE)
     target_link_options(project_warnings INTERFACE -fsanitize=${AAXADAPTER_SANITIZE})
 endif()
 
-# For code whose speed nobody sees, tests and command lines: optimising them is half of the time that a build takes.
+# For code whose speed nobody sees, tests and tools: optimising them is half of the time that a build takes.
 set(AAXADAPTER_QUICK_COMPILATION $<$<CONFIG:Release>:-O1> $<$<CONFIG:RelWithDebInfo>:-O1>)
 if(AAXADAPTER_SANITIZE)
     set(AAXADAPTER_QUICK_COMPILATION -O0)

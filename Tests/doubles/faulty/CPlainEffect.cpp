@@ -138,3 +138,10 @@ CPlainEffect& MakePlain(audioMasterCallback inHost, const SPlainOptions& inOptio
 {
     return *new CPlainEffect(inHost, inOptions); // owned by its record: effClose deletes it
 }
+
+AEffect* MakeFaulty(audioMasterCallback inHost, void (*inFault)(CPlainEffect&))
+{
+    CPlainEffect& effect = MakePlain(inHost);
+    inFault(effect);
+    return effect.Effect();
+}

@@ -90,3 +90,5 @@ private:
 
 /** @return a new plug-in, which the host ends with effClose. */
 CPlainEffect& MakePlain(audioMasterCallback inHost, const SPlainOptions& inOptions = {});
+/** One that a fault has spoiled. */
+AEffect* MakeFaulty(audioMasterCallback inHost, void (*inFault)(CPlainEffect&));

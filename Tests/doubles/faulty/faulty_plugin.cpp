@@ -1,4 +1,8 @@
-#include "Tests/doubles/faulty/CPlainEffect.h"
+#include "Interfaces/VST2/AEffect.h"
+
+// It is compiled for each plug-in of the folder, and so includes next to nothing.
+class CPlainEffect;
+AEffect* MakeFaulty(audioMasterCallback inHost, void (*inFault)(CPlainEffect&));
 
 // What the build names: a fault of the plain effect, or an entry that makes its plug-in itself.
 namespace faults
@@ -10,14 +14,12 @@ void FAULT(CPlainEffect& ioEffect);
 #endif
 } // namespace faults
 
-EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
-EXAMPLE_EXPORT AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
+extern "C" __attribute__((visibility("default"))) AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost);
+extern "C" AEffect* EXAMPLE_ENTRY(audioMasterCallback inHost)
 {
 #ifdef FAULTY_ENTRY
     return faults::FAULTY_ENTRY(inHost);
 #else
-    CPlainEffect& effect = MakePlain(inHost);
-    faults::FAULT(effect);
-    return effect.Effect();
+    return MakeFaulty(inHost, &faults::FAULT);
 #endif
 }
