@@ -27,6 +27,12 @@ bool IsMeter(std::int32_t inNumerator, std::int32_t inDenominator) noexcept
 }
 
 double OnGrid(double inQuarters) noexcept { return std::nearbyint(inQuarters / kBarGrid) * kBarGrid; }
+
+/** But for the rounding of a position between two ticks. */
+bool IsOnGrid(double inQuarters) noexcept
+{
+    return std::abs(inQuarters - OnGrid(inQuarters)) <= 1.5 / kDisplayTicksPerQuarter;
+}
 } // namespace
 
 void CTransportTime::SetSampleRate(double inHertz) noexcept
@@ -169,21 +175,21 @@ std::int32_t CTransportTime::TakeBar(const SBeat& inBeat, std::int32_t inFlags, 
     return kVstBarsValid;
 }
 
-double CTransportTime::StartOfBar(double inQuarters, const SBeat& inBeat,
-                                  std::int32_t inDenominator) const noexcept
+double CTransportTime::StartOfBar(double inQuarters, const SBeat& inBeat, std::int32_t inDenominator) noexcept
 {
-    // Hosts do not agree on how long a display tick is. Bars begin on a grid, and so with the wrong length
-    // this one would not.
-    const double beatStart = inQuarters - 4.0 * (inBeat.mBeat - 1) / inDenominator;
+    // Hosts do not agree on how long a display tick is. Once there were more of them than the shorter kind
+    // has in a beat, it is the transport's. Until then the one counts with which the bar begins on the grid;
+    // where both do, the longer kind, of which so few would hardly have been met.
+    const double beatQuarters = 4.0 / inDenominator;
     const auto ticks = static_cast<double>(inBeat.mDisplayTicks);
+    if (ticks > beatQuarters * kDisplayTicksPerQuarter)
+        mCountsTransportTicks = true;
+    const double beatStart = inQuarters - beatQuarters * (inBeat.mBeat - 1);
     const double byTransport = beatStart - ticks / mTicksPerQuarter;
     const double byDisplay = beatStart - ticks / kDisplayTicksPerQuarter;
-    const bool isByTransport =
-        std::abs(byTransport - OnGrid(byTransport)) <= std::abs(byDisplay - OnGrid(byDisplay));
+    const bool isByTransport = mCountsTransportTicks || (IsOnGrid(byTransport) && !IsOnGrid(byDisplay));
     const double start = isByTransport ? byTransport : byDisplay;
-    // A position between two ticks is rounded.
-    constexpr double kRounding = 1.5 / kDisplayTicksPerQuarter;
-    return std::abs(start - OnGrid(start)) <= kRounding ? OnGrid(start) : start;
+    return IsOnGrid(start) ? OnGrid(start) : start;
 }
 
 void CTransportTime::Advance(std::int32_t inFrames, VstTimeInfo& ioTime) const noexcept

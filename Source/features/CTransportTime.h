@@ -61,7 +61,7 @@ private:
     std::int32_t TakeMeter(const SMeter& inMeter, VstTimeInfo& ioTime) noexcept;
     std::int32_t TakeLoop(const SLoop& inLoop, VstTimeInfo& ioTime) noexcept;
     std::int32_t TakeBar(const SBeat& inBeat, std::int32_t inFlags, VstTimeInfo& ioTime) noexcept;
-    double StartOfBar(double inQuarters, const SBeat& inBeat, std::int32_t inDenominator) const noexcept;
+    double StartOfBar(double inQuarters, const SBeat& inBeat, std::int32_t inDenominator) noexcept;
 
     double mMinutesPerFrame = 0.0;  // 0 without a rate
     double mNanosPerFrame = 0.0;    // 0 without a rate
@@ -70,4 +70,5 @@ private:
     std::int64_t mLastTick = 0;
     SLoop mLoop{0, 0};
     SBar mBar;
+    bool mCountsTransportTicks = false; // the host, in its displays
 };

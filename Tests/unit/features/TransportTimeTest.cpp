@@ -157,14 +157,18 @@ TEST_F(TransportTime, TheBarBeginsWhereItDoes)
     // Bars of 7/8 are 3.5 quarter notes, at 120 beats 84,000 samples.
     State().mMeterNumerator = 7;
     State().mMeterDenominator = 8;
-    for (const std::int64_t sample : {0LL, 83999LL, 84000LL, 84001LL, 167999LL, 1000000LL, 999999LL, 5LL})
-    {
-        SCOPED_TRACE(sample);
-        State().mSamplePosition = sample;
-        (void)Write(); // its flags are the other tests'
-        EXPECT_EQ(mInfo.barStartPos, 3.5 * static_cast<double>(sample / 84000));
-        EXPECT_NEAR(mInfo.ppqPos, static_cast<double>(sample) / 24000.0, 1.1e-6);
-    }
+    for (const std::int64_t displayTicks : {std::int64_t{CTimeline::kTicksPerQuarter}, std::int64_t{960}})
+        for (const std::int64_t sample :
+             {0LL, 83999LL, 84000LL, 84001LL, 167999LL, 1000000LL, 999999LL, 5LL, -1LL})
+        {
+            SCOPED_TRACE(testing::Message() << sample << " with " << displayTicks << " a quarter note");
+            State().mDisplayTicksPerQuarter = displayTicks;
+            mTime.SetSampleRate(48000.0); // knows nothing of the host
+            State().mSamplePosition = sample;
+            (void)Write(); // its flags are the other tests'
+            EXPECT_EQ(mInfo.barStartPos, 3.5 * std::floor(static_cast<double>(sample) / 84000.0));
+            EXPECT_NEAR(mInfo.ppqPos, static_cast<double>(sample) / 24000.0, 1.1e-6);
+        }
 }
 
 TEST_F(TransportTime, APartOfABlockGoesOnFromTheOneBefore)
