@@ -9,7 +9,6 @@
 namespace
 {
 constexpr std::uint32_t kMark = 0x7FC0FFEE; // a NaN that no computation gives
-constexpr double kTimersPerSecond = 30.0;
 
 bool IsMark(float inSample) noexcept { return std::bit_cast<std::uint32_t>(inSample) == kMark; }
 } // namespace
@@ -203,18 +202,6 @@ void CRig::RenderFrames(std::int64_t inFrames, std::int32_t inBlock)
 void CRig::RenderSeconds(double inSeconds, std::int32_t inBlock)
 {
     RenderFrames(std::llround(inSeconds * mRate), inBlock);
-}
-
-void CRig::Play(double inSeconds, std::int32_t inBlock)
-{
-    Feed(Noise(0.25F));
-    const std::uint8_t notes[] = {48, 60, 67};
-    for (const std::uint8_t note : notes)
-        Send(0, 0x90, note, 100);
-    RenderSeconds(0.6 * inSeconds, inBlock);
-    for (const std::uint8_t note : notes)
-        Send(0, 0x80, note, 64);
-    RenderSeconds(0.4 * inSeconds, inBlock);
 }
 
 float CRig::TakePeak() noexcept { return std::exchange(mPeak, 0.0F); }

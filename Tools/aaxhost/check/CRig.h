@@ -19,6 +19,23 @@ SignalSource Sine(double inHertz, float inPeak, double inRate);
 /** One sample of inPeak at that frame, zeros otherwise. */
 SignalSource Impulse(std::int64_t inFrame, float inPeak);
 
+/** Beats of the timer that a host gives an instance. */
+inline constexpr double kTimersPerSecond = 30.0;
+
+/** Material that makes most plug-ins sound: noise for an effect, notes where MIDI is taken. */
+template <class Rig>
+void PlayOn(Rig& ioRig, double inSeconds, std::int32_t inBlock)
+{
+    ioRig.Feed(Noise(0.25F));
+    const std::uint8_t notes[] = {48, 60, 67};
+    for (const std::uint8_t note : notes)
+        ioRig.Send(0, 0x90, note, 100);
+    ioRig.RenderSeconds(0.6 * inSeconds, inBlock);
+    for (const std::uint8_t note : notes)
+        ioRig.Send(0, 0x80, note, 64);
+    ioRig.RenderSeconds(0.4 * inSeconds, inBlock);
+}
+
 /**
  * An instance on the bench: feeds it block after block, and keeps an eye on what comes out.
  *
@@ -67,8 +84,7 @@ public:
     void Render(std::int32_t inFrames);
     void RenderFrames(std::int64_t inFrames, std::int32_t inBlock);
     void RenderSeconds(double inSeconds, std::int32_t inBlock = 512);
-    /** Material that makes most plug-ins sound: noise for an effect, notes where MIDI is taken. */
-    void Play(double inSeconds, std::int32_t inBlock = 512);
+    void Play(double inSeconds, std::int32_t inBlock = 512) { PlayOn(*this, inSeconds, inBlock); }
 
     /** The highest absolute finite sample since the last call. */
     float TakePeak() noexcept;

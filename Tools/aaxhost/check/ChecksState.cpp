@@ -19,21 +19,6 @@ std::string Compare(CInstance& inInstance, const std::vector<double>& inValues)
                  : std::string();
 }
 
-/** @return where the second state has other bytes, in words; empty where it has the same. */
-std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow)
-{
-    for (std::size_t i = 0; i < inBefore.mChunks.size(); ++i)
-    {
-        const auto before = inBefore.mChunks[i].Data();
-        const auto now = i < inNow.mChunks.size() ? inNow.mChunks[i].Data() : std::span<const std::byte>();
-        if (!std::ranges::equal(before, now))
-            return fmt::format("the chunk {} of {} bytes has {} bytes and differs from byte {} on",
-                               NameOfFourCharCode(inBefore.mChunks[i].Record().mChunkID), before.size(),
-                               now.size(), std::ranges::mismatch(before, now).in1 - before.begin());
-    }
-    return {};
-}
-
 SFinding RoundTrip(CCheckContext& ioContext)
 {
     CRig rig(ioContext);

@@ -1,6 +1,10 @@
 #include "Tools/aaxhost/check/StateSteps.h"
 
+#include "Tools/aaxhost/host/HostNames.h"
+
+#include <algorithm>
 #include <cmath>
+#include <fmt/format.h>
 #include <limits>
 
 SInstanceState Take(CCheckContext& ioContext, CInstance& inInstance)
@@ -54,4 +58,18 @@ std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double
         else if (!(std::abs(now[i] - inBefore[i]) <= kSameValue))
             return SMoved{NameOfParameter(inInstance, ids[i]), inBefore[i], now[i]};
     return std::nullopt;
+}
+
+std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow)
+{
+    for (std::size_t i = 0; i < inBefore.mChunks.size(); ++i)
+    {
+        const auto before = inBefore.mChunks[i].Data();
+        const auto now = i < inNow.mChunks.size() ? inNow.mChunks[i].Data() : std::span<const std::byte>();
+        if (!std::ranges::equal(before, now))
+            return fmt::format("the chunk {} of {} bytes has {} bytes and differs from byte {} on",
+                               NameOfFourCharCode(inBefore.mChunks[i].Record().mChunkID), before.size(),
+                               now.size(), std::ranges::mismatch(before, now).in1 - before.begin());
+    }
+    return {};
 }

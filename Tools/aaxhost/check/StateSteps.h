@@ -31,3 +31,5 @@ struct SMoved
 };
 /** The first parameter that is elsewhere now. */
 std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore);
+/** @return where the second state has other bytes, in words; empty where it has the same. */
+std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow);
