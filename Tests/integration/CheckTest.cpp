@@ -3,6 +3,7 @@
 #include "Tests/integration/ToolRun.h"
 #include "Tools/aaxhost/window/CHostWindow.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -33,9 +34,12 @@ std::string Contents(const fs::path& inFile)
 struct SCheckRun
 {
     SCheckRun(const fs::path& inModule, const fs::path& inPlugin,
-              const std::vector<std::string>& inArguments = {}, bool inWithDisplay = false)
+              const std::vector<std::string>& inArguments = {}, bool inWithDisplay = false,
+              const fs::path& inFeatures = {})
         : mBundle(inModule, inPlugin)
     {
+        if (!inFeatures.empty())
+            fs::copy_file(inFeatures, mBundle.SourceVst().replace_filename("features.txt"));
         if (inWithDisplay && CVirtualDisplay::IsInstalled())
         {
             EXPECT_EQ(mDisplay.Start(), "");
@@ -145,6 +149,43 @@ INSTANTIATE_TEST_SUITE_P(
         SFaulty{"Load", {"state.answers"}, "(Gain) is at 0."},
         SFaulty{"Chunk", {"state.damaged", "state.random", "state.truncated"}, "SIGABRT"}),
     [](const testing::TestParamInfo<SFaulty>& inInfo) { return std::string(inInfo.param.mPlugin); });
+
+TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
+{
+    struct SRow
+    {
+        const char* mPlugin; // makes use of one feature
+        const char* mCheck;
+        const char* mSaying;
+    };
+    const SRow rows[] = {{"FollowsTempo", "features.time", "the module sounds the same"},
+                         {"LateLatency", "features.latency", "144 samples; the host was told 0."},
+                         {"AsksForRate", "features.host-answers", "output 1 differs from frame 0 on"},
+                         {"WorksIdle", "features.idle", "output 1 differs from frame 512 on"},
+                         {"Widens", "features.resize", "becomes 320 by 240 pixels"},
+                         {"SendsMidi", "features.midi-output", "field 24 is no output node"},
+                         {"TakesDumps", "features.sysex", "output 1 differs from frame 24000 on"},
+                         {"HasPrograms", "features.program-first", "(Gain) is at 0.8000"}};
+    const fs::path claims = kAllFeaturesModule.parent_path().parent_path() / "Resources" / "features.txt";
+    std::vector<std::string> arguments;
+    for (const SRow& row : rows)
+        arguments.insert(arguments.end(), {"--only", row.mCheck});
+    for (const SRow& row : rows)
+    {
+        SCOPED_TRACE(row.mCheck);
+        if (row.mPlugin == std::string("Widens") && !CVirtualDisplay::IsInstalled())
+            continue;
+        const fs::path plugin = fs::path(FAULTY_PLUGINS) / fmt::format("faulty_{}.so", row.mPlugin);
+        const SCheckRun claimed(kOptionsModule, plugin, arguments, true, claims);
+        EXPECT_EQ(claimed.With("failed"), Names{row.mCheck}) << claimed.mRun.mOutput;
+        EXPECT_EQ(claimed.With("passed"), Names());
+        EXPECT_NE(claimed.ReasonOf(row.mCheck).find(row.mSaying), std::string::npos)
+            << claimed.ReasonOf(row.mCheck);
+        const SCheckRun built(kAllFeaturesModule, plugin, arguments, true, claims);
+        EXPECT_EQ(built.With("passed"), Names{row.mCheck}) << built.mRun.mOutput;
+        EXPECT_EQ(built.With("failed"), Names());
+    }
+}
 
 TEST(Check, BothExamplesPass)
 {

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <dlfcn.h>
+#include <filesystem>
 #include <fmt/format.h>
+#include <fstream>
 #include <limits>
 
 CCheckContext::CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers)
@@ -56,6 +58,15 @@ bool CCheckContext::IsInstrument()
 {
     const auto& categories = Module().Effect().mCategories;
     return std::ranges::find(categories, kAAX_CategorySoftwareInstrument) != categories.end();
+}
+
+bool CCheckContext::HasFeature(std::string_view inName)
+{
+    std::ifstream file(std::filesystem::path(Module().PluginPath()).replace_filename("features.txt"));
+    for (std::string line; std::getline(file, line);) // one a line; a product without features has no file
+        if (line == inName)
+            return true;
+    return false;
 }
 
 std::string CCheckContext::ModuleFile()

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choose another
@@ -38,6 +39,8 @@ public:
     bool TakesMidi();
     /** It is in the category of instruments; modules describe inputs for these, too. */
     bool IsInstrument();
+    /** @param inName as in features.txt of the product's bundle: "TIME". */
+    bool HasFeature(std::string_view inName);
     /** The module file as the loader knows it; empty where it cannot be told. */
     std::string ModuleFile();
 

@@ -20,9 +20,10 @@ std::span<const SCheck> AllChecks()
     static const std::vector<SCheck> all = []
     {
         std::vector<SCheck> checks;
-        for (const auto& group : {DescriptionChecks(), LifeCycleChecks(), ParameterChecks(),
-                                  AutomationChecks(), MidiChecks(), RenderingChecks(), SignalChecks(),
-                                  TransportChecks(), StateChecks(), EditorChecks(), RobustnessChecks()})
+        for (const auto& group :
+             {DescriptionChecks(), LifeCycleChecks(), ParameterChecks(), AutomationChecks(), MidiChecks(),
+              RenderingChecks(), SignalChecks(), TransportChecks(), StateChecks(), EditorChecks(),
+              FeatureChecks(), RobustnessChecks()})
             checks.insert(checks.end(), group.begin(), group.end());
         return checks;
     }();

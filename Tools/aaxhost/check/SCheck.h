@@ -67,4 +67,5 @@ std::span<const SCheck> SignalChecks(); // the part of the rendering group that 
 std::span<const SCheck> TransportChecks();
 std::span<const SCheck> StateChecks();
 std::span<const SCheck> EditorChecks();
+std::span<const SCheck> FeatureChecks();
 std::span<const SCheck> RobustnessChecks();

@@ -48,6 +48,15 @@ std::vector<double> Values(CInstance& inInstance)
     return values;
 }
 
+void SetValues(CInstance& ioInstance, const std::vector<double>& inValues)
+{
+    const auto ids = AutomatableParameters(ioInstance);
+    for (std::size_t i = 0; i < std::min(ids.size(), inValues.size()); ++i)
+        if (ValueOf(ioInstance, ids[i]) != inValues[i])
+            (void)ioInstance.UpdateParameter(ids[i], inValues[i]); // refusals show in another check
+    (void)ioInstance.FinishUpdates();
+}
+
 std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore)
 {
     const auto ids = AutomatableParameters(inInstance);

@@ -22,6 +22,8 @@ void MoveAll(CInstance& ioInstance, std::uint32_t inSeed);
 inline constexpr double kSameValue = 1e-4;
 /** The plug-in's own values, in the order of `AutomatableParameters`. */
 std::vector<double> Values(CInstance& inInstance);
+/** Gives the instance those that differ from its own, as automation does. */
+void SetValues(CInstance& ioInstance, const std::vector<double>& inValues);
 
 struct SMoved
 {

@@ -1,0 +1,131 @@
+#include "Tests/doubles/faulty/CBlankEditor.h"
+#include "Tests/doubles/faulty/CPlainEffect.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+namespace
+{
+constexpr std::int32_t kGain = CPlainEffect::kGain;
+
+void RenderScaled(CPlainEffect& ioEffect, const SBlock& inBlock, float inFactor)
+{
+    ioEffect.Render(inBlock);
+    for (float* output : {inBlock.outputs[0], inBlock.outputs[1]})
+        std::transform(output, output + inBlock.frames, output,
+                       [inFactor](float inSample) { return inFactor * inSample; });
+}
+
+/** Says that it can do something. */
+VstIntPtr AnswerAs(CPlainEffect& ioEffect, std::string_view inAbility, const SCall& inCall)
+{
+    if (inCall.opcode == effCanDo && inAbility == static_cast<const char*>(inCall.pointer))
+        return 1;
+    return ioEffect.Answer(inCall);
+}
+} // namespace
+
+// Faultless ones that need a feature of the product each: without it they do something else.
+namespace faults
+{
+/** Is as loud as the time record says in all of its fields, where the tempo is valid. */
+void FollowsTempo(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        const auto& time = *reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+        const double sum = time.tempo + time.ppqPos - time.barStartPos + time.cycleStartPos +
+                           time.cycleEndPos + time.samplePos * 1e-6 + time.nanoSeconds * 1e-9 +
+                           time.timeSigNumerator + time.timeSigDenominator + time.flags;
+        const bool isValid = (time.flags & kVstTempoValid) != 0;
+        RenderScaled(ioEffect, inBlock, isValid ? static_cast<float>(sum * 1e-5) : 1.0F);
+    };
+}
+
+/** Knows its latency only when it renders, and changes it with its gain. */
+void LateLatency(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        const auto delay = static_cast<std::int32_t>(64.0F + 100.0F * ioEffect.Get(kGain));
+        __atomic_store_n(&ioEffect.Effect()->initialDelay, delay, __ATOMIC_RELAXED);
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Is silent where its host does not say how fast it runs. */
+void AsksForRate(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    { RenderScaled(ioEffect, inBlock, ioEffect.CallHost(audioMasterGetSampleRate) > 0 ? 1.0F : 0.0F); };
+}
+
+/** Moves its gain in idle time. */
+void WorksIdle(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        if (inCall.opcode == effOpen)
+            (void)ioEffect.CallHost(audioMasterNeedIdle);
+        if (inCall.opcode == effIdle)
+            ioEffect.Set(kGain, 0.25F);
+        return ioEffect.Answer(inCall);
+    };
+}
+
+/** Asks for a wider editor as soon as it is open. */
+void Widens(CPlainEffect& ioEffect)
+{
+    ioEffect.SetEditor(std::make_unique<CBlankEditor>());
+    ioEffect.Before(effEditIdle, [&ioEffect] { (void)ioEffect.CallHost(audioMasterSizeWindow, 320, 240); });
+}
+
+/** Sends two messages in each block, the later one first. */
+void SendsMidi(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    { return AnswerAs(ioEffect, "sendVstMidiEvent", inCall); };
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        std::array<VstMidiEvent, 2> events{};
+        for (VstMidiEvent& event : events)
+            event.type = kVstMidiType;
+        events[0].deltaFrames = 9;
+        std::memcpy(events[0].midiData, "\x80\x3C\x00", 3);
+        std::memcpy(events[1].midiData, "\x90\x3C\x64", 3);
+        VstEvents list{2, 0, {}};
+        std::ranges::transform(events, list.events,
+                               [](auto& ioEvent) { return reinterpret_cast<VstEvent*>(&ioEvent); });
+        (void)ioEffect.CallHost(audioMasterProcessEvents, 0, 0, &list);
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Takes its gain from the length of a dump. */
+void TakesDumps(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        if (inCall.opcode == effProcessEvents)
+        {
+            const auto& event = *static_cast<const VstEvents*>(inCall.pointer)->events[0];
+            if (event.type == kVstSysExType)
+            {
+                const std::int32_t bytes = reinterpret_cast<const VstMidiSysexEvent&>(event).dumpBytes;
+                ioEffect.Set(kGain, static_cast<float>(bytes) * 0.001F);
+            }
+        }
+        return AnswerAs(ioEffect, "receiveVstMidiEvent", inCall);
+    };
+}
+
+/** Has two programs, and takes what it ships as whenever one is chosen. */
+void HasPrograms(CPlainEffect& ioEffect)
+{
+    ioEffect.Effect()->numPrograms = 2;
+    ioEffect.Before(effSetProgram, [&ioEffect] { ioEffect.Set(kGain, 0.8F); });
+}
+} // namespace faults
