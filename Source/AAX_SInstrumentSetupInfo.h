@@ -27,11 +27,9 @@ struct AAX_SInstrumentSetupInfo
     std::uint32_t mInputMIDIChannelMask = 0xFFFF;
     std::int32_t mNumAdditionalInputMIDINodes = 0; // 0 to kMaxAdditionalMIDINodes
 
-    bool mNeedsOutputMIDI = false;
-    const char* mOutputMIDINodeName = "OutputMIDI";
-
     bool mNeedsTransport = false;
     const char* mTransportMIDINodeName = "Transport";
+    const char* mOutputMIDINodeName = "OutputMIDI";
 
     std::int32_t mNumMeters = 0;
     const AAX_CTypeID* mMeterIDs = nullptr;
@@ -44,6 +42,7 @@ struct AAX_SInstrumentSetupInfo
     std::int32_t mOutputStemFormat = AAX_eStemFormat_Mono;
     bool mUseProperty151 = false;
     bool mCanBypass = true;
+    bool mNeedsOutputMIDI = false;
     AAX_CTypeID mManufacturerID = kNoIdentity;
     AAX_CTypeID mProductID = kNoIdentity;
     AAX_CTypeID mPluginID = kNoIdentity;

@@ -57,10 +57,24 @@ AaxAdapter_Parameters::~AaxAdapter_Parameters()
 {
     // The parameters know members of this object, and the base would delete them after these are gone.
     (void)AaxAdapter_Parameters::Uninitialize(); // always succeeds
-    ReleasePlugin();
+    LeavePlugin();
+    ClosePlugin();
 }
 
 void AaxAdapter_Parameters::ReleasePlugin()
+{
+    LeavePlugin();
+    if (mPlugin != nullptr && mPlugin->GetEffect() != nullptr)
+        (void)AAX_Contained( // it closes either way
+            [this]
+            {
+                PluginEnds();
+                return kAAX_Success;
+            });
+    ClosePlugin();
+}
+
+void AaxAdapter_Parameters::LeavePlugin()
 {
     if (mEditor != nullptr)
         std::exchange(mEditor, nullptr)->ForgetInstance();
@@ -72,10 +86,12 @@ void AaxAdapter_Parameters::ReleasePlugin()
         {
             if (mPlugin != nullptr && mPlugin->IsEditorOpen())
                 mPlugin->CloseEditor();
-            if (mPlugin != nullptr && mPlugin->GetEffect() != nullptr)
-                PluginEnds();
             return kAAX_Success;
         });
+}
+
+void AaxAdapter_Parameters::ClosePlugin()
+{
     mPlugin = nullptr;
     mVst2Host.Reset(); // also one that could not be started
 }

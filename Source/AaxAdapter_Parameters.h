@@ -122,7 +122,7 @@ protected:
 
     /** Tells the host of the plug-in's latency where it is another one now. */
     void RefreshLatency();
-    /** Closes it, and its editor before; the host's editor knows it no more. */
+    /** Closes it, and its editor before. */
     void ReleasePlugin();
     void GivePluginChunk(std::span<const char> inData);
     void GivePluginProgram(std::int32_t inProgram);
@@ -152,6 +152,9 @@ private:
     static constexpr long kNoneDirect = -1;
 
     void LoadWrappedPlugin();
+    /** Ends what goes between it and the host; the host's editor knows it no more. */
+    void LeavePlugin();
+    void ClosePlugin();
     void TellLatency();
     void AddPluginParameters();
     void AddOwnParameters();
