@@ -127,12 +127,12 @@ AAX_Result AaxAdapter_Parameters::EffectInit()
 
 void AaxAdapter_Parameters::LoadWrappedPlugin()
 {
+    ReleasePlugin(); // of an earlier initialisation: its threads may be asking for what changes now
     mSampleRate = 0.0F;
     (void)Controller()->GetSampleRate(&mSampleRate); // a host that answers nothing leaves the rate at 0
     mTimeInfoRate = static_cast<double>(mSampleRate);
     mSamplesPerBarAtOneBpm = static_cast<double>(mSampleRate * 240.0F); // 4/4
 
-    ReleasePlugin(); // of an earlier initialisation
     mLatency = 0;
     mVst2Host.SetBufferSize(kBlockSizeFrames);
     mVst2Host.SetSampleRate(mSampleRate);

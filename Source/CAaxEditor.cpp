@@ -11,13 +11,16 @@
 #include "Source/plugins/CopyBounded.h"
 
 #include <algorithm>
+#include <utility>
 
 AAX_IEffectGUI* CAaxEditor::Create() { return AAX_CreateContained<CAaxEditor>(); }
 
-CAaxEditor::~CAaxEditor()
+CAaxEditor::~CAaxEditor() { LeaveInstance(); }
+
+void CAaxEditor::LeaveInstance() noexcept
 {
     if (mInstance != nullptr)
-        mInstance->ReleaseEditor(*this);
+        std::exchange(mInstance, nullptr)->ReleaseEditor(*this);
 }
 
 AAX_Result CAaxEditor::GetViewSize(AAX_Point* outSize) const

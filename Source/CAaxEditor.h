@@ -60,6 +60,9 @@ protected:
     void CreateViewContainer() override;
     /** Closes it. The plug-in stays known: it gets idle time, and opens again with the next container. */
     void DeleteViewContainer() override;
+    /** Hears no more of the instance. A derived class does this first when it goes: calls may be on their
+     * way. */
+    void LeaveInstance() noexcept;
     AaxAdapter_Parameters* Instance() const { return mInstance; }
     CVst2Plugin* Plugin() const { return mPlugin; }
 

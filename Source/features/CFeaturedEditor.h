@@ -15,6 +15,9 @@ class CFeaturedEditor final : public CAaxEditor
 public:
     static AAX_IEffectGUI* Create();
 
+    CFeaturedEditor() = default;
+    ~CFeaturedEditor() override { LeaveInstance(); }
+
     /** The size that the view was given for the plug-in, as soon as it was. */
     AAX_Result GetViewSize(AAX_Point* outSize) const override;
     AAX_Result TimerWakeup() override;

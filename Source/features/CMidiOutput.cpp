@@ -53,7 +53,7 @@ void CMidiOutput::Prepare()
     mOrder.resize(kMostMessages);
     mBytes.resize(kMostBytes);
     mWaiting.Prepare(kMostBytes);
-    mIsPrepared = true;
+    mIsPrepared.store(true, std::memory_order_release);
 }
 
 void CMidiOutput::TakeWaiting() noexcept

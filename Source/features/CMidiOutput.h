@@ -21,9 +21,10 @@ class AAX_IMIDINode;
 class CMidiOutput
 {
 public:
-    /** Allocates what it needs. Before rendering. */
+    /** Allocates what it needs. Before rendering; main thread. */
     void Prepare();
-    bool IsPrepared() const noexcept { return mIsPrepared; }
+    /** Any thread. */
+    bool IsPrepared() const noexcept { return mIsPrepared.load(std::memory_order_acquire); }
 
     /** What was sent at other times goes first. @param inFrames of the block; may not be positive. */
     void BeginBlock(std::int32_t inFrames) noexcept
@@ -75,7 +76,9 @@ private:
     void PostLong(AAX_IMIDINode& inNode, const Packet& inPacket) noexcept;
     void CountLost() noexcept { mLost.fetch_add(1, std::memory_order_relaxed); }
 
-    bool mIsPrepared = false;
+    // Stored (release) when all places are there; loaded (acquire) by whoever sends: a plug-in's thread may
+    // do so ahead of the first block.
+    std::atomic<bool> mIsPrepared{false};
     bool mIsUnsorted = false;
     std::uint32_t mLatestFrame = 0;
     std::uint32_t mCount = 0; // of messages in this block
