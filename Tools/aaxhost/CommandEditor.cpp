@@ -37,6 +37,14 @@ std::string TitleOf(const CModule& inModule)
     return effect.mNames.empty() ? "Editor" : effect.mNames.front();
 }
 
+void TellSize(const CEditorView& inView, SViewSize& ioTold)
+{
+    if (inView.Size() == ioTold)
+        return;
+    ioTold = inView.Size();
+    fmt::print("The editor is {} by {}\n", ioTold.mWidth, ioTold.mHeight);
+}
+
 /** Keeps the editor open until the time is over or the window closed, and tells what comes of it. */
 COutcome<SDone> Run(CEditorView& ioView, CHostWindow& inWindow, CHostLog& ioLog,
                     const CEditorReport& inReport, std::optional<Clock::time_point> inEnd)
@@ -47,14 +55,12 @@ COutcome<SDone> Run(CEditorView& ioView, CHostWindow& inWindow, CHostLog& ioLog,
     {
         if (auto ticked = ioView.Tick(); !ticked)
             return ticked;
+        if (told.IsEmpty()) // ahead of what is done in it at once
+            TellSize(ioView, told);
         for (const std::string& line : ioLog.TakeLines())
             if (const std::string words = inReport.Describe(line); !words.empty())
                 fmt::print("{}\n", words);
-        if (ioView.Size() != told)
-        {
-            told = ioView.Size();
-            fmt::print("The editor is {} by {}\n", told.mWidth, told.mHeight);
-        }
+        TellSize(ioView, told);
         std::fflush(stdout); // as it comes, also into a pipe
         if (told.IsEmpty() && Clock::now() >= sizeDeadline)
             break;
