@@ -402,4 +402,34 @@ TEST(Features, EachWorksAloneAndAmongAll)
         EXPECT_EQ(see(kOptionsModule), row.mWithout);
     }
 }
+
+TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
+{
+    const auto open = [](SRig& rig)
+    {
+        rig.Script().parameters = {0.25F, 0.5F};
+        rig.Open();
+    };
+    for (const auto& [from, to] :
+         {std::pair(kOptionsModule, ModuleWith("ALL")), std::pair(ModuleWith("ALL"), kOptionsModule)})
+    {
+        SCOPED_TRACE(from);
+        SRig saving(from);
+        open(saving);
+        EXPECT_EQ(saving.mInstance->SetParameter("00001", 0.75), kAAX_Success);
+        saving.Effect().Parameters()[0] = 0.125F;
+        const SInstanceState saved = Expect(TakeState(*saving.mModule, *saving.mInstance));
+        SRig loading(to);
+        open(loading);
+        loading.Script().bankChunk = {9};
+        for (const CStateChunk& chunk : saved.mChunks) // the tests' products do not have one identity
+        {
+            EXPECT_EQ(loading.mInstance->Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()),
+                      kAAX_Success);
+            EXPECT_EQ(loading.mInstance->RunCycle(), kAAX_Success);
+        }
+        EXPECT_EQ(loading.Effect().Parameters(), saving.Effect().Parameters());
+        EXPECT_EQ(StateOf(*loading.mModule, *loading.mInstance), StateOf(*saving.mModule, *saving.mInstance));
+    }
+}
 } // namespace
