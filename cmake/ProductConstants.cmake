@@ -79,7 +79,8 @@ struct SProductFeatures
 {
 ${fields}};
 
-extern const SProductFeatures kProductFeatures;
+/* Hidden, so that reading one in a render call takes no detour. */
+extern const SProductFeatures kProductFeatures __attribute__((visibility(\"hidden\")));
 
 /** Their names in FEATURES, in the order of the fields. */
 inline constexpr const char* kProductFeatureNames[] = {${names}};

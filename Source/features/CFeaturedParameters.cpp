@@ -21,16 +21,22 @@ constexpr double kMostLatency = 10.0;
 class CRenderMark
 {
 public:
-    explicit CRenderMark(std::atomic<std::thread::id>& ioThread) noexcept : mThread(ioThread)
+    /** @param ioThread null where nobody asks. */
+    explicit CRenderMark(std::atomic<std::thread::id>* ioThread) noexcept : mThread(ioThread)
     {
-        mThread.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        if (mThread != nullptr)
+            mThread->store(std::this_thread::get_id(), std::memory_order_relaxed);
     }
     CRenderMark(const CRenderMark&) = delete;
     CRenderMark& operator=(const CRenderMark&) = delete;
-    ~CRenderMark() { mThread.store({}, std::memory_order_relaxed); }
+    ~CRenderMark()
+    {
+        if (mThread != nullptr)
+            mThread->store({}, std::memory_order_relaxed);
+    }
 
 private:
-    std::atomic<std::thread::id>& mThread;
+    std::atomic<std::thread::id>* mThread;
 };
 } // namespace
 
@@ -201,11 +207,12 @@ inline void CFeaturedParameters::RenderBlock(AAX_SInstrumentRenderInfo& ioInfo)
 
 void CFeaturedParameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
 {
+    const std::int32_t frames = ioInfo->mNumSamples != nullptr ? *ioInfo->mNumSamples : 0;
     if (kProductFeatures.mTime) [[likely]]
     {
         AAX_IMIDINode* const node = ioInfo->mTransportNode;
-        mTransportTime.Write(node != nullptr ? node->GetTransport() : nullptr, ioInfo->mClock,
-                             ioInfo->mNumSamples != nullptr ? *ioInfo->mNumSamples : 0, Host().TimeInfo());
+        mTransportTime.Write(node != nullptr ? node->GetTransport() : nullptr, ioInfo->mClock, frames,
+                             Host().TimeInfo());
     }
     else
     {
@@ -213,21 +220,22 @@ void CFeaturedParameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
     }
     if (Plugin() == nullptr || ioInfo->mNumSamples == nullptr) [[unlikely]]
         return;
-    const CRenderMark mark(mRenderThread);
-    if (mMidiOutput.IsPrepared())
-        mMidiOutput.BeginBlock(*ioInfo->mNumSamples);
+    const bool sendsMidi = mMidiOutput.IsPrepared();
+    const CRenderMark mark(sendsMidi || kProductFeatures.mHostAnswers ? &mRenderThread : nullptr);
+    if (sendsMidi)
+        mMidiOutput.BeginBlock(frames);
     try
     {
-        if (static_cast<std::uint32_t>(*ioInfo->mNumSamples) <= kBlockSizeFrames) [[likely]]
+        if (static_cast<std::uint32_t>(frames) <= kBlockSizeFrames) [[likely]]
             RenderBlock(*ioInfo);
         else
             RenderParts(*ioInfo); // of a negative number there are none
     }
     catch (...)
     {
-        SilenceOutputs(*ioInfo, 0, {0, std::max(*ioInfo->mNumSamples, 0)});
+        SilenceOutputs(*ioInfo, 0, {0, std::max(frames, 0)});
     }
-    if (mMidiOutput.IsPrepared())
+    if (sendsMidi)
         mMidiOutput.Post(ioInfo->mOutputNode);
 }
 
