@@ -145,9 +145,11 @@ void AaxAdapter_Parameters::LoadWrappedPlugin()
         // Again, although loading has done it: some plug-ins drop the rate and block size sent before they
         // are open.
         mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
-        PluginStarted();
+        const std::optional<SDescribedShape> described = RememberedDescription();
+        const SDescribedShape shape = described ? *described : ShapeOf(*mPlugin);
+        PluginStarted(shape);
         mLatency = PluginLatency();
-        PrepareChannels();
+        PrepareChannels(shape);
     }
     TellLatency();
 }
@@ -173,17 +175,16 @@ void AaxAdapter_Parameters::RefreshLatency()
 
 std::int64_t AaxAdapter_Parameters::PluginLatency() const { return mPlugin->GetInitialDelay(); }
 
-void AaxAdapter_Parameters::PrepareChannels()
+void AaxAdapter_Parameters::PrepareChannels(const SDescribedShape& inShape)
 {
-    const SDescribedShape shape = RememberedDescription().value_or(ShapeOf(*mPlugin));
     const AEffect& effect = *mPlugin->GetEffect();
-    mHasInputNode = shape.mHasInputNode;
-    mHostOutputChannels = shape.mOutputChannels;
+    mHasInputNode = inShape.mHasInputNode;
+    mHostOutputChannels = inShape.mOutputChannels;
     mDirectOutputs = effect.processReplacing != nullptr ? mHostOutputChannels : kNoneDirect;
     // With a nonsensical count it counts as grown, and its blocks are silent.
     const auto sensible = [](std::int32_t inChannels) { return inChannels <= kMaxChannels ? inChannels : 0; };
-    mInputs.Prepare(shape.mInputChannels, sensible(effect.numInputs), kBlockSizeFrames);
-    mOutputs.Prepare(shape.mOutputChannels, sensible(effect.numOutputs), kBlockSizeFrames);
+    mInputs.Prepare(inShape.mInputChannels, sensible(effect.numInputs), kBlockSizeFrames);
+    mOutputs.Prepare(inShape.mOutputChannels, sensible(effect.numOutputs), kBlockSizeFrames);
 }
 
 void AaxAdapter_Parameters::AddPluginParameters()

@@ -16,6 +16,7 @@
 class AAX_CPacket;
 class CVst2Plugin;
 class IAttachedEditor;
+struct SDescribedShape;
 
 /**
  * One instance: a copy of the wrapped plug-in with one AAX parameter per parameter of it, a master bypass and
@@ -109,8 +110,8 @@ protected:
 
     // ---- Where a product's features (Source/features/) come in. Main thread.
 
-    /** The plug-in is loaded and switched on. */
-    virtual void PluginStarted() {}
+    /** The plug-in is loaded and switched on, and what the host was told of it known. */
+    virtual void PluginStarted(const SDescribedShape& /*inShape*/) {}
     /** It is going to be switched off. */
     virtual void PluginEnds() {}
     /** Samples. There is a plug-in. */
@@ -159,7 +160,7 @@ private:
     void AddPluginParameters();
     void AddOwnParameters();
     void RegisterPackets();
-    void PrepareChannels();
+    void PrepareChannels(const SDescribedShape& inShape);
     bool HasPluginChunk() const;
     AAX_Result SavePluginChunk(AAX_SPlugInChunk& outChunk) const;
     AAX_Result LoadPluginChunk(const AAX_SPlugInChunk& inChunk);

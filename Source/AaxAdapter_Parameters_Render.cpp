@@ -6,7 +6,7 @@
 namespace
 {
 /** What a plug-in is given at once; more packets go in further calls. */
-constexpr std::int64_t kMaxEventsPerCall = 300;
+constexpr std::int64_t kMaxEventsPerCall = CVst2Plugin::kMaxEvents;
 
 /** The MIDI bytes and what follows them, as one number whose lowest byte is the status byte. */
 unsigned long PackedBytes(const AAX_CMidiPacket& inPacket) noexcept
@@ -17,7 +17,6 @@ unsigned long PackedBytes(const AAX_CMidiPacket& inPacket) noexcept
                 sizeof(bytes));
     return bytes;
 }
-
 } // namespace
 
 void AaxAdapter_Parameters::ForwardPackets(std::int64_t inCount, const AAX_CMidiPacket* inPackets)

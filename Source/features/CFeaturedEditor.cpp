@@ -5,7 +5,6 @@
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/ProductFeatures.h"
 
-#include <algorithm>
 #include <utility>
 
 AAX_IEffectGUI* CFeaturedEditor::Create() { return AAX_CreateContained<CFeaturedEditor>(); }

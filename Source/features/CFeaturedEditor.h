@@ -1,6 +1,7 @@
 #pragma once
 #include "Source/CAaxEditor.h"
 #include "Source/features/CFeaturedParameters.h"
+#include "Source/features/PixelSize.h"
 
 #include <optional>
 

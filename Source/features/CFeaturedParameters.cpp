@@ -5,17 +5,24 @@
 #include "Source/DescribedShape.h"
 #include "Source/IAttachedEditor.h"
 #include "Source/SourceVstPath.h"
-#include "Source/features/HostAnswers.h"
+#include "Source/features/HostQuestions.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/ProductFeatures.h"
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace
 {
 /** A longer latency is a plug-in's mistake. Seconds. */
 constexpr double kMostLatency = 10.0;
+
+/** The height that came as a wider number; 0, which no editor has, where 32 bits do not hold it. */
+constexpr std::int32_t HeightOf(VstIntPtr inValue) noexcept
+{
+    return std::in_range<std::int32_t>(inValue) ? static_cast<std::int32_t>(inValue) : 0;
+}
 
 /** Names its thread as the one that renders, while it lives. */
 class CRenderMark
@@ -63,11 +70,10 @@ CFeaturedParameters::~CFeaturedParameters()
 
 // ---- The life of the plug-in
 
-void CFeaturedParameters::PluginStarted()
+void CFeaturedParameters::PluginStarted(const SDescribedShape& inShape)
 {
     mTransportTime.SetSampleRate(static_cast<double>(SampleRate()));
-    const SDescribedShape shape = RememberedDescription().value_or(ShapeOf(*Plugin()));
-    if (shape.mHasOutputNode && !mMidiOutput.IsPrepared())
+    if (inShape.mHasOutputNode && !mMidiOutput.IsPrepared())
         mMidiOutput.Prepare();
     if (kProductFeatures.mHostAnswers)
         (void)Plugin()->Dispatch(effStartProcess); // the interface gives the result no meaning
@@ -144,9 +150,7 @@ std::optional<VstIntPtr> CFeaturedParameters::AnswerCall(const SHostCall& inCall
     case audioMasterSizeWindow:
         if (!kProductFeatures.mResize)
             return std::nullopt;
-        // Of a height that is none the lower half is not taken for one.
-        return ResizeEditor({inCall.mIndex, static_cast<std::int32_t>(std::clamp<VstIntPtr>(
-                                                inCall.mValue, 0, SPixelSize::kMost + 1))});
+        return ResizeEditor({inCall.mIndex, HeightOf(inCall.mValue)});
     default: break;
     }
     if (!kProductFeatures.mHostAnswers)
@@ -177,18 +181,14 @@ VstIntPtr CFeaturedParameters::ResizeEditor(SPixelSize inSize) noexcept
     if (Host().IsListenerThread())
         return AttachedEditor() != nullptr && AttachedEditor()->Resize(inSize.mWidth, inSize.mHeight) ? 1 : 0;
     // Whether it will be taken is not known yet.
-    mRequestedSize.store(static_cast<std::uint64_t>(inSize.mWidth) << 32 |
-                             static_cast<std::uint32_t>(inSize.mHeight),
-                         std::memory_order_relaxed);
+    mRequestedSize.store(inSize, std::memory_order_relaxed);
     return 0;
 }
 
 std::optional<SPixelSize> CFeaturedParameters::TakeRequestedSize() noexcept
 {
-    const std::uint64_t size = mRequestedSize.exchange(0, std::memory_order_relaxed);
-    if (size == 0)
-        return std::nullopt;
-    return SPixelSize{static_cast<std::int32_t>(size >> 32), static_cast<std::int32_t>(size & UINT32_MAX)};
+    const SPixelSize size = mRequestedSize.exchange({}, std::memory_order_relaxed);
+    return size.IsSensible() ? std::optional(size) : std::nullopt;
 }
 
 // ---- A block

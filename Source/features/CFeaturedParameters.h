@@ -3,6 +3,7 @@
 #include "Source/features/CMidiOutput.h"
 #include "Source/features/CSysexInput.h"
 #include "Source/features/CTransportTime.h"
+#include "Source/features/PixelSize.h"
 #include "Source/plugins/IHostCallAnswers.h"
 
 #include <array>
@@ -11,20 +12,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-
-/** A size in pixels. */
-struct SPixelSize
-{
-    std::int32_t mWidth = 0;
-    std::int32_t mHeight = 0;
-    bool operator==(const SPixelSize&) const = default;
-    /** Whether an editor can have it. */
-    bool IsSensible() const noexcept
-    {
-        return mWidth >= 1 && mHeight >= 1 && mWidth <= kMost && mHeight <= kMost;
-    }
-    static constexpr std::int32_t kMost = 16384;
-};
 
 /**
  * An instance with the features of its product (`kProductFeatures`). Each feature's work stands in a file of
@@ -51,10 +38,9 @@ public:
     /** The size that the plug-in asked for last on another thread than the main one; each once. Main thread.
      */
     std::optional<SPixelSize> TakeRequestedSize() noexcept;
-    const CMidiOutput& MidiOutput() const noexcept { return mMidiOutput; }
 
 private:
-    void PluginStarted() override;
+    void PluginStarted(const SDescribedShape& inShape) override;
     void PluginEnds() override;
     std::int64_t PluginLatency() const override;
     void RestorePlugin(std::span<const char> inData, std::int32_t inProgram) override;
@@ -73,6 +59,7 @@ private:
     // The thread that is in the render call; no thread between two. Written there, read by the plug-in's
     // calls.
     std::atomic<std::thread::id> mRenderThread{};
-    std::atomic<bool> mWantsIdle{false};          // the plug-in's calls write, the main thread takes
-    std::atomic<std::uint64_t> mRequestedSize{0}; // as above: width and height; 0: none
+    std::atomic<bool> mWantsIdle{false};                  // the plug-in's calls write, the main thread takes
+    std::atomic<SPixelSize> mRequestedSize{SPixelSize{}}; // as above; not sensible: none
+    static_assert(decltype(mRequestedSize)::is_always_lock_free);
 };

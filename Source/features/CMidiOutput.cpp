@@ -64,7 +64,7 @@ void CMidiOutput::TakeWaiting() noexcept
         const std::optional<CMessageQueue::SMessage> message = mWaiting.Pop(room);
         if (!message)
             return;
-        AddLong(FrameOf(message->mFrame), room.first(message->mSize));
+        AddMessage(FrameOf(message->mFrame), room.first(message->mSize));
     }
 }
 
@@ -81,7 +81,7 @@ void CMidiOutput::Take(const VstEvents& inEvents) noexcept
         if (event->type == kVstMidiType) [[likely]]
             AddShort(frame, BytesOf(*event), kMessageSizes[*BytesOf(*event)]);
         else
-            AddLong(frame, DumpOf(*event));
+            AddMessage(frame, DumpOf(*event));
     }
 }
 
@@ -136,7 +136,7 @@ inline void CMidiOutput::AddShort(std::uint32_t inFrame, const std::uint8_t* inM
     std::memcpy(packet->mData, &bytes, sizeof(bytes));
 }
 
-void CMidiOutput::AddLong(std::uint32_t inFrame, std::span<const std::uint8_t> inMessage) noexcept
+void CMidiOutput::AddMessage(std::uint32_t inFrame, std::span<const std::uint8_t> inMessage) noexcept
 {
     if (inMessage.size() <= sizeof(Packet::mData))
     {

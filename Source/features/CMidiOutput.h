@@ -3,6 +3,7 @@
 #include "Interfaces/VST2/AEffect.h"
 #include "Source/features/CMessageQueue.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -67,7 +68,7 @@ private:
     std::uint32_t FrameOf(std::int32_t inDelta) const noexcept;
     void AddShort(std::uint32_t inFrame, const std::uint8_t* inMessage, std::uint32_t inSize) noexcept;
     /** A message of any length; none where it is empty. */
-    void AddLong(std::uint32_t inFrame, std::span<const std::uint8_t> inMessage) noexcept;
+    void AddMessage(std::uint32_t inFrame, std::span<const std::uint8_t> inMessage) noexcept;
     /** @return the next packet, its frame set; null where there is no room. */
     Packet* NextPacket(std::uint32_t inFrame) noexcept;
     void PostAll(AAX_IMIDINode& inNode) noexcept;

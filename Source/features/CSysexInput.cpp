@@ -1,7 +1,5 @@
 #include "Source/features/CSysexInput.h"
 
-#include "Source/plugins/CVst2Plugin.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -41,8 +39,6 @@ void CSysexInput::Forward(std::span<const AAX_CMidiPacket> inPackets, std::uint3
                           std::uint32_t inEndFrame, CVst2Plugin& ioPlugin)
 {
     mEvents.numEvents = 0; // there are some left where the plug-in threw
-    mShortCount = 0;
-    mMessageCount = 0;
     for (const AAX_CMidiPacket& packet : inPackets)
         if (packet.mTimestamp >= inFirstFrame && packet.mTimestamp < inEndFrame)
             Take(packet, inFirstFrame, ioPlugin);
@@ -105,31 +101,33 @@ void CSysexInput::Collect(std::uint8_t inByte, CVst2Plugin& ioPlugin)
     mBytes[mEnd++] = inByte;
 }
 
-void CSysexInput::AddShort(std::span<const std::uint8_t> inBytes, std::int32_t inFrame, CVst2Plugin& ioPlugin)
+template <typename Event>
+Event& CSysexInput::Add(std::int32_t inType, std::int32_t inFrame, std::vector<Event>& ioEvents,
+                        CVst2Plugin& ioPlugin)
 {
     if (static_cast<std::size_t>(mEvents.numEvents) == kMostEvents)
         Flush(ioPlugin);
-    VstMidiEvent& event = mShorts[mShortCount++];
+    const auto place = static_cast<std::size_t>(mEvents.numEvents++);
+    Event& event = ioEvents[place];
     event = {};
-    event.type = kVstMidiType;
+    event.type = inType;
     event.byteSize = sizeof(event);
     event.deltaFrames = inFrame;
+    mEvents.events[place] = reinterpret_cast<VstEvent*>(&event);
+    return event;
+}
+
+void CSysexInput::AddShort(std::span<const std::uint8_t> inBytes, std::int32_t inFrame, CVst2Plugin& ioPlugin)
+{
+    VstMidiEvent& event = Add(kVstMidiType, inFrame, mShorts, ioPlugin);
     std::memcpy(event.midiData, inBytes.data(), inBytes.size());
-    mEvents.events[static_cast<std::size_t>(mEvents.numEvents++)] = reinterpret_cast<VstEvent*>(&event);
 }
 
 void CSysexInput::AddMessage(std::int32_t inFrame, CVst2Plugin& ioPlugin)
 {
-    if (static_cast<std::size_t>(mEvents.numEvents) == kMostEvents)
-        Flush(ioPlugin);
-    VstMidiSysexEvent& event = mMessages[mMessageCount++];
-    event = {};
-    event.type = kVstSysExType;
-    event.byteSize = sizeof(event);
-    event.deltaFrames = inFrame;
+    VstMidiSysexEvent& event = Add(kVstSysExType, inFrame, mMessages, ioPlugin);
     event.dumpBytes = static_cast<std::int32_t>(mEnd - mBegin);
     event.sysexDump = reinterpret_cast<char*>(mBytes.data() + mBegin);
-    mEvents.events[static_cast<std::size_t>(mEvents.numEvents++)] = reinterpret_cast<VstEvent*>(&event);
     mBegin = mEnd;
 }
 
@@ -138,8 +136,6 @@ void CSysexInput::Flush(CVst2Plugin& ioPlugin)
     if (mEvents.numEvents > 0)
         ioPlugin.ProcessEvents(reinterpret_cast<VstEvents*>(&mEvents));
     mEvents.numEvents = 0;
-    mShortCount = 0;
-    mMessageCount = 0;
     std::copy(mBytes.begin() + static_cast<std::ptrdiff_t>(mBegin),
               mBytes.begin() + static_cast<std::ptrdiff_t>(mEnd), mBytes.begin());
     mEnd -= mBegin;

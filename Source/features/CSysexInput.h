@@ -1,14 +1,13 @@
 #pragma once
 #include "Interfaces/AAX/AAX_Types.h"
 #include "Interfaces/VST2/AEffect.h"
+#include "Source/plugins/CVst2Plugin.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
-
-class CVst2Plugin;
 
 /**
  * Puts system exclusive messages together that arrive in packets of four bytes, and hands them on among the
@@ -31,11 +30,11 @@ public:
     void Forward(std::span<const AAX_CMidiPacket> inPackets, std::uint32_t inFirstFrame,
                  std::uint32_t inEndFrame, CVst2Plugin& ioPlugin);
 
-    /** Of one message, and of all that one call hands on. */
+    /** Of one message. */
     static constexpr std::size_t kMostBytes = 65536;
 
 private:
-    static constexpr std::size_t kMostEvents = 300; // of one call
+    static constexpr std::size_t kMostEvents = CVst2Plugin::kMaxEvents;
     struct SEvents
     {
         std::int32_t numEvents = 0;
@@ -51,10 +50,13 @@ private:
 
     void Take(const AAX_CMidiPacket& inPacket, std::uint32_t inFirstFrame, CVst2Plugin& ioPlugin);
     void TakeByte(std::uint8_t inByte, std::int32_t inFrame, CVst2Plugin& ioPlugin);
-    void Begin(CVst2Plugin& ioPlugin);
     void Collect(std::uint8_t inByte, CVst2Plugin& ioPlugin);
     void AddShort(std::span<const std::uint8_t> inBytes, std::int32_t inFrame, CVst2Plugin& ioPlugin);
     void AddMessage(std::int32_t inFrame, CVst2Plugin& ioPlugin);
+    /** Adds an event of a type to a call; what it is about is left to be said. */
+    template <typename Event>
+    Event& Add(std::int32_t inType, std::int32_t inFrame, std::vector<Event>& ioEvents,
+               CVst2Plugin& ioPlugin);
     /** Gives the plug-in what was added; what is being collected moves to the front. */
     void Flush(CVst2Plugin& ioPlugin);
 
@@ -63,8 +65,6 @@ private:
     std::size_t mBegin = 0;           // of the one that is collected
     std::size_t mEnd = 0;
     SEvents mEvents;
-    std::size_t mShortCount = 0;
-    std::size_t mMessageCount = 0;
-    std::vector<VstMidiEvent> mShorts;
+    std::vector<VstMidiEvent> mShorts; // each event of the call has its place here or there
     std::vector<VstMidiSysexEvent> mMessages;
 };

@@ -14,8 +14,8 @@ constexpr double kDisplayTicksPerQuarter = 960.0;
 /** Bars begin on these: quarter notes. */
 constexpr double kBarGrid = 0.125;
 
-/** Written so that what is no number is no tempo. */
-bool IsTempo(double inTempo) noexcept
+/** Also finite. What is no number is neither. */
+bool IsPositive(double inTempo) noexcept
 {
     return inTempo > 0.0 && inTempo <= std::numeric_limits<double>::max();
 }
@@ -136,7 +136,7 @@ void CTransportTime::Write(const AAX_ITransport* inTransport, const std::int64_t
 
 std::int32_t CTransportTime::TakeTempo(double inTempo, VstTimeInfo& ioTime) noexcept
 {
-    if (!IsTempo(inTempo))
+    if (!IsPositive(inTempo))
         return 0;
     ioTime.tempo = inTempo;
     return kVstTempoValid | kVstTransportChanged;

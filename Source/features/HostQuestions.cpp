@@ -1,4 +1,6 @@
-#include "Source/features/HostAnswers.h"
+#include "Source/features/HostQuestions.h"
+
+#include "Source/plugins/ProductFeatures.h"
 
 #include <string_view>
 
@@ -11,9 +13,9 @@ struct SAbility
     std::string_view mText;
     bool mIsThere;
 };
-} // namespace
 
-VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) noexcept
+/** @return 1 for what the product does, -1 for what it never does, 0 for an unknown text. */
+VstIntPtr AnswerCanDo(const char* inText) noexcept
 {
     if (inText == nullptr)
         return 0;
@@ -21,13 +23,13 @@ VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) no
         {"sendVstEvents", true},
         {"sendVstMidiEvent", true},
         {"sendVstTimeInfo", true},
-        {"receiveVstEvents", inFeatures.mMidiOutput},
-        {"receiveVstMidiEvent", inFeatures.mMidiOutput},
+        {"receiveVstEvents", kProductFeatures.mMidiOutput},
+        {"receiveVstMidiEvent", kProductFeatures.mMidiOutput},
         {"reportConnectionChanges", false},
         {"acceptIOChanges", false}, // of the latency only
-        {"sizeWindow", inFeatures.mResize},
-        {"startStopProcess", inFeatures.mHostAnswers},
-        {"supplyIdle", inFeatures.mIdle},
+        {"sizeWindow", kProductFeatures.mResize},
+        {"startStopProcess", true},
+        {"supplyIdle", kProductFeatures.mIdle},
         {"sendVstMidiEventFlagIsRealtime", false},
         {"offline", false},
         {"openFileSelector", false},
@@ -40,6 +42,7 @@ VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) no
             return ability.mIsThere ? 1 : -1;
     return 0;
 }
+} // namespace
 
 std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFacts& inFacts) noexcept
 {
@@ -54,7 +57,7 @@ std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFact
         (void)GiveText("AaxAdapter", inCall.mPointer);
         return inCall.mPointer != nullptr ? 1 : 0;
     case audioMasterGetVendorVersion: return kVendorVersion;
-    case audioMasterCanDo: return AnswerCanDo(static_cast<const char*>(inCall.mPointer), kProductFeatures);
+    case audioMasterCanDo: return AnswerCanDo(static_cast<const char*>(inCall.mPointer));
     case audioMasterGetLanguage: return kVstLangEnglish;
     case audioMasterGetDirectory: return reinterpret_cast<VstIntPtr>(inFacts.mDirectory);
     default: return std::nullopt;

@@ -1,6 +1,5 @@
 #pragma once
 #include "Interfaces/VST2/HostAnswers.h"
-#include "Source/plugins/ProductFeatures.h"
 
 #include <optional>
 
@@ -18,7 +17,3 @@ struct SHostFacts
  * @return nothing for a call that asks something else. Threads: any. Takes no lock, allocates nothing.
  */
 std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFacts& inFacts) noexcept;
-
-/** @return 1 for what a product with these features does, -1 for what it never does, 0 for an unknown text.
- */
-VstIntPtr AnswerCanDo(const char* inText, const SProductFeatures& inFeatures) noexcept;
