@@ -5,8 +5,8 @@
 #include "Tools/aaxhost/RenderedFile.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/player/CInstance.h"
-#include "Tools/aaxhost/player/CMidiOutput.h"
 #include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/aaxhost/player/MidiFileWriter.h"
 #include "Tools/aaxhost/player/ParameterChoice.h"
 #include "Tools/aaxhost/player/ParseNumber.h"
@@ -193,7 +193,7 @@ void TellLatency(CInstance& inInstance, double inRate)
                        static_cast<double>(told[i].mFrame) / inRate);
 }
 
-COutcome<SDone> SaveMidiOutput(const std::string& inPath, CMidiOutput& ioOutput, const SRenderJob& inJob,
+COutcome<SDone> SaveMidiOutput(const std::string& inPath, CPostedMidi& ioOutput, const SRenderJob& inJob,
                                const SRenderedSamples& inSamples)
 {
     ioOutput.Finish();
@@ -240,7 +240,7 @@ int Render(const SRenderOptions& inOptions)
         SayWhatMidiLacks(inOptions, material->mMidi);
 
     SRenderJob job = MakeJob(inOptions, *material);
-    CMidiOutput midiOutput(job.mRate);
+    CPostedMidi midiOutput(job.mRate);
     job.mMidiOutput = inOptions.mMidiOutput.empty() ? nullptr : &midiOutput;
     const std::int32_t channels =
         inOptions.mMainOnly ? (*instance)->MainOutputChannels() : (*instance)->OutputChannels();

@@ -1,7 +1,7 @@
 #pragma once
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/host/CHostTransport.h"
-#include "Tools/aaxhost/player/CMidiOutput.h"
+#include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/aaxhost/window/CHostWindow.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 

@@ -1,4 +1,4 @@
-#include "Tools/aaxhost/player/CMidiOutput.h"
+#include "Tools/aaxhost/player/CPostedMidi.h"
 
 #include "Tools/aaxhost/host/CHostMidiNode.h"
 
@@ -15,7 +15,7 @@ constexpr std::uint8_t kFirstRealTime = 0xF8;
 bool IsData(std::uint8_t inByte) { return inByte < 0x80; }
 } // namespace
 
-void CMidiOutput::TakeBlock(const CHostMidiNode& inNode, std::int64_t inStart, std::int32_t inFrames)
+void CPostedMidi::TakeBlock(const CHostMidiNode& inNode, std::int64_t inStart, std::int32_t inFrames)
 {
     const auto secondsAt = [&](std::int64_t frame) { return static_cast<double>(inStart + frame) / mRate; };
     const auto frames = static_cast<std::uint32_t>(inFrames);
@@ -40,13 +40,13 @@ void CMidiOutput::TakeBlock(const CHostMidiNode& inNode, std::int64_t inStart, s
                      [](const SMidiMessage& a, const SMidiMessage& b) { return a.mSeconds < b.mSeconds; });
 }
 
-void CMidiOutput::Finish()
+void CPostedMidi::Finish()
 {
     if (!mExclusive.mBytes.empty())
         BreakExclusive();
 }
 
-void CMidiOutput::Take(double inSeconds, std::span<const std::uint8_t> inBytes)
+void CPostedMidi::Take(double inSeconds, std::span<const std::uint8_t> inBytes)
 {
     const std::uint8_t first = inBytes.front();
     if (first >= kFirstRealTime) // may stand inside of a system exclusive message
@@ -65,7 +65,7 @@ void CMidiOutput::Take(double inSeconds, std::span<const std::uint8_t> inBytes)
         TakeChannelMessage(inSeconds, inBytes);
 }
 
-void CMidiOutput::TakeExclusive(double inSeconds, std::span<const std::uint8_t> inBytes)
+void CPostedMidi::TakeExclusive(double inSeconds, std::span<const std::uint8_t> inBytes)
 {
     mExclusive.mSeconds = inSeconds;
     for (std::size_t i = 0; i < inBytes.size(); ++i)
@@ -80,7 +80,7 @@ void CMidiOutput::TakeExclusive(double inSeconds, std::span<const std::uint8_t> 
     }
 }
 
-void CMidiOutput::TakeChannelMessage(double inSeconds, std::span<const std::uint8_t> inBytes)
+void CPostedMidi::TakeChannelMessage(double inSeconds, std::span<const std::uint8_t> inBytes)
 {
     const int kind = inBytes.front() & 0xF0;
     const std::size_t length = kind == 0xC0 || kind == 0xD0 ? 2 : 3;
@@ -92,20 +92,20 @@ void CMidiOutput::TakeChannelMessage(double inSeconds, std::span<const std::uint
         Note(kNoMessage, inSeconds);
 }
 
-void CMidiOutput::BreakExclusive()
+void CPostedMidi::BreakExclusive()
 {
     Note(kBrokenExclusive, mExclusive.mSeconds);
     mExclusive = {};
 }
 
-void CMidiOutput::Note(EFault inFault, double inSeconds, std::size_t inCount)
+void CPostedMidi::Note(EFault inFault, double inSeconds, std::size_t inCount)
 {
     if (mFirstFault < 0.0)
         mFirstFault = inSeconds;
     mFaults[inFault] += inCount;
 }
 
-std::string CMidiOutput::Fault() const
+std::string CPostedMidi::Fault() const
 {
     constexpr const char* words[] = {"packets outside of their block",
                                      "packets of no or more than 4 bytes",

@@ -18,10 +18,10 @@ struct SMidiMessage
 
 /** What a module posts to its output node while it is rendered, put together to whole messages; and what of
  * it a host would misplay. */
-class CMidiOutput
+class CPostedMidi
 {
 public:
-    explicit CMidiOutput(double inRate) : mRate(inRate) {}
+    explicit CPostedMidi(double inRate) : mRate(inRate) {}
 
     /** Takes what was posted in the last block, which began at this frame of the file. Messages that lie
      * outside of the block are moved to its last frame. */

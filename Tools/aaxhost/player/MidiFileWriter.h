@@ -1,6 +1,6 @@
 #pragma once
-#include "Tools/aaxhost/player/CMidiOutput.h"
 #include "Tools/aaxhost/player/CPlayhead.h"
+#include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/support/COutcome.h"
 
 #include <cstdint>

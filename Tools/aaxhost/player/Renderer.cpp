@@ -2,7 +2,7 @@
 
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/player/CInstance.h"
-#include "Tools/aaxhost/player/CMidiOutput.h"
+#include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/support/CStage.h"
 
 #include <algorithm>

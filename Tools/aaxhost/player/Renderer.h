@@ -12,7 +12,7 @@
 #include <vector>
 
 class CInstance;
-class CMidiOutput;
+class CPostedMidi;
 
 struct SAutomationLane
 {
@@ -36,7 +36,7 @@ struct SRenderJob
     const SAudio* mInput = nullptr; // null: silence. One channel feeds all inputs
     std::vector<SMidiEvent> mMidi;  // in the order of the times
     std::vector<SAutomationLane> mAutomation;
-    CMidiOutput* mMidiOutput = nullptr; // gets what the module posts to its output node
+    CPostedMidi* mMidiOutput = nullptr; // gets what the module posts to its output node
 };
 
 /** How a render ended. */
