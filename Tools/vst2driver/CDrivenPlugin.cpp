@@ -137,6 +137,8 @@ std::string CDrivenPlugin::Text(std::int32_t inOpcode, std::int32_t inIndex)
     return text.data();
 }
 
+bool CDrivenPlugin::CanDo(std::string inText) { return Dispatch(effCanDo, 0, 0, inText.data()) == 1; }
+
 float CDrivenPlugin::GetParameter(std::int32_t inIndex)
 {
     gCurrent.store(this, std::memory_order_release);

@@ -79,10 +79,8 @@ void CPluginInspector::ReadIdentity()
     mFacts.flags = effect.flags;
     mFacts.inputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.outputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
-    const auto canDo = [this](std::string inText) // of its own: some plug-ins write into it
-    { return mPlugin.Dispatch(effCanDo, 0, 0, inText.data()) == 1; };
-    mFacts.sendsMidi = canDo("sendVstMidiEvent") || canDo("sendVstEvents");
-    mFacts.midiBeforeOpen = canDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
+    mFacts.sendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");
+    mFacts.midiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
 }
 
 void CPluginInspector::ReadPorts()
@@ -149,7 +147,6 @@ void CPluginInspector::RenderBlocks()
     mFacts.latencyAfterBlocks = effect.initialDelay;
     mFacts.asksTime = mPlugin.HasAskedForTime();
     mFacts.asksIdle = Heard({audioMasterNeedIdle});
-    mFacts.asksSize = Heard({audioMasterSizeWindow});
     mFacts.asksAboutHost =
         Heard({audioMasterGetSampleRate, audioMasterGetBlockSize, audioMasterGetCurrentProcessLevel,
                audioMasterGetAutomationState, audioMasterGetVendorString, audioMasterGetVendorVersion,

@@ -118,7 +118,6 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"asksTime", inFacts.asksTime},
                    {"asksAboutHost", inFacts.asksAboutHost},
                    {"asksIdle", inFacts.asksIdle},
-                   {"asksSize", inFacts.asksSize},
                    {"parameters", parameters},
                    {"programs", inFacts.programs}};
 }
@@ -148,7 +147,6 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     inJson.at("asksTime").get_to(outFacts.asksTime);
     inJson.at("asksAboutHost").get_to(outFacts.asksAboutHost);
     inJson.at("asksIdle").get_to(outFacts.asksIdle);
-    inJson.at("asksSize").get_to(outFacts.asksSize);
     inJson.at("programs").get_to(outFacts.programs);
     outFacts.parameters.clear();
     for (const Json& parameter : inJson.at("parameters"))

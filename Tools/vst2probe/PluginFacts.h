@@ -49,7 +49,6 @@ struct SPluginFacts
     bool asksTime = false;
     bool asksAboutHost = false; // rate, block size, abilities and the like
     bool asksIdle = false;
-    bool asksSize = false;
 
     bool HasFlag(std::int32_t inFlag) const { return (flags & inFlag) != 0; }
     /** Whether it is played: it calls itself a synthesizer, or makes sound of MIDI alone. */

@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
+#include "Tools/aaxhost/check/Comparison.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 
@@ -16,101 +17,11 @@
 namespace
 {
 constexpr double kSeconds = 2.0;
-constexpr const char* kUnsteady =
-    "The plug-in does not do the same twice, so there is nothing to compare with.";
 
 void NeedFeature(CCheckContext& ioContext, const char* inName)
 {
     if (!ioContext.HasFeature(inName))
         throw SCheckEnd{SFinding::Skipped(fmt::format("The product does not have the feature {}.", inName))};
-}
-
-using Sound = std::vector<std::vector<float>>; // channel-major
-
-/** What came of a performance. */
-struct SHeard
-{
-    Sound mSound;
-    std::vector<char> mChunk;   // the plug-in's own; empty where it keeps none
-    bool mAskedForTime = false; // of the plug-in called directly
-    bool operator==(const SHeard&) const = default;
-};
-
-/** Out of what the module saves: behind it stands a mark of five bytes and the program's number. */
-std::vector<char> PluginChunkOf(const SInstanceState& inState)
-{
-    constexpr std::size_t trailer = 9;
-    std::vector<char> chunk;
-    for (const CStateChunk& saved : inState.mChunks)
-        if (saved.Record().mChunkID == AAX_FourCharCode("0001") && saved.Data().size() >= trailer)
-            for (const std::byte byte : saved.Data().first(saved.Data().size() - trailer))
-                chunk.push_back(static_cast<char>(byte));
-    return chunk;
-}
-
-template <class Perform>
-SHeard HearPlugin(CCheckContext& ioContext, const SServices& inServices, const SStart& inStart,
-                  Perform inPerform)
-{
-    CDirectRig rig(ioContext, inServices, inStart);
-    inPerform(rig);
-    const bool keepsChunk = (rig.Plugin().Effect().flags & effFlagsProgramChunks) != 0;
-    return {rig.Recording(), keepsChunk ? rig.Plugin().GetChunk(0) : std::vector<char>(),
-            rig.Plugin().HasAskedForTime()};
-}
-
-template <class Perform>
-SHeard HearModule(CCheckContext& ioContext, Perform inPerform)
-{
-    std::srand(1); // some plug-ins draw from the C library's numbers
-    CRig rig(ioContext);
-    rig.Record();
-    inPerform(rig);
-    return {rig.Recording(), PluginChunkOf(Take(ioContext, rig.Instance())), false};
-}
-
-/** @return where the module's sound differs, as the part of a sentence; empty where it does not. The plug-in
- * may have outputs that the module does not describe. */
-std::string OtherSound(const Sound& inPlugin, const Sound& inModule)
-{
-    for (std::size_t i = 0; i < std::min(inPlugin.size(), inModule.size()); ++i)
-        if (inPlugin[i] != inModule[i])
-            return fmt::format("output {} differs from frame {} on", i + 1,
-                               std::ranges::mismatch(inPlugin[i], inModule[i]).in1 - inPlugin[i].begin());
-    return {};
-}
-
-std::string OtherSoundOrChunk(const SHeard& inPlugin, const SHeard& inModule)
-{
-    std::string other = OtherSound(inPlugin.mSound, inModule.mSound);
-    if (other.empty() && inPlugin.mChunk != inModule.mChunk)
-        other = fmt::format("the plug-in's chunk of {} bytes has {} bytes and differs from byte {} on",
-                            inPlugin.mChunk.size(), inModule.mChunk.size(),
-                            std::ranges::mismatch(inPlugin.mChunk, inModule.mChunk).in1 -
-                                inPlugin.mChunk.begin());
-    return other;
-}
-
-/** Three performances; the module's has to be as that with the feature. */
-struct SComparison
-{
-    std::function<SHeard()> mWith;    // of the plug-in called directly that gets what the feature promises
-    std::function<SHeard()> mWithout; // of one that does not
-    std::function<SHeard()> mModule;
-    const char* mSameAnyway; // why there is nothing to see where both are the same
-    const char* mDiffers;    // ahead of what differs
-};
-
-SFinding Compare(const SComparison& inComparison)
-{
-    const SHeard with = inComparison.mWith();
-    if (inComparison.mWith() != with)
-        return SFinding::Skipped(kUnsteady);
-    if (inComparison.mWithout() == with)
-        return SFinding::Skipped(inComparison.mSameAnyway);
-    const std::string other = OtherSoundOrChunk(with, inComparison.mModule());
-    return other.empty() ? SFinding::Passed()
-                         : SFinding::Failed(fmt::format("{}: {}.", inComparison.mDiffers, other));
 }
 
 constexpr double kTempos[] = {120.0, 90.0}; // beats per minute
@@ -343,10 +254,7 @@ SFinding MidiOutput(CCheckContext& ioContext)
     {
         CDirectRig direct(ioContext, ServicesOf(ioContext), start);
         for (const char* text : {"sendVstEvents", "sendVstMidiEvent"})
-        {
-            std::string question = text;
-            saysSo = saysSo || direct.Plugin().Dispatch(effCanDo, 0, 0, question.data()) == 1;
-        }
+            saysSo = saysSo || direct.Plugin().CanDo(text);
     }
     if (!saysSo)
         return SFinding::Skipped("The plug-in does not say that it sends MIDI.");
@@ -361,7 +269,7 @@ SFinding MidiOutput(CCheckContext& ioContext)
     const std::vector<SMidiMessage> expected = SentDirectly(ioContext, start);
     if (FirstOther(SentDirectly(ioContext, start), expected))
         return SFinding::Skipped(kUnsteady);
-    CMidiOutput posted(kCheckRate);
+    CPostedMidi posted(kCheckRate);
     PlayNotes(rig, [&](std::int32_t frames) { posted.TakeBlock(*node, rig.Position() - frames, frames); });
     posted.Finish();
     if (const std::string fault = posted.Fault(); !fault.empty())
