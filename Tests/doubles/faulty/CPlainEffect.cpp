@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <utility>
 
@@ -75,6 +76,16 @@ VstIntPtr CPlainEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, Vs
                                  void* inPointer)
 {
     return mHost(Effect(), inOpcode, inIndex, inValue, inPointer, 0.0F);
+}
+
+void CPlainEffect::SendMidi(const std::array<std::uint8_t, 3>& inMessage, std::int32_t inFrame)
+{
+    VstMidiEvent event{};
+    event.type = kVstMidiType;
+    event.deltaFrames = inFrame;
+    std::memcpy(event.midiData, inMessage.data(), inMessage.size());
+    VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&event), nullptr}};
+    (void)CallHost(audioMasterProcessEvents, 0, 0, &list); // what is sent is the host's
 }
 
 void CPlainEffect::Turn(std::int32_t inIndex)

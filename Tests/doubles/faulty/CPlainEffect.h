@@ -1,6 +1,7 @@
 #pragma once
 #include "Examples/common/CVst2Effect.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -60,6 +61,8 @@ public:
 
     VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
                        void* inPointer = nullptr);
+    /** Sends the host a message. Any thread. */
+    void SendMidi(const std::array<std::uint8_t, 3>& inMessage, std::int32_t inFrame = 0);
     /** Begins an edit of a parameter, reports it, and ends it: what a person's hand at a knob does. */
     void Turn(std::int32_t inIndex);
     /** Has something done ahead of each call of an opcode. */

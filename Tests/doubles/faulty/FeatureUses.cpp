@@ -2,8 +2,6 @@
 #include "Tests/doubles/faulty/CPlainEffect.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -90,16 +88,8 @@ void SendsMidi(CPlainEffect& ioEffect)
     { return AnswerAs(ioEffect, "sendVstMidiEvent", inCall); };
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
-        std::array<VstMidiEvent, 2> events{};
-        for (VstMidiEvent& event : events)
-            event.type = kVstMidiType;
-        events[0].deltaFrames = 9;
-        std::memcpy(events[0].midiData, "\x80\x3C\x00", 3);
-        std::memcpy(events[1].midiData, "\x90\x3C\x64", 3);
-        VstEvents list{2, 0, {}};
-        std::ranges::transform(events, list.events,
-                               [](auto& ioEvent) { return reinterpret_cast<VstEvent*>(&ioEvent); });
-        (void)ioEffect.CallHost(audioMasterProcessEvents, 0, 0, &list);
+        ioEffect.SendMidi({0x80, 0x3C, 0x00}, 9);
+        ioEffect.SendMidi({0x90, 0x3C, 0x64});
         ioEffect.Render(inBlock);
     };
 }

@@ -54,18 +54,6 @@ void HearAnswers(CPlainEffect& ioEffect, SHeard& outHeard)
     outHeard.Add(ioEffect.CallHost(audioMasterGetDirectory) != 0 ? 1.0 : 0.0);
     outHeard.Add(outHeard.idleCalls);
 }
-
-void SendNote(CPlainEffect& ioEffect, std::int32_t inFrame, std::int32_t inKey)
-{
-    VstMidiEvent note{};
-    note.type = kVstMidiType;
-    note.deltaFrames = inFrame;
-    note.midiData[0] = static_cast<char>(0x90);
-    note.midiData[1] = static_cast<char>(inKey % 128);
-    note.midiData[2] = 100;
-    VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&note), nullptr}};
-    (void)ioEffect.CallHost(audioMasterProcessEvents, 0, 0, &list); // what is sent is the host's
-}
 } // namespace
 
 namespace faults
@@ -96,7 +84,8 @@ void Mirror(CPlainEffect& ioEffect)
     {
         HearTime(ioEffect, *heard);
         HearAnswers(ioEffect, *heard);
-        SendNote(ioEffect, inBlock.frames / 2, heard->blocks++);
+        const auto key = static_cast<std::uint8_t>(heard->blocks++ % 128);
+        ioEffect.SendMidi({0x90, key, 100}, inBlock.frames / 2);
         ioEffect.Effect()->initialDelay = 96;
         for (std::int32_t i = 0; i < inBlock.frames; ++i)
         {

@@ -2,6 +2,7 @@
 #include "Tests/doubles/faulty/CPlainEffect.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <memory>
 #include <thread>
@@ -9,16 +10,7 @@
 namespace
 {
 constexpr std::int32_t kParameters = 8;
-
-/** A controller's message, as it is sent. */
-void SendMidi(CPlainEffect& ioEffect)
-{
-    VstMidiEvent event{};
-    event.type = kVstMidiType;
-    event.midiData[0] = static_cast<char>(0xB0);
-    VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&event), nullptr}};
-    (void)ioEffect.CallHost(audioMasterProcessEvents, 0, 0, &list);
-}
+constexpr std::array<std::uint8_t, 3> kController{0xB0};
 
 /** Everything that a plug-in may ask of a host or tell it, on whatever thread. */
 void Talk(CPlainEffect& ioEffect, std::int32_t inRound)
@@ -31,7 +23,7 @@ void Talk(CPlainEffect& ioEffect, std::int32_t inRound)
           audioMasterGetCurrentProcessLevel, audioMasterGetDirectory})
         (void)ioEffect.CallHost(opcode); // no call here has a result of interest
     (void)ioEffect.CallHost(audioMasterSizeWindow, 100 + inRound % 16, 200);
-    SendMidi(ioEffect);
+    ioEffect.SendMidi(kController);
     __atomic_store_n(&ioEffect.Effect()->initialDelay, inRound % 16, __ATOMIC_RELAXED);
 }
 
@@ -96,7 +88,7 @@ void Render(CPlainEffect& ioEffect, const SBlock& inBlock)
         std::transform(inBlock.inputs[channel], inBlock.inputs[channel] + inBlock.frames,
                        inBlock.outputs[channel], [gain](float inSample) { return gain * inSample; });
     (void)ioEffect.CallHost(audioMasterAutomate, 2);
-    SendMidi(ioEffect);
+    ioEffect.SendMidi(kController);
 }
 } // namespace
 
