@@ -22,8 +22,8 @@ void AppendNumber(ByteVector& ioBytes, Number inNumber)
 /** Seven bits a byte, the lowest first. */
 inline void AppendUleb(ByteVector& ioBytes, std::uint64_t inNumber)
 {
-    constexpr std::uint8_t kMoreBytes = 0x80;
-    for (; inNumber >= kMoreBytes; inNumber >>= 7)
-        ioBytes.push_back(static_cast<std::uint8_t>(inNumber | kMoreBytes));
+    constexpr std::uint8_t kGoesOn = 0x80;
+    for (; inNumber >= kGoesOn; inNumber >>= 7)
+        ioBytes.push_back(static_cast<std::uint8_t>(inNumber | kGoesOn));
     ioBytes.push_back(static_cast<std::uint8_t>(inNumber));
 }

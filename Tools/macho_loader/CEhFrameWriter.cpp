@@ -6,7 +6,6 @@
 namespace
 {
 constexpr std::uint8_t kAbsolutePointer = 0x00;
-constexpr std::size_t kLengthSize = 4;
 constexpr std::size_t kEntryAlignment = 8;
 
 void AppendText(ByteVector& ioBytes, std::string_view inText)

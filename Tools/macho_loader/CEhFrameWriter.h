@@ -18,6 +18,9 @@ struct SUnwindFunction
     ByteVector instructions;
 };
 
+/** Bytes of the number that each entry of such a table begins with. */
+inline constexpr std::size_t kLengthSize = 4;
+
 /** Writes a DWARF frame table with absolute addresses, so that it is valid wherever it lies. */
 class CEhFrameWriter
 {

@@ -15,7 +15,6 @@ constexpr std::uint8_t kRelativeToItsPlace = 0x10;
 constexpr std::uint8_t kFormatMask = 0x0F;
 constexpr std::uint8_t kFormatSigned4 = 0x0B;
 constexpr std::uint8_t kFormatUnsigned4 = 0x03;
-constexpr std::size_t kLengthSize = 4;
 
 bool IsFourBytes(std::uint8_t inEncoding)
 {

@@ -95,6 +95,14 @@ std::vector<std::string> AutomatableParameters(CInstance& inInstance)
     return list;
 }
 
+std::vector<std::string> NeededParameters(CInstance& inInstance)
+{
+    auto ids = AutomatableParameters(inInstance);
+    if (ids.empty())
+        throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters.")};
+    return ids;
+}
+
 std::string NameOfParameter(CInstance& inInstance, const std::string& inID)
 {
     CHostString name;

@@ -69,6 +69,8 @@ private:
 
 /** The identifiers of the parameters that a host may automate: those of the wrapped plug-in. */
 std::vector<std::string> AutomatableParameters(CInstance& inInstance);
+/** As above; skips the check where there are none. */
+std::vector<std::string> NeededParameters(CInstance& inInstance);
 /** "'00003' (Cutoff)". */
 std::string NameOfParameter(CInstance& inInstance, const std::string& inID);
 /** The value as the module tells it after it was asked for its state, which is when it looks at the plug-in's

@@ -8,14 +8,6 @@
 
 namespace
 {
-std::vector<std::string> NeededParameters(CInstance& inInstance)
-{
-    auto ids = AutomatableParameters(inInstance);
-    if (ids.empty())
-        throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters to automate.")};
-    return ids;
-}
-
 SFinding Registered(CCheckContext& ioContext)
 {
     const auto instance = ioContext.MakeInstance();
@@ -255,25 +247,27 @@ SFinding StoppedTransport(CCheckContext& ioContext)
     rig.ExpectFinite("while parameters move and the transport stands");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"automation.registered", "Every automatable parameter is registered with the host's automation.", 1,
-     &Registered},
-    {"automation.accepted", "Every parameter takes automation over its whole range.", 1, &Accepted},
-    {"automation.settles", "Setting a parameter once does not start an endless exchange with the host.", 1,
-     &Settles},
-    {"automation.answers",
-     "Automation starts no exchange of values, whether the host answers at once, late or only the last.", 2,
-     &SettlesAfterAutomation},
-    {"automation.before-coefficients", "What is automated before the first coefficients stays.", 1,
-     &BeforeCoefficients},
-    {"automation.no-touch-left", "Touches and releases are balanced and no parameter stays touched.", 1,
-     &NoTouchLeft},
-    {"automation.dense", "Automation every 16 frames leaves the sound finite.", 3, &Dense},
-    {"automation.audible", "Automated parameters reach the sound.", 2, &Audible},
-    {"automation.repeatable", "The same automation gives the same sound again.", 3, &Repeatable},
-    {"automation.stopped", "Parameters move while the transport stands.", 2, &StoppedTransport},
-};
 } // namespace
 
-std::span<const SCheck> AutomationChecks() { return kChecks; }
+std::span<const SCheck> AutomationChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"automation.registered", "Every automatable parameter is registered with the host's automation.", 1,
+         &Registered},
+        {"automation.accepted", "Every parameter takes automation over its whole range.", 1, &Accepted},
+        {"automation.settles", "Setting a parameter once does not start an endless exchange with the host.",
+         1, &Settles},
+        {"automation.answers",
+         "Automation starts no exchange of values, whether the host answers at once, late or only the last.",
+         2, &SettlesAfterAutomation},
+        {"automation.before-coefficients", "What is automated before the first coefficients stays.", 1,
+         &BeforeCoefficients},
+        {"automation.no-touch-left", "Touches and releases are balanced and no parameter stays touched.", 1,
+         &NoTouchLeft},
+        {"automation.dense", "Automation every 16 frames leaves the sound finite.", 3, &Dense},
+        {"automation.audible", "Automated parameters reach the sound.", 2, &Audible},
+        {"automation.repeatable", "The same automation gives the same sound again.", 3, &Repeatable},
+        {"automation.stopped", "Parameters move while the transport stands.", 2, &StoppedTransport},
+    };
+    return kChecks;
+}

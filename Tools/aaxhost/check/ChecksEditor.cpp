@@ -23,7 +23,7 @@ SFinding ObjectAlone(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
-SFinding Opens(CCheckContext& ioContext)
+SFinding OpensEditor(CCheckContext& ioContext)
 {
     const auto window = NeedWindow();
     const auto instance = ioContext.MakeInstance();
@@ -37,7 +37,7 @@ SFinding Opens(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
-SFinding Reopens(CCheckContext& ioContext)
+SFinding ReopensEditor(CCheckContext& ioContext)
 {
     const auto window = NeedWindow();
     const auto instance = ioContext.MakeInstance();
@@ -165,19 +165,21 @@ SFinding Two(CCheckContext& ioContext)
     Tick(*secondView, 3);
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"editor.opens", "The editor opens and says a size that a screen can show.", 1, &Opens},
-    {"editor.object", "The editor's object lives without a window.", 1, &ObjectAlone},
-    {"editor.reopens", "The editor opens and closes again and again.", 3, &Reopens},
-    {"editor.window-taken", "The editor survives that its window is taken away and given back.", 3,
-     &WindowTaken},
-    {"editor.deleted-open", "An instance can be deleted while its editor is open.", 3, &DeletedOpen},
-    {"editor.gestures", "Every edit that the plug-in begins it ends.", 2, &Gestures},
-    {"editor.changes-nothing", "Opening and closing the editor moves no parameter.", 2, &ChangesNothing},
-    {"editor.while-rendering", "The editor opens while another thread renders.", 4, &WhileRendering},
-    {"editor.two", "Two instances have their editors open at once.", 4, &Two},
-};
 } // namespace
 
-std::span<const SCheck> EditorChecks() { return kChecks; }
+std::span<const SCheck> EditorChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"editor.opens", "The editor opens and says a size that a screen can show.", 1, &OpensEditor},
+        {"editor.object", "The editor's object lives without a window.", 1, &ObjectAlone},
+        {"editor.reopens", "The editor opens and closes again and again.", 3, &ReopensEditor},
+        {"editor.window-taken", "The editor survives that its window is taken away and given back.", 3,
+         &WindowTaken},
+        {"editor.deleted-open", "An instance can be deleted while its editor is open.", 3, &DeletedOpen},
+        {"editor.gestures", "Every edit that the plug-in begins it ends.", 2, &Gestures},
+        {"editor.changes-nothing", "Opening and closing the editor moves no parameter.", 2, &ChangesNothing},
+        {"editor.while-rendering", "The editor opens while another thread renders.", 4, &WhileRendering},
+        {"editor.two", "Two instances have their editors open at once.", 4, &Two},
+    };
+    return kChecks;
+}

@@ -170,7 +170,7 @@ SFinding Sysex(CCheckContext& ioContext)
                     "directly that got each as one"});
 }
 
-SFinding Latency(CCheckContext& ioContext)
+SFinding ToldLatency(CCheckContext& ioContext)
 {
     NeedFeature(ioContext, "LATENCY");
     constexpr std::int32_t most = 10 * static_cast<std::int32_t>(kCheckRate); // a longer one is a mistake
@@ -411,22 +411,24 @@ SFinding Resize(CCheckContext& ioContext)
         expected->mWidth, expected->mHeight, asked.mWidth, asked.mHeight, view->Size().mWidth,
         view->Size().mHeight));
 }
-
-constexpr SCheck kChecks[] = {
-    {"features.time", "TIME: the plug-in follows the tempo, as it does when it is called directly.", 2,
-     &Time},
-    {"features.latency", "LATENCY: the host knows the plug-in's latency, also one that changes.", 1,
-     &Latency},
-    {"features.host-answers", "HOST_ANSWERS: the plug-in works as one whose questions are answered.", 3,
-     &HostAnswers},
-    {"features.idle", "IDLE: the plug-in gets the idle time that it asks for.", 3, &Idle},
-    {"features.resize", "RESIZE: the host's view takes the size that the editor asks for.", 3, &Resize},
-    {"features.midi-output", "MIDI_OUTPUT: what the plug-in sends reaches the host, frame by frame.", 2,
-     &MidiOutput},
-    {"features.sysex", "SYSEX: a message in packets does what it does as one.", 3, &Sysex},
-    {"features.program-first", "PROGRAM_FIRST: a program does not overwrite a loaded chunk.", 2,
-     &ProgramFirst},
-};
 } // namespace
 
-std::span<const SCheck> FeatureChecks() { return kChecks; }
+std::span<const SCheck> FeatureChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"features.time", "TIME: the plug-in follows the tempo, as it does when it is called directly.", 2,
+         &Time},
+        {"features.latency", "LATENCY: the host knows the plug-in's latency, also one that changes.", 1,
+         &ToldLatency},
+        {"features.host-answers", "HOST_ANSWERS: the plug-in works as one whose questions are answered.", 3,
+         &HostAnswers},
+        {"features.idle", "IDLE: the plug-in gets the idle time that it asks for.", 3, &Idle},
+        {"features.resize", "RESIZE: the host's view takes the size that the editor asks for.", 3, &Resize},
+        {"features.midi-output", "MIDI_OUTPUT: what the plug-in sends reaches the host, frame by frame.", 2,
+         &MidiOutput},
+        {"features.sysex", "SYSEX: a message in packets does what it does as one.", 3, &Sysex},
+        {"features.program-first", "PROGRAM_FIRST: a program does not overwrite a loaded chunk.", 2,
+         &ProgramFirst},
+    };
+    return kChecks;
+}

@@ -229,24 +229,27 @@ SFinding NotesLeftOn(CCheckContext& ioContext)
     next.ExpectFinite("after another instance was deleted with notes on");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"life-cycle.creates", "The module gives an instance that starts.", 1, &Creates},
-    {"life-cycle.channels", "An instance renders into the channels that the description promises.", 1,
-     &Channels},
-    {"life-cycle.deletes", "A deleted instance leaves nothing behind.", 1, &Deletes},
-    {"life-cycle.repeats", "Instances can be made and deleted again and again, 200 times at strictness 10.",
-     2, &Repeats},
-    {"life-cycle.memory", "The memory stays steady while instances come and go.", 3, &Memory},
-    {"life-cycle.many", "Many instances live and render side by side.", 2, &ManyInstances},
-    {"life-cycle.fifty", "50 instances live and render side by side.", 7, &FiftyInstances},
-    {"life-cycle.independent", "Values and states of one instance leave another's alone, also in blocks.", 2,
-     &Independent},
-    {"life-cycle.any-order", "Instances can be deleted in any order while others go on.", 3, &AnyOrder},
-    {"life-cycle.reopens", "The module works again after it was closed.", 3, &Reopens},
-    {"life-cycle.references", "The instance gives back to the host no more than it took.", 3, &References},
-    {"life-cycle.notes-left-on", "An instance can be deleted while notes sound.", 2, &NotesLeftOn},
-};
 } // namespace
 
-std::span<const SCheck> LifeCycleChecks() { return kChecks; }
+std::span<const SCheck> LifeCycleChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"life-cycle.creates", "The module gives an instance that starts.", 1, &Creates},
+        {"life-cycle.channels", "An instance renders into the channels that the description promises.", 1,
+         &Channels},
+        {"life-cycle.deletes", "A deleted instance leaves nothing behind.", 1, &Deletes},
+        {"life-cycle.repeats",
+         "Instances can be made and deleted again and again, 200 times at strictness 10.", 2, &Repeats},
+        {"life-cycle.memory", "The memory stays steady while instances come and go.", 3, &Memory},
+        {"life-cycle.many", "Many instances live and render side by side.", 2, &ManyInstances},
+        {"life-cycle.fifty", "50 instances live and render side by side.", 7, &FiftyInstances},
+        {"life-cycle.independent", "Values and states of one instance leave another's alone, also in blocks.",
+         2, &Independent},
+        {"life-cycle.any-order", "Instances can be deleted in any order while others go on.", 3, &AnyOrder},
+        {"life-cycle.reopens", "The module works again after it was closed.", 3, &Reopens},
+        {"life-cycle.references", "The instance gives back to the host no more than it took.", 3,
+         &References},
+        {"life-cycle.notes-left-on", "An instance can be deleted while notes sound.", 2, &NotesLeftOn},
+    };
+    return kChecks;
+}

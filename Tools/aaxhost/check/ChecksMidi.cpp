@@ -208,20 +208,22 @@ SFinding ManyVoices(CCheckContext& ioContext)
     rig.ExpectFinite("with all 128 notes on");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"midi.note-sounds", "An instrument makes a sound of a note.", 1, &NoteSounds},
-    {"midi.note-ends", "A released note ends.", 1, &NoteEnds},
-    {"midi.all-notes-off", "\"All sound off\" and \"all notes off\" end a note.", 2, &AllNotesOff},
-    {"midi.timing", "A note sounds at its frame within the block.", 2, &Timing},
-    {"midi.block-edges", "Messages at the edges of a block and beyond do no harm.", 2, &BlockEdges},
-    {"midi.many-voices", "All 128 notes at once leave the sound finite.", 2, &ManyVoices},
-    {"midi.controllers", "All controllers at their ends leave the sound finite.", 2, &AllControllers},
-    {"midi.channel-messages", "Bends, pressure and program changes on all channels do no harm.", 2,
-     &ChannelMessages},
-    {"midi.flood", "Many more messages than usual in a block do no harm.", 3, &Flood},
-    {"midi.malformed", "Messages that are no MIDI do no harm.", 4, &Malformed},
-};
 } // namespace
 
-std::span<const SCheck> MidiChecks() { return kChecks; }
+std::span<const SCheck> MidiChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"midi.note-sounds", "An instrument makes a sound of a note.", 1, &NoteSounds},
+        {"midi.note-ends", "A released note ends.", 1, &NoteEnds},
+        {"midi.all-notes-off", "\"All sound off\" and \"all notes off\" end a note.", 2, &AllNotesOff},
+        {"midi.timing", "A note sounds at its frame within the block.", 2, &Timing},
+        {"midi.block-edges", "Messages at the edges of a block and beyond do no harm.", 2, &BlockEdges},
+        {"midi.many-voices", "All 128 notes at once leave the sound finite.", 2, &ManyVoices},
+        {"midi.controllers", "All controllers at their ends leave the sound finite.", 2, &AllControllers},
+        {"midi.channel-messages", "Bends, pressure and program changes on all channels do no harm.", 2,
+         &ChannelMessages},
+        {"midi.flood", "Many more messages than usual in a block do no harm.", 3, &Flood},
+        {"midi.malformed", "Messages that are no MIDI do no harm.", 4, &Malformed},
+    };
+    return kChecks;
+}

@@ -12,8 +12,8 @@
 namespace
 {
 constexpr std::int32_t kTextLength = 32;
-constexpr double kSameValue =
-    1e-5; // values pass through single precision and through the plug-in's own units
+// Values pass through single precision and through the plug-in's own units.
+constexpr double kRounding = 1e-5;
 
 bool IsNormalized(double inValue) { return std::isfinite(inValue) && inValue >= 0.0 && inValue <= 1.0; }
 
@@ -27,14 +27,6 @@ std::vector<std::string> Selected(const CCheckContext& inContext, std::vector<st
     for (std::size_t i = 0; i < most; ++i)
         selected.push_back(inIDs[i * inIDs.size() / most]);
     return selected;
-}
-
-std::vector<std::string> NeededParameters(CInstance& inInstance)
-{
-    auto ids = AutomatableParameters(inInstance);
-    if (ids.empty())
-        throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters.")};
-    return ids;
 }
 
 SFinding List(CCheckContext& ioContext)
@@ -61,7 +53,7 @@ SFinding List(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
-SFinding Names(CCheckContext& ioContext)
+SFinding ParameterNames(CCheckContext& ioContext)
 {
     const auto instance = ioContext.MakeInstance();
     std::set<std::string> names;
@@ -103,7 +95,7 @@ SFinding Defaults(CCheckContext& ioContext)
         if (!IsNormalized(info.mValue))
             return SFinding::Failed(fmt::format("The value {} of {} is not one of 0 to 1.", info.mValue,
                                                 NameOfParameter(*instance, info.mID)));
-        if (std::abs(info.mValue - info.mDefault) > kSameValue)
+        if (std::abs(info.mValue - info.mDefault) > kRounding)
             return SFinding::Failed(fmt::format("{} starts at {:.4f} and not at its default of {:.4f}.",
                                                 NameOfParameter(*instance, info.mID), info.mValue,
                                                 info.mDefault));
@@ -119,7 +111,7 @@ SFinding AtRest(CCheckContext& ioContext)
     rig.RenderSeconds(0.5);
     (void)DeliverAll(instance); // the check of automation looks at whether it ends
     for (const SParameterInfo& info : before)
-        if (std::abs(ValueOf(instance, info.mID) - info.mValue) > kSameValue)
+        if (std::abs(ValueOf(instance, info.mID) - info.mValue) > kRounding)
             return SFinding::Failed(fmt::format("{} moves from {:.4f} to {:.4f} although nobody touches it.",
                                                 NameOfParameter(instance, info.mID), info.mValue,
                                                 ValueOf(instance, info.mID)));
@@ -141,7 +133,7 @@ SFinding SetAndGet(CCheckContext& ioContext)
             if (!IsNormalized(ValueOf(*instance, id)))
                 return SFinding::Failed(fmt::format("Set to {}, {} reads {}.", value,
                                                     NameOfParameter(*instance, id), ValueOf(*instance, id)));
-            if ((value == 0.0 || value == 1.0) && std::abs(ValueOf(*instance, id) - value) > kSameValue &&
+            if ((value == 0.0 || value == 1.0) && std::abs(ValueOf(*instance, id) - value) > kRounding &&
                 (moved.empty() || moved.back() != id))
                 moved.push_back(id);
         }
@@ -211,7 +203,7 @@ SFinding Unknown(CCheckContext& ioContext)
     }
     (void)DeliverAll(*instance);
     for (const SParameterInfo& info : before)
-        if (std::abs(ValueOf(*instance, info.mID) - info.mValue) > kSameValue)
+        if (std::abs(ValueOf(*instance, info.mID) - info.mValue) > kRounding)
             return SFinding::Failed(fmt::format("A value for an unknown identifier changed {}.",
                                                 NameOfParameter(*instance, info.mID)));
     return SFinding::Passed();
@@ -329,27 +321,30 @@ SFinding Steps(CCheckContext& ioContext)
     }
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"parameters.list", "Every parameter has an identifier of its own that leads back to it.", 1, &List},
-    {"parameters.names", "Every parameter has a name, and no two the same.", 1, &Names},
-    {"parameters.short-names", "Every parameter has a name for the displays of control surfaces.", 1,
-     &ShortNames},
-    {"parameters.defaults", "Defaults are from 0 to 1, and an instance starts with them.", 1, &Defaults},
-    {"parameters.at-rest", "No parameter moves by itself after the plug-in is loaded.", 1, &AtRest},
-    {"parameters.steps", "Every parameter has a number of steps that a control can take.", 1, &Steps},
-    {"parameters.set-and-get", "A parameter keeps what it is set to, from end to end.", 2, &SetAndGet},
-    {"parameters.text-round-trip", "A value's text, typed in again, gives the same text.", 2, &TextRoundTrip},
-    {"parameters.texts", "Every value has a printable text.", 1, &Texts},
-    {"parameters.unknown", "Identifiers of no parameter are refused and change nothing.", 2, &Unknown},
-    {"parameters.out-of-range", "Values outside 0 to 1 are refused or brought back into the range.", 3,
-     &OutOfRange},
-    {"parameters.sweep", "Moving each parameter from end to end leaves the sound finite.", 3, &Sweep},
-    {"parameters.extremes", "The sound is finite with all parameters at either end.", 2, &Extremes},
-    {"parameters.random", "The sound is finite with random settings.", 4, &RandomSettings},
-    {"parameters.sweep-threads", "Parameters can be moved on one thread while another renders.", 4,
-     &SweepFromAnotherThread},
-};
 } // namespace
 
-std::span<const SCheck> ParameterChecks() { return kChecks; }
+std::span<const SCheck> ParameterChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"parameters.list", "Every parameter has an identifier of its own that leads back to it.", 1, &List},
+        {"parameters.names", "Every parameter has a name, and no two the same.", 1, &ParameterNames},
+        {"parameters.short-names", "Every parameter has a name for the displays of control surfaces.", 1,
+         &ShortNames},
+        {"parameters.defaults", "Defaults are from 0 to 1, and an instance starts with them.", 1, &Defaults},
+        {"parameters.at-rest", "No parameter moves by itself after the plug-in is loaded.", 1, &AtRest},
+        {"parameters.steps", "Every parameter has a number of steps that a control can take.", 1, &Steps},
+        {"parameters.set-and-get", "A parameter keeps what it is set to, from end to end.", 2, &SetAndGet},
+        {"parameters.text-round-trip", "A value's text, typed in again, gives the same text.", 2,
+         &TextRoundTrip},
+        {"parameters.texts", "Every value has a printable text.", 1, &Texts},
+        {"parameters.unknown", "Identifiers of no parameter are refused and change nothing.", 2, &Unknown},
+        {"parameters.out-of-range", "Values outside 0 to 1 are refused or brought back into the range.", 3,
+         &OutOfRange},
+        {"parameters.sweep", "Moving each parameter from end to end leaves the sound finite.", 3, &Sweep},
+        {"parameters.extremes", "The sound is finite with all parameters at either end.", 2, &Extremes},
+        {"parameters.random", "The sound is finite with random settings.", 4, &RandomSettings},
+        {"parameters.sweep-threads", "Parameters can be moved on one thread while another renders.", 4,
+         &SweepFromAnotherThread},
+    };
+    return kChecks;
+}

@@ -355,29 +355,33 @@ SFinding LongRun(CCheckContext& ioContext)
     }
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"rendering.block-sizes", "Blocks of 1 to 4,096 frames, all powers of two, are rendered.", 1,
-     &BlockSizes},
-    {"rendering.odd-blocks", "Blocks of odd sizes are rendered.", 2, &OddBlocks},
-    {"rendering.large-blocks", "Blocks of up to 4,096 frames sound as those of 1,024 do.", 2, &LargeBlocks},
-    {"rendering.changing-blocks", "The block size may change with every block.", 2, &ChangingBlocks},
-    {"rendering.empty-block", "Blocks of no frames do no harm.", 3, &EmptyBlock},
-    {"rendering.rates", "Rates from 44.1 to 192 kHz are rendered.", 2, &Rates},
-    {"rendering.bounds", "Nothing is written outside the frames of a block, in no output.", 1, &Bounds},
-    {"rendering.inputs-kept", "Input buffers are left as they are.", 2, &InputsKept},
-    {"rendering.writes-outputs", "Every frame of every output is written, in every block.", 2,
-     &WritesOutputs},
-    {"rendering.in-place", "Inputs and outputs may be the same buffers.", 2, &InPlace},
-    {"rendering.shared-outputs", "Outputs that nobody uses may share a buffer.", 3, &SharedOutputs},
-    {"rendering.repeatable", "The same material gives the same sound in every instance.", 2,
-     &RepeatableSound},
-    {"rendering.allocations", "No memory is allocated or freed while a block is rendered.", 3, &Allocations},
-    {"rendering.locks", "No lock is taken while a block is rendered.", 3, &Locks},
-    {"rendering.system-calls", "No system call is made while a block is rendered.", 3, &SystemCalls},
-    {"rendering.keeps-up", "A block is computed in less time than it plays.", 2, &KeepsUp},
-    {"rendering.long-run", "The sound stays finite over a long run.", 6, &LongRun},
-};
 } // namespace
 
-std::span<const SCheck> RenderingChecks() { return kChecks; }
+std::span<const SCheck> RenderingChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"rendering.block-sizes", "Blocks of 1 to 4,096 frames, all powers of two, are rendered.", 1,
+         &BlockSizes},
+        {"rendering.odd-blocks", "Blocks of odd sizes are rendered.", 2, &OddBlocks},
+        {"rendering.large-blocks", "Blocks of up to 4,096 frames sound as those of 1,024 do.", 2,
+         &LargeBlocks},
+        {"rendering.changing-blocks", "The block size may change with every block.", 2, &ChangingBlocks},
+        {"rendering.empty-block", "Blocks of no frames do no harm.", 3, &EmptyBlock},
+        {"rendering.rates", "Rates from 44.1 to 192 kHz are rendered.", 2, &Rates},
+        {"rendering.bounds", "Nothing is written outside the frames of a block, in no output.", 1, &Bounds},
+        {"rendering.inputs-kept", "Input buffers are left as they are.", 2, &InputsKept},
+        {"rendering.writes-outputs", "Every frame of every output is written, in every block.", 2,
+         &WritesOutputs},
+        {"rendering.in-place", "Inputs and outputs may be the same buffers.", 2, &InPlace},
+        {"rendering.shared-outputs", "Outputs that nobody uses may share a buffer.", 3, &SharedOutputs},
+        {"rendering.repeatable", "The same material gives the same sound in every instance.", 2,
+         &RepeatableSound},
+        {"rendering.allocations", "No memory is allocated or freed while a block is rendered.", 3,
+         &Allocations},
+        {"rendering.locks", "No lock is taken while a block is rendered.", 3, &Locks},
+        {"rendering.system-calls", "No system call is made while a block is rendered.", 3, &SystemCalls},
+        {"rendering.keeps-up", "A block is computed in less time than it plays.", 2, &KeepsUp},
+        {"rendering.long-run", "The sound stays finite over a long run.", 6, &LongRun},
+    };
+    return kChecks;
+}

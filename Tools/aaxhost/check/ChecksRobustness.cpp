@@ -158,22 +158,24 @@ SFinding EverythingAtOnce(CCheckContext& ioContext)
     rig.ExpectFinite("while everything goes on at once");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"robustness.host-refuses", "A host that refuses a call during the description is survived.", 3,
-     &HostRefuses},
-    {"robustness.missing-interfaces", "A host without controller, automation or transport is survived.", 3,
-     &MissingInterfaces},
-    {"robustness.null-arguments", "Calls with missing arguments come back.", 3, &NullArguments},
-    {"robustness.missing-nodes", "Render calls without transport and MIDI nodes are survived.", 2,
-     &MissingNodes},
-    {"robustness.hidden-streams", "MIDI nodes that give no stream are survived.", 3, &HiddenStreams},
-    {"robustness.unusual-rates", "Rates of 8 and of 384 kHz do no harm.", 5, &UnusualRates},
-    {"robustness.timer", "Timer calls without rendering do no harm.", 2, &TimerWithoutSound},
-    {"robustness.initialised-twice", "A second initialisation does no harm.", 6, &InitialisedTwice},
-    {"robustness.everything", "Rendering, parameters, timer and new instances go on at once.", 5,
-     &EverythingAtOnce},
-};
 } // namespace
 
-std::span<const SCheck> RobustnessChecks() { return kChecks; }
+std::span<const SCheck> RobustnessChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"robustness.host-refuses", "A host that refuses a call during the description is survived.", 3,
+         &HostRefuses},
+        {"robustness.missing-interfaces", "A host without controller, automation or transport is survived.",
+         3, &MissingInterfaces},
+        {"robustness.null-arguments", "Calls with missing arguments come back.", 3, &NullArguments},
+        {"robustness.missing-nodes", "Render calls without transport and MIDI nodes are survived.", 2,
+         &MissingNodes},
+        {"robustness.hidden-streams", "MIDI nodes that give no stream are survived.", 3, &HiddenStreams},
+        {"robustness.unusual-rates", "Rates of 8 and of 384 kHz do no harm.", 5, &UnusualRates},
+        {"robustness.timer", "Timer calls without rendering do no harm.", 2, &TimerWithoutSound},
+        {"robustness.initialised-twice", "A second initialisation does no harm.", 6, &InitialisedTwice},
+        {"robustness.everything", "Rendering, parameters, timer and new instances go on at once.", 5,
+         &EverythingAtOnce},
+    };
+    return kChecks;
+}

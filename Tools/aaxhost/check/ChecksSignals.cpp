@@ -213,23 +213,27 @@ SFinding DifferentChannels(CCheckContext& ioContext)
     rig.ExpectFinite("with sound in one channel only");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"rendering.finite", "No sample is infinite or not a number with ordinary material.", 1, &FiniteSound},
-    {"rendering.silence", "Silence at the inputs and no notes give silence.", 1, &SilenceStaysQuiet},
-    {"rendering.returns-to-silence", "The sound ends after the input has ended.", 3, &ReturnsToSilence},
-    {"rendering.full-scale", "Noise, sine, square and constant at full scale give finite samples.", 2,
-     &FullScale},
-    {"rendering.beyond-full-scale", "Noise 40 dB above full scale gives finite samples.", 4,
-     &BeyondFullScale},
-    {"rendering.denormals", "Denormal numbers at the inputs give finite samples.", 2, &Denormals},
-    {"rendering.infinities", "The sound recovers from infinite samples at the inputs.", 4, &Infinities},
-    {"rendering.not-a-number", "The sound recovers from samples that are no numbers.", 4, &NotNumbers},
-    {"rendering.level", "Ordinary material does not come out far above full scale.", 2, &Level},
-    {"rendering.one-channel", "Sound in one input channel only is rendered.", 2, &DifferentChannels},
-    {"rendering.latency", "The reported latency is the one that an impulse shows.", 2, &Latency},
-    {"rendering.latency-steady", "The latency stays the same while blocks are rendered.", 2, &LatencySteady},
-};
 } // namespace
 
-std::span<const SCheck> SignalChecks() { return kChecks; }
+std::span<const SCheck> SignalChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"rendering.finite", "No sample is infinite or not a number with ordinary material.", 1,
+         &FiniteSound},
+        {"rendering.silence", "Silence at the inputs and no notes give silence.", 1, &SilenceStaysQuiet},
+        {"rendering.returns-to-silence", "The sound ends after the input has ended.", 3, &ReturnsToSilence},
+        {"rendering.full-scale", "Noise, sine, square and constant at full scale give finite samples.", 2,
+         &FullScale},
+        {"rendering.beyond-full-scale", "Noise 40 dB above full scale gives finite samples.", 4,
+         &BeyondFullScale},
+        {"rendering.denormals", "Denormal numbers at the inputs give finite samples.", 2, &Denormals},
+        {"rendering.infinities", "The sound recovers from infinite samples at the inputs.", 4, &Infinities},
+        {"rendering.not-a-number", "The sound recovers from samples that are no numbers.", 4, &NotNumbers},
+        {"rendering.level", "Ordinary material does not come out far above full scale.", 2, &Level},
+        {"rendering.one-channel", "Sound in one input channel only is rendered.", 2, &DifferentChannels},
+        {"rendering.latency", "The reported latency is the one that an impulse shows.", 2, &Latency},
+        {"rendering.latency-steady", "The latency stays the same while blocks are rendered.", 2,
+         &LatencySteady},
+    };
+    return kChecks;
+}

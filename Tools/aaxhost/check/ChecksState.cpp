@@ -309,26 +309,29 @@ SFinding Compares(CCheckContext& ioContext)
     }
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"state.sizes", "Every chunk can be saved and fits the size that it was announced with.", 1, &Sizes},
-    {"state.round-trip", "A saved state, loaded again after changes, brings every parameter back.", 1,
-     &RoundTrip},
-    {"state.new-instance", "A saved state brings every parameter back in a new instance.", 1, &NewInstance},
-    {"state.answers", "A loaded state stays as it is when the host has answered, whenever it answers.", 2,
-     &StaysAfterAnswers},
-    {"state.same-again", "Saved twice without a change, the state is the same.", 2, &SameAgain},
-    {"state.same-bytes", "A loaded state is saved with the same bytes.", 2, &SavedBytes},
-    {"state.same-sound", "Instances with the same state sound the same.", 3, &SameSound},
-    {"state.compares", "A state that was just saved counts as unchanged.", 2, &Compares},
-    {"state.threads", "The state can be saved and loaded while another thread renders.", 4,
-     &FromAnotherThread},
-    {"state.foreign", "A chunk that is none of the plug-in's changes nothing.", 2, &Foreign},
-    {"state.truncated", "Cut-off states do no harm.", 4, &Truncated},
-    {"state.random", "Random bytes as a state do no harm.", 4, &Random},
-    {"state.damaged", "States with a wrong byte do no harm.", 5, &Damaged},
-    {"state.huge", "A state of 64 megabytes does no harm.", 8, &Huge},
-};
 } // namespace
 
-std::span<const SCheck> StateChecks() { return kChecks; }
+std::span<const SCheck> StateChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"state.sizes", "Every chunk can be saved and fits the size that it was announced with.", 1, &Sizes},
+        {"state.round-trip", "A saved state, loaded again after changes, brings every parameter back.", 1,
+         &RoundTrip},
+        {"state.new-instance", "A saved state brings every parameter back in a new instance.", 1,
+         &NewInstance},
+        {"state.answers", "A loaded state stays as it is when the host has answered, whenever it answers.", 2,
+         &StaysAfterAnswers},
+        {"state.same-again", "Saved twice without a change, the state is the same.", 2, &SameAgain},
+        {"state.same-bytes", "A loaded state is saved with the same bytes.", 2, &SavedBytes},
+        {"state.same-sound", "Instances with the same state sound the same.", 3, &SameSound},
+        {"state.compares", "A state that was just saved counts as unchanged.", 2, &Compares},
+        {"state.threads", "The state can be saved and loaded while another thread renders.", 4,
+         &FromAnotherThread},
+        {"state.foreign", "A chunk that is none of the plug-in's changes nothing.", 2, &Foreign},
+        {"state.truncated", "Cut-off states do no harm.", 4, &Truncated},
+        {"state.random", "Random bytes as a state do no harm.", 4, &Random},
+        {"state.damaged", "States with a wrong byte do no harm.", 5, &Damaged},
+        {"state.huge", "A state of 64 megabytes does no harm.", 8, &Huge},
+    };
+    return kChecks;
+}

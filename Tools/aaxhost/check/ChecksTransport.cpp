@@ -118,18 +118,20 @@ SFinding OddMeters(CCheckContext& ioContext)
     rig.ExpectFinite("in odd meters");
     return SFinding::Passed();
 }
-
-constexpr SCheck kChecks[] = {
-    {"transport.tempos", "Tempos from 1 to 999 beats per minute do no harm.", 2, &Tempos},
-    {"transport.moving-tempo", "A tempo that rises while playing does no harm.", 3, &MovingTempo},
-    {"transport.stopped", "Blocks are rendered while the transport stands.", 1, &Stopped},
-    {"transport.start-stop", "The transport may start and stop again and again.", 2, &StartAndStop},
-    {"transport.jumps", "The position may jump with every block.", 2, &Jumps},
-    {"transport.far-positions", "Positions before zero and far out do no harm.", 3, &FarPositions},
-    {"transport.loop", "A short loop does no harm.", 3, &Loop},
-    {"transport.meters", "Odd meters do no harm.", 3, &OddMeters},
-    {"transport.no-answers", "A host whose transport answers nothing is survived.", 3, &NoAnswers},
-};
 } // namespace
 
-std::span<const SCheck> TransportChecks() { return kChecks; }
+std::span<const SCheck> TransportChecks()
+{
+    static constexpr SCheck kChecks[] = {
+        {"transport.tempos", "Tempos from 1 to 999 beats per minute do no harm.", 2, &Tempos},
+        {"transport.moving-tempo", "A tempo that rises while playing does no harm.", 3, &MovingTempo},
+        {"transport.stopped", "Blocks are rendered while the transport stands.", 1, &Stopped},
+        {"transport.start-stop", "The transport may start and stop again and again.", 2, &StartAndStop},
+        {"transport.jumps", "The position may jump with every block.", 2, &Jumps},
+        {"transport.far-positions", "Positions before zero and far out do no harm.", 3, &FarPositions},
+        {"transport.loop", "A short loop does no harm.", 3, &Loop},
+        {"transport.meters", "Odd meters do no harm.", 3, &OddMeters},
+        {"transport.no-answers", "A host whose transport answers nothing is survived.", 3, &NoAnswers},
+    };
+    return kChecks;
+}

@@ -11,21 +11,21 @@
 
 namespace
 {
-using Bytes = std::span<const std::byte>;
+using Chunk = std::span<const std::byte>;
 
 constexpr AAX_CTypeID kControlsChunk = AAX_FourCharCode("elck");
 constexpr AAX_CTypeID kPluginChunk = AAX_FourCharCode("0001");
 constexpr std::string_view kControlsMarker = "\1\1\1\1";
 constexpr std::string_view kTrailerMark{"EDID\0", 5};
 
-std::string_view TextOf(Bytes inBytes)
+std::string_view TextOf(Chunk inBytes)
 {
     return {reinterpret_cast<const char*>(inBytes.data()), inBytes.size()};
 }
 
 std::size_t AlignedToFour(std::size_t inSize) { return (inSize + 3) / 4 * 4; }
 
-std::uint64_t BigEndian(Bytes inBytes)
+std::uint64_t BigEndian(Chunk inBytes)
 {
     std::uint64_t number = 0;
     for (const std::byte byte : inBytes)
@@ -47,7 +47,7 @@ std::optional<std::size_t> ValueSize(char inTag)
     }
 }
 
-std::string ValueText(char inTag, Bytes inValue)
+std::string ValueText(char inTag, Chunk inValue)
 {
     switch (inTag)
     {
@@ -60,7 +60,7 @@ std::string ValueText(char inTag, Bytes inValue)
 }
 
 /** One line a value; where the list ends before the data does, a line that says so. */
-std::string ControlsReport(Bytes inData)
+std::string ControlsReport(Chunk inData)
 {
     if (inData.size() < kControlsMarker.size() || !TextOf(inData).starts_with(kControlsMarker))
         return "    no list of values: its marker is missing\n";
@@ -83,7 +83,7 @@ std::string ControlsReport(Bytes inData)
     return report;
 }
 
-std::string PluginChunkReport(Bytes inData)
+std::string PluginChunkReport(Chunk inData)
 {
     const std::size_t trailerSize = kTrailerMark.size() + 4;
     if (inData.size() <= trailerSize ||
@@ -91,7 +91,7 @@ std::string PluginChunkReport(Bytes inData)
         return fmt::format("    the plug-in's own state: {} bytes, no trailer, so no program\n",
                            inData.size());
     std::uint32_t program = 0;
-    const Bytes number = inData.last(4);
+    const Chunk number = inData.last(4);
     for (std::size_t i = 0; i < number.size(); ++i)
         program |= std::to_integer<std::uint32_t>(number[i]) << (8 * i);
     return fmt::format("    the plug-in's own state: {} bytes\n    trailer: program {}\n",

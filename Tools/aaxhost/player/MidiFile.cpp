@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/player/MidiFile.h"
 
 #include "Tools/aaxhost/player/MidiFileCheck.h"
+#include "Tools/aaxhost/player/MidiMeta.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -12,8 +13,6 @@
 namespace
 {
 constexpr std::size_t kDivisionOffset = 12;
-constexpr std::uint8_t kMetaTempo = 0x51;
-constexpr std::uint8_t kMetaTimeSignature = 0x58;
 
 struct SmfDeleter
 {

@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/player/MidiFileCheck.h"
 
+#include "Tools/aaxhost/player/MidiMeta.h"
+
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
@@ -60,10 +62,6 @@ private:
 };
 
 bool StartsChunk(Bytes inTag, const char* inName) { return std::memcmp(inTag.data(), inName, 4) == 0; }
-
-constexpr std::uint8_t kMetaEndOfTrack = 0x2F;
-constexpr std::uint8_t kMetaTempo = 0x51;
-constexpr std::uint8_t kMetaTimeSignature = 0x58;
 
 /** @return the type, or nothing when the event is broken or of the wrong size. */
 std::optional<std::uint8_t> WalkMeta(CByteWalker& ioTrack)

@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/player/MidiFileWriter.h"
 
+#include "Tools/aaxhost/player/MidiMeta.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <algorithm>
@@ -9,21 +10,19 @@
 
 namespace
 {
-using Bytes = std::vector<std::uint8_t>;
-
 constexpr std::uint32_t kTicksPerQuarter = 30720; // below half a frame of 44.1 kHz at usual tempos
 constexpr double kMicrosecondsPerMinute = 60e6;
 constexpr std::uint8_t kExclusive = 0xF0;
 
 /** Most significant byte first. */
-void AppendNumber(Bytes& ioBytes, std::uint32_t inNumber, int inBytes)
+void AppendNumber(std::vector<std::uint8_t>& ioBytes, std::uint32_t inNumber, int inBytes)
 {
     for (int shift = 8 * (inBytes - 1); shift >= 0; shift -= 8)
         ioBytes.push_back(static_cast<std::uint8_t>(inNumber >> shift));
 }
 
 /** Seven bits a byte. */
-void AppendVariableNumber(Bytes& ioBytes, std::uint32_t inNumber)
+void AppendVariableNumber(std::vector<std::uint8_t>& ioBytes, std::uint32_t inNumber)
 {
     for (int shift = 21; shift > 0; shift -= 7)
         if (inNumber >> shift != 0)
@@ -63,14 +62,14 @@ public:
         mTempoTick = mTick;
         mMicroseconds =
             std::clamp(std::round(kMicrosecondsPerMinute / inBeatsPerMinute), 1.0, double{0xFFFFFF});
-        Add({0xFF, 0x51, 3});
+        Add({0xFF, kMetaTempo, 3});
         AppendNumber(mBytes, static_cast<std::uint32_t>(mMicroseconds), 3);
     }
     void AddMeter(const SMeter& inMeter)
     {
         const int power = std::countr_zero(static_cast<std::uint32_t>(inMeter.mDenominator));
-        Add({0xFF, 0x58, 4, static_cast<std::uint8_t>(inMeter.mNumerator), static_cast<std::uint8_t>(power),
-             24, 8}); // 24 clocks a click, 8 thirty-seconds a quarter
+        Add({0xFF, kMetaTimeSignature, 4, static_cast<std::uint8_t>(inMeter.mNumerator),
+             static_cast<std::uint8_t>(power), 24, 8}); // 24 clocks a click, 8 thirty-seconds a quarter
     }
     void AddMessage(std::span<const std::uint8_t> inBytes)
     {
@@ -81,10 +80,10 @@ public:
         Add(inBytes.subspan(1));
     }
 
-    const Bytes& All() const { return mBytes; }
+    const std::vector<std::uint8_t>& All() const { return mBytes; }
 
 private:
-    Bytes mBytes;
+    std::vector<std::uint8_t> mBytes;
     std::int64_t mTick = 0;
     std::int64_t mTempoTick = 0;     // where the tempo came to hold
     double mTempoSeconds = 0.0;      // the same
@@ -126,9 +125,9 @@ std::vector<std::uint8_t> MidiToBytes(std::span<const SMidiMessage> inMessages,
     }
     addChanges(inSeconds);
     track.MoveTo(inSeconds);
-    track.Add({0xFF, 0x2F, 0});
+    track.Add({0xFF, kMetaEndOfTrack, 0});
 
-    Bytes bytes{'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1};
+    std::vector<std::uint8_t> bytes{'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1};
     AppendNumber(bytes, kTicksPerQuarter, 2);
     bytes.insert(bytes.end(), {'M', 'T', 'r', 'k'});
     AppendNumber(bytes, static_cast<std::uint32_t>(track.All().size()), 4);
@@ -139,6 +138,6 @@ std::vector<std::uint8_t> MidiToBytes(std::span<const SMidiMessage> inMessages,
 COutcome<SDone> WriteMidiFile(const std::string& inPath, std::span<const SMidiMessage> inMessages,
                               const SHeardTimeline& inTimeline, double inSeconds)
 {
-    const Bytes bytes = MidiToBytes(inMessages, inTimeline, inSeconds);
+    const std::vector<std::uint8_t> bytes = MidiToBytes(inMessages, inTimeline, inSeconds);
     return WriteWholeFile(inPath, std::as_bytes(std::span(bytes)));
 }

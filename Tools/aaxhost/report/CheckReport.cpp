@@ -211,7 +211,7 @@ std::string SpectrumFigure(const SReportSignal& inSignal, double inRate)
     return Figure(Escaped(inSignal.mTitle) + ": spectrum", chart.Svg());
 }
 
-std::string Impulse(const std::vector<double>& inImpulse, int inLatency)
+std::string ImpulseChart(const std::vector<double>& inImpulse, int inLatency)
 {
     double peak = 1e-6;
     for (const double sample : inImpulse)
@@ -249,7 +249,7 @@ std::string Latency(const SReportMaterial& inMaterial, const std::vector<SCheckR
     return inMaterial.mSignals.mImpulse.size() < 2
                ? html + Note("There is no impulse response to show.")
                : html + "<div class=\"pair\">" +
-                     Impulse(inMaterial.mSignals.mImpulse, inMaterial.mIdentity.mLatency) + "</div>\n";
+                     ImpulseChart(inMaterial.mSignals.mImpulse, inMaterial.mIdentity.mLatency) + "</div>\n";
 }
 
 std::string Signals(const SReportSignals& inSignals)

@@ -12,7 +12,7 @@
 
 namespace
 {
-[[noreturn]] void Fail(const char* inReason)
+[[noreturn]] void AbortCall(const char* inReason)
 {
     (void)std::fprintf(stderr, "CoreFoundation: %s\n", inReason);
     std::abort();
@@ -76,7 +76,7 @@ SCoreObject& CBundleStore::Get(const void* inObject) const
 {
     const auto found = mObjects.find(inObject);
     if (found == mObjects.end())
-        Fail("no object, or one that is gone");
+        AbortCall("no object, or one that is gone");
     return *found->second;
 }
 
@@ -84,7 +84,7 @@ SCoreObject& CBundleStore::Get(const void* inObject, SCoreObject::EKind inKind) 
 {
     SCoreObject& object = Get(inObject);
     if (object.kind != inKind)
-        Fail("an object of another kind");
+        AbortCall("an object of another kind");
     return object;
 }
 

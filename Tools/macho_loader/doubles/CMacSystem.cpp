@@ -10,7 +10,7 @@ namespace
 // The doubles are plain functions, which get no context. One thread: the test's.
 CMacSystem* gCurrent = nullptr;
 
-[[noreturn]] void Fail(const char* inReason)
+[[noreturn]] void Abort(const char* inReason)
 {
     (void)std::fprintf(stderr, "CMacSystem: %s\n", inReason);
     std::abort();
@@ -30,7 +30,7 @@ LibraryTable Frameworks()
 CMacSystem::CMacSystem() : mLoader(Frameworks()), mObjects(mLoader)
 {
     if (gCurrent != nullptr)
-        Fail("there is one already");
+        Abort("there is one already");
     gCurrent = this;
 }
 
@@ -43,6 +43,6 @@ CMacSystem::~CMacSystem()
 CMacSystem& CMacSystem::Current()
 {
     if (gCurrent == nullptr)
-        Fail("there is none");
+        Abort("there is none");
     return *gCurrent;
 }
