@@ -34,8 +34,16 @@ if(AAXADAPTER_SANITIZE)
     target_link_options(project_warnings INTERFACE -fsanitize=${AAXADAPTER_SANITIZE})
 endif()
 
-# For code whose speed nobody sees, tests and tools: optimising them is half of the time that a build takes.
+# For folders whose speed nobody sees, tests and tools. Most of the time that they take to compile goes into optimising them and
+# into headers that all of their sources include, so a target's sources are compiled together; with CMAKE_UNITY_BUILD off, each
+# alone.
 set(AAXADAPTER_QUICK_COMPILATION $<$<CONFIG:Release>:-O1> $<$<CONFIG:RelWithDebInfo>:-O1>)
 if(AAXADAPTER_SANITIZE)
     set(AAXADAPTER_QUICK_COMPILATION -O0)
 endif()
+macro(aaxadapter_compile_quickly)
+    add_compile_options(${AAXADAPTER_QUICK_COMPILATION})
+    if(PROJECT_IS_TOP_LEVEL AND NOT DEFINED CMAKE_UNITY_BUILD)
+        set(CMAKE_UNITY_BUILD ON)
+    endif()
+endmacro()

@@ -6,8 +6,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -23,12 +21,6 @@ constexpr bool kIsSanitized = true;
 #else
 constexpr bool kIsSanitized = false;
 #endif
-
-std::string Contents(const fs::path& inFile)
-{
-    std::ifstream file(inFile, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /** One run of `aaxhost check`, on demand with an X server beside it where one is installed. */
 struct SCheckRun

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -23,13 +22,6 @@
 namespace
 {
 namespace fs = std::filesystem;
-
-std::string Contents(const fs::path& inFile)
-{
-    std::ostringstream text; // also of a process that ends meanwhile, whose file cannot be read then
-    text << std::ifstream(inFile, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 fs::path Faulty(const std::string& inFault)
 {

@@ -1,13 +1,12 @@
 #include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/ModuleBundle.h"
+#include "Tests/integration/ToolRun.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/host/CHostString.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 
@@ -162,12 +161,6 @@ TEST_F(ScriptedLimits, WishesForAnotherSizeAndForIdleTimeAreNotServed)
     EXPECT_EQ(instance->RunCycle(), kAAX_Success);
     EXPECT_EQ(Script().TakeLog(), (std::vector<std::string>{"effEditIdle"}));
     EXPECT_EQ(Log().Count("SetViewSize"), 0U);
-}
-
-std::string Contents(const fs::path& inFile)
-{
-    std::ifstream file(inFile, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(LimitsTable, EveryRowIsKeptByATestOrACheckThatExists)

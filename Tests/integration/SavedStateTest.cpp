@@ -10,12 +10,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-std::string Contents(const fs::path& inFile)
-{
-    std::ifstream file(inFile, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 struct SSubject
 {
     const char* mName;

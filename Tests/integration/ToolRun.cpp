@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -12,14 +12,12 @@
 
 namespace fs = std::filesystem;
 
-namespace
-{
 std::string Contents(const fs::path& inFile)
 {
-    std::ifstream file(inFile, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream text; // also of a process that ends meanwhile, whose file cannot be read then
+    text << std::ifstream(inFile, std::ios::binary).rdbuf();
+    return text.str();
 }
-} // namespace
 
 SToolRun RunTool(const std::vector<std::string>& inCommand)
 {

@@ -1,4 +1,5 @@
 #pragma once
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,3 +12,6 @@ struct SToolRun
 
 /** Runs a program in a process of its own, its home a fresh folder, and waits for it. */
 SToolRun RunTool(const std::vector<std::string>& inCommand);
+
+/** Of a file; empty where there is none. */
+std::string Contents(const std::filesystem::path& inFile);

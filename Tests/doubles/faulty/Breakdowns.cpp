@@ -89,7 +89,7 @@ void Automation(CPlainEffect& ioEffect)
     {
         constexpr std::int32_t listFrames = 4800;
         constexpr int room = 50;
-        const float gain = ioEffect.Get(CPlainEffect::kGain);
+        const float gain = ioEffect.Get(kGain);
         movements += gain != last ? 1 : 0;
         last = gain;
         frames += inBlock.frames;

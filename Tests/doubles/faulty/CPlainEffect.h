@@ -32,6 +32,13 @@ struct SBlock
     std::int32_t frames;
 };
 
+/** The parameters of a plain effect that have a meaning. */
+enum EPlainParameter : std::int32_t
+{
+    kGain,
+    kBalance
+};
+
 /**
  * A faultless small plug-in, a stereo gain with a balance, or a synthesizer of one sine: what each of the
  * plug-ins of this folder spoils in one place. A fault changes the record (Effect()) or puts a hook in front
@@ -42,12 +49,6 @@ struct SBlock
 class CPlainEffect final : public CVst2Effect
 {
 public:
-    enum EParameter : std::int32_t
-    {
-        kGain,
-        kBalance
-    };
-
     explicit CPlainEffect(audioMasterCallback inHost, const SPlainOptions& inOptions = {});
 
     /** Faultless calls. */

@@ -7,8 +7,6 @@
 
 namespace
 {
-constexpr std::int32_t kGain = CPlainEffect::kGain;
-
 void RenderScaled(CPlainEffect& ioEffect, const SBlock& inBlock, float inFactor)
 {
     ioEffect.Render(inBlock);

@@ -5,11 +5,6 @@
 #include <atomic>
 #include <memory>
 
-namespace
-{
-constexpr std::int32_t kGain = CPlainEffect::kGain;
-} // namespace
-
 // What goes wrong with the values of parameters and the gestures that move them.
 namespace faults
 {

@@ -5,12 +5,6 @@
 #include <memory>
 #include <vector>
 
-namespace
-{
-constexpr std::int32_t kGain = CPlainEffect::kGain;
-constexpr std::int32_t kBalance = CPlainEffect::kBalance;
-} // namespace
-
 // What a state is lost, changed or given to others by.
 namespace faults
 {

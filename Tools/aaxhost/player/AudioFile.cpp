@@ -7,11 +7,9 @@
 
 namespace
 {
-struct SndfileCloser
-{
-    void operator()(SNDFILE* inFile) const { sf_close(inFile); }
-};
-using SndfilePtr = std::unique_ptr<SNDFILE, SndfileCloser>;
+using SndfilePtr = std::unique_ptr<SNDFILE, int (*)(SNDFILE*)>;
+
+SndfilePtr Owned(SNDFILE* inFile) { return {inFile, &sf_close}; }
 } // namespace
 
 struct CAudioWriter::SFile
@@ -25,7 +23,7 @@ struct CAudioWriter::SFile
 COutcome<SAudio> ReadAudioFile(const std::string& inPath)
 {
     SF_INFO info{};
-    const SndfilePtr file(sf_open(inPath.c_str(), SFM_READ, &info));
+    const SndfilePtr file = Owned(sf_open(inPath.c_str(), SFM_READ, &info));
     if (file == nullptr || info.channels <= 0)
         return SProblem{
             fmt::format("The audio file '{}' cannot be read: {}", inPath, sf_strerror(file.get()))};
@@ -64,7 +62,7 @@ COutcome<CAudioWriter> CAudioWriter::Create(const std::string& inPath, int inRat
     auto target = CWholeFile::Open(inPath);
     if (!target)
         return target.Problem();
-    SndfilePtr handle(sf_open_fd(target->Descriptor(), SFM_WRITE, &info, SF_FALSE));
+    SndfilePtr handle = Owned(sf_open_fd(target->Descriptor(), SFM_WRITE, &info, SF_FALSE));
     auto file = std::make_unique<SFile>(SFile{inPath, std::move(*target), std::move(handle), {}});
     if (file->mHandle == nullptr)
         return SProblem{fmt::format("The file '{}' cannot be written: {}", inPath, sf_strerror(nullptr))};
