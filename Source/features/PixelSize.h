@@ -1,8 +1,8 @@
 #pragma once
 #include <cstdint>
 
-/** A size in pixels. */
-struct SPixelSize
+/** A size in pixels. So aligned that an atomic one needs no help of a library. */
+struct alignas(8) SPixelSize
 {
     std::int32_t mWidth = 0;
     std::int32_t mHeight = 0;
