@@ -11,7 +11,6 @@
 #include "Source/plugins/CVst2Plugin.h"
 
 #include <array>
-#include <cstring>
 #include <memory>
 #include <span>
 
@@ -25,15 +24,23 @@ constexpr std::uint32_t kGlobalMIDIEvents = 3;
 // description.
 std::array<std::array<char, kStemNameSize>, kMaxAuxOutputStems> gAuxOutputStemNames{};
 
-void DescribeAuxStems(std::span<const SIOPortDef> inOutputs, const SStemLayout& inLayout,
+void DescribeAuxStems(const CVst2Plugin& inPlugin, const SStemLayout& inLayout,
                       AAX_SInstrumentSetupInfo& outInfo)
 {
     static_assert(sizeof(SIOPortDef::name) == kStemNameSize);
+    const std::span<const SIOPortDef> outputs = inPlugin.OutputPorts();
+    const auto nameOutput = ProductInstanceFactories().mNameOutput;
+    long channel = 0;
     outInfo.mNumAuxOutputStems = inLayout.mNumAuxStems;
     for (std::size_t i = 0; i < static_cast<std::size_t>(inLayout.mNumAuxStems); ++i)
     {
+        const SIOPortDef& port = outputs[i + 1];
+        channel += outputs[i].channelCount;
         outInfo.mAuxOutputStemFormats[i] = inLayout.mAuxStems[i];
-        std::memcpy(gAuxOutputStemNames[i].data(), inOutputs[i + 1].name.data(), kStemNameSize);
+        if (nameOutput != nullptr)
+            nameOutput(inPlugin, channel, port.channelCount, gAuxOutputStemNames[i]);
+        else
+            gAuxOutputStemNames[i] = port.name;
         outInfo.mAuxOutputStemNames[i] = gAuxOutputStemNames[i].data();
     }
 }
@@ -56,7 +63,7 @@ AAX_SInstrumentSetupInfo SetupInfoOf(const CVst2Plugin& inPlugin, const char* in
     info.mNeedsGlobalMIDI = true;
     info.mGlobalMIDIEventMask = kGlobalMIDIEvents;
     info.mNeedsTransport = true;
-    DescribeAuxStems(inPlugin.OutputPorts(), layout, info);
+    DescribeAuxStems(inPlugin, layout, info);
     return info;
 }
 
@@ -77,7 +84,7 @@ AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inP
 
 SInstanceFactories PlainInstanceFactories() noexcept
 {
-    return {&AaxAdapter_Parameters::Create, &CAaxEditor::Create};
+    return {&AaxAdapter_Parameters::Create, &CAaxEditor::Create, nullptr};
 }
 
 AAX_Result GetEffectDescriptions(AAX_ICollection* outCollection)

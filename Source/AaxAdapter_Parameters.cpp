@@ -316,6 +316,12 @@ AAX_Result AaxAdapter_Parameters::UpdateParameterNormalizedValue(AAX_CParamID in
         });
 }
 
+void AaxAdapter_Parameters::KeepUpdate(AAX_CParamID inId, double inValue)
+{
+    // An identifier that no parameter has reaches nobody.
+    (void)AAX_CEffectParameters::UpdateParameterNormalizedValue(inId, inValue, AAX_EUpdateSource{0});
+}
+
 AAX_Result AaxAdapter_Parameters::GenerateCoefficients()
 {
     return AAX_Contained([this] { return AAX_CInstrumentParameters::GenerateCoefficients(); });

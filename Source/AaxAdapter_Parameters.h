@@ -121,12 +121,21 @@ protected:
 
     // ---- What they use.
 
+    /** Gives the AAX parameter a value of the host, and counts the change. */
+    void KeepUpdate(AAX_CParamID inId, double inValue);
     /** Tells the host of the plug-in's latency where it is another one now. */
     void RefreshLatency();
     /** Closes it, and its editor before. */
     void ReleasePlugin();
     void GivePluginChunk(std::span<const char> inData);
     void GivePluginProgram(std::int32_t inProgram);
+    /** The index of a parameter that the plug-in has; -1 for any other identifier. */
+    long PluginParameterIndex(AAX_CParamID inId) const;
+    /** Whether the host has been asked for another value of it. */
+    bool AwaitsAnswer(long inIndex) const
+    {
+        return mPluginParameters[static_cast<std::size_t>(inIndex)].IsWaiting();
+    }
     CVst2Plugin* Plugin() const { return mPlugin; }
     IAttachedEditor* AttachedEditor() const { return mEditor; }
     float SampleRate() const { return mSampleRate; }
@@ -174,8 +183,6 @@ private:
     void LookAfterRequests();
     /** Tells the host of a value that the plug-in has. */
     void Report(long inIndex, float inValue);
-    /** The index of a parameter that the plug-in has; -1 for any other identifier. */
-    long PluginParameterIndex(AAX_CParamID inId) const;
     /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
     long PluginParameterCount() const;
 

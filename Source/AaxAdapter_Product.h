@@ -2,9 +2,11 @@
 #include "Source/plugins/ProductOptions.h"
 
 #include <cstdint>
+#include <span>
 
 class AAX_IEffectGUI;
 class AAX_IEffectParameters;
+class CVst2Plugin;
 
 /**
  * What makes a module one maker's product, beside the options of ProductOptions.h. A product's generated
@@ -28,11 +30,15 @@ RenderCallback PlainRenderCallback() noexcept;
 /** Also counts what should not be called meanwhile. In the library `render_guard`, for a beta. */
 RenderCallback GuardedRenderCallback() noexcept;
 
-/** What the description registers for making the objects of an instance, which start with no references. */
+/** What the description registers for making the objects of an instance, which start with no references, and
+ * what it asks for itself. */
 struct SInstanceFactories
 {
     AAX_IEffectParameters* (*mMakeParameters)();
     AAX_IEffectGUI* (*mMakeEditor)();
+    /** Names an output by its first channel, counted from 0, and their number; null: as its port. */
+    void (*mNameOutput)(const CVst2Plugin& inPlugin, long inFirstChannel, long inChannels,
+                        std::span<char> outName);
 };
 
 /** Those that the product registers: one of the two below. */

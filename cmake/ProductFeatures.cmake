@@ -54,3 +54,9 @@ _aaxadapter_feature(SYSEX mSysex MEANING
     "System exclusive messages reach the plug-in.")
 _aaxadapter_feature(PROGRAM_FIRST mProgramFirst MEANING
     "On a load the program is set ahead of the chunk, so that what the chunk restores stays.")
+_aaxadapter_feature(PARAMETER_SYNC mParameterSync MEANING
+    "The module tells the values that the host and the plug-in have, at any time.")
+_aaxadapter_feature(VALUE_TEXTS mValueTexts MEANING
+    "Values are shown as the plug-in writes them, and typed so.")
+_aaxadapter_feature(OUTPUT_NAMES mOutputNames MEANING
+    "Auxiliary outputs are called as the plug-in calls them.")

@@ -3,6 +3,7 @@
 #include "Source/features/CMidiOutput.h"
 #include "Source/features/CSysexInput.h"
 #include "Source/features/CTransportTime.h"
+#include "Source/features/CValueTexts.h"
 #include "Source/features/PixelSize.h"
 #include "Source/plugins/IHostCallAnswers.h"
 
@@ -31,6 +32,17 @@ public:
     void RenderAudio(AAX_SInstrumentRenderInfo* ioInfo) override;
     /** Also gives idle time, and tells the host of a changed latency. */
     AAX_Result TimerWakeup() override;
+    /** Also keeps the value, so that the module tells it, and counts the change. */
+    AAX_Result UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
+                                              AAX_EUpdateSource inSource) override;
+    /** The plug-in's own text of the value that it has, and of others that were asked for while it had them.
+     * At most that many bytes. */
+    AAX_Result GetParameterStringFromValue(AAX_CParamID inId, double inValue, AAX_IString* outText,
+                                           std::int32_t inMaxLength) const override;
+    AAX_Result GetParameterValueString(AAX_CParamID inId, AAX_IString* outText,
+                                       std::int32_t inMaxLength) const override;
+    AAX_Result GetParameterValueFromString(AAX_CParamID inId, double* outValue,
+                                           const AAX_IString& inText) const override;
     AAX_Result SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk) override;
 
     std::optional<VstIntPtr> AnswerCall(const SHostCall& inCall) override;
@@ -51,11 +63,16 @@ private:
     void GiveIdleTime();
     VstIntPtr TakeEvents(const VstEvents* inEvents) noexcept;
     VstIntPtr ResizeEditor(SPixelSize inSize) noexcept;
+    /** Whether the plug-in has the value that the host knows as this one. */
+    bool IsPluginValue(AAX_CParamID inId, long inIndex, float inValue) const;
+    /** @return nothing where the plug-in has no text for it, or is asked too early or late. */
+    std::optional<std::string> ValueText(AAX_CParamID inId, double inValue) const;
 
     CTransportTime mTransportTime;
     CMidiOutput mMidiOutput;
     CSysexInput mSysexInput;
     std::string mDirectory; // of the plug-in file
+    mutable CValueTexts mValueTexts;
     // The thread that is in the render call; no thread between two. Written there, read by the plug-in's
     // calls.
     std::atomic<std::thread::id> mRenderThread{};

@@ -1,8 +1,11 @@
 #include "Source/AaxAdapter_Product.h"
 #include "Source/features/CFeaturedEditor.h"
 #include "Source/features/CFeaturedParameters.h"
+#include "Source/features/OutputNames.h"
+#include "Source/plugins/ProductFeatures.h"
 
 SInstanceFactories FeaturedInstanceFactories() noexcept
 {
-    return {&CFeaturedParameters::Create, &CFeaturedEditor::Create};
+    return {&CFeaturedParameters::Create, &CFeaturedEditor::Create,
+            kProductFeatures.mOutputNames ? &NameOutput : nullptr};
 }

@@ -139,6 +139,15 @@ std::string CDrivenPlugin::Text(std::int32_t inOpcode, std::int32_t inIndex)
 
 bool CDrivenPlugin::CanDo(std::string inText) { return Dispatch(effCanDo, 0, 0, inText.data()) == 1; }
 
+std::string CDrivenPlugin::OutputLabel(std::int32_t inChannel)
+{
+    std::array<VstPinProperties, 2> answer{}; // the second is room for what is written too far
+    if (Dispatch(effGetOutputProperties, inChannel, 0, answer.data()) == 0)
+        return {};
+    const auto& label = answer.front().label; // may fill its field without a terminator
+    return {std::begin(label), std::ranges::find(label, '\0')};
+}
+
 float CDrivenPlugin::GetParameter(std::int32_t inIndex)
 {
     gCurrent.store(this, std::memory_order_release);

@@ -68,6 +68,8 @@ public:
     /** The text that it writes for an opcode, of 1,023 bytes at most. */
     std::string Text(std::int32_t inOpcode, std::int32_t inIndex = 0);
     bool CanDo(std::string inText); // a copy: some plug-ins write into it
+    /** Empty where it describes no such output. */
+    std::string OutputLabel(std::int32_t inChannel);
     float GetParameter(std::int32_t inIndex);
     void SetParameter(std::int32_t inIndex, float inValue);
     /** @param inScope 0 for the bank, 1 for the program. @return the state, a copy; empty where it gives

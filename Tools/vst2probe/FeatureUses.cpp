@@ -28,5 +28,9 @@ std::vector<SFeatureUse> FeatureUses(const SPluginFacts& inFacts)
         choose("PROGRAM_FIRST", hasPrograms,
                "It has programs and keeps its state as a chunk, which a program may overwrite.",
                "It has no chunk, or no programs that could overwrite it."),
+        choose("PARAMETER_SYNC", !inFacts.parameters.empty(), "It has parameters.", "It has no parameters."),
+        choose("VALUE_TEXTS", !inFacts.parameters.empty(), "It has parameters.", "It has no parameters."),
+        choose("OUTPUT_NAMES", inFacts.outputPorts.size() > 1, "It has more outputs than the main one.",
+               "It has no output but the main one."),
     };
 }

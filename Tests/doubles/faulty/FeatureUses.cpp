@@ -2,6 +2,7 @@
 #include "Tests/doubles/faulty/CPlainEffect.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -115,5 +116,40 @@ void HasPrograms(CPlainEffect& ioEffect)
 {
     ioEffect.Effect()->numPrograms = 2;
     ioEffect.Before(effSetProgram, [&ioEffect] { ioEffect.Set(kGain, 0.8F); });
+}
+
+/** Writes its values with a unit. */
+void WritesUnits(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
+    {
+        if (inCall.opcode != effGetParamLabel)
+            return ioEffect.Answer(inCall);
+        std::strcpy(static_cast<char*>(inCall.pointer), "%");
+        return 1;
+    };
+}
+
+/** Has a second output, which it names. */
+void NamesOutputs(CPlainEffect& ioEffect)
+{
+    constexpr std::int32_t second = 2; // its first channel
+    ioEffect.Effect()->numOutputs = 4;
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        SCall call = inCall;
+        const bool isSecond = inCall.opcode == effGetOutputProperties && inCall.index >= second;
+        call.index -= isSecond ? second : 0;
+        const VstIntPtr answer = ioEffect.Answer(call);
+        if (isSecond && answer != 0)
+            std::strcpy(static_cast<VstPinProperties*>(inCall.pointer)->label, "Second");
+        return answer;
+    };
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        for (std::int32_t i = 0; i < second; ++i)
+            std::copy_n(inBlock.outputs[i], inBlock.frames, inBlock.outputs[second + i]);
+    };
 }
 } // namespace faults

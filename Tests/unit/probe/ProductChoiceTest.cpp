@@ -86,6 +86,8 @@ TEST(ProductChoice, EachFeatureIsUsedForAReason)
     facts.latencyAfterBlocks = 64;
     facts.flags = effFlagsHasEditor | effFlagsProgramChunks;
     facts.programs = {"One", "Two"};
+    facts.outputPorts.resize(2);
+    facts.parameters.resize(1);
     facts.midiAfterOpen = facts.sendsMidi = facts.asksTime = facts.asksAboutHost = facts.asksIdle = true;
     EXPECT_EQ(used(),
               std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));

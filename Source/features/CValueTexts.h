@@ -1,0 +1,41 @@
+#pragma once
+#include <cstddef>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/**
+ * The texts that a plug-in gave for values of its parameters. It gives one for the value that it has, and can
+ * be asked for no other; so what it gave is kept for when the host asks again, or a person types it.
+ *
+ * Values are normalized. Threads: any.
+ */
+class CValueTexts
+{
+public:
+    /** Of one parameter; a newer text takes the place of the oldest. */
+    static constexpr std::size_t kMostTexts = 256;
+
+    void Note(std::size_t inParameter, float inValue, const std::string& inText);
+    /** The text of exactly that value. */
+    std::optional<std::string> TextOf(std::size_t inParameter, float inValue) const;
+    /** The value whose text this is, else the one whose text has the same number. */
+    std::optional<float> ValueOf(std::size_t inParameter, std::string_view inText) const;
+
+private:
+    struct SText
+    {
+        float mValue;
+        std::string mText;
+    };
+    struct STexts
+    {
+        std::vector<SText> mAll;
+        std::size_t mOldest = 0; // where there are kMostTexts
+    };
+
+    mutable std::mutex mMutex;
+    std::vector<STexts> mParameters; // as many as were noted
+};
