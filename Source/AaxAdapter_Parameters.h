@@ -110,7 +110,7 @@ protected:
 
     // ---- Where a product's features (Source/features/) come in. Main thread.
 
-    /** The plug-in is loaded and switched on, and what the host was told of it known. */
+    /** The plug-in is loaded and switched on. @param inShape what the host was told of it. */
     virtual void PluginStarted(const SDescribedShape& /*inShape*/) {}
     /** It is going to be switched off. */
     virtual void PluginEnds() {}

@@ -176,20 +176,19 @@ AAX_Result CFeaturedParameters::GetParameterStringFromValue(AAX_CParamID inId, d
                                                             AAX_IString* outText,
                                                             std::int32_t inMaxLength) const
 {
-    bool isThere = false;
-    (void)AAX_Contained( // a plug-in that throws here has no text
+    const AAX_Result written = AAX_Contained( // a plug-in that throws here has no text
         [&]
         {
-            if (const std::optional<std::string> text = ValueText(inId, inValue); text && outText != nullptr)
-            {
-                const auto most = static_cast<std::size_t>(std::max(inMaxLength, 0));
-                outText->Set(CleanText(FirstCharacters(*text, most)).c_str());
-                isThere = true;
-            }
+            const std::optional<std::string> text = ValueText(inId, inValue);
+            if (!text || outText == nullptr)
+                return kAAX_ErrorTextNotConvertible;
+            const auto most = static_cast<std::size_t>(std::max(inMaxLength, 0));
+            outText->Set(CleanText(FirstCharacters(*text, most)).c_str()); // without the blank at a cut
             return kAAX_Success;
         });
-    return isThere ? kAAX_Success
-                   : AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
+    return written == kAAX_Success
+               ? written
+               : AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
 }
 
 AAX_Result CFeaturedParameters::GetParameterValueString(AAX_CParamID inId, AAX_IString* outText,
@@ -205,15 +204,21 @@ AAX_Result CFeaturedParameters::GetParameterValueString(AAX_CParamID inId, AAX_I
 AAX_Result CFeaturedParameters::GetParameterValueFromString(AAX_CParamID inId, double* outValue,
                                                             const AAX_IString& inText) const
 {
-    const long index = PluginParameterIndex(inId);
-    if (kProductFeatures.mValueTexts && index >= 0 && outValue != nullptr)
-        if (const std::optional<float> value =
-                mValueTexts.ValueOf(static_cast<std::size_t>(index), CleanText(inText.Get())))
+    const AAX_Result found = AAX_Contained(
+        [&]
         {
+            const long index = PluginParameterIndex(inId);
+            if (!kProductFeatures.mValueTexts || index < 0 || outValue == nullptr)
+                return kAAX_ErrorTextNotConvertible;
+            const std::optional<float> value =
+                mValueTexts.ValueOf(static_cast<std::size_t>(index), CleanText(inText.Get()));
+            if (!value)
+                return kAAX_ErrorTextNotConvertible;
             *outValue = static_cast<double>(*value);
             return kAAX_Success;
-        }
-    return AaxAdapter_Parameters::GetParameterValueFromString(inId, outValue, inText);
+        });
+    return found == kAAX_Success ? found
+                                 : AaxAdapter_Parameters::GetParameterValueFromString(inId, outValue, inText);
 }
 
 // ---- The plug-in's calls

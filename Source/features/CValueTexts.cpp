@@ -23,34 +23,33 @@ std::optional<double> NumberIn(std::string_view inText)
 }
 } // namespace
 
+const CValueTexts::Texts& CValueTexts::TextsOf(std::size_t inParameter) const noexcept
+{
+    static const Texts none;
+    return inParameter < mParameters.size() ? mParameters[inParameter] : none;
+}
+
 void CValueTexts::Note(std::size_t inParameter, float inValue, const std::string& inText)
 {
     const std::lock_guard lock(mMutex);
     if (inParameter >= mParameters.size())
         mParameters.resize(inParameter + 1);
-    STexts& texts = mParameters[inParameter];
-    const auto known = std::ranges::find(texts.mAll, inValue, &SText::mValue);
-    if (known != texts.mAll.end())
+    Texts& texts = mParameters[inParameter];
+    const auto known = std::ranges::find(texts, inValue, &SText::mValue);
+    if (known != texts.end())
     {
         known->mText = inText;
+        return;
     }
-    else if (texts.mAll.size() < kMostTexts)
-    {
-        texts.mAll.push_back({inValue, inText});
-    }
-    else
-    {
-        texts.mAll[texts.mOldest] = {inValue, inText};
-        texts.mOldest = (texts.mOldest + 1) % kMostTexts;
-    }
+    if (texts.size() == kMostTexts)
+        texts.erase(texts.begin());
+    texts.push_back({inValue, inText});
 }
 
 std::optional<std::string> CValueTexts::TextOf(std::size_t inParameter, float inValue) const
 {
     const std::lock_guard lock(mMutex);
-    if (inParameter >= mParameters.size())
-        return std::nullopt;
-    const std::vector<SText>& texts = mParameters[inParameter].mAll;
+    const Texts& texts = TextsOf(inParameter);
     const auto known = std::ranges::find(texts, inValue, &SText::mValue);
     return known != texts.end() ? std::optional(known->mText) : std::nullopt;
 }
@@ -58,9 +57,7 @@ std::optional<std::string> CValueTexts::TextOf(std::size_t inParameter, float in
 std::optional<float> CValueTexts::ValueOf(std::size_t inParameter, std::string_view inText) const
 {
     const std::lock_guard lock(mMutex);
-    if (inParameter >= mParameters.size())
-        return std::nullopt;
-    const std::vector<SText>& texts = mParameters[inParameter].mAll;
+    const Texts& texts = TextsOf(inParameter);
     auto found = std::ranges::find(texts, inText, &SText::mText);
     if (const std::optional<double> number = NumberIn(inText); found == texts.end() && number)
         found =

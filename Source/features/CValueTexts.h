@@ -30,12 +30,11 @@ private:
         float mValue;
         std::string mText;
     };
-    struct STexts
-    {
-        std::vector<SText> mAll;
-        std::size_t mOldest = 0; // where there are kMostTexts
-    };
+    using Texts = std::vector<SText>; // of one parameter, the oldest first
+
+    /** Under the mutex. */
+    const Texts& TextsOf(std::size_t inParameter) const noexcept;
 
     mutable std::mutex mMutex;
-    std::vector<STexts> mParameters; // as many as were noted
+    std::vector<Texts> mParameters; // as many as were noted
 };

@@ -60,6 +60,12 @@ bool CCheckContext::IsInstrument()
     return std::ranges::find(categories, kAAX_CategorySoftwareInstrument) != categories.end();
 }
 
+void CCheckContext::NeedFeature(std::string_view inName)
+{
+    if (!HasFeature(inName))
+        throw SCheckEnd{SFinding::Skipped(fmt::format("The product does not have the feature {}.", inName))};
+}
+
 bool CCheckContext::HasFeature(std::string_view inName)
 {
     std::ifstream file(std::filesystem::path(Module().PluginPath()).replace_filename("features.txt"));

@@ -41,6 +41,8 @@ public:
     bool IsInstrument();
     /** @param inName as in features.txt of the product's bundle: "TIME". */
     bool HasFeature(std::string_view inName);
+    /** Skips the check where it has not. */
+    void NeedFeature(std::string_view inName);
     /** The module file as the loader knows it; empty where it cannot be told. */
     std::string ModuleFile();
 

@@ -2,11 +2,9 @@
 #include "Tools/aaxhost/check/Comparison.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
 #include "Tools/aaxhost/check/StateSteps.h"
-#include "Tools/aaxhost/host/CHostString.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <functional>
@@ -14,17 +12,11 @@
 #include <span>
 #include <utility>
 
-// Whether each feature of the product works with this plug-in: what the module does is compared with what the
-// same plug-in does when it is called directly and gets what the feature promises.
+// Whether each feature on the plug-in's side works with this plug-in: what the module does is compared with
+// what the same plug-in does when it is called directly and gets what the feature promises.
 namespace
 {
 constexpr double kSeconds = 2.0;
-
-void NeedFeature(CCheckContext& ioContext, const char* inName)
-{
-    if (!ioContext.HasFeature(inName))
-        throw SCheckEnd{SFinding::Skipped(fmt::format("The product does not have the feature {}.", inName))};
-}
 
 constexpr double kTempos[] = {120.0, 90.0}; // beats per minute
 
@@ -67,7 +59,7 @@ SStart TempoState(CCheckContext& ioContext, const SServices& inServices, std::ar
 
 SFinding Time(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "TIME");
+    ioContext.NeedFeature("TIME");
     std::array<Sound, 2> plugin;
     std::array<Sound, 2> module;
     const SStart state = TempoState(ioContext, ServicesOf(ioContext), plugin);
@@ -107,7 +99,7 @@ SFinding CompareService(CCheckContext& ioContext, bool SServices::*inService, co
 
 SFinding HostAnswers(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "HOST_ANSWERS");
+    ioContext.NeedFeature("HOST_ANSWERS");
     return CompareService(ioContext, &SServices::mAnswers,
                           "What it renders and saves does not depend on the host's answers.",
                           "The module is not as the plug-in called directly whose questions are answered");
@@ -115,7 +107,7 @@ SFinding HostAnswers(CCheckContext& ioContext)
 
 SFinding Idle(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "IDLE");
+    ioContext.NeedFeature("IDLE");
     return CompareService(ioContext, &SServices::mIdleTime,
                           "What it renders and saves does not depend on idle time.",
                           "The module is not as the plug-in called directly that gets the idle time that "
@@ -137,7 +129,7 @@ void GiveExclusive(CDirectRig& ioRig, std::span<const std::uint8_t> inMessage)
 
 SFinding Sysex(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "SYSEX");
+    ioContext.NeedFeature("SYSEX");
     if (!ioContext.TakesMidi())
         return SFinding::Skipped("The plug-in takes no MIDI.");
     const std::vector<std::uint8_t> quieter = {0xF0, 0x7F, 0x7F, 4, 1, 0, 0x20, 0xF7}; // master volume
@@ -174,7 +166,7 @@ SFinding Sysex(CCheckContext& ioContext)
 
 SFinding ToldLatency(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "LATENCY");
+    ioContext.NeedFeature("LATENCY");
     constexpr std::int32_t most = 10 * static_cast<std::int32_t>(kCheckRate); // a longer one is a mistake
     CRig rig(ioContext);
     CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
@@ -249,7 +241,7 @@ std::optional<std::size_t> FirstOther(const std::vector<SMidiMessage>& inSome,
 
 SFinding MidiOutput(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "MIDI_OUTPUT");
+    ioContext.NeedFeature("MIDI_OUTPUT");
     constexpr AAX_CFieldIndex outputField = 24;
     const SStart start = StartOf(ioContext);
     bool saysSo = false;
@@ -307,7 +299,7 @@ SLoaded LoadDirectly(CDirectRig& ioRig, std::vector<char> inChunk, VstIntPtr inP
 
 SFinding ProgramFirst(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "PROGRAM_FIRST");
+    ioContext.NeedFeature("PROGRAM_FIRST");
     const SServices services = ServicesOf(ioContext);
     const SStart start = StartOf(ioContext);
     VstIntPtr program = 0; // in which every instance begins; a host cannot choose another
@@ -384,7 +376,7 @@ std::optional<SViewSize> SizeChange(CDirectRig& ioRig, int inBeats)
 
 SFinding Resize(CCheckContext& ioContext)
 {
-    NeedFeature(ioContext, "RESIZE");
+    ioContext.NeedFeature("RESIZE");
     constexpr int beats = 20;
     const auto window = NeedWindow();
     std::optional<SViewSize> expected;
@@ -413,93 +405,6 @@ SFinding Resize(CCheckContext& ioContext)
         expected->mWidth, expected->mHeight, asked.mWidth, asked.mHeight, view->Size().mWidth,
         view->Size().mHeight));
 }
-
-SFinding ParameterSync(CCheckContext& ioContext)
-{
-    NeedFeature(ioContext, "PARAMETER_SYNC");
-    constexpr double rounding = 1e-5;
-    const auto instance = ioContext.MakeInstance();
-    const auto told = [&](const std::string& id)
-    {
-        double value = 0.0;
-        (void)instance->Parameters().GetParameterNormalizedValue(id.c_str(), &value); // it is in the list
-        return value;
-    };
-    for (const std::string& id : NeededParameters(*instance))
-    {
-        const double value = told(id) < 0.5 ? 0.75 : 0.25;
-        (void)instance->UpdateParameter(id, value);
-        if (std::abs(told(id) - value) > rounding)
-            return SFinding::Failed(fmt::format("The host has set {} to {} and is told {:.4f}.",
-                                                NameOfParameter(*instance, id), value, told(id)));
-        for (int i = 0; i < 2; ++i)
-            (void)instance->Parameters().UpdateParameterNormalizedRelative(id.c_str(), 0.0625);
-        if (std::abs(told(id) - value - 0.125) > rounding)
-            return SFinding::Failed(fmt::format("Moved twice by 0.0625 from {}, {} is at {:.4f}.", value,
-                                                NameOfParameter(*instance, id), told(id)));
-    }
-    return SFinding::Passed();
-}
-
-bool IsPlain(std::string_view inText)
-{
-    return std::ranges::all_of(
-               inText, [](char c) { return c >= ' ' && c <= '~'; }) &&
-           !inText.starts_with(' ') && !inText.ends_with(' ');
-}
-
-/** As the plug-in called directly writes the value that it has. */
-std::string WrittenDirectly(CDrivenPlugin& ioPlugin, std::int32_t inIndex)
-{
-    const std::string text = ioPlugin.Text(effGetParamDisplay, inIndex);
-    const std::string unit = ioPlugin.Text(effGetParamLabel, inIndex);
-    return unit.empty() ? text : text + " " + unit;
-}
-
-SFinding ValueTexts(CCheckContext& ioContext)
-{
-    NeedFeature(ioContext, "VALUE_TEXTS");
-    constexpr std::int32_t room = 255;
-    const auto instance = ioContext.MakeInstance();
-    CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
-    bool hasText = false;
-    std::int32_t index = 0;
-    for (const std::string& id : NeededParameters(*instance))
-    {
-        const std::string written = WrittenDirectly(direct.Plugin(), index++);
-        CHostString shown;
-        (void)instance->Parameters().GetParameterValueString(id.c_str(), &shown, room); // it is in the list
-        if (!IsPlain(written) || written.find("  ") != std::string::npos || written.empty())
-            continue;
-        hasText = true;
-        if (shown.Get() != written)
-            return SFinding::Failed(fmt::format("{} is shown as '{}', and the plug-in writes '{}'.",
-                                                NameOfParameter(*instance, id), shown.Get(), written));
-    }
-    return hasText ? SFinding::Passed() : SFinding::Skipped("The plug-in writes no value.");
-}
-
-SFinding OutputNames(CCheckContext& ioContext)
-{
-    NeedFeature(ioContext, "OUTPUT_NAMES");
-    const std::vector<SAuxStem>& stems = ioContext.Module().Effect().mComponents.front().mAuxStems;
-    if (stems.empty())
-        return SFinding::Skipped("The plug-in has no output but the main one.");
-    std::int32_t channel = ioContext.MakeInstance()->MainOutputChannels();
-    CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
-    for (std::size_t i = 0; i < stems.size(); ++i)
-    {
-        const std::string& name = stems[i].mName;
-        if (name.empty())
-            return SFinding::Failed(fmt::format("Auxiliary output {} has no name.", i + 1));
-        const std::string label = direct.Plugin().OutputLabel(channel);
-        if (!label.empty() && IsPlain(label) && name != label)
-            return SFinding::Failed(fmt::format(
-                "Auxiliary output {} is called '{}', and by the plug-in '{}'.", i + 1, name, label));
-        channel += AAX_StemChannelCount(stems[i].mFormat);
-    }
-    return SFinding::Passed();
-}
 } // namespace
 
 std::span<const SCheck> FeatureChecks()
@@ -518,11 +423,6 @@ std::span<const SCheck> FeatureChecks()
         {"features.sysex", "SYSEX: a message in packets does what it does as one.", 3, &Sysex},
         {"features.program-first", "PROGRAM_FIRST: a program does not overwrite a loaded chunk.", 2,
          &ProgramFirst},
-        {"features.parameter-sync", "PARAMETER_SYNC: the module tells the values that the host set.", 1,
-         &ParameterSync},
-        {"features.value-texts", "VALUE_TEXTS: values are shown as the plug-in writes them.", 1, &ValueTexts},
-        {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,
-         &OutputNames},
     };
     return kChecks;
 }

@@ -23,7 +23,7 @@ std::span<const SCheck> AllChecks()
         for (const auto& group :
              {DescriptionChecks(), LifeCycleChecks(), ParameterChecks(), AutomationChecks(), MidiChecks(),
               RenderingChecks(), SignalChecks(), TransportChecks(), StateChecks(), EditorChecks(),
-              FeatureChecks(), RobustnessChecks()})
+              FeatureChecks(), HostFeatureChecks(), RobustnessChecks()})
             checks.insert(checks.end(), group.begin(), group.end());
         return checks;
     }();

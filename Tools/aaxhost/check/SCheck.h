@@ -68,4 +68,6 @@ std::span<const SCheck> TransportChecks();
 std::span<const SCheck> StateChecks();
 std::span<const SCheck> EditorChecks();
 std::span<const SCheck> FeatureChecks();
+std::span<const SCheck>
+HostFeatureChecks(); // the part of the features group that is about what a host is told
 std::span<const SCheck> RobustnessChecks();
