@@ -1,15 +1,12 @@
-#include "Tests/doubles/ScriptedModule.h"
-#include "Tests/integration/HostedModule.h"
-#include "Tests/integration/ModuleBundle.h"
+#include "Tests/integration/FeatureRig.h"
 #include "Tools/aaxhost/host/CHostMidiNode.h"
-#include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/player/InstanceState.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <functional>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -17,69 +14,6 @@
 
 namespace
 {
-namespace fs = std::filesystem;
-
-/** The product that has one feature, or ALL of them. */
-fs::path ModuleWith(const std::string& inFeature)
-{
-    const fs::path& all = kAllFeaturesModule;
-    const std::string name = "Feature_" + inFeature;
-    const fs::path modules = all.parent_path().parent_path().parent_path().parent_path();
-    return modules / (name + ".aaxplugin") / "Contents" / all.parent_path().filename() / (name + ".so");
-}
-
-/** A scripted plug-in with two inputs and outputs, in a module and a host. */
-struct SRig
-{
-    explicit SRig(const fs::path& inModule) : mBundle(inModule, ScriptedModule::FileOf("scripted_plugin.so"))
-    {
-        Script().shape.numInputs = Script().shape.numOutputs = 2;
-        Script().shape.flags = effFlagsHasEditor | effFlagsProgramChunks;
-        Script().shape.numPrograms = 4;
-        Script().results[effCanDo] = 1;
-        Script().bankChunk = {1, 2, 3};
-    }
-    ~SRig()
-    {
-        mCall.reset();
-        mInstance.reset();
-    }
-    SPluginScript& Script() { return mScript.Script(); }
-    ScriptedEffect& Effect() { return *Script().instances.back(); }
-    void Open()
-    {
-        mModule = Expect(CModule::Open(mBundle.Path().string(), mLog));
-        mInstance = Expect(CInstance::Create(*mModule, kHostedRate));
-        mCall = mInstance->MakeRenderCall();
-        mCall->mFrames = 64;
-        Transport().mPlaying = true;
-    }
-    STransportState& Transport() { return mInstance->Host().Transport().State(); }
-    /** A block, and what a host does between two on its main thread. */
-    void Render(std::int32_t inFrames = 64)
-    {
-        mCall->mFrames = inFrames;
-        mInstance->Render(*mCall);
-        Transport().mSamplePosition += inFrames;
-        mCall->mClock += inFrames;
-        if (CHostMidiNode* const node = mCall->FindNode(AAX_eMIDINodeType_LocalInput))
-            node->Clear();
-    }
-    void Beat() { (void)mInstance->Parameters().TimerWakeup(); }
-    /** What a plug-in does while it renders. */
-    void InProcess(std::function<void(ScriptedEffect&)> inDo)
-    {
-        Script().onProcess = [inDo](ScriptedEffect& effect, float**, float**, std::int32_t) { inDo(effect); };
-    }
-
-    const CModuleBundle mBundle;
-    ScriptedModule mScript{mBundle.SourceVst()};
-    CHostLog mLog;
-    std::unique_ptr<CModule> mModule;
-    std::unique_ptr<CInstance> mInstance;
-    std::unique_ptr<SRenderCall> mCall;
-};
-
 /** A list of events as a plug-in sends it. */
 struct SEventList
 {
@@ -201,7 +135,8 @@ std::string SeeAnswers(SRig& ioRig)
             seen += fmt::format("{} ", effect.CallHost(audioMasterCanDo, 0, question.data()));
         }
         const auto* const folder = reinterpret_cast<const char*>(effect.CallHost(audioMasterGetDirectory));
-        seen += folder != nullptr ? fs::path(folder).parent_path().filename().string() : "nowhere";
+        seen +=
+            folder != nullptr ? std::filesystem::path(folder).parent_path().filename().string() : "nowhere";
         seen += "; ";
     };
     ioRig.InProcess(ask);
@@ -348,98 +283,9 @@ std::string SeeProgramFirst(SRig& ioRig)
     return seen;
 }
 
-std::string SeeParameterSync(SRig& ioRig)
-{
-    ioRig.Script().parameters = {0.25F, 0.5F};
-    ioRig.Open();
-    auto& parameters = ioRig.mInstance->Parameters();
-    std::string seen;
-    const auto look = [&](const char* id)
-    {
-        double value = -1.0;
-        std::int32_t changes = -1;
-        (void)parameters.GetParameterNormalizedValue(id, &value);
-        (void)parameters.GetNumberOfChanges(&changes);
-        seen += fmt::format("{:.3g} by {}; ", value, changes);
-    };
-    for (const auto& [id, value] : {std::pair("00000", 1.0), {"MasterBypassID", 1.0}, {"Gain", 0.5}})
-    {
-        EXPECT_EQ(ioRig.mInstance->UpdateParameter(id, value), kAAX_Success);
-        look(id);
-    }
-    EXPECT_EQ(parameters.GenerateCoefficients(), kAAX_Success);
-    for (int i = 0; i < 2; ++i)
-        EXPECT_EQ(parameters.UpdateParameterNormalizedRelative("00001", 0.125), kAAX_Success);
-    look("00001");
-    ioRig.Effect().Parameters()[1] = 0.25F; // by a person at its editor
-    (void)ioRig.Effect().CallHost(audioMasterAutomate, 1, nullptr, 0.25F);
-    look("00001");
-    EXPECT_EQ(ioRig.mInstance->RunCycle(), kAAX_Success);
-    look("00001");
-    return seen +
-           fmt::format("plug-in {} {}", ioRig.Effect().Parameters()[0], ioRig.Effect().Parameters()[1]);
-}
-
-std::string SeeValueTexts(SRig& ioRig)
-{
-    auto& texts = ioRig.Script().texts;
-    ioRig.Script().parameters = {0.5F, 0.25F};
-    texts[{effGetParamDisplay, 0}] = " 160";
-    texts[{effGetParamLabel, 0}] = "ms";
-    texts[{effGetParamDisplay, 1}] = "a\x01z\xFF" + std::string(10000, 'x');
-    ioRig.Open();
-    auto& parameters = ioRig.mInstance->Parameters();
-    std::string seen;
-    const auto look = [&](const char* id, double value, std::int32_t most = 31)
-    {
-        CHostString text;
-        EXPECT_EQ(parameters.GetParameterStringFromValue(id, value, &text, most), kAAX_Success);
-        seen += std::string(text.Get()) + "; ";
-    };
-    look("00000", 0.5);
-    look("00000", 0.75);
-    texts[{effGetParamDisplay, 0}] = "320";
-    EXPECT_EQ(ioRig.mInstance->UpdateParameter("00000", 0.75), kAAX_Success);
-    (void)ioRig.Script().TakeLog();
-    look("00000", 0.75);
-    look("00000", 0.75, 4);
-    look("00000", 0.5);
-    look("00001", 0.25, 12);
-    for (const char* typed : {"160 ms", "320", "0.5", "0.3"})
-    {
-        double value = -1.0;
-        (void)parameters.GetParameterValueFromString("00000", &value, CHostString(typed)); // or it stays
-        seen += fmt::format("{:.3g}, ", value);
-    }
-    for (const std::string& line : ioRig.Script().TakeLog())
-        EXPECT_TRUE(line.starts_with("effGetParam")) << line; // asking changes nothing
-    return seen;
-}
-
-std::string SeeOutputNames(SRig& ioRig)
-{
-    ioRig.Script().shape.numOutputs = 9;
-    ioRig.Script().outputPins = {{"Main", kVstPinIsStereo}, {}, {" Low\ttom ", kVstPinIsStereo}, {}, // stereo
-                                 {"", kVstPinIsStereo},     {}, {"Ger\xE4t \xC3\xA4"},           {"\x01"},
-                                 {std::string(64, 'x')}};
-    ioRig.Open();
-    std::string seen;
-    for (const SAuxStem& stem : ioRig.mModule->Effect().mComponents.at(0).mAuxStems)
-        seen += stem.mName + "; ";
-    return seen;
-}
-
-struct SRow
-{
-    const char* mFeature;
-    std::string (*mSee)(SRig&);
-    const char* mWith;
-    const char* mWithout;
-};
-
 // The first word of HOST_ANSWERS is from the description, whose plug-in belongs to no instance. Flags of the
 // time record: 1 changed, 2 playing, 4 looping, 0x100 to 0x2000 what is valid.
-const SRow kRows[] = {
+const SFeatureRow kPluginSideRows[] = {
     {"TIME", &SeeTime,
      "3f07 90.50000 90 90.5 3/4 4-8 0; 3f06 90.51508 90 90.5 3/4 4-8 10000000; "
      "3f06 90.54726 90 90.5 3/4 4-8 31333333; 3f05 90.56222 90 90.5 3/4 4-8 41250000; ",
@@ -467,60 +313,7 @@ const SRow kRows[] = {
      "0:f00190 1:03f700 2:903e01 | 0:f0f700 | "},
     {"PROGRAM_FIRST", &SeeProgramFirst, "effSetProgram 0, effSetChunk 0, ",
      "effSetChunk 0, effSetProgram 0, "},
-    {"PARAMETER_SYNC", &SeeParameterSync,
-     "1 by 1; 1 by 2; 0.5 by 3; 0.75 by 5; 0.75 by 5; 0.25 by 6; plug-in 1 0.25",
-     "0.25 by 0; 0 by 0; 1 by 0; 0.5 by 0; 0.5 by 0; 0.5 by 0; plug-in 1 0.25"},
-    {"VALUE_TEXTS", &SeeValueTexts, "160 ms; 0.75; 320 ms; 320; 160 ms; a z?xxxxxxxx; 0.5, 0.75, 0.5, 0.3, ",
-     "0.50; 0.75; 0.75; 0.75; 0.50; 0.25; -1, -1, 0.5, 0.3, "},
-    {"OUTPUT_NAMES", &SeeOutputNames,
-     "Low tom; Out 5-6; Ger?t \xC3\xA4; Out 8; "
-     "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx; ",
-     "; ; ; ; ; "},
 };
 
-TEST(Features, EachWorksAloneAndAmongAll)
-{
-    for (const SRow& row : kRows)
-    {
-        SCOPED_TRACE(row.mFeature);
-        const auto see = [&](const fs::path& module)
-        {
-            SRig rig(module);
-            return row.mSee(rig);
-        };
-        EXPECT_EQ(see(ModuleWith(row.mFeature)), row.mWith);
-        EXPECT_EQ(see(ModuleWith("ALL")), row.mWith);
-        EXPECT_EQ(see(kOptionsModule), row.mWithout);
-    }
-}
-
-TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
-{
-    const auto open = [](SRig& rig)
-    {
-        rig.Script().parameters = {0.25F, 0.5F};
-        rig.Open();
-    };
-    for (const auto& [from, to] :
-         {std::pair(kOptionsModule, ModuleWith("ALL")), std::pair(ModuleWith("ALL"), kOptionsModule)})
-    {
-        SCOPED_TRACE(from);
-        SRig saving(from);
-        open(saving);
-        EXPECT_EQ(saving.mInstance->SetParameter("00001", 0.75), kAAX_Success);
-        saving.Effect().Parameters()[0] = 0.125F;
-        const SInstanceState saved = Expect(TakeState(*saving.mModule, *saving.mInstance));
-        SRig loading(to);
-        open(loading);
-        loading.Script().bankChunk = {9};
-        for (const CStateChunk& chunk : saved.mChunks) // the tests' products do not have one identity
-        {
-            EXPECT_EQ(loading.mInstance->Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()),
-                      kAAX_Success);
-            EXPECT_EQ(loading.mInstance->RunCycle(), kAAX_Success);
-        }
-        EXPECT_EQ(loading.Effect().Parameters(), saving.Effect().Parameters());
-        EXPECT_EQ(StateOf(*loading.mModule, *loading.mInstance), StateOf(*saving.mModule, *saving.mInstance));
-    }
-}
+TEST(Features, OfThePluginsSideWorkAloneAndAmongAll) { ExpectRows(kPluginSideRows); }
 } // namespace

@@ -1,0 +1,165 @@
+#include "Tests/integration/FeatureRig.h"
+#include "Tools/aaxhost/host/CHostString.h"
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/aaxhost/player/InstanceState.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+// ---- What is seen of each feature, in words. Each gets a rig that is not open yet.
+
+std::string SeeParameterSync(SRig& ioRig)
+{
+    ioRig.Script().parameters = {0.25F, 0.5F};
+    ioRig.Open();
+    auto& parameters = ioRig.mInstance->Parameters();
+    std::string seen;
+    const auto look = [&](const char* id)
+    {
+        double value = -1.0;
+        std::int32_t changes = -1;
+        (void)parameters.GetParameterNormalizedValue(id, &value);
+        (void)parameters.GetNumberOfChanges(&changes);
+        seen += fmt::format("{:.3g} by {}; ", value, changes);
+    };
+    for (const auto& [id, value] : {std::pair("00000", 1.0), {"MasterBypassID", 1.0}, {"Gain", 0.5}})
+    {
+        EXPECT_EQ(ioRig.mInstance->UpdateParameter(id, value), kAAX_Success);
+        look(id);
+    }
+    EXPECT_EQ(parameters.GenerateCoefficients(), kAAX_Success);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(parameters.UpdateParameterNormalizedRelative("00001", 0.125), kAAX_Success);
+    look("00001");
+    ioRig.Effect().Parameters()[1] = 0.25F; // by a person at its editor
+    (void)ioRig.Effect().CallHost(audioMasterAutomate, 1, nullptr, 0.25F);
+    look("00001");
+    EXPECT_EQ(ioRig.mInstance->RunCycle(), kAAX_Success);
+    look("00001");
+    return seen +
+           fmt::format("plug-in {} {}", ioRig.Effect().Parameters()[0], ioRig.Effect().Parameters()[1]);
+}
+
+std::string SeeValueTexts(SRig& ioRig)
+{
+    auto& texts = ioRig.Script().texts;
+    ioRig.Script().parameters = {0.5F, 0.25F};
+    texts[{effGetParamDisplay, 0}] = " 160";
+    texts[{effGetParamLabel, 0}] = "ms";
+    texts[{effGetParamDisplay, 1}] = "a\x01z\xFFxxxxxxx\xC3\xA4" + std::string(10000, 'x');
+    ioRig.Open();
+    auto& parameters = ioRig.mInstance->Parameters();
+    std::string seen;
+    const auto look = [&](const char* id, double value, std::int32_t most = 31)
+    {
+        CHostString text;
+        EXPECT_EQ(parameters.GetParameterStringFromValue(id, value, &text, most), kAAX_Success);
+        seen += std::string(text.Get()) + "; ";
+    };
+    look("00000", 0.5);
+    look("00000", 0.75);
+    texts[{effGetParamDisplay, 0}] = "320";
+    EXPECT_EQ(ioRig.mInstance->UpdateParameter("00000", 0.75), kAAX_Success);
+    (void)ioRig.Script().TakeLog();
+    look("00000", 0.75);
+    look("00000", 0.75, 4);
+    look("00000", 0.5);
+    look("00001", 0.25, 12);
+    for (const char* typed : {"160 ms", "320", "0.5", "0.3"})
+    {
+        double value = -1.0;
+        (void)parameters.GetParameterValueFromString("00000", &value, CHostString(typed)); // or it stays
+        seen += fmt::format("{:.3g}, ", value);
+    }
+    for (const std::string& line : ioRig.Script().TakeLog())
+        EXPECT_TRUE(line.starts_with("effGetParam")) << line; // asking changes nothing
+    return seen;
+}
+
+std::string SeeOutputNames(SRig& ioRig)
+{
+    ioRig.Script().shape.numOutputs = 9;
+    ioRig.Script().outputPins = {{"Main", kVstPinIsStereo}, {}, {" Low\ttom ", kVstPinIsStereo}, {}, // stereo
+                                 {"", kVstPinIsStereo},     {}, {"Ger\xE4t \xC3\xA4"},           {"\x01"},
+                                 {std::string(64, 'x')}};
+    ioRig.Open();
+    std::string seen;
+    for (const SAuxStem& stem : ioRig.mModule->Effect().mComponents.at(0).mAuxStems)
+        seen += stem.mName + "; ";
+    return seen;
+}
+
+const SFeatureRow kHostSideRows[] = {
+    {"PARAMETER_SYNC", &SeeParameterSync,
+     "1 by 1; 1 by 2; 0.5 by 3; 0.75 by 5; 0.75 by 5; 0.25 by 6; plug-in 1 0.25",
+     "0.25 by 0; 0 by 0; 1 by 0; 0.5 by 0; 0.5 by 0; 0.5 by 0; plug-in 1 0.25"},
+    {"VALUE_TEXTS", &SeeValueTexts, "160 ms; 0.75; 320 ms; 320; 160 ms; a z?xxxxxxx; 0.5, 0.75, 0.5, 0.3, ",
+     "0.50; 0.75; 0.75; 0.75; 0.50; 0.25; -1, -1, 0.5, 0.3, "},
+    {"OUTPUT_NAMES", &SeeOutputNames,
+     "Low tom; Out 5-6; Ger?t \xC3\xA4; Out 8; "
+     "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx; ",
+     "; ; ; ; ; "},
+};
+
+TEST(Features, OfTheHostsSideWorkAloneAndAmongAll) { ExpectRows(kHostSideRows); }
+
+TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
+{
+    for (const EAnswers answers : kAllAnswers)
+    {
+        SCOPED_TRACE(NameOfAnswers(answers));
+        SRig rig(ModuleWith("PARAMETER_SYNC"));
+        rig.Script().parameters = {0.0F};
+        rig.Script().steps = 4;
+        rig.Script().reportsSets = true;
+        rig.Open();
+        rig.mInstance->Host().Automation().SetAnswers(answers);
+        for (const double value : {0.3, 0.3, 0.8, 1.0})
+        {
+            EXPECT_EQ(rig.mInstance->SetParameter("00000", value), kAAX_Success);
+            EXPECT_EQ(rig.mInstance->RunCycle(), kAAX_Success);
+            EXPECT_EQ(rig.mInstance->RunCycle(), kAAX_Success); // for what was put off
+            double told = -1.0;
+            (void)rig.mInstance->Parameters().GetParameterNormalizedValue("00000", &told);
+            EXPECT_EQ(told, static_cast<double>(rig.Effect().Parameters()[0]));
+        }
+        EXPECT_EQ(rig.Effect().Parameters()[0], 1.0F);
+    }
+}
+
+TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
+{
+    const auto open = [](SRig& rig)
+    {
+        rig.Script().parameters = {0.25F, 0.5F};
+        rig.Open();
+    };
+    for (const auto& [from, to] :
+         {std::pair(kOptionsModule, ModuleWith("ALL")), std::pair(ModuleWith("ALL"), kOptionsModule)})
+    {
+        SCOPED_TRACE(from);
+        SRig saving(from);
+        open(saving);
+        EXPECT_EQ(saving.mInstance->SetParameter("00001", 0.75), kAAX_Success);
+        saving.Effect().Parameters()[0] = 0.125F;
+        const SInstanceState saved = Expect(TakeState(*saving.mModule, *saving.mInstance));
+        SRig loading(to);
+        open(loading);
+        loading.Script().bankChunk = {9};
+        for (const CStateChunk& chunk : saved.mChunks) // the tests' products do not have one identity
+        {
+            EXPECT_EQ(loading.mInstance->Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()),
+                      kAAX_Success);
+            EXPECT_EQ(loading.mInstance->RunCycle(), kAAX_Success);
+        }
+        EXPECT_EQ(loading.Effect().Parameters(), saving.Effect().Parameters());
+        EXPECT_EQ(StateOf(*loading.mModule, *loading.mInstance), StateOf(*saving.mModule, *saving.mInstance));
+    }
+}
+} // namespace
