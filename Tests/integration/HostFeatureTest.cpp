@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -120,9 +121,12 @@ TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
         rig.Script().reportsSets = true;
         rig.Open();
         rig.mInstance->Host().Automation().SetAnswers(answers);
-        for (const double value : {0.3, 0.3, 0.8, 1.0})
+        for (const auto& [set, value] : {std::pair(&CInstance::UpdateParameter, 0.3),
+                                         {&CInstance::SetParameter, 0.3},
+                                         {&CInstance::SetParameter, 0.8},
+                                         {&CInstance::UpdateParameter, 0.95}})
         {
-            EXPECT_EQ(rig.mInstance->SetParameter("00000", value), kAAX_Success);
+            EXPECT_EQ(std::invoke(set, *rig.mInstance, "00000", value), kAAX_Success);
             EXPECT_EQ(rig.mInstance->RunCycle(), kAAX_Success);
             EXPECT_EQ(rig.mInstance->RunCycle(), kAAX_Success); // for what was put off
             double told = -1.0;
