@@ -3,12 +3,12 @@
 /** Mouse buttons and modifier keys that are down. */
 struct SPointerState
 {
-    bool primaryButton = false;
-    bool secondaryButton = false;
-    bool shift = false;
-    bool command = false; // the Super key where keyboards have no command key
-    bool option = false;
-    bool control = false;
+    bool mPrimaryButton = false;
+    bool mSecondaryButton = false;
+    bool mShift = false;
+    bool mCommand = false; // the Super key where keyboards have no command key
+    bool mOption = false;
+    bool mControl = false;
 };
 
 /**

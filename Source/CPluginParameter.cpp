@@ -42,18 +42,18 @@ std::optional<std::uint32_t> CPluginParameter::NoteRequest(double inNormalized) 
     const SWaiting before = ChangeWaiting(
         [](SWaiting& ioWaiting)
         {
-            if (ioWaiting.count == kCapacity)
+            if (ioWaiting.mCount == kCapacity)
                 return;
-            ++ioWaiting.made;
-            ++ioWaiting.count;
-            ++ioWaiting.sinceUpdate;
+            ++ioWaiting.mMade;
+            ++ioWaiting.mCount;
+            ++ioWaiting.mSinceUpdate;
         });
-    if (before.count == kCapacity)
+    if (before.mCount == kCapacity)
         return std::nullopt;
     // The host is asked afterwards, so that nobody looks for it before it is stored.
-    mRequests[before.made % kCapacity].store(
-        PackedValue(inNormalized) << kNumberBits | (before.made & kNumberMask), std::memory_order_release);
-    return before.made;
+    mRequests[before.mMade % kCapacity].store(
+        PackedValue(inNormalized) << kNumberBits | (before.mMade & kNumberMask), std::memory_order_release);
+    return before.mMade;
 }
 
 void CPluginParameter::TakeBack(std::optional<std::uint32_t> inRequest) noexcept
@@ -65,11 +65,11 @@ void CPluginParameter::TakeBack(std::optional<std::uint32_t> inRequest) noexcept
     (void)ChangeWaiting(
         [=](SWaiting& ioWaiting)
         {
-            if (ioWaiting.made != *inRequest + 1 || ioWaiting.count == 0)
+            if (ioWaiting.mMade != *inRequest + 1 || ioWaiting.mCount == 0)
                 return; // there are newer ones: its place goes when they do
-            --ioWaiting.made;
-            --ioWaiting.count;
-            ioWaiting.sinceUpdate = std::min(ioWaiting.sinceUpdate, ioWaiting.count);
+            --ioWaiting.mMade;
+            --ioWaiting.mCount;
+            ioWaiting.mSinceUpdate = std::min(ioWaiting.mSinceUpdate, ioWaiting.mCount);
         });
 }
 
@@ -80,8 +80,8 @@ std::optional<std::uint16_t> CPluginParameter::Find(const SWaiting& inWaiting,
         return std::nullopt;
     constexpr auto kNear = static_cast<std::int32_t>(kTolerance * kLargestValue) + 1;
     const auto value = static_cast<std::int32_t>(PackedValue(inNormalized));
-    const std::uint32_t oldest = inWaiting.made - inWaiting.count;
-    for (std::uint16_t place = 0; place < inWaiting.count; ++place)
+    const std::uint32_t oldest = inWaiting.mMade - inWaiting.mCount;
+    for (std::uint16_t place = 0; place < inWaiting.mCount; ++place)
     {
         const std::uint32_t number = oldest + place;
         const std::uint32_t request = mRequests[number % kCapacity].load(std::memory_order_acquire);
@@ -102,23 +102,23 @@ bool CPluginParameter::SettleWaiting(SWaiting inBefore, double inNormalized) noe
         const std::optional<std::uint16_t> answered = Find(after, inNormalized);
         if (answered)
         {
-            const auto notOlder = static_cast<std::uint16_t>(after.count - *answered);
-            const bool isInTime = after.sinceUpdate >= notOlder;
+            const auto notOlder = static_cast<std::uint16_t>(after.mCount - *answered);
+            const bool isInTime = after.mSinceUpdate >= notOlder;
             const bool isLast = notOlder == 1 && !mHasPutOff.load(std::memory_order_relaxed);
             isAnswer = isInTime || !isLast;
-            after.count = static_cast<std::uint16_t>(notOlder - 1);
-            after.sinceUpdate = std::min(after.sinceUpdate, after.count);
+            after.mCount = static_cast<std::uint16_t>(notOlder - 1);
+            after.mSinceUpdate = std::min(after.mSinceUpdate, after.mCount);
         }
         else
         {
             isAnswer = false;
-            after.sinceUpdate = 0;
+            after.mSinceUpdate = 0;
         }
     } while (!mWaiting.compare_exchange_weak(inBefore, after, std::memory_order_acq_rel,
                                              std::memory_order_acquire));
     mQuietBeats.store(0, std::memory_order_relaxed);
     mLastAnswer.store(static_cast<float>(inNormalized), std::memory_order_relaxed);
-    mIsOwed.store(isAnswer && after.count > 0, std::memory_order_release);
+    mIsOwed.store(isAnswer && after.mCount > 0, std::memory_order_release);
     return isAnswer;
 }
 
@@ -126,12 +126,12 @@ void CPluginParameter::NoteUpdate() noexcept
 {
     mHasNewerValue.store(true, std::memory_order_relaxed);
     mIsOwed.store(false, std::memory_order_relaxed);
-    (void)ChangeWaiting([](SWaiting& ioWaiting) { ioWaiting.sinceUpdate = 0; });
+    (void)ChangeWaiting([](SWaiting& ioWaiting) { ioWaiting.mSinceUpdate = 0; });
 }
 
 bool CPluginParameter::PutsOff() noexcept
 {
-    if (mWaiting.load(std::memory_order_relaxed).count < kCapacity)
+    if (mWaiting.load(std::memory_order_relaxed).mCount < kCapacity)
         return false;
     mHasNewerValue.store(true, std::memory_order_relaxed);
     mHasPutOff.store(true, std::memory_order_relaxed);
@@ -142,7 +142,7 @@ std::optional<float> CPluginParameter::Beat() noexcept
 {
     if (!IsWaiting() || mQuietBeats.fetch_add(1, std::memory_order_relaxed) + 1 < kQuietBeats)
         return std::nullopt;
-    (void)ChangeWaiting([](SWaiting& ioWaiting) { ioWaiting.count = ioWaiting.sinceUpdate = 0; });
+    (void)ChangeWaiting([](SWaiting& ioWaiting) { ioWaiting.mCount = ioWaiting.mSinceUpdate = 0; });
     mQuietBeats.store(0, std::memory_order_relaxed);
     if (!mIsOwed.exchange(false, std::memory_order_acquire))
         return std::nullopt;

@@ -56,7 +56,7 @@ public:
     {
         mHasNewerValue.store(true, std::memory_order_relaxed);
         const SWaiting waiting = mWaiting.load(std::memory_order_acquire);
-        return waiting.count != 0 && SettleWaiting(waiting, inNormalized); // mostly none waits
+        return waiting.mCount != 0 && SettleWaiting(waiting, inNormalized); // mostly none waits
     }
     /** The host gives the plug-in a value by another way than an update. */
     void NoteUpdate() noexcept;
@@ -71,7 +71,7 @@ public:
     }
     /** A beat of the timer. @return what the plug-in is to be given: the host's last value, normalized. */
     std::optional<float> Beat() noexcept;
-    bool IsWaiting() const noexcept { return mWaiting.load(std::memory_order_acquire).count != 0; }
+    bool IsWaiting() const noexcept { return mWaiting.load(std::memory_order_acquire).mCount != 0; }
 
     /** What a host is asked for: the nearer end for a value outside of 0 to 1, and 0 for no number. */
     static double AsRequested(double inValue) noexcept
@@ -86,9 +86,9 @@ private:
     /** The requests that wait, as counts of the newest ones made; changes as a whole. */
     struct alignas(8) SWaiting
     {
-        std::uint32_t made = 0;        // ever; the number of the next one
-        std::uint16_t count = 0;       // wait to be answered
-        std::uint16_t sinceUpdate = 0; // of these: made after the host's last own update
+        std::uint32_t mMade = 0;        // ever; the number of the next one
+        std::uint16_t mCount = 0;       // wait to be answered
+        std::uint16_t mSinceUpdate = 0; // of these: made after the host's last own update
     };
     static_assert(std::has_unique_object_representations_v<SWaiting>); // it is compared as bytes
     static_assert(std::atomic<SWaiting>::is_always_lock_free);

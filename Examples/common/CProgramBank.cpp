@@ -75,11 +75,11 @@ CProgramBank::CProgramBank(std::int32_t inOwner, std::span<const SParameterInfo>
 {
     for (std::size_t program = 0; program < inPrograms.size(); ++program)
     {
-        Rename(program, inPrograms[program].name);
+        Rename(program, inPrograms[program].mName);
         for (std::size_t i = 0; i < mParameterCount; ++i)
         {
             mValues[program * mParameterCount + i] =
-                static_cast<float>(inParameters[i].ToNormalized(inPrograms[program].values[i]));
+                static_cast<float>(inParameters[i].ToNormalized(inPrograms[program].mValues[i]));
         }
     }
 }

@@ -12,8 +12,8 @@
 /** A program as the plug-in ships it: a name and one value per parameter, in the parameter's unit. */
 struct SFactoryProgram
 {
-    const char* name;
-    std::span<const double> values;
+    const char* mName;
+    std::span<const double> mValues;
 };
 
 /**

@@ -35,8 +35,8 @@ VstIntPtr GivePin(std::span<const SStereoPort> inPorts, std::int32_t inPin, void
     const SStereoPort& port = inPorts[static_cast<std::size_t>(inPin) / 2];
     auto& pin = *static_cast<VstPinProperties*>(outPin);
     pin = {};
-    (void)std::snprintf(pin.label, sizeof(pin.label), "%s", port.label); // labels are shorter than the field
-    (void)std::snprintf(pin.shortLabel, sizeof(pin.shortLabel), "%s", port.shortLabel); // these too
+    (void)std::snprintf(pin.label, sizeof(pin.label), "%s", port.mLabel); // labels are shorter than the field
+    (void)std::snprintf(pin.shortLabel, sizeof(pin.shortLabel), "%s", port.mShortLabel); // these too
     pin.flags = kVstPinIsActive | kVstPinIsStereo;
     pin.arrangementType = 1; // stereo
     return 1;
@@ -51,7 +51,7 @@ bool Holds(std::int32_t inIndex, std::size_t inCount) noexcept
 } // namespace
 
 CVst2Effect::CVst2Effect(const SEffectInfo& inInfo, audioMasterCallback inHost)
-    : mInfo(inInfo), mBank(inInfo.uniqueId, inInfo.parameters, inInfo.programs), mHost(inHost)
+    : mInfo(inInfo), mBank(inInfo.mUniqueId, inInfo.mParameters, inInfo.mPrograms), mHost(inHost)
 {
     // `process`, the accumulating form, stays null: hosts of the last two decades use the replacing one.
     mEffect.magic = kEffectMagic;
@@ -59,24 +59,24 @@ CVst2Effect::CVst2Effect(const SEffectInfo& inInfo, audioMasterCallback inHost)
     mEffect.setParameter = &SetParameter;
     mEffect.getParameter = &GetParameter;
     mEffect.processReplacing = &ProcessReplacing;
-    mEffect.numPrograms = static_cast<std::int32_t>(inInfo.programs.size());
-    mEffect.numParams = static_cast<std::int32_t>(inInfo.parameters.size());
-    mEffect.numInputs = static_cast<std::int32_t>(2 * inInfo.inputs.size());
-    mEffect.numOutputs = static_cast<std::int32_t>(2 * inInfo.outputs.size());
-    mEffect.flags = effFlagsCanReplacing | (inInfo.isSynth ? effFlagsIsSynth : 0) |
-                    (inInfo.keepsChunk ? effFlagsProgramChunks : 0);
-    mEffect.initialDelay = inInfo.latency;
+    mEffect.numPrograms = static_cast<std::int32_t>(inInfo.mPrograms.size());
+    mEffect.numParams = static_cast<std::int32_t>(inInfo.mParameters.size());
+    mEffect.numInputs = static_cast<std::int32_t>(2 * inInfo.mInputs.size());
+    mEffect.numOutputs = static_cast<std::int32_t>(2 * inInfo.mOutputs.size());
+    mEffect.flags = effFlagsCanReplacing | (inInfo.mIsSynth ? effFlagsIsSynth : 0) |
+                    (inInfo.mKeepsChunk ? effFlagsProgramChunks : 0);
+    mEffect.initialDelay = inInfo.mLatency;
     mEffect.ioRatio = 1.0F;
     mEffect.object = this;
-    mEffect.uniqueID = inInfo.uniqueId;
-    mEffect.version = inInfo.version;
+    mEffect.uniqueID = inInfo.mUniqueId;
+    mEffect.version = inInfo.mVersion;
 }
 
 void CVst2Effect::Receive(const VstMidiEvent& /*inEvent*/) noexcept {}
 
 double CVst2Effect::Plain(std::size_t inParameter) const noexcept
 {
-    return mInfo.parameters[inParameter].ToPlain(static_cast<double>(mBank.Value(inParameter)));
+    return mInfo.mParameters[inParameter].ToPlain(static_cast<double>(mBank.Value(inParameter)));
 }
 
 void CVst2Effect::SetEditor(std::unique_ptr<IEffectEditor> inEditor)
@@ -162,17 +162,17 @@ VstIntPtr CVst2Effect::Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIn
     case effCanBeAutomated: return AnswerParameter(inOpcode, inIndex, inPointer);
     case effGetChunk: return GiveChunk(inIndex, static_cast<void**>(inPointer));
     case effSetChunk: return TakeChunk(inIndex, inValue, inPointer);
-    case effGetInputProperties: return GivePin(mInfo.inputs, inIndex, inPointer);
-    case effGetOutputProperties: return GivePin(mInfo.outputs, inIndex, inPointer);
+    case effGetInputProperties: return GivePin(mInfo.mInputs, inIndex, inPointer);
+    case effGetOutputProperties: return GivePin(mInfo.mOutputs, inIndex, inPointer);
     case effEditGetRect:
     case effEditOpen:
     case effEditClose:
     case effEditIdle: return AnswerEditor(inOpcode, inPointer);
-    case effGetPlugCategory: return mInfo.isSynth ? kCategorySynth : kCategoryEffect;
-    case effGetEffectName: return GiveText(inPointer, mInfo.name, kVstMaxEffectNameLen);
-    case effGetVendorString: return GiveText(inPointer, mInfo.vendor, kVstMaxVendorStrLen);
-    case effGetProductString: return GiveText(inPointer, mInfo.name, kVstMaxProductStrLen);
-    case effGetVendorVersion: return mInfo.version;
+    case effGetPlugCategory: return mInfo.mIsSynth ? kCategorySynth : kCategoryEffect;
+    case effGetEffectName: return GiveText(inPointer, mInfo.mName, kVstMaxEffectNameLen);
+    case effGetVendorString: return GiveText(inPointer, mInfo.mVendor, kVstMaxVendorStrLen);
+    case effGetProductString: return GiveText(inPointer, mInfo.mName, kVstMaxProductStrLen);
+    case effGetVendorVersion: return mInfo.mVersion;
     case effCanDo: return AnswerCanDo(static_cast<const char*>(inPointer));
     case effGetVstVersion: return kInterfaceVersion;
     default: return 0;
@@ -181,15 +181,15 @@ VstIntPtr CVst2Effect::Answer(std::int32_t inOpcode, std::int32_t inIndex, VstIn
 
 VstIntPtr CVst2Effect::AnswerParameter(std::int32_t inOpcode, std::int32_t inIndex, void* outText) const
 {
-    if (!Holds(inIndex, mInfo.parameters.size()))
+    if (!Holds(inIndex, mInfo.mParameters.size()))
         return 0;
     const auto index = static_cast<std::size_t>(inIndex);
-    const SParameterInfo& parameter = mInfo.parameters[index];
+    const SParameterInfo& parameter = mInfo.mParameters[index];
     switch (inOpcode)
     {
     case effCanBeAutomated: return 1;
-    case effGetParamLabel: return GiveText(outText, parameter.unit, kVstMaxParamStrLen);
-    case effGetParamName: return GiveText(outText, parameter.name, kVstMaxParamStrLen);
+    case effGetParamLabel: return GiveText(outText, parameter.mUnit, kVstMaxParamStrLen);
+    case effGetParamName: return GiveText(outText, parameter.mName, kVstMaxParamStrLen);
     default: break;
     }
     std::array<char, kVstMaxParamStrLen + 1> text{};
@@ -241,13 +241,13 @@ VstIntPtr CVst2Effect::AnswerCanDo(const char* inQuestion) const
 {
     const std::string_view question = inQuestion != nullptr ? inQuestion : "";
     if (question == "receiveVstEvents" || question == "receiveVstMidiEvent")
-        return mInfo.isSynth ? 1 : -1;
+        return mInfo.mIsSynth ? 1 : -1;
     return 0;
 }
 
 VstIntPtr CVst2Effect::GiveChunk(std::int32_t inScope, void** outChunk)
 {
-    if (!mInfo.keepsChunk || outChunk == nullptr)
+    if (!mInfo.mKeepsChunk || outChunk == nullptr)
         return 0;
     mChunk = mBank.Save(inScope == 0 ? CProgramBank::kBank : CProgramBank::kProgram);
     *outChunk = mChunk.data();
@@ -256,7 +256,7 @@ VstIntPtr CVst2Effect::GiveChunk(std::int32_t inScope, void** outChunk)
 
 VstIntPtr CVst2Effect::TakeChunk(std::int32_t inScope, VstIntPtr inSize, const void* inChunk)
 {
-    if (!mInfo.keepsChunk || inChunk == nullptr || inSize <= 0)
+    if (!mInfo.mKeepsChunk || inChunk == nullptr || inSize <= 0)
         return 0;
     const std::span chunk(static_cast<const std::byte*>(inChunk), static_cast<std::size_t>(inSize));
     return mBank.Load(inScope == 0 ? CProgramBank::kBank : CProgramBank::kProgram, chunk) ? 1 : 0;

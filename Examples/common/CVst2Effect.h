@@ -18,24 +18,24 @@
 /** A stereo port: two channels, each described by a pin. */
 struct SStereoPort
 {
-    const char* label;
-    const char* shortLabel; // at most 7 characters
+    const char* mLabel;
+    const char* mShortLabel; // at most 7 characters
 };
 
 /** What a plug-in is; the tables it refers to are constants. */
 struct SEffectInfo
 {
-    std::int32_t uniqueId;
-    std::int32_t version;
-    const char* name;
-    const char* vendor;
-    std::span<const SParameterInfo> parameters;
-    std::span<const SFactoryProgram> programs; // at least one
-    std::span<const SStereoPort> inputs;
-    std::span<const SStereoPort> outputs;
-    std::int32_t latency; // samples
-    bool isSynth;         // and as such takes MIDI
-    bool keepsChunk;
+    std::int32_t mUniqueId;
+    std::int32_t mVersion;
+    const char* mName;
+    const char* mVendor;
+    std::span<const SParameterInfo> mParameters;
+    std::span<const SFactoryProgram> mPrograms; // at least one
+    std::span<const SStereoPort> mInputs;
+    std::span<const SStereoPort> mOutputs;
+    std::int32_t mLatency; // samples
+    bool mIsSynth;         // and as such takes MIDI
+    bool mKeepsChunk;
 };
 
 /**
@@ -76,7 +76,7 @@ protected:
     void SetEditor(std::unique_ptr<IEffectEditor> inEditor);
 
 private:
-    std::span<const SParameterInfo> EditedParameters() const noexcept override { return mInfo.parameters; }
+    std::span<const SParameterInfo> EditedParameters() const noexcept override { return mInfo.mParameters; }
     float EditedValue(std::size_t inParameter) const noexcept override { return mBank.Value(inParameter); }
     void BeginEdit(std::size_t inParameter) override;
     void PerformEdit(std::size_t inParameter, float inValue) override;

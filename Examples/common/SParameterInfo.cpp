@@ -6,19 +6,20 @@
 
 double SParameterInfo::ToPlain(double inNormalized) const noexcept
 {
-    return scale == EParameterScale::kExponential ? minimum * std::pow(maximum / minimum, inNormalized)
-                                                  : minimum + inNormalized * (maximum - minimum);
+    return mScale == EParameterScale::kExponential ? mMinimum * std::pow(mMaximum / mMinimum, inNormalized)
+                                                   : mMinimum + inNormalized * (mMaximum - mMinimum);
 }
 
 double SParameterInfo::ToNormalized(double inPlain) const noexcept
 {
-    const double plain = std::clamp(inPlain, minimum, maximum);
-    return scale == EParameterScale::kExponential ? std::log(plain / minimum) / std::log(maximum / minimum)
-                                                  : (plain - minimum) / (maximum - minimum);
+    const double plain = std::clamp(inPlain, mMinimum, mMaximum);
+    return mScale == EParameterScale::kExponential
+               ? std::log(plain / mMinimum) / std::log(mMaximum / mMinimum)
+               : (plain - mMinimum) / (mMaximum - mMinimum);
 }
 
 void SParameterInfo::Format(double inNormalized, std::span<char> outText) const noexcept
 {
     // A text that doesn't fit is cut; the range of the table keeps that from happening.
-    (void)std::snprintf(outText.data(), outText.size(), "%.*f", decimals, ToPlain(inNormalized));
+    (void)std::snprintf(outText.data(), outText.size(), "%.*f", mDecimals, ToPlain(inNormalized));
 }

@@ -12,12 +12,12 @@ enum class EParameterScale : std::uint8_t
 /** What a plug-in says of one of its parameters; tables of these are constants. */
 struct SParameterInfo
 {
-    const char* name; // at most kVstMaxParamStrLen characters, like the unit and every value's text
-    const char* unit;
-    double minimum;
-    double maximum;
-    int decimals; // of the value's text
-    EParameterScale scale = EParameterScale::kLinear;
+    const char* mName; // at most kVstMaxParamStrLen characters, like the unit and every value's text
+    const char* mUnit;
+    double mMinimum;
+    double mMaximum;
+    int mDecimals; // of the value's text
+    EParameterScale mScale = EParameterScale::kLinear;
 
     /** @param inNormalized 0 to 1. @return the value in the parameter's unit. */
     double ToPlain(double inNormalized) const noexcept;

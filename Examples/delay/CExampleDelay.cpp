@@ -32,17 +32,17 @@ constexpr SStereoPort kOutputs[] = {{"Output", "Out"}};
 
 SEffectInfo DelayInfo()
 {
-    return {.uniqueId = 0x4578446C, // "ExDl"
-            .version = 1000,
-            .name = "Example Delay",
-            .vendor = "Example Audio",
-            .parameters = kParameters,
-            .programs = kPrograms,
-            .inputs = kInputs,
-            .outputs = kOutputs,
-            .latency = CExampleDelay::kLatency,
-            .isSynth = false,
-            .keepsChunk = false};
+    return {.mUniqueId = 0x4578446C, // "ExDl"
+            .mVersion = 1000,
+            .mName = "Example Delay",
+            .mVendor = "Example Audio",
+            .mParameters = kParameters,
+            .mPrograms = kPrograms,
+            .mInputs = kInputs,
+            .mOutputs = kOutputs,
+            .mLatency = CExampleDelay::kLatency,
+            .mIsSynth = false,
+            .mKeepsChunk = false};
 }
 
 /** What may circulate: neither broken numbers, which would never leave, nor the tiniest ones. */
@@ -83,8 +83,8 @@ void CExampleDelay::Prepare(double inSampleRate)
 {
     for (SSide& side : mSides)
     {
-        side.latency.Resize(kLatency);
-        side.echoes.Resize(static_cast<std::size_t>(std::ceil(kLongestSeconds * inSampleRate)));
+        side.mLatency.Resize(kLatency);
+        side.mEchoes.Resize(static_cast<std::size_t>(std::ceil(kLongestSeconds * inSampleRate)));
     }
     mSampleRate = inSampleRate;
     mGlideFactor = 1.0 - std::exp(-4.6 / (kGlideSeconds * inSampleRate));
@@ -95,19 +95,19 @@ void CExampleDelay::Reset() noexcept
 {
     for (SSide& side : mSides)
     {
-        side.latency.Clear();
-        side.echoes.Clear();
-        side.dulled = 0.0F;
+        side.mLatency.Clear();
+        side.mEchoes.Clear();
+        side.mDulled = 0.0F;
     }
     mSettings = ReadSettings();
 }
 
 CExampleDelay::SSettings CExampleDelay::ReadSettings() const noexcept
 {
-    return {.time = std::round(0.001 * Plain(kTime) * mSampleRate),
-            .feedback = static_cast<float>(0.01 * Plain(kFeedback)),
-            .tone = static_cast<float>(1.0 - std::exp(-2.0 * std::numbers::pi * Plain(kTone) / mSampleRate)),
-            .mix = static_cast<float>(0.01 * Plain(kMix))};
+    return {.mTime = std::round(0.001 * Plain(kTime) * mSampleRate),
+            .mFeedback = static_cast<float>(0.01 * Plain(kFeedback)),
+            .mTone = static_cast<float>(1.0 - std::exp(-2.0 * std::numbers::pi * Plain(kTone) / mSampleRate)),
+            .mMix = static_cast<float>(0.01 * Plain(kMix))};
 }
 
 void CExampleDelay::Render(float* const* inInputs, float* const* inOutputs, std::int32_t inFrames) noexcept
@@ -115,10 +115,10 @@ void CExampleDelay::Render(float* const* inInputs, float* const* inOutputs, std:
     const SSettings target = ReadSettings();
     for (std::int32_t frame = 0; frame < inFrames; ++frame)
     {
-        Approach(mSettings.time, target.time, mGlideFactor);
-        Approach(mSettings.feedback, target.feedback, mGlideFactor);
-        Approach(mSettings.tone, target.tone, mGlideFactor);
-        Approach(mSettings.mix, target.mix, mGlideFactor);
+        Approach(mSettings.mTime, target.mTime, mGlideFactor);
+        Approach(mSettings.mFeedback, target.mFeedback, mGlideFactor);
+        Approach(mSettings.mTone, target.mTone, mGlideFactor);
+        Approach(mSettings.mMix, target.mMix, mGlideFactor);
         // Both are read before either is written: the buffers may be the same ones.
         const float input[kChannels] = {inInputs[0][frame], inInputs[1][frame]};
         for (std::size_t channel = 0; channel < kChannels; ++channel)
@@ -128,11 +128,11 @@ void CExampleDelay::Render(float* const* inInputs, float* const* inOutputs, std:
 
 float CExampleDelay::RenderSample(SSide& ioSide, float inSample) const noexcept
 {
-    ioSide.latency.Push(inSample);
-    const float dry = ioSide.latency.Read(kLatency);
+    ioSide.mLatency.Push(inSample);
+    const float dry = ioSide.mLatency.Read(kLatency);
     // The echo line's newest sample is the one before this: so one sample of the time has gone by already.
-    const float echo = ioSide.echoes.Read(std::max(mSettings.time - 1.0, 0.0));
-    ioSide.dulled = Circulating(ioSide.dulled + mSettings.tone * (echo - ioSide.dulled));
-    ioSide.echoes.Push(Circulating(dry + mSettings.feedback * ioSide.dulled));
-    return dry + mSettings.mix * (echo - dry);
+    const float echo = ioSide.mEchoes.Read(std::max(mSettings.mTime - 1.0, 0.0));
+    ioSide.mDulled = Circulating(ioSide.mDulled + mSettings.mTone * (echo - ioSide.mDulled));
+    ioSide.mEchoes.Push(Circulating(dry + mSettings.mFeedback * ioSide.mDulled));
+    return dry + mSettings.mMix * (echo - dry);
 }

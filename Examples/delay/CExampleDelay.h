@@ -24,16 +24,16 @@ private:
     /** One side: what delays it all, and the echoes. */
     struct SSide
     {
-        CDelayLine latency;
-        CDelayLine echoes;
-        float dulled = 0.0F; // the low-pass filter's memory
+        CDelayLine mLatency;
+        CDelayLine mEchoes;
+        float mDulled = 0.0F; // the low-pass filter's memory
     };
     struct SSettings
     {
-        double time = 0.0; // samples
-        float feedback = 0.0F;
-        float tone = 0.0F; // of the low-pass filter, per sample
-        float mix = 0.0F;
+        double mTime = 0.0; // samples
+        float mFeedback = 0.0F;
+        float mTone = 0.0F; // of the low-pass filter, per sample
+        float mMix = 0.0F;
     };
 
     void Prepare(double inSampleRate) override;

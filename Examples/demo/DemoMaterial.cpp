@@ -38,7 +38,7 @@ public:
     }
     bool Save(const std::filesystem::path& inFile)
     {
-        std::ranges::stable_sort(mMessages, {}, &SMessage::seconds);
+        std::ranges::stable_sort(mMessages, {}, &SMessage::mSeconds);
         const std::unique_ptr<smf_t, decltype(&smf_delete)> file(smf_new(), &smf_delete);
         smf_track_t* const track = file != nullptr ? smf_track_new() : nullptr;
         if (track == nullptr)
@@ -47,10 +47,10 @@ public:
         for (const SMessage& message : mMessages)
         {
             smf_event_t* const event =
-                smf_event_new_from_bytes(message.bytes[0], message.bytes[1], message.bytes[2]);
+                smf_event_new_from_bytes(message.mBytes[0], message.mBytes[1], message.mBytes[2]);
             if (event == nullptr)
                 return false;
-            smf_track_add_event_seconds(track, event, message.seconds);
+            smf_track_add_event_seconds(track, event, message.mSeconds);
         }
         return smf_track_add_eot_seconds(track, kPhraseSeconds) == 0 &&
                smf_save(file.get(), inFile.c_str()) == 0;
@@ -59,8 +59,8 @@ public:
 private:
     struct SMessage
     {
-        double seconds;
-        std::array<int, 3> bytes;
+        double mSeconds;
+        std::array<int, 3> mBytes;
     };
     void Message(double inBeat, int inStatus, int inFirst, int inSecond)
     {
@@ -146,9 +146,9 @@ bool WritePhrase(const std::filesystem::path& inFile)
     CPhrase phrase;
     struct SBar
     {
-        int bass;
-        std::array<int, 3> chord;
-        std::array<int, 4> tune;
+        int mBass;
+        std::array<int, 3> mChord;
+        std::array<int, 4> mTune;
     };
     constexpr std::array<SBar, 3> bars{{{45, {57, 60, 64}, {76, 72, 74, 69}},
                                         {41, {57, 60, 65}, {72, 77, 76, 72}},
@@ -156,15 +156,15 @@ bool WritePhrase(const std::filesystem::path& inFile)
     double beat = 0.0;
     for (const SBar& bar : bars)
     {
-        phrase.Note(beat, 3.8, bar.bass, 100);
-        for (std::size_t i = 0; i < bar.chord.size(); ++i)
+        phrase.Note(beat, 3.8, bar.mBass, 100);
+        for (std::size_t i = 0; i < bar.mChord.size(); ++i)
         {
-            phrase.Note(beat + 0.03 * static_cast<double>(i), 3.6, bar.chord[i],
+            phrase.Note(beat + 0.03 * static_cast<double>(i), 3.6, bar.mChord[i],
                         76 + 4 * static_cast<int>(i));
         }
-        for (std::size_t i = 0; i < bar.tune.size(); ++i)
+        for (std::size_t i = 0; i < bar.mTune.size(); ++i)
         {
-            phrase.Note(beat + static_cast<double>(i), 0.8, bar.tune[i],
+            phrase.Note(beat + static_cast<double>(i), 0.8, bar.mTune[i],
                         i == 0 ? 118 : 92 + 6 * static_cast<int>(i));
         }
         beat += 4.0;
@@ -191,15 +191,15 @@ bool WriteSignal(const std::filesystem::path& inFile)
     CStereoSound sound(6.0);
     struct SPluck
     {
-        double seconds;
-        double hertz;
-        double side;
-        double level;
+        double mSeconds;
+        double mHertz;
+        double mSide;
+        double mLevel;
     };
     for (const SPluck& pluck :
          {SPluck{0.0, 110.0, 0.0, 0.45}, SPluck{0.5, 220.0, -0.7, 0.4}, SPluck{1.0, 329.6, 0.7, 0.35},
           SPluck{1.5, 440.0, -0.3, 0.3}, SPluck{2.0, 164.8, 0.3, 0.4}})
-        sound.Add(pluck.seconds, pluck.side, Pluck(noise, pluck.hertz, 1.5, pluck.level));
+        sound.Add(pluck.mSeconds, pluck.mSide, Pluck(noise, pluck.mHertz, 1.5, pluck.mLevel));
     for (const double start : {3.5, 3.75, 4.0})
         sound.Add(start, 4.0 * (start - 3.75), Burst(noise, 0.08, 0.4));
     return sound.Save(inFile);

@@ -17,14 +17,14 @@ int main(int inCount, char** inArguments)
     std::filesystem::create_directories(folder, error);
     struct SFile
     {
-        const char* name;
-        bool (*write)(const std::filesystem::path&);
+        const char* mName;
+        bool (*mWrite)(const std::filesystem::path&);
     };
     for (const SFile& file : {SFile{"phrase.mid", &WritePhrase}, SFile{"signal.wav", &WriteSignal},
                               SFile{"sweep.csv", &WriteSweep}})
     {
-        const std::filesystem::path path = folder / file.name;
-        if (!file.write(path))
+        const std::filesystem::path path = folder / file.mName;
+        if (!file.mWrite(path))
         {
             (void)std::fprintf(stderr, "%s cannot be written.\n", path.c_str()); // as above
             return 1;

@@ -31,16 +31,16 @@ double CEnvelope::Next(const SEnvelopeShape& inShape) noexcept
     {
     case EPhase::kIdle: break;
     case EPhase::kAttack:
-        mLevel += inShape.attackStep;
+        mLevel += inShape.mAttackStep;
         if (mLevel >= 1.0)
         {
             mLevel = 1.0;
             mPhase = EPhase::kDecay;
         }
         break;
-    case EPhase::kDecay: mLevel += (inShape.sustain - mLevel) * inShape.decayFactor; break;
+    case EPhase::kDecay: mLevel += (inShape.mSustain - mLevel) * inShape.mDecayFactor; break;
     case EPhase::kRelease:
-        mLevel -= mLevel * inShape.releaseFactor;
+        mLevel -= mLevel * inShape.mReleaseFactor;
         if (mLevel < kSilence)
             Stop();
         break;

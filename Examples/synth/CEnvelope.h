@@ -4,10 +4,10 @@
 /** Times and level of an envelope as steps and factors per sample. */
 struct SEnvelopeShape
 {
-    double attackStep = 1.0;
-    double decayFactor = 1.0; // part of the way to the sustain level that one sample goes
-    double sustain = 1.0;     // 0 to 1
-    double releaseFactor = 1.0;
+    double mAttackStep = 1.0;
+    double mDecayFactor = 1.0; // part of the way to the sustain level that one sample goes
+    double mSustain = 1.0;     // 0 to 1
+    double mReleaseFactor = 1.0;
 };
 
 /**

@@ -19,17 +19,17 @@ constexpr SStereoPort kOutputs[] = {{"Main", "Main"}, {"Dry", "Dry"}, {"Sub", "S
 
 SEffectInfo SynthInfo()
 {
-    return {.uniqueId = 0x45785379, // "ExSy"
-            .version = 1000,
-            .name = "Example Synth",
-            .vendor = "Example Audio",
-            .parameters = SynthParameters(),
-            .programs = SynthPrograms(),
-            .inputs = {},
-            .outputs = kOutputs,
-            .latency = 0,
-            .isSynth = true,
-            .keepsChunk = true};
+    return {.mUniqueId = 0x45785379, // "ExSy"
+            .mVersion = 1000,
+            .mName = "Example Synth",
+            .mVendor = "Example Audio",
+            .mParameters = SynthParameters(),
+            .mPrograms = SynthPrograms(),
+            .mInputs = {},
+            .mOutputs = kOutputs,
+            .mLatency = 0,
+            .mIsSynth = true,
+            .mKeepsChunk = true};
 }
 
 float Bent(double inSample) noexcept
@@ -78,8 +78,8 @@ CExampleSynth::CExampleSynth(audioMasterCallback inHost) : CVst2Effect(SynthInfo
 
 void CExampleSynth::Prepare(double inSampleRate)
 {
-    mControls.sampleRate = inSampleRate;
-    mControls.gainGlide = CEnvelope::FactorFor(kVelocityGlideSeconds, inSampleRate);
+    mControls.mSampleRate = inSampleRate;
+    mControls.mGainGlide = CEnvelope::FactorFor(kVelocityGlideSeconds, inSampleRate);
     mGlideFactor = CEnvelope::FactorFor(kGlideSeconds, inSampleRate);
     mLfoStep = kLfoHertz / inSampleRate;
 }
@@ -114,39 +114,39 @@ void CExampleSynth::Render(float* const* /*inInputs*/, float* const* inOutputs,
         while (const SQueuedMessage* const message = mQueue.PopDue(frame))
             Handle(*message);
         const SVoiceOutput sample = RenderSample();
-        const double samples[] = {sample.mainLeft, sample.mainRight, sample.dryLeft,
-                                  sample.dryRight, sample.sub,       sample.sub};
+        const double samples[] = {sample.mMainLeft, sample.mMainRight, sample.mDryLeft,
+                                  sample.mDryRight, sample.mSub,       sample.mSub};
         for (std::size_t channel = 0; channel < std::size(samples); ++channel)
-            inOutputs[channel][frame] = Bent(samples[channel] * mGlides.volume.value);
+            inOutputs[channel][frame] = Bent(samples[channel] * mGlides.mVolume.mValue);
     }
     mQueue.Advance(inFrames);
 }
 
 std::array<CExampleSynth::SGlide*, 7> CExampleSynth::AllGlides() noexcept
 {
-    return {&mGlides.cutoffOctaves,   &mGlides.damping,  &mGlides.contourOctaves, &mGlides.shape,
-            &mGlides.detuneSemitones, &mGlides.subLevel, &mGlides.volume};
+    return {&mGlides.mCutoffOctaves,   &mGlides.mDamping,  &mGlides.mContourOctaves, &mGlides.mShape,
+            &mGlides.mDetuneSemitones, &mGlides.mSubLevel, &mGlides.mVolume};
 }
 
 void CExampleSynth::ReadParameters() noexcept
 {
     constexpr double percent = 0.01;
     constexpr double milli = 0.001;
-    mGlides.cutoffOctaves.target = std::log2(Plain(kCutoff));
-    mGlides.damping.target = 2.0 - 1.8 * percent * Plain(kEmphasis);
-    mGlides.contourOctaves.target = Plain(kContour);
-    mGlides.shape.target = percent * Plain(kShape);
-    mGlides.detuneSemitones.target = percent * Plain(kDetune);
-    mGlides.subLevel.target = percent * Plain(kSubLevel);
-    mGlides.volume.target = std::pow(10.0, Plain(kVolume) / 20.0);
-    mBendSemitones.target = mBend * Plain(kBendRange);
-    mVibratoSemitones.target = mModulation * percent * Plain(kVibrato);
+    mGlides.mCutoffOctaves.mTarget = std::log2(Plain(kCutoff));
+    mGlides.mDamping.mTarget = 2.0 - 1.8 * percent * Plain(kEmphasis);
+    mGlides.mContourOctaves.mTarget = Plain(kContour);
+    mGlides.mShape.mTarget = percent * Plain(kShape);
+    mGlides.mDetuneSemitones.mTarget = percent * Plain(kDetune);
+    mGlides.mSubLevel.mTarget = percent * Plain(kSubLevel);
+    mGlides.mVolume.mTarget = std::pow(10.0, Plain(kVolume) / 20.0);
+    mBendSemitones.mTarget = mBend * Plain(kBendRange);
+    mVibratoSemitones.mTarget = mModulation * percent * Plain(kVibrato);
 
-    SEnvelopeShape& shape = mControls.envelope;
-    shape.attackStep = 1.0 / std::max(1.0, milli * Plain(kAttack) * mControls.sampleRate);
-    shape.decayFactor = CEnvelope::FactorFor(milli * Plain(kDecay), mControls.sampleRate);
-    shape.sustain = percent * Plain(kSustain);
-    shape.releaseFactor = CEnvelope::FactorFor(milli * Plain(kRelease), mControls.sampleRate);
+    SEnvelopeShape& shape = mControls.mEnvelope;
+    shape.mAttackStep = 1.0 / std::max(1.0, milli * Plain(kAttack) * mControls.mSampleRate);
+    shape.mDecayFactor = CEnvelope::FactorFor(milli * Plain(kDecay), mControls.mSampleRate);
+    shape.mSustain = percent * Plain(kSustain);
+    shape.mReleaseFactor = CEnvelope::FactorFor(milli * Plain(kRelease), mControls.mSampleRate);
 }
 
 void CExampleSynth::StepControls() noexcept
@@ -158,14 +158,14 @@ void CExampleSynth::StepControls() noexcept
     mLfoPhase += mLfoStep;
     mLfoPhase -= mLfoPhase >= 1.0 ? 1.0 : 0.0;
 
-    mControls.cutoffOctaves = mGlides.cutoffOctaves.value;
-    mControls.damping = mGlides.damping.value;
-    mControls.contourOctaves = mGlides.contourOctaves.value;
-    mControls.shape = mGlides.shape.value;
-    mControls.detuneSemitones = mGlides.detuneSemitones.value;
-    mControls.subLevel = mGlides.subLevel.value;
-    mControls.transposition =
-        mBendSemitones.value + mVibratoSemitones.value * std::sin(2.0 * std::numbers::pi * mLfoPhase);
+    mControls.mCutoffOctaves = mGlides.mCutoffOctaves.mValue;
+    mControls.mDamping = mGlides.mDamping.mValue;
+    mControls.mContourOctaves = mGlides.mContourOctaves.mValue;
+    mControls.mShape = mGlides.mShape.mValue;
+    mControls.mDetuneSemitones = mGlides.mDetuneSemitones.mValue;
+    mControls.mSubLevel = mGlides.mSubLevel.mValue;
+    mControls.mTransposition =
+        mBendSemitones.mValue + mVibratoSemitones.mValue * std::sin(2.0 * std::numbers::pi * mLfoPhase);
 }
 
 SVoiceOutput CExampleSynth::RenderSample() noexcept
@@ -180,10 +180,10 @@ SVoiceOutput CExampleSynth::RenderSample() noexcept
 
 void CExampleSynth::Handle(const SQueuedMessage& inMessage) noexcept
 {
-    const auto channel = static_cast<std::uint8_t>(inMessage.bytes[0] & 0x0F);
-    const auto first = static_cast<std::uint8_t>(inMessage.bytes[1] & 0x7F);
-    const auto second = static_cast<std::uint8_t>(inMessage.bytes[2] & 0x7F);
-    switch (inMessage.bytes[0] & 0xF0)
+    const auto channel = static_cast<std::uint8_t>(inMessage.mBytes[0] & 0x0F);
+    const auto first = static_cast<std::uint8_t>(inMessage.mBytes[1] & 0x7F);
+    const auto second = static_cast<std::uint8_t>(inMessage.mBytes[2] & 0x7F);
+    switch (inMessage.mBytes[0] & 0xF0)
     {
     case kNoteOn:
         if (second != 0)
@@ -196,7 +196,7 @@ void CExampleSynth::Handle(const SQueuedMessage& inMessage) noexcept
     case kControlChange: Control(first, second); break;
     case kPitchBend:
         mBend = (first + 128 * second - 8192) / 8192.0;
-        mBendSemitones.target = mBend * Plain(kBendRange);
+        mBendSemitones.mTarget = mBend * Plain(kBendRange);
         break;
     default: break;
     }
@@ -220,7 +220,7 @@ void CExampleSynth::Control(std::uint8_t inController, std::uint8_t inValue) noe
     {
     case kModulationWheel:
         mModulation = inValue / 127.0;
-        mVibratoSemitones.target = mModulation * 0.01 * Plain(kVibrato);
+        mVibratoSemitones.mTarget = mModulation * 0.01 * Plain(kVibrato);
         break;
     case kSustainPedal: SetSustain(inValue >= 64); break;
     case kAllSoundOff: ReleaseAll(); break;
@@ -250,8 +250,8 @@ void CExampleSynth::ResetControllers() noexcept
 {
     mBend = 0.0;
     mModulation = 0.0;
-    mBendSemitones.target = 0.0;
-    mVibratoSemitones.target = 0.0;
+    mBendSemitones.mTarget = 0.0;
+    mVibratoSemitones.mTarget = 0.0;
     SetSustain(false);
 }
 

@@ -25,22 +25,22 @@ private:
     /** A value that follows its target over some milliseconds, so that a step of it is not heard. */
     struct SGlide
     {
-        double value = 0.0;
-        double target = 0.0;
+        double mValue = 0.0;
+        double mTarget = 0.0;
 
-        void Step(double inFactor) noexcept { value += (target - value) * inFactor; }
-        void Jump() noexcept { value = target; }
+        void Step(double inFactor) noexcept { mValue += (mTarget - mValue) * inFactor; }
+        void Jump() noexcept { mValue = mTarget; }
     };
     /** The parameters that glide; the others are taken up by the next block. */
     struct SGlides
     {
-        SGlide cutoffOctaves;
-        SGlide damping;
-        SGlide contourOctaves;
-        SGlide shape;
-        SGlide detuneSemitones;
-        SGlide subLevel;
-        SGlide volume;
+        SGlide mCutoffOctaves;
+        SGlide mDamping;
+        SGlide mContourOctaves;
+        SGlide mShape;
+        SGlide mDetuneSemitones;
+        SGlide mSubLevel;
+        SGlide mVolume;
     };
 
     void Prepare(double inSampleRate) override;

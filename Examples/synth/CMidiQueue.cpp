@@ -6,16 +6,16 @@ void CMidiQueue::Push(SQueuedMessage inMessage) noexcept
 {
     if (mEnd == kCapacity)
         return;
-    inMessage.offset = std::max(inMessage.offset, 0);
+    inMessage.mOffset = std::max(inMessage.mOffset, 0);
     std::size_t place = mEnd++;
-    for (; place > mFirst && mMessages[place - 1].offset > inMessage.offset; --place)
+    for (; place > mFirst && mMessages[place - 1].mOffset > inMessage.mOffset; --place)
         mMessages[place] = mMessages[place - 1];
     mMessages[place] = inMessage;
 }
 
 const SQueuedMessage* CMidiQueue::PopDue(std::int32_t inOffset) noexcept
 {
-    return mFirst < mEnd && mMessages[mFirst].offset <= inOffset ? &mMessages[mFirst++] : nullptr;
+    return mFirst < mEnd && mMessages[mFirst].mOffset <= inOffset ? &mMessages[mFirst++] : nullptr;
 }
 
 void CMidiQueue::Advance(std::int32_t inFrames) noexcept
@@ -24,7 +24,7 @@ void CMidiQueue::Advance(std::int32_t inFrames) noexcept
     for (std::size_t i = 0; i < left; ++i)
     {
         mMessages[i] = mMessages[mFirst + i];
-        mMessages[i].offset -= inFrames;
+        mMessages[i].mOffset -= inFrames;
     }
     mFirst = 0;
     mEnd = left;

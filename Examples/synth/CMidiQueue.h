@@ -6,8 +6,8 @@
 /** A MIDI message of up to three bytes and when it is due. */
 struct SQueuedMessage
 {
-    std::int32_t offset; // samples from the start of the block
-    std::array<std::uint8_t, 3> bytes;
+    std::int32_t mOffset; // samples from the start of the block
+    std::array<std::uint8_t, 3> mBytes;
 };
 
 /**

@@ -114,18 +114,18 @@ bool CSynthVoice::Plays(std::uint8_t inChannel, std::uint8_t inNote) const noexc
 
 void CSynthVoice::UpdateControls(const SVoiceControls& inControls) noexcept
 {
-    const double note = mNote + inControls.transposition;
-    const double detune = 0.5 * inControls.detuneSemitones;
-    const double highest = kHighestStep * inControls.sampleRate;
+    const double note = mNote + inControls.mTransposition;
+    const double detune = 0.5 * inControls.mDetuneSemitones;
+    const double highest = kHighestStep * inControls.mSampleRate;
     const auto stepOf = [&](double inNote)
-    { return std::min(NoteFrequency(inNote), highest) / inControls.sampleRate; };
+    { return std::min(NoteFrequency(inNote), highest) / inControls.mSampleRate; };
     mLeftStep = stepOf(note - detune);
     mRightStep = stepOf(note + detune);
     mSubStep = stepOf(note - 12.0);
 
-    const double octaves = inControls.cutoffOctaves + inControls.contourOctaves * mEnvelope.Level();
+    const double octaves = inControls.mCutoffOctaves + inControls.mContourOctaves * mEnvelope.Level();
     const double cutoff = std::clamp(std::exp2(octaves), kLowestCutoff, highest);
-    const double target = std::tan(std::numbers::pi * cutoff / inControls.sampleRate);
+    const double target = std::tan(std::numbers::pi * cutoff / inControls.mSampleRate);
     if (mFresh)
     {
         mFilterG = target;
@@ -141,22 +141,22 @@ void CSynthVoice::Render(const SVoiceControls& inControls, SVoiceOutput& ioSum) 
         UpdateControls(inControls);
     --mSamplesToUpdate;
     mFilterG += mFilterGStep;
-    mGain += (mTargetGain - mGain) * inControls.gainGlide;
-    const double amplitude = mGain * mEnvelope.Next(inControls.envelope);
+    mGain += (mTargetGain - mGain) * inControls.mGainGlide;
+    const double amplitude = mGain * mEnvelope.Next(inControls.mEnvelope);
 
-    const double one = mLeftOscillator.Next(mLeftStep, inControls.shape);
-    const double two = mRightOscillator.Next(mRightStep, inControls.shape);
+    const double one = mLeftOscillator.Next(mLeftStep, inControls.mShape);
+    const double two = mRightOscillator.Next(mRightStep, inControls.mShape);
     const double sub = std::sin(2.0 * std::numbers::pi * mSubPhase);
     mSubPhase = Wrapped(mSubPhase + mSubStep);
 
     const double left = one + kCross * (two - one);
     const double right = two + kCross * (one - two);
     // An emphasised filter is fed less, so that it gets no louder.
-    const double drive = 0.4 + 0.3 * inControls.damping;
-    const double body = inControls.subLevel * sub;
-    ioSum.mainLeft += amplitude * mLeftFilter.Next(drive * (left + body), mFilterG, inControls.damping);
-    ioSum.mainRight += amplitude * mRightFilter.Next(drive * (right + body), mFilterG, inControls.damping);
-    ioSum.dryLeft += amplitude * left;
-    ioSum.dryRight += amplitude * right;
-    ioSum.sub += kSubPortGain * amplitude * sub;
+    const double drive = 0.4 + 0.3 * inControls.mDamping;
+    const double body = inControls.mSubLevel * sub;
+    ioSum.mMainLeft += amplitude * mLeftFilter.Next(drive * (left + body), mFilterG, inControls.mDamping);
+    ioSum.mMainRight += amplitude * mRightFilter.Next(drive * (right + body), mFilterG, inControls.mDamping);
+    ioSum.mDryLeft += amplitude * left;
+    ioSum.mDryRight += amplitude * right;
+    ioSum.mSub += kSubPortGain * amplitude * sub;
 }

@@ -6,26 +6,26 @@
 /** What all voices share at one sample; times are in samples, levels linear. */
 struct SVoiceControls
 {
-    double sampleRate = 44100.0; // Hz
-    SEnvelopeShape envelope;
-    double transposition = 0.0;  // semitones: pitch bend and vibrato
-    double cutoffOctaves = 10.0; // above 1 Hz
-    double damping = 2.0;        // of the filter: 2 is no emphasis, 0 would be an oscillation
-    double contourOctaves = 0.0;
-    double shape = 0.0;           // 0 saw, 1 square
-    double detuneSemitones = 0.0; // between the two oscillators
-    double subLevel = 0.0;
-    double gainGlide = 1.0; // part of the way to its velocity's gain that one sample goes
+    double mSampleRate = 44100.0; // Hz
+    SEnvelopeShape mEnvelope;
+    double mTransposition = 0.0;  // semitones: pitch bend and vibrato
+    double mCutoffOctaves = 10.0; // above 1 Hz
+    double mDamping = 2.0;        // of the filter: 2 is no emphasis, 0 would be an oscillation
+    double mContourOctaves = 0.0;
+    double mShape = 0.0;           // 0 saw, 1 square
+    double mDetuneSemitones = 0.0; // between the two oscillators
+    double mSubLevel = 0.0;
+    double mGainGlide = 1.0; // part of the way to its velocity's gain that one sample goes
 };
 
 /** One sample of a voice: filtered, unfiltered, and the sub-oscillator alone. */
 struct SVoiceOutput
 {
-    double mainLeft = 0.0;
-    double mainRight = 0.0;
-    double dryLeft = 0.0;
-    double dryRight = 0.0;
-    double sub = 0.0;
+    double mMainLeft = 0.0;
+    double mMainRight = 0.0;
+    double mDryLeft = 0.0;
+    double mDryRight = 0.0;
+    double mSub = 0.0;
 };
 
 /**

@@ -65,12 +65,12 @@ using PointerReply = std::unique_ptr<xcb_query_pointer_reply_t, SFree>;
 SPointerState StateFromMask(std::uint32_t inMask)
 {
     SPointerState state;
-    state.primaryButton = (inMask & XCB_BUTTON_MASK_1) != 0;
-    state.secondaryButton = (inMask & XCB_BUTTON_MASK_3) != 0; // the server counts the middle button second
-    state.shift = (inMask & XCB_MOD_MASK_SHIFT) != 0;
-    state.control = (inMask & XCB_MOD_MASK_CONTROL) != 0;
-    state.option = (inMask & XCB_MOD_MASK_1) != 0;
-    state.command = (inMask & XCB_MOD_MASK_4) != 0;
+    state.mPrimaryButton = (inMask & XCB_BUTTON_MASK_1) != 0;
+    state.mSecondaryButton = (inMask & XCB_BUTTON_MASK_3) != 0; // the server counts the middle button second
+    state.mShift = (inMask & XCB_MOD_MASK_SHIFT) != 0;
+    state.mControl = (inMask & XCB_MOD_MASK_CONTROL) != 0;
+    state.mOption = (inMask & XCB_MOD_MASK_1) != 0;
+    state.mCommand = (inMask & XCB_MOD_MASK_4) != 0;
     return state;
 }
 

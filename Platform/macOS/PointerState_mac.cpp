@@ -15,11 +15,11 @@ SPointerState GetPointerState() noexcept
     const std::uint32_t buttons = GetCurrentButtonState();
     const std::uint32_t keys = GetCurrentKeyModifiers();
     SPointerState state;
-    state.primaryButton = (buttons & kPrimaryButton) != 0;
-    state.secondaryButton = (buttons & kSecondaryButton) != 0;
-    state.shift = (keys & static_cast<std::uint32_t>(shiftKey)) != 0;
-    state.command = (keys & static_cast<std::uint32_t>(cmdKey)) != 0;
-    state.option = (keys & static_cast<std::uint32_t>(optionKey)) != 0;
-    state.control = (keys & static_cast<std::uint32_t>(controlKey)) != 0;
+    state.mPrimaryButton = (buttons & kPrimaryButton) != 0;
+    state.mSecondaryButton = (buttons & kSecondaryButton) != 0;
+    state.mShift = (keys & static_cast<std::uint32_t>(shiftKey)) != 0;
+    state.mCommand = (keys & static_cast<std::uint32_t>(cmdKey)) != 0;
+    state.mOption = (keys & static_cast<std::uint32_t>(optionKey)) != 0;
+    state.mControl = (keys & static_cast<std::uint32_t>(controlKey)) != 0;
     return state;
 }

@@ -38,7 +38,7 @@ bool CSysexInput::Concerns(std::span<const AAX_CMidiPacket> inPackets) const noe
 void CSysexInput::Forward(std::span<const AAX_CMidiPacket> inPackets, std::uint32_t inFirstFrame,
                           std::uint32_t inEndFrame, CVst2Plugin& ioPlugin)
 {
-    mEvents.numEvents = 0; // there are some left where the plug-in threw
+    mEvents.mNumEvents = 0; // there are some left where the plug-in threw
     for (const AAX_CMidiPacket& packet : inPackets)
         if (packet.mTimestamp >= inFirstFrame && packet.mTimestamp < inEndFrame)
             Take(packet, inFirstFrame, ioPlugin);
@@ -105,15 +105,15 @@ template <typename Event>
 Event& CSysexInput::Add(std::int32_t inType, std::int32_t inFrame, std::vector<Event>& ioEvents,
                         CVst2Plugin& ioPlugin)
 {
-    if (static_cast<std::size_t>(mEvents.numEvents) == kMostEvents)
+    if (static_cast<std::size_t>(mEvents.mNumEvents) == kMostEvents)
         Flush(ioPlugin);
-    const auto place = static_cast<std::size_t>(mEvents.numEvents++);
+    const auto place = static_cast<std::size_t>(mEvents.mNumEvents++);
     Event& event = ioEvents[place];
     event = {};
     event.type = inType;
     event.byteSize = sizeof(event);
     event.deltaFrames = inFrame;
-    mEvents.events[place] = reinterpret_cast<VstEvent*>(&event);
+    mEvents.mEvents[place] = reinterpret_cast<VstEvent*>(&event);
     return event;
 }
 
@@ -133,9 +133,9 @@ void CSysexInput::AddMessage(std::int32_t inFrame, CVst2Plugin& ioPlugin)
 
 void CSysexInput::Flush(CVst2Plugin& ioPlugin)
 {
-    if (mEvents.numEvents > 0)
+    if (mEvents.mNumEvents > 0)
         ioPlugin.ProcessEvents(reinterpret_cast<VstEvents*>(&mEvents));
-    mEvents.numEvents = 0;
+    mEvents.mNumEvents = 0;
     std::copy(mBytes.begin() + static_cast<std::ptrdiff_t>(mBegin),
               mBytes.begin() + static_cast<std::ptrdiff_t>(mEnd), mBytes.begin());
     mEnd -= mBegin;

@@ -37,9 +37,9 @@ private:
     static constexpr std::size_t kMostEvents = CVst2Plugin::kMaxEvents;
     struct SEvents
     {
-        std::int32_t numEvents = 0;
-        VstIntPtr reserved = 0;
-        std::array<VstEvent*, kMostEvents> events{};
+        std::int32_t mNumEvents = 0;
+        VstIntPtr mReserved = 0;
+        std::array<VstEvent*, kMostEvents> mEvents{};
     };
     enum class EState
     {

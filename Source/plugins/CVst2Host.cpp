@@ -186,12 +186,12 @@ VstIntPtr CVst2Host::AudioMasterCallback(AEffect* inEffect, std::int32_t inOpcod
                                          VstIntPtr inValue, void* inPointer, float inOpt) noexcept
 {
     const CEffectRegistry::SOwner owner = gEffectRegistry.Find(inEffect);
-    if (owner.host == nullptr)
+    if (owner.mHost == nullptr)
         return AnswerUnmatchedCall(inOpcode, inPointer, kEntryHostVersion);
     // Ahead of all others: asked in every block, by some plug-ins for every sample.
     if (inOpcode == audioMasterGetTime)
-        return reinterpret_cast<VstIntPtr>(&owner.host->mTimeInfo);
-    return owner.host->AnswerContained(owner.plugin, inOpcode, inIndex, inValue, inPointer, inOpt);
+        return reinterpret_cast<VstIntPtr>(&owner.mHost->mTimeInfo);
+    return owner.mHost->AnswerContained(owner.mPlugin, inOpcode, inIndex, inValue, inPointer, inOpt);
 }
 
 VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,
@@ -222,7 +222,7 @@ std::optional<VstIntPtr> CVst2Host::AnswerAhead(const SHostCall& inCall)
 VstIntPtr CVst2Host::OnAudioMasterCallback(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inIndex,
                                            VstIntPtr /*inValue*/, void* inPointer, float /*inOpt*/)
 {
-    return Answer(gEffectRegistry.Find(inEffect, this).plugin, inOpcode, inIndex, inPointer);
+    return Answer(gEffectRegistry.Find(inEffect, this).mPlugin, inOpcode, inIndex, inPointer);
 }
 
 VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::int32_t inIndex,

@@ -72,7 +72,7 @@ public:
      */
     void ProcessEvents(long inCount, unsigned long* inMessages, unsigned long* inOffsets)
     {
-        mEventBlock.numEvents = static_cast<std::int32_t>(inCount);
+        mEventBlock.mNumEvents = static_cast<std::int32_t>(inCount);
         if (inCount != 0) // in most blocks there are none
             DeliverEvents(inCount, inMessages, inOffsets);
     }
@@ -222,9 +222,9 @@ private:
     /** A VstEvents with room for kMaxEvents pointers. */
     struct SEventBlock
     {
-        std::int32_t numEvents = 0;
-        VstIntPtr reserved = 0;
-        std::array<VstMidiEvent*, kMaxEvents> events{};
+        std::int32_t mNumEvents = 0;
+        VstIntPtr mReserved = 0;
+        std::array<VstMidiEvent*, kMaxEvents> mEvents{};
     };
 
     bool LoadEffect(const char* inUtf8Path, CVst2Host& inHost);

@@ -54,7 +54,7 @@ inline void CVst2Plugin::SetEvent(long inSlot, std::uint32_t inMidiBytes, std::i
     std::memcpy(event.midiData, &inMidiBytes, sizeof(event.midiData));
     event.detune = 0;
     // Set again each time: plug-ins sort the pointers in place.
-    mEventBlock.events[slot] = &event;
+    mEventBlock.mEvents[slot] = &event;
 }
 
 void CVst2Plugin::DeliverEvents(long inCount, const unsigned long* inMessages, const unsigned long* inOffsets)
@@ -85,14 +85,14 @@ void CVst2Plugin::ProcessEvents(std::span<const SMidiMsg> inMessages)
     const std::size_t examined = std::min(inMessages.size(), static_cast<std::size_t>(kMaxEvents));
     for (const SMidiMsg& message : inMessages.first(examined))
     {
-        if (message.target < 0 || message.target == GetMasterIndex())
+        if (message.mTarget < 0 || message.mTarget == GetMasterIndex())
         {
             std::uint32_t midiBytes = 0;
-            std::memcpy(&midiBytes, message.midiBytes.data(), sizeof(midiBytes));
+            std::memcpy(&midiBytes, message.mMidiBytes.data(), sizeof(midiBytes));
             SetEvent(filled++, midiBytes, 0);
         }
     }
-    mEventBlock.numEvents = static_cast<std::int32_t>(filled);
+    mEventBlock.mNumEvents = static_cast<std::int32_t>(filled);
     ProcessEvents(EventBlock());
 }
 
@@ -105,7 +105,7 @@ void CVst2Plugin::ProcessEvents(VstEvents* inEvents)
 VstEvents* CVst2Plugin::EventBlock()
 {
     static_assert(std::is_standard_layout_v<SEventBlock>);
-    static_assert(offsetof(SEventBlock, numEvents) == offsetof(VstEvents, numEvents));
-    static_assert(offsetof(SEventBlock, events) == offsetof(VstEvents, events));
+    static_assert(offsetof(SEventBlock, mNumEvents) == offsetof(VstEvents, numEvents));
+    static_assert(offsetof(SEventBlock, mEvents) == offsetof(VstEvents, events));
     return reinterpret_cast<VstEvents*>(&mEventBlock);
 }

@@ -15,9 +15,9 @@ CEffectRegistry::~CEffectRegistry()
 {
     for (const SSlot& first : mBuckets)
     {
-        for (SSlot* slot = first.next.load(); slot != nullptr;)
+        for (SSlot* slot = first.mNext.load(); slot != nullptr;)
         {
-            SSlot* const next = slot->next.load();
+            SSlot* const next = slot->mNext.load();
             delete slot;
             slot = next;
         }
@@ -29,24 +29,24 @@ void CEffectRegistry::Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inP
 {
     const std::lock_guard lock(gWriters);
     SSlot& slot = FreeSlot(mBuckets[BucketOf(inEffect)]);
-    slot.host.store(inHost, std::memory_order_release);
-    slot.plugin.store(inPlugin, std::memory_order_release);
-    slot.order.store((static_cast<std::uint64_t>(inHostSerial) << 32) | ++mAdded, std::memory_order_release);
-    slot.effect.store(inEffect, std::memory_order_release);
+    slot.mHost.store(inHost, std::memory_order_release);
+    slot.mPlugin.store(inPlugin, std::memory_order_release);
+    slot.mOrder.store((static_cast<std::uint64_t>(inHostSerial) << 32) | ++mAdded, std::memory_order_release);
+    slot.mEffect.store(inEffect, std::memory_order_release);
 }
 
 void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
 {
     const std::lock_guard lock(gWriters);
     if (SSlot* const slot = FindSlot(inEffect, inPlugin))
-        slot->order.store(slot->order.load() | kClosing, std::memory_order_release);
+        slot->mOrder.store(slot->mOrder.load() | kClosing, std::memory_order_release);
 }
 
 void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
 {
     const std::lock_guard lock(gWriters);
     if (SSlot* const slot = FindSlot(inEffect, inPlugin))
-        slot->effect.store(nullptr, std::memory_order_release);
+        slot->mEffect.store(nullptr, std::memory_order_release);
 }
 
 CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,
@@ -55,21 +55,21 @@ CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,
     if (inEffect == nullptr)
         return nullptr;
     SSlot* slot = &mBuckets[BucketOf(inEffect)];
-    while (slot != nullptr && (slot->effect.load() != inEffect || slot->plugin.load() != inPlugin))
-        slot = slot->next.load();
+    while (slot != nullptr && (slot->mEffect.load() != inEffect || slot->mPlugin.load() != inPlugin))
+        slot = slot->mNext.load();
     return slot;
 }
 
 CEffectRegistry::SSlot& CEffectRegistry::FreeSlot(SSlot& inFirst)
 {
     SSlot* slot = &inFirst;
-    while (slot->effect.load() != nullptr)
+    while (slot->mEffect.load() != nullptr)
     {
-        SSlot* next = slot->next.load();
+        SSlot* next = slot->mNext.load();
         if (next == nullptr)
         {
             next = new SSlot; // belongs to the chain, freed in the destructor
-            slot->next.store(next, std::memory_order_release);
+            slot->mNext.store(next, std::memory_order_release);
         }
         slot = next;
     }

@@ -41,8 +41,8 @@ public:
 
     struct SOwner
     {
-        CVst2Host* host = nullptr;
-        CVst2Plugin* plugin = nullptr;
+        CVst2Host* mHost = nullptr;
+        CVst2Plugin* mPlugin = nullptr;
     };
     /**
      * @param inHost when not null, only this host's plug-ins are looked at.
@@ -61,11 +61,11 @@ private:
      * before and after the rest. */
     struct SSlot
     {
-        std::atomic<AEffect*> effect = nullptr; // null: free
-        std::atomic<CVst2Host*> host = nullptr;
-        std::atomic<CVst2Plugin*> plugin = nullptr;
-        std::atomic<std::uint64_t> order = 0; // of the host and of the addition; kClosing is set at the end
-        std::atomic<SSlot*> next = nullptr;
+        std::atomic<AEffect*> mEffect = nullptr; // null: free
+        std::atomic<CVst2Host*> mHost = nullptr;
+        std::atomic<CVst2Plugin*> mPlugin = nullptr;
+        std::atomic<std::uint64_t> mOrder = 0; // of the host and of the addition; kClosing is set at the end
+        std::atomic<SSlot*> mNext = nullptr;
     };
 
     static std::size_t BucketOf(const AEffect* inEffect) noexcept;
@@ -102,16 +102,16 @@ inline CEffectRegistry::SOwner CEffectRegistry::Find(const AEffect* inEffect,
         return owner;
     std::uint64_t lowest = UINT64_MAX;
     for (const SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr;
-         slot = slot->next.load(std::memory_order_acquire))
+         slot = slot->mNext.load(std::memory_order_acquire))
     {
-        if (slot->effect.load(std::memory_order_acquire) != inEffect)
+        if (slot->mEffect.load(std::memory_order_acquire) != inEffect)
             continue;
-        const SOwner candidate{slot->host.load(std::memory_order_acquire),
-                               slot->plugin.load(std::memory_order_acquire)};
-        const std::uint64_t order = slot->order.load(std::memory_order_acquire);
+        const SOwner candidate{slot->mHost.load(std::memory_order_acquire),
+                               slot->mPlugin.load(std::memory_order_acquire)};
+        const std::uint64_t order = slot->mOrder.load(std::memory_order_acquire);
         // Read again: the slot may have passed to another effect in between.
-        const bool isWhole = slot->effect.load(std::memory_order_acquire) == inEffect;
-        if (isWhole && order < lowest && (inHost == nullptr || candidate.host == inHost))
+        const bool isWhole = slot->mEffect.load(std::memory_order_acquire) == inEffect;
+        if (isWhole && order < lowest && (inHost == nullptr || candidate.mHost == inHost))
         {
             owner = candidate;
             lowest = order;

@@ -39,26 +39,26 @@ bool IRoutingObject::SetOutput(IRoutingObject* inTarget, float inVolume, const c
         return false;
     const auto found =
         std::find_if(mOutputs.begin(), mOutputs.end(),
-                     [inTarget](const SOutputObject& inLink) { return inLink.target == inTarget; });
+                     [inTarget](const SOutputObject& inLink) { return inLink.mTarget == inTarget; });
     if (found == mOutputs.end())
     {
         if (ThisOutputLeadsToDeadLock(inTarget))
             return false;
         SOutputObject& link = mOutputs.emplace_back();
-        link.target = inTarget;
-        link.volume = inVolume;
-        link.hasName = inName != nullptr;
-        CopyBounded(link.name, inName);
+        link.mTarget = inTarget;
+        link.mVolume = inVolume;
+        link.mHasName = inName != nullptr;
+        CopyBounded(link.mName, inName);
         inTarget->SetInput(this, false);
         return true;
     }
     if (inVolume >= 0.0F)
     {
-        found->volume = inVolume;
+        found->mVolume = inVolume;
         if (inName != nullptr)
         {
-            CopyBounded(found->name, inName);
-            found->hasName = true;
+            CopyBounded(found->mName, inName);
+            found->mHasName = true;
         }
         return true;
     }

@@ -8,10 +8,10 @@ class IRoutingObject;
 /** One output link of a node. */
 struct SOutputObject
 {
-    IRoutingObject* target = nullptr; // not owned
-    float volume = 0.0F;              // linear
-    std::array<char, 512> name{};
-    bool hasName = false;
+    IRoutingObject* mTarget = nullptr; // not owned
+    float mVolume = 0.0F;              // linear
+    std::array<char, 512> mName{};
+    bool mHasName = false;
 };
 
 /**

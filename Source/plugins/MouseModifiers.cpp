@@ -5,9 +5,9 @@
 unsigned long ModifierBits(const SPointerState& inState) noexcept
 {
     unsigned long bits = kMouseModAlways;
-    bits |= inState.shift ? kMouseModShift : 0UL;
-    bits |= inState.command ? kMouseModCommand : 0UL;
-    bits |= inState.secondaryButton || inState.control ? kMouseModSecondary : 0UL;
+    bits |= inState.mShift ? kMouseModShift : 0UL;
+    bits |= inState.mCommand ? kMouseModCommand : 0UL;
+    bits |= inState.mSecondaryButton || inState.mControl ? kMouseModSecondary : 0UL;
     return bits;
 }
 

@@ -7,6 +7,6 @@ struct SMidiMsg
 {
     static constexpr long kEveryPlugin = -1;
 
-    std::array<std::uint8_t, 4> midiBytes{}; // status byte first; bytes beyond the message are 0
-    long target = kEveryPlugin;              // negative: every plug-in; else the one with this master index
+    std::array<std::uint8_t, 4> mMidiBytes{}; // status byte first; bytes beyond the message are 0
+    long mTarget = kEveryPlugin;              // negative: every plug-in; else the one with this master index
 };

@@ -20,9 +20,9 @@ enum class EArgument
 };
 struct SOpcode
 {
-    const char* name;
-    std::int32_t number;
-    EArgument argument;
+    const char* mName;
+    std::int32_t mNumber;
+    EArgument mArgument;
 };
 constexpr SOpcode kOpcodes[] = {
     {"effOpen", effOpen, EArgument::kNone},
@@ -70,19 +70,19 @@ std::string Line(std::int32_t inOpcode, const SDispatch& inCall)
 {
     const auto* const found =
         std::find_if(std::begin(kOpcodes), std::end(kOpcodes),
-                     [inOpcode](const SOpcode& inEntry) { return inEntry.number == inOpcode; });
+                     [inOpcode](const SOpcode& inEntry) { return inEntry.mNumber == inOpcode; });
     if (found == std::end(kOpcodes))
         return "opcode " + std::to_string(inOpcode);
-    const std::string name = found->name;
-    switch (found->argument)
+    const std::string name = found->mName;
+    switch (found->mArgument)
     {
-    case EArgument::kIndex: return name + " " + std::to_string(inCall.index);
-    case EArgument::kValue: return name + " " + std::to_string(inCall.value);
-    case EArgument::kOpt: return name + " " + Number(inCall.opt);
+    case EArgument::kIndex: return name + " " + std::to_string(inCall.mIndex);
+    case EArgument::kValue: return name + " " + std::to_string(inCall.mValue);
+    case EArgument::kOpt: return name + " " + Number(inCall.mOpt);
     case EArgument::kNone: break;
     }
     return inOpcode == effCanDo || inOpcode == effSetProgramName
-               ? name + " " + static_cast<const char*>(inCall.pointer)
+               ? name + " " + static_cast<const char*>(inCall.mPointer)
                : name;
 }
 
@@ -109,18 +109,18 @@ VstIntPtr GiveName(const std::vector<std::string>& inNames, std::int32_t inIndex
 
 SPluginSettings::SPluginSettings()
 {
-    shape.magic = kEffectMagic;
-    shape.uniqueID = 0x54657374;
-    shape.version = 1;
-    texts[{effGetEffectName, 0}] = "Scripted";
+    mShape.magic = kEffectMagic;
+    mShape.uniqueID = 0x54657374;
+    mShape.version = 1;
+    mTexts[{effGetEffectName, 0}] = "Scripted";
 }
 
 void SPluginScript::Reset()
 {
     static_cast<SPluginSettings&>(*this) = {};
-    instances.clear();
-    events.clear();
-    outOfRangeCalls = 0;
+    mInstances.clear();
+    mEvents.clear();
+    mOutOfRangeCalls = 0;
     (void)TakeLog(); // emptied
 }
 
@@ -138,42 +138,42 @@ std::vector<std::string> SPluginScript::TakeLog()
 
 AEffect* SPluginScript::Enter(audioMasterCallback inHost)
 {
-    if (onEntry)
-        onEntry(inHost);
-    if (faults.count(kEntry) != 0)
+    if (mOnEntry)
+        mOnEntry(inHost);
+    if (mFaults.count(kEntry) != 0)
         throw SScriptedFault{};
-    if (entryReturnsNull)
+    if (mEntryReturnsNull)
         return nullptr;
-    if (!sharesOneEffect || instances.empty())
-        instances.push_back(std::make_unique<ScriptedEffect>(*this, inHost));
-    return &instances.back()->Effect();
+    if (!mSharesOneEffect || mInstances.empty())
+        mInstances.push_back(std::make_unique<ScriptedEffect>(*this, inHost));
+    return &mInstances.back()->Effect();
 }
 
 ScriptedEffect::ScriptedEffect(SPluginScript& inScript, audioMasterCallback inHost)
     : mScript(inScript),
       mHost(inHost),
-      mEffect(inScript.shape),
-      mParameters(inScript.parameters),
-      mBankChunk(inScript.bankChunk),
-      mProgramChunk(inScript.programChunk)
+      mEffect(inScript.mShape),
+      mParameters(inScript.mParameters),
+      mBankChunk(inScript.mBankChunk),
+      mProgramChunk(inScript.mProgramChunk)
 {
     mEffect.dispatcher = Dispatch;
     mEffect.setParameter = SetParameter;
     mEffect.getParameter = GetParameter;
     mEffect.processReplacing = Process;
     mEffect.object = this;
-    if (!mScript.shapes.empty())
+    if (!mScript.mShapes.empty())
     {
-        mShape = mScript.shapes.front();
-        if (mScript.shapes.size() > 1)
-            mScript.shapes.erase(mScript.shapes.begin());
-        mEffect.numInputs = mShape->numInputs;
-        mEffect.numOutputs = mShape->numOutputs;
+        mShape = mScript.mShapes.front();
+        if (mScript.mShapes.size() > 1)
+            mScript.mShapes.erase(mScript.mShapes.begin());
+        mEffect.numInputs = mShape->mNumInputs;
+        mEffect.numOutputs = mShape->mNumOutputs;
     }
     if (!mParameters.empty())
         mEffect.numParams = static_cast<std::int32_t>(mParameters.size());
-    if (mScript.onCreate)
-        mScript.onCreate(mEffect);
+    if (mScript.mOnCreate)
+        mScript.mOnCreate(mEffect);
 }
 
 VstIntPtr ScriptedEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, void* inPointer, float inOpt,
@@ -189,43 +189,43 @@ VstIntPtr ScriptedEffect::Dispatch(AEffect* inEffect, std::int32_t inOpcode, std
     SPluginScript& script = self.mScript;
     const SDispatch call{inIndex, inValue, inPointer, inOpt};
     script.Log(Line(inOpcode, call));
-    if (script.faults.count(inOpcode) != 0)
+    if (script.mFaults.count(inOpcode) != 0)
         throw SScriptedFault{};
-    if (const auto hook = script.hooks.find(inOpcode); hook != script.hooks.end())
+    if (const auto hook = script.mHooks.find(inOpcode); hook != script.mHooks.end())
         hook->second(self, call);
-    const auto result = script.results.find(inOpcode);
+    const auto result = script.mResults.find(inOpcode);
     const VstIntPtr answer = self.Answer(inOpcode, call);
-    if (inOpcode == effClose && !script.sharesOneEffect)
-        std::erase_if(script.instances, [&self](const auto& inOther) { return inOther.get() == &self; });
-    return result != script.results.end() ? result->second : answer;
+    if (inOpcode == effClose && !script.mSharesOneEffect)
+        std::erase_if(script.mInstances, [&self](const auto& inOther) { return inOther.get() == &self; });
+    return result != script.mResults.end() ? result->second : answer;
 }
 
 VstIntPtr ScriptedEffect::Answer(std::int32_t inOpcode, const SDispatch& inCall)
 {
-    if (const auto text = mScript.texts.find({inOpcode, inCall.index}); text != mScript.texts.end())
+    if (const auto text = mScript.mTexts.find({inOpcode, inCall.mIndex}); text != mScript.mTexts.end())
     {
-        std::memcpy(inCall.pointer, text->second.c_str(), text->second.size() + 1);
+        std::memcpy(inCall.mPointer, text->second.c_str(), text->second.size() + 1);
         return 1;
     }
     switch (inOpcode)
     {
-    case effSetProgram: mProgram = static_cast<std::int32_t>(inCall.value); return 0;
+    case effSetProgram: mProgram = static_cast<std::int32_t>(inCall.mValue); return 0;
     case effGetProgram: return mProgram;
     case effEditGetRect:
-        *static_cast<ERect**>(inCall.pointer) = mScript.givesEditorSize ? &mScript.editorSize : nullptr;
-        return mScript.givesEditorSize ? 1 : 0;
+        *static_cast<ERect**>(inCall.mPointer) = mScript.mGivesEditorSize ? &mScript.mEditorSize : nullptr;
+        return mScript.mGivesEditorSize ? 1 : 0;
     case effEditOpen: return 1;
-    case effGetChunk: return GiveChunk(inCall.index == 0 ? mBankChunk : mProgramChunk, inCall.pointer);
+    case effGetChunk: return GiveChunk(inCall.mIndex == 0 ? mBankChunk : mProgramChunk, inCall.mPointer);
     case effSetChunk:
     {
-        const auto* const bytes = static_cast<const std::uint8_t*>(inCall.pointer);
-        (inCall.index == 0 ? mBankChunk : mProgramChunk).assign(bytes, bytes + inCall.value);
+        const auto* const bytes = static_cast<const std::uint8_t*>(inCall.mPointer);
+        (inCall.mIndex == 0 ? mBankChunk : mProgramChunk).assign(bytes, bytes + inCall.mValue);
         return 1;
     }
-    case effProcessEvents: RecordEvents(*static_cast<const VstEvents*>(inCall.pointer)); return 1;
-    case effGetInputProperties: return AnswerPin(mShape ? mShape->inputPins : mScript.inputPins, inCall);
-    case effGetOutputProperties: return AnswerPin(mShape ? mShape->outputPins : mScript.outputPins, inCall);
-    case effCanDo: return mShape ? mShape->canDo : 0;
+    case effProcessEvents: RecordEvents(*static_cast<const VstEvents*>(inCall.mPointer)); return 1;
+    case effGetInputProperties: return AnswerPin(mShape ? mShape->mInputPins : mScript.mInputPins, inCall);
+    case effGetOutputProperties: return AnswerPin(mShape ? mShape->mOutputPins : mScript.mOutputPins, inCall);
+    case effCanDo: return mShape ? mShape->mCanDo : 0;
     case effGetMidiProgramName:
     case effGetMidiProgramCategory: return AnswerMidi(inOpcode, inCall);
     default: return 0;
@@ -234,32 +234,32 @@ VstIntPtr ScriptedEffect::Answer(std::int32_t inOpcode, const SDispatch& inCall)
 
 VstIntPtr ScriptedEffect::AnswerPin(const std::vector<SScriptedPin>& inPins, const SDispatch& inCall) const
 {
-    if (static_cast<std::size_t>(inCall.index) >= inPins.size())
+    if (static_cast<std::size_t>(inCall.mIndex) >= inPins.size())
         return 0;
-    const SScriptedPin& pin = inPins[static_cast<std::size_t>(inCall.index)];
-    auto& properties = *static_cast<VstPinProperties*>(inCall.pointer);
-    std::memcpy(properties.label, pin.label.c_str(),
-                std::min(pin.label.size() + 1, sizeof(properties.label)));
-    properties.flags = pin.flags;
+    const SScriptedPin& pin = inPins[static_cast<std::size_t>(inCall.mIndex)];
+    auto& properties = *static_cast<VstPinProperties*>(inCall.mPointer);
+    std::memcpy(properties.label, pin.mLabel.c_str(),
+                std::min(pin.mLabel.size() + 1, sizeof(properties.label)));
+    properties.flags = pin.mFlags;
     return 1;
 }
 
 VstIntPtr ScriptedEffect::AnswerMidi(std::int32_t inOpcode, const SDispatch& inCall) const
 {
     if (inOpcode == effGetMidiProgramCategory)
-        return GiveName<MidiProgramCategory>(mScript.midiCategories, inCall.index, inCall.pointer);
-    auto& program = *static_cast<MidiProgramName*>(inCall.pointer);
-    program.parentCategoryIndex = mScript.midiParent;
+        return GiveName<MidiProgramCategory>(mScript.mMidiCategories, inCall.mIndex, inCall.mPointer);
+    auto& program = *static_cast<MidiProgramName*>(inCall.mPointer);
+    program.parentCategoryIndex = mScript.mMidiParent;
     program.midiBankLsb = static_cast<char>(-3);
     program.midiBankMsb = 5;
-    return GiveName<MidiProgramName>(mScript.midiPrograms, inCall.index, inCall.pointer);
+    return GiveName<MidiProgramName>(mScript.mMidiPrograms, inCall.mIndex, inCall.mPointer);
 }
 
 void ScriptedEffect::RecordEvents(const VstEvents& inEvents)
 {
     constexpr std::int32_t kMostRead = 300;
     const VstEvent* const* const list = inEvents.events;
-    std::vector<VstMidiEvent>& events = mScript.events.emplace_back();
+    std::vector<VstMidiEvent>& events = mScript.mEvents.emplace_back();
     for (std::int32_t i = 0; i < std::min(inEvents.numEvents, kMostRead); ++i)
         std::memcpy(&events.emplace_back(), list[i], sizeof(VstMidiEvent));
 }
@@ -271,9 +271,9 @@ void ScriptedEffect::SetParameter(AEffect* inEffect, std::int32_t inIndex, float
     if (!self.HasParameter(inIndex))
         return;
     self.TakeValue(inIndex, inValue);
-    if (self.mScript.reportsSets)
+    if (self.mScript.mReportsSets)
         self.CallHost(audioMasterAutomate, inIndex, nullptr, inValue);
-    if (const auto coupled = self.mScript.coupled.find(inIndex); coupled != self.mScript.coupled.end())
+    if (const auto coupled = self.mScript.mCoupled.find(inIndex); coupled != self.mScript.mCoupled.end())
     {
         for (const std::int32_t other : coupled->second)
         {
@@ -288,15 +288,15 @@ bool ScriptedEffect::HasParameter(std::int32_t inIndex)
     const bool has =
         inIndex >= 0 && inIndex < mEffect.numParams && static_cast<std::size_t>(inIndex) < mParameters.size();
     if (!has)
-        ++mScript.outOfRangeCalls;
+        ++mScript.mOutOfRangeCalls;
     return has;
 }
 
 void ScriptedEffect::TakeValue(std::int32_t inIndex, float inValue)
 {
-    const auto steps = static_cast<float>(mScript.steps);
+    const auto steps = static_cast<float>(mScript.mSteps);
     mParameters.at(static_cast<std::size_t>(inIndex)) =
-        mScript.steps > 0 ? std::round(inValue * steps) / steps : inValue;
+        mScript.mSteps > 0 ? std::round(inValue * steps) / steps : inValue;
 }
 
 float ScriptedEffect::GetParameter(AEffect* inEffect, std::int32_t inIndex)
@@ -309,9 +309,9 @@ void ScriptedEffect::Process(AEffect* inEffect, float** inInputs, float** inOutp
 {
     ScriptedEffect& self = Self(inEffect);
     self.mScript.Log("processReplacing " + std::to_string(inFrames));
-    if (self.mScript.onProcess)
+    if (self.mScript.mOnProcess)
     {
-        self.mScript.onProcess(self, inInputs, inOutputs, inFrames);
+        self.mScript.mOnProcess(self, inInputs, inOutputs, inFrames);
         return;
     }
     for (std::int32_t channel = 0; channel < inEffect->numOutputs; ++channel)

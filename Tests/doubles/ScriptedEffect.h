@@ -17,26 +17,26 @@ class ScriptedEffect;
 /** One dispatcher call as a hook sees it. */
 struct SDispatch
 {
-    std::int32_t index = 0;
-    VstIntPtr value = 0;
-    void* pointer = nullptr;
-    float opt = 0.0F;
+    std::int32_t mIndex = 0;
+    VstIntPtr mValue = 0;
+    void* mPointer = nullptr;
+    float mOpt = 0.0F;
 };
 
 struct SScriptedPin
 {
-    std::string label;
-    std::int32_t flags = 0;
+    std::string mLabel;
+    std::int32_t mFlags = 0;
 };
 
 /** How one instance looks to its host, where instances differ. */
 struct SPluginShape
 {
-    std::int32_t numInputs = 0;
-    std::int32_t numOutputs = 0;
-    std::vector<SScriptedPin> inputPins;
-    std::vector<SScriptedPin> outputPins;
-    VstIntPtr canDo = 0; // answer to every effCanDo
+    std::int32_t mNumInputs = 0;
+    std::int32_t mNumOutputs = 0;
+    std::vector<SScriptedPin> mInputPins;
+    std::vector<SScriptedPin> mOutputPins;
+    VstIntPtr mCanDo = 0; // answer to every effCanDo
 };
 
 /** What a scripted plug-in is and does, the same for all its instances; a test may set it at any time. */
@@ -48,36 +48,36 @@ struct SPluginSettings
 
     SPluginSettings();
 
-    AEffect shape{}; // counts, flags and identity of new instances
+    AEffect mShape{}; // counts, flags and identity of new instances
     std::map<std::pair<std::int32_t, std::int32_t>, std::string>
-        texts;                                 // by opcode and index; else nothing is written
-    std::map<std::int32_t, VstIntPtr> results; // by opcode; go before what would be answered
-    std::vector<SScriptedPin> inputPins;       // pins beyond the last answer 0
-    std::vector<SScriptedPin> outputPins;
+        mTexts;                                 // by opcode and index; else nothing is written
+    std::map<std::int32_t, VstIntPtr> mResults; // by opcode; go before what would be answered
+    std::vector<SScriptedPin> mInputPins;       // pins beyond the last answer 0
+    std::vector<SScriptedPin> mOutputPins;
     // Each new instance takes the first and keeps it, the last one stays for all that follow; where there is
     // none, the pins above and the counts of `shape` hold.
-    std::vector<SPluginShape> shapes;
-    std::vector<float> parameters; // of new instances
-    std::int32_t steps = 0;   // a parameter that is set is rounded to one of so many steps; 0: not at all
-    bool reportsSets = false; // and is automated before setParameter comes back
+    std::vector<SPluginShape> mShapes;
+    std::vector<float> mParameters; // of new instances
+    std::int32_t mSteps = 0;   // a parameter that is set is rounded to one of so many steps; 0: not at all
+    bool mReportsSets = false; // and is automated before setParameter comes back
     std::map<std::int32_t, std::vector<std::int32_t>>
-        coupled; // those that take the same value, and are automated, when the key is set
-    std::vector<std::uint8_t> bankChunk;
-    std::vector<std::uint8_t> programChunk;
-    std::vector<std::string> midiPrograms;
-    std::int32_t midiParent = -1; // the category of each of them
-    std::vector<std::string> midiCategories;
-    ERect editorSize{};
-    bool givesEditorSize = true;
+        mCoupled; // those that take the same value, and are automated, when the key is set
+    std::vector<std::uint8_t> mBankChunk;
+    std::vector<std::uint8_t> mProgramChunk;
+    std::vector<std::string> mMidiPrograms;
+    std::int32_t mMidiParent = -1; // the category of each of them
+    std::vector<std::string> mMidiCategories;
+    ERect mEditorSize{};
+    bool mGivesEditorSize = true;
 
-    std::map<std::int32_t, Hook> hooks; // run after the call is logged and before it is answered; may throw
-    std::function<void(audioMasterCallback)> onEntry; // may throw
-    std::function<void(AEffect&)> onCreate;           // last touch to an instance's record
+    std::map<std::int32_t, Hook> mHooks; // run after the call is logged and before it is answered; may throw
+    std::function<void(audioMasterCallback)> mOnEntry; // may throw
+    std::function<void(AEffect&)> mOnCreate;           // last touch to an instance's record
     std::function<void(ScriptedEffect&, float**, float**, std::int32_t)>
-        onProcess;                 // else inputs are copied to outputs
-    std::set<std::int32_t> faults; // opcodes that throw an exception type of the plug-in's own
-    bool entryReturnsNull = false;
-    bool sharesOneEffect = false; // every entry call gives the first instance
+        mOnProcess;                 // else inputs are copied to outputs
+    std::set<std::int32_t> mFaults; // opcodes that throw an exception type of the plug-in's own
+    bool mEntryReturnsNull = false;
+    bool mSharesOneEffect = false; // every entry call gives the first instance
 };
 
 /**
@@ -89,10 +89,10 @@ struct SPluginSettings
  */
 struct SPluginScript : SPluginSettings
 {
-    std::vector<std::unique_ptr<ScriptedEffect>> instances;
+    std::vector<std::unique_ptr<ScriptedEffect>> mInstances;
     std::vector<std::vector<VstMidiEvent>>
-        events;               // of each effProcessEvents, as many as its record says, at most 300
-    long outOfRangeCalls = 0; // parameter calls with an index that does not exist
+        mEvents;               // of each effProcessEvents, as many as its record says, at most 300
+    long mOutOfRangeCalls = 0; // parameter calls with an index that does not exist
 
     /** Back to the state of a freshly loaded file. */
     void Reset();

@@ -17,7 +17,7 @@ SCRIPTED_EXPORT SPluginScript* GetPluginScript() { return &Script(); }
 SCRIPTED_EXPORT AEffect* SCRIPTED_ENTRY(audioMasterCallback inHost)
 {
 #if defined(SCRIPTED_ENTRY_THROWS)
-    Script().faults.insert(SPluginScript::kEntry);
+    Script().mFaults.insert(SPluginScript::kEntry);
 #endif
     return Script().Enter(inHost);
 }

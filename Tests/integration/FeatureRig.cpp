@@ -18,11 +18,11 @@ fs::path ModuleWith(const std::string& inFeature)
 
 SRig::SRig(const fs::path& inModule) : mBundle(inModule, ScriptedModule::FileOf("scripted_plugin.so"))
 {
-    Script().shape.numInputs = Script().shape.numOutputs = 2;
-    Script().shape.flags = effFlagsHasEditor | effFlagsProgramChunks;
-    Script().shape.numPrograms = 4;
-    Script().results[effCanDo] = 1;
-    Script().bankChunk = {1, 2, 3};
+    Script().mShape.numInputs = Script().mShape.numOutputs = 2;
+    Script().mShape.flags = effFlagsHasEditor | effFlagsProgramChunks;
+    Script().mShape.numPrograms = 4;
+    Script().mResults[effCanDo] = 1;
+    Script().mBankChunk = {1, 2, 3};
 }
 
 SRig::~SRig()
@@ -52,7 +52,7 @@ void SRig::Render(std::int32_t inFrames)
 
 void SRig::InProcess(std::function<void(ScriptedEffect&)> inDo)
 {
-    Script().onProcess = [doing = std::move(inDo)](ScriptedEffect& effect, float**, float**, std::int32_t)
+    Script().mOnProcess = [doing = std::move(inDo)](ScriptedEffect& effect, float**, float**, std::int32_t)
     { doing(effect); };
 }
 

@@ -20,7 +20,7 @@ struct SRig
     ~SRig();
 
     SPluginScript& Script() { return mScript.Script(); }
-    ScriptedEffect& Effect() { return *Script().instances.back(); }
+    ScriptedEffect& Effect() { return *Script().mInstances.back(); }
     /** What the tests change of the script and the host comes before. */
     void Open();
     STransportState& Transport() { return mInstance->Host().Transport().State(); }

@@ -140,7 +140,7 @@ std::string SeeAnswers(SRig& ioRig)
         seen += "; ";
     };
     ioRig.InProcess(ask);
-    ioRig.Script().hooks[effClose] = [&](ScriptedEffect& effect, const SDispatch&)
+    ioRig.Script().mHooks[effClose] = [&](ScriptedEffect& effect, const SDispatch&)
     { seen += effect.CallHost(audioMasterGetDirectory) != 0 ? "still there; " : "gone; "; };
     ioRig.Open();
     ioRig.Render();
@@ -155,9 +155,9 @@ std::string SeeAnswers(SRig& ioRig)
 std::string SeeIdle(SRig& ioRig)
 {
     int calls = 0;
-    ioRig.Script().hooks[effIdle] = [&](ScriptedEffect&, const SDispatch&)
-    { ioRig.Script().results[effIdle] = ++calls < 3 ? 1 : 0; };
-    ioRig.Script().hooks[effOpen] = [](ScriptedEffect& effect, const SDispatch&)
+    ioRig.Script().mHooks[effIdle] = [&](ScriptedEffect&, const SDispatch&)
+    { ioRig.Script().mResults[effIdle] = ++calls < 3 ? 1 : 0; };
+    ioRig.Script().mHooks[effOpen] = [](ScriptedEffect& effect, const SDispatch&)
     { (void)effect.CallHost(audioMasterNeedIdle); };
     ioRig.Open();
     for (int i = 0; i < 10; ++i)
@@ -170,7 +170,7 @@ std::string SeeIdle(SRig& ioRig)
 
 std::string SeeResize(SRig& ioRig)
 {
-    ioRig.Script().editorSize = {0, 0, 100, 200};
+    ioRig.Script().mEditorSize = {0, 0, 100, 200};
     ioRig.Open();
     Expect(ioRig.mInstance->OpenGUI());
     AAX_IACFEffectGUI& gui = *ioRig.mInstance->GUI();
@@ -198,7 +198,7 @@ std::string SeeResize(SRig& ioRig)
     look(answer);
     (void)gui.TimerWakeup();
     look(answer);
-    ioRig.Script().editorSize = {0, 0, 50, 60}; // by itself
+    ioRig.Script().mEditorSize = {0, 0, 50, 60}; // by itself
     (void)gui.TimerWakeup();
     (void)gui.TimerWakeup();
     look(0);
@@ -233,9 +233,9 @@ std::string SeeMidiOutput(SRig& ioRig)
 std::string SeeSysex(SRig& ioRig)
 {
     std::string seen;
-    ioRig.Script().hooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& call)
+    ioRig.Script().mHooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& call)
     {
-        const auto& list = *static_cast<const VstEvents*>(call.pointer);
+        const auto& list = *static_cast<const VstEvents*>(call.mPointer);
         for (std::int32_t i = 0; i < list.numEvents; ++i)
         {
             const VstEvent& event = *(&list.events[0])[i];

@@ -17,7 +17,7 @@ namespace
 
 std::string SeeParameterSync(SRig& ioRig)
 {
-    ioRig.Script().parameters = {0.25F, 0.5F};
+    ioRig.Script().mParameters = {0.25F, 0.5F};
     ioRig.Open();
     auto& parameters = ioRig.mInstance->Parameters();
     std::string seen;
@@ -49,8 +49,8 @@ std::string SeeParameterSync(SRig& ioRig)
 
 std::string SeeValueTexts(SRig& ioRig)
 {
-    auto& texts = ioRig.Script().texts;
-    ioRig.Script().parameters = {0.5F, 0.25F};
+    auto& texts = ioRig.Script().mTexts;
+    ioRig.Script().mParameters = {0.5F, 0.25F};
     texts[{effGetParamDisplay, 0}] = " 160";
     texts[{effGetParamLabel, 0}] = "ms";
     texts[{effGetParamDisplay, 1}] = "a\x01z\xFFxxxxxxx\xC3\xA4" + std::string(10000, 'x');
@@ -85,10 +85,10 @@ std::string SeeValueTexts(SRig& ioRig)
 
 std::string SeeOutputNames(SRig& ioRig)
 {
-    ioRig.Script().shape.numOutputs = 9;
-    ioRig.Script().outputPins = {{"Main", kVstPinIsStereo}, {}, {" Low\ttom ", kVstPinIsStereo}, {}, // stereo
-                                 {"", kVstPinIsStereo},     {}, {"Ger\xE4t \xC3\xA4"},           {"\x01"},
-                                 {std::string(64, 'x')}};
+    ioRig.Script().mShape.numOutputs = 9;
+    ioRig.Script().mOutputPins = {
+        {"Main", kVstPinIsStereo}, {}, {" Low\ttom ", kVstPinIsStereo}, {}, // stereo
+        {"", kVstPinIsStereo},     {}, {"Ger\xE4t \xC3\xA4"},           {"\x01"}, {std::string(64, 'x')}};
     ioRig.Open();
     std::string seen;
     for (const SAuxStem& stem : ioRig.mModule->Effect().mComponents.at(0).mAuxStems)
@@ -116,9 +116,9 @@ TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
     {
         SCOPED_TRACE(NameOfAnswers(answers));
         SRig rig(ModuleWith("PARAMETER_SYNC"));
-        rig.Script().parameters = {0.0F};
-        rig.Script().steps = 4;
-        rig.Script().reportsSets = true;
+        rig.Script().mParameters = {0.0F};
+        rig.Script().mSteps = 4;
+        rig.Script().mReportsSets = true;
         rig.Open();
         rig.mInstance->Host().Automation().SetAnswers(answers);
         for (const auto& [set, value] : {std::pair(&CInstance::UpdateParameter, 0.3),
@@ -141,7 +141,7 @@ TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
 {
     const auto open = [](SRig& rig)
     {
-        rig.Script().parameters = {0.25F, 0.5F};
+        rig.Script().mParameters = {0.25F, 0.5F};
         rig.Open();
     };
     for (const auto& [from, to] :
@@ -155,7 +155,7 @@ TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
         const SInstanceState saved = Expect(TakeState(*saving.mModule, *saving.mInstance));
         SRig loading(to);
         open(loading);
-        loading.Script().bankChunk = {9};
+        loading.Script().mBankChunk = {9};
         for (const CStateChunk& chunk : saved.mChunks) // the tests' products do not have one identity
         {
             EXPECT_EQ(loading.mInstance->Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()),

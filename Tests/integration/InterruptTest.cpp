@@ -197,9 +197,9 @@ TEST(CrashingPlugin, IsToldWithWhatWasBeingDone)
 #endif
     struct SRow
     {
-        const char* fault;
-        std::vector<std::string> command; // behind which the module stands
-        const char* sentence;
+        const char* mFault;
+        std::vector<std::string> mCommand; // behind which the module stands
+        const char* mSentence;
     };
     for (const SRow& row :
          {SRow{"CrashInEntry",
@@ -209,16 +209,16 @@ TEST(CrashingPlugin, IsToldWithWhatWasBeingDone)
           SRow{"CrashInOpen", {"state", "save", "/dev/null"}, "SIGSEGV) while an instance was being made."},
           SRow{"CrashInRender", {"render", "--output", "/dev/null"}, "SIGSEGV) while it was rendering."}})
     {
-        SCOPED_TRACE(row.fault);
-        const CModuleBundle bundle(kPlainModule, Faulty(row.fault));
-        std::vector<std::string> command = row.command;
+        SCOPED_TRACE(row.mFault);
+        const CModuleBundle bundle(kPlainModule, Faulty(row.mFault));
+        std::vector<std::string> command = row.mCommand;
         command.insert(command.begin() + 1, bundle.Path());
         command.insert(command.begin(), AAXHOST);
         const SToolRun run = RunTool(command);
         EXPECT_EQ(run.mExit, 1);
         EXPECT_EQ(run.mOutput, "");
         EXPECT_TRUE(run.mErrors.starts_with("The plug-in ")) << run.mErrors;
-        EXPECT_TRUE(run.mErrors.ends_with(row.sentence + std::string("\n"))) << run.mErrors;
+        EXPECT_TRUE(run.mErrors.ends_with(row.mSentence + std::string("\n"))) << run.mErrors;
         command.insert(command.begin() + 1, "--in-process");
         EXPECT_EQ(RunTool(command).mErrors, "") << "it is this process that the debugger sees";
     }

@@ -101,15 +101,15 @@ class ScriptedLimits : public testing::Test
 protected:
     ScriptedLimits()
     {
-        Script().shape.numInputs = Script().shape.numOutputs = 2;
-        Script().shape.flags = effFlagsHasEditor;
-        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
-        Script().parameters = {0.5F};
-        Script().results[effCanDo] = 1;
-        Script().editorSize = {0, 0, 100, 200};
+        Script().mShape.numInputs = Script().mShape.numOutputs = 2;
+        Script().mShape.flags = effFlagsHasEditor;
+        Script().mInputPins = Script().mOutputPins = {{"Main", kVstPinIsStereo}};
+        Script().mParameters = {0.5F};
+        Script().mResults[effCanDo] = 1;
+        Script().mEditorSize = {0, 0, 100, 200};
     }
     SPluginScript& Script() { return mScript.Script(); }
-    ScriptedEffect& Effect() { return *Script().instances.back(); }
+    ScriptedEffect& Effect() { return *Script().mInstances.back(); }
     CHostLog& Log() { return mContext.Log(); }
     std::unique_ptr<CInstance> OpenEditor()
     {
@@ -131,17 +131,17 @@ TEST_F(ScriptedLimits, APieceOfASystemExclusiveMessageIsHandedOnAsAMessage)
     rig.Send(0, 0xF0, 0x43, 0x10);
     rig.Send(0, 0x4C, 0x00, 0xF7);
     rig.Render(64);
-    ASSERT_EQ(Script().events.size(), 1U);
-    ASSERT_EQ(Script().events.front().size(), 2U);
-    for (const VstMidiEvent& event : Script().events.front())
+    ASSERT_EQ(Script().mEvents.size(), 1U);
+    ASSERT_EQ(Script().mEvents.front().size(), 2U);
+    for (const VstMidiEvent& event : Script().mEvents.front())
         EXPECT_EQ(event.type, kVstMidiType);
-    EXPECT_EQ(static_cast<unsigned char>(Script().events.front()[1].midiData[0]), 0x4C)
+    EXPECT_EQ(static_cast<unsigned char>(Script().mEvents.front()[1].midiData[0]), 0x4C)
         << "of no meaning alone";
 }
 
 TEST_F(ScriptedLimits, AGestureThatEndsWhileTheWindowClosesIsNotHeard)
 {
-    Script().hooks[effEditClose] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mHooks[effEditClose] = [](ScriptedEffect& ioEffect, const SDispatch&)
     { (void)ioEffect.CallHost(audioMasterEndEdit); }; // answered 0 in any case
     const auto instance = OpenEditor();
     EXPECT_EQ(Effect().CallHost(audioMasterBeginEdit), 0);

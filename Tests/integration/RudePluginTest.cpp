@@ -36,14 +36,14 @@ protected:
     {
         Stop();
         Script().Reset();
-        Script().shape.numInputs = Script().shape.numOutputs = 2;
-        Script().shape.numPrograms = 2;
-        Script().shape.flags = effFlagsProgramChunks | effFlagsHasEditor;
-        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
-        Script().parameters = {0.25F, 0.5F, 0.75F};
-        Script().bankChunk = {1, 2, 3, 4};
-        Script().editorSize = {0, 0, 100, 200};
-        Script().results[effCanDo] = 1;
+        Script().mShape.numInputs = Script().mShape.numOutputs = 2;
+        Script().mShape.numPrograms = 2;
+        Script().mShape.flags = effFlagsProgramChunks | effFlagsHasEditor;
+        Script().mInputPins = Script().mOutputPins = {{"Main", kVstPinIsStereo}};
+        Script().mParameters = {0.25F, 0.5F, 0.75F};
+        Script().mBankChunk = {1, 2, 3, 4};
+        Script().mEditorSize = {0, 0, 100, 200};
+        Script().mResults[effCanDo] = 1;
     }
     bool Open()
     {
@@ -79,7 +79,7 @@ protected:
         EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
         EXPECT_EQ(mRoutine->Call().Output(1)[63], CHostRoutine::kInputLevel);
     }
-    AEffect& Effect() { return Script().instances.back()->Effect(); }
+    AEffect& Effect() { return Script().mInstances.back()->Effect(); }
 
     const CModuleBundle mBundle{kPlainModule, ScriptedModule::FileOf("scripted_plugin.so")};
     ScriptedModule mScript{mBundle.SourceVst()};
@@ -91,13 +91,13 @@ protected:
 
 TEST_F(RudePlugin, ThatFillsItsRecordOnlyWhenOpenedIsUsedAsItIsThen)
 {
-    const AEffect filled = Script().shape;
-    Script().onCreate = [](AEffect& outEffect)
+    const AEffect filled = Script().mShape;
+    Script().mOnCreate = [](AEffect& outEffect)
     {
         outEffect.numInputs = outEffect.numOutputs = outEffect.numParams = outEffect.numPrograms =
             outEffect.flags = 0;
     };
-    Script().hooks[effOpen] = [=](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mHooks[effOpen] = [=](ScriptedEffect& ioEffect, const SDispatch&)
     {
         AEffect& effect = ioEffect.Effect();
         effect.numInputs = filled.numInputs;
@@ -110,21 +110,21 @@ TEST_F(RudePlugin, ThatFillsItsRecordOnlyWhenOpenedIsUsedAsItIsThen)
     EXPECT_EQ(mInstance->ListParameters().size(), kParameters + 2U);
     mRoutine->Everything();
     EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
-    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0);
     ExpectRecovery();
 }
 
 TEST_F(RudePlugin, ThatCallsBackInsideEveryCallIsAnswered)
 {
     std::atomic<int> wrong = 0;
-    Script().onEntry = [&](audioMasterCallback inHost)
+    Script().mOnEntry = [&](audioMasterCallback inHost)
     {
         char text[64] = "";
         for (std::int32_t opcode = -1; opcode <= kLastHostOpcode; ++opcode)
             wrong += inHost(nullptr, opcode, 0, 0, text, 0.0F) == 0 ? 0 : 1;
     };
     for (std::int32_t opcode = 0; opcode <= kLastOpcode; ++opcode)
-        Script().hooks[opcode] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+        Script().mHooks[opcode] = [&](ScriptedEffect& ioEffect, const SDispatch&)
         {
             char text[64] = "";
             for (std::int32_t call = -1; call <= kLastHostOpcode; ++call)
@@ -147,7 +147,7 @@ TEST_F(RudePlugin, ThatCallsBackFromItsOwnThreadIsAnsweredUntilItIsClosed)
         std::thread mThread;
     };
     std::map<ScriptedEffect*, SCaller> callers;
-    Script().hooks[effOpen] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mHooks[effOpen] = [&](ScriptedEffect& ioEffect, const SDispatch&)
     {
         SCaller& caller = callers[&ioEffect];
         if (!caller.mThread.joinable())
@@ -161,7 +161,7 @@ TEST_F(RudePlugin, ThatCallsBackFromItsOwnThreadIsAnsweredUntilItIsClosed)
                             (void)ioEffect.CallHost(opcode, 1); // to be survived
                 });
     };
-    Script().hooks[effClose] = [&](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mHooks[effClose] = [&](ScriptedEffect& ioEffect, const SDispatch&)
     {
         SCaller& caller = callers[&ioEffect];
         caller.mStops.store(true);
@@ -187,13 +187,13 @@ TEST_F(RudePlugin, ThatKeepsEventPointersReadsTheSameEventsInTheNextBlock)
 {
     std::vector<const VstEvent*> kept;
     std::vector<int> notes;
-    Script().hooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& inCall)
+    Script().mHooks[effProcessEvents] = [&](ScriptedEffect&, const SDispatch& inCall)
     {
-        const auto& events = *static_cast<const VstEvents*>(inCall.pointer);
+        const auto& events = *static_cast<const VstEvents*>(inCall.mPointer);
         const VstEvent* const* const list = events.events; // longer than the two that it is declared with
         kept.assign(list, list + events.numEvents);
     };
-    Script().onProcess = [&](ScriptedEffect&, float**, float**, std::int32_t)
+    Script().mOnProcess = [&](ScriptedEffect&, float**, float**, std::int32_t)
     {
         notes.clear();
         for (const VstEvent* const event : kept)
@@ -215,7 +215,7 @@ TEST_F(RudePlugin, ThatThrowsInADispatcherCallFailsThatCallAlone)
     {
         SCOPED_TRACE(opcode);
         BePolite();
-        Script().faults.insert(opcode);
+        Script().mFaults.insert(opcode);
         if (Start())
             UseAll();
         Stop();
@@ -228,24 +228,24 @@ TEST_F(RudePlugin, ThatGivesANonsensicalChunkHasAnEmptyOneOrNone)
 {
     struct SRow
     {
-        const char* what;
-        VstIntPtr size;
-        std::vector<std::uint8_t> bytes;
-        AAX_Result result;
+        const char* mWhat;
+        VstIntPtr mSize;
+        std::vector<std::uint8_t> mBytes;
+        AAX_Result mResult;
     };
     for (const SRow& row :
          {SRow{"negative", -1, {1}, kAAX_Success}, SRow{"of no memory", 100, {}, kAAX_Success},
           SRow{"minus one without a sign", 0xFFFFFFFF, {1}, kAAX_ErrorChunkSize}})
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         BePolite();
-        Script().bankChunk = row.bytes;
-        Script().results[effGetChunk] = row.size;
+        Script().mBankChunk = row.mBytes;
+        Script().mResults[effGetChunk] = row.mSize;
         ASSERT_TRUE(Start());
         std::uint32_t size = 99;
-        EXPECT_EQ(mInstance->Parameters().GetChunkSize(AAX_FourCharCode("0001"), &size), row.result);
-        EXPECT_EQ(size, row.result == kAAX_Success ? 9U : 0U) << "the trailer alone, or nothing";
-        UseAll(row.result);
+        EXPECT_EQ(mInstance->Parameters().GetChunkSize(AAX_FourCharCode("0001"), &size), row.mResult);
+        EXPECT_EQ(size, row.mResult == kAAX_Success ? 9U : 0U) << "the trailer alone, or nothing";
+        UseAll(row.mResult);
         ExpectRecovery();
     }
 }
@@ -261,9 +261,9 @@ TEST_F(RudePlugin, WithOtherCountsThanBeforeKeepsTheHostsParameters)
         UseAll();
         EXPECT_EQ(mRoutine->Failures(), std::set<AAX_Result>());
         EXPECT_EQ(mInstance->ListParameters().size(), kParameters + 2U);
-        EXPECT_EQ(Script().instances.back()->CallHost(audioMasterUpdateDisplay), 1);
+        EXPECT_EQ(Script().mInstances.back()->CallHost(audioMasterUpdateDisplay), 1);
     }
-    EXPECT_EQ(Script().outOfRangeCalls, 0) << "asked about parameters that it did not have";
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0) << "asked about parameters that it did not have";
     for (const std::int32_t channels : {3, kHuge})
     {
         Effect().numOutputs = channels;
@@ -282,7 +282,7 @@ TEST_F(RudePlugin, WithNonsensicalCountsFromTheStartIsLoadedAllTheSame)
     {
         SCOPED_TRACE(count);
         BePolite();
-        Script().onCreate = [=](AEffect& outEffect)
+        Script().mOnCreate = [=](AEffect& outEffect)
         { outEffect.numParams = outEffect.numPrograms = outEffect.numInputs = outEffect.numOutputs = count; };
         ASSERT_TRUE(Start());
         UseAll();
@@ -315,7 +315,7 @@ TEST(RudeHost, ThatInitializesAnInstanceWithAnOpenEditorAgainHasAnEditorWithoutA
 
 TEST_F(RudePlugin, ThatClearsItsRecordIsAsGoodAsGone)
 {
-    Script().hooks[effEditIdle] = [](ScriptedEffect& ioEffect, const SDispatch&) { ioEffect.Effect() = {}; };
+    Script().mHooks[effEditIdle] = [](ScriptedEffect& ioEffect, const SDispatch&) { ioEffect.Effect() = {}; };
     ASSERT_TRUE(Start());
     UseAll();
     UseAll();

@@ -17,9 +17,9 @@ class UnhelpfulPlugin : public testing::Test
 protected:
     UnhelpfulPlugin()
     {
-        Script().shape.numInputs = Script().shape.numOutputs = 2;
-        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
-        Script().parameters = {0.25F, 0.5F, 0.75F};
+        Script().mShape.numInputs = Script().mShape.numOutputs = 2;
+        Script().mInputPins = Script().mOutputPins = {{"Main", kVstPinIsStereo}};
+        Script().mParameters = {0.25F, 0.5F, 0.75F};
     }
     SPluginScript& Script() { return mScript.Script(); }
     void ExpectPassed(const std::vector<const char*>& inChecks)
@@ -52,20 +52,20 @@ TEST_F(UnhelpfulPlugin, ThatReportsWhatItIsSetToSettlesAndKeepsItsState)
 {
     struct SRow
     {
-        const char* what;
-        bool reports;
-        std::int32_t steps;
-        std::map<std::int32_t, std::vector<std::int32_t>> coupled;
+        const char* mWhat;
+        bool mReports;
+        std::int32_t mSteps;
+        std::map<std::int32_t, std::vector<std::int32_t>> mCoupled;
     };
     for (const SRow& row : {SRow{"reports", true, 0, {}}, SRow{"reports what it rounds", true, 10, {}},
                             SRow{"couples forwards", false, 0, {{0, {1, 2}}}},
                             SRow{"couples both ways", false, 0, {{0, {1}}, {1, {0}}}},
                             SRow{"reports, rounds and couples", true, 10, {{0, {1, 2}}, {1, {0}}}}})
     {
-        SCOPED_TRACE(row.what);
-        Script().reportsSets = row.reports;
-        Script().steps = row.steps;
-        Script().coupled = row.coupled;
+        SCOPED_TRACE(row.mWhat);
+        Script().mReportsSets = row.mReports;
+        Script().mSteps = row.mSteps;
+        Script().mCoupled = row.mCoupled;
         ExpectPassed({"automation.settles", "automation.answers", "automation.no-touch-left",
                       "automation.before-coefficients", "state.answers", "life-cycle.independent"});
     }
@@ -73,8 +73,8 @@ TEST_F(UnhelpfulPlugin, ThatReportsWhatItIsSetToSettlesAndKeepsItsState)
 
 TEST_F(UnhelpfulPlugin, WithPortsOfSeveralWidthsHasAStemOfEach)
 {
-    Script().shape.numOutputs = 5;
-    Script().outputPins = {{"Main", kVstPinIsStereo}, {}, {"One", 0}, {"Pair", kVstPinIsStereo}, {}};
+    Script().mShape.numOutputs = 5;
+    Script().mOutputPins = {{"Main", kVstPinIsStereo}, {}, {"One", 0}, {"Pair", kVstPinIsStereo}, {}};
     CHostLog log;
     auto module = CModule::Open(mBundle.Path().string(), log);
     ASSERT_TRUE(module) << module.Problem().mSentence;
@@ -91,8 +91,8 @@ TEST_F(UnhelpfulPlugin, WhoseInstancesLookOtherwiseThanTheDescribedOneFitsTheHos
     const SPluginShape described{2, 2, stereo, stereo, 1};
     struct SRow
     {
-        const char* what;
-        SPluginShape instance;
+        const char* mWhat;
+        SPluginShape mInstance;
     };
     for (const SRow& row :
          {SRow{"more outputs", {2, 4, stereo, four, 1}}, SRow{"more inputs", {4, 2, four, stereo, 1}},
@@ -100,10 +100,10 @@ TEST_F(UnhelpfulPlugin, WhoseInstancesLookOtherwiseThanTheDescribedOneFitsTheHos
           SRow{"one channel", {1, 1, {{"Main", 0}}, {{"Main", 0}}, 1}},
           SRow{"no MIDI", {2, 2, stereo, stereo, -1}}})
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         for (const char* check : {"rendering.writes-outputs", "rendering.bounds", "rendering.large-blocks"})
         {
-            Script().shapes = {described, row.instance};
+            Script().mShapes = {described, row.mInstance};
             ExpectPassed({check});
         }
     }

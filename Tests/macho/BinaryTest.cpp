@@ -56,9 +56,9 @@ TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
 {
     struct SRow
     {
-        const char* bundle;
-        NameSet exports;
-        NameSet libraries;
+        const char* mBundle;
+        NameSet mExports;
+        NameSet mLibraries;
     };
     const SRow rows[] = {
         {"runtime_subject.bundle", {"_MakeRuntimeSubject"}, kSystemOnly},
@@ -72,9 +72,9 @@ TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
     };
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(row.bundle);
-        const std::string bundle = TestBundle(row.bundle);
-        CheckBundle(bundle, row.exports, row.libraries);
+        SCOPED_TRACE(row.mBundle);
+        const std::string bundle = TestBundle(row.mBundle);
+        CheckBundle(bundle, row.mExports, row.mLibraries);
         EXPECT_EQ(TextOf(bundle + "/Contents/PkgInfo"), "BNDL????");
     }
 }
@@ -85,8 +85,8 @@ NameSet ObjectiveCClassesIn(const std::string& inFile)
     const std::string start = "_OBJC_CLASS_$_";
     NameSet classes;
     for (const SMachOSymbol& symbol : CMachOFile(inFile).Symbols())
-        if (symbol.name.starts_with(start))
-            classes.insert(symbol.name.substr(start.size()));
+        if (symbol.mName.starts_with(start))
+            classes.insert(symbol.mName.substr(start.size()));
     return classes;
 }
 

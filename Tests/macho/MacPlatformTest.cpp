@@ -113,8 +113,8 @@ TEST(MacPlugin, OneThatCannotBeUsedIsUnloadedAndReleased)
 {
     struct SRow
     {
-        const char* bundle;
-        Lines asking;
+        const char* mBundle;
+        Lines mAsking;
     };
     const SRow rows[] = {
         {"scripted_plugin_no_entry.vst", Joined(kAskingForFirstEntry, kAskingForSecondEntry)},
@@ -125,11 +125,11 @@ TEST(MacPlugin, OneThatCannotBeUsedIsUnloadedAndReleased)
     };
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(row.bundle);
+        SCOPED_TRACE(row.mBundle);
         CMacWithSubject mac;
-        const std::string plugin = TestBundle(row.bundle);
+        const std::string plugin = TestBundle(row.mBundle);
         EXPECT_FALSE(mac->LoadPlugin(plugin.c_str()));
-        EXPECT_EQ(mac.Calls(), Joined(Opening(plugin), kLoading, row.asking, kGivingUp));
+        EXPECT_EQ(mac.Calls(), Joined(Opening(plugin), kLoading, row.mAsking, kGivingUp));
         EXPECT_EQ(mac.mSystem.Objects().Count(), 0U);
         EXPECT_FALSE(mac.IsLoaded(plugin));
     }
@@ -140,10 +140,10 @@ TEST(MacPlugin, EachCallThatFailsEndsTheLoadingAndReleasesWhatWasMade)
     const Lines opening = Opening(kPlugin);
     struct SRow
     {
-        const char* function;
-        int which;
-        std::size_t kept; // objects left afterwards
-        Lines calls;
+        const char* mFunction;
+        int mWhich;
+        std::size_t mKept; // objects left afterwards
+        Lines mCalls;
     };
     const SRow rows[] = {
         {"CFStringCreateWithCString", 1, 0, {"CFStringCreateWithCString " + kPlugin + " -> null"}},
@@ -168,14 +168,14 @@ TEST(MacPlugin, EachCallThatFailsEndsTheLoadingAndReleasesWhatWasMade)
     };
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(row.function + std::string(" ") + std::to_string(row.which));
+        SCOPED_TRACE(row.mFunction + std::string(" ") + std::to_string(row.mWhich));
         CMacWithSubject mac;
-        mac.mSystem.Calls().Refuse(row.function, row.which);
+        mac.mSystem.Calls().Refuse(row.mFunction, row.mWhich);
         EXPECT_FALSE(mac->LoadPlugin(kPlugin.c_str()));
-        EXPECT_EQ(mac.Calls(), row.calls);
+        EXPECT_EQ(mac.Calls(), row.mCalls);
         mac->DestroyPlugin();
         EXPECT_EQ(mac.Calls(), Lines());
-        EXPECT_EQ(mac.mSystem.Objects().Count(), row.kept);
+        EXPECT_EQ(mac.mSystem.Objects().Count(), row.mKept);
         EXPECT_FALSE(mac.IsLoaded(kPlugin));
         EXPECT_STREQ(mac->PluginName(), "");
     }
@@ -281,9 +281,9 @@ TEST(MacModifiers, ButtonsAndKeysBecomeTheBitsOfAGesture)
     constexpr std::uint32_t kControl = 0x1000;
     struct SRow
     {
-        std::uint32_t buttons;
-        std::uint32_t modifiers;
-        unsigned long bits;
+        std::uint32_t mButtons;
+        std::uint32_t mModifiers;
+        unsigned long mBits;
     };
     const SRow rows[] = {
         {0, 0, 4},
@@ -300,10 +300,10 @@ TEST(MacModifiers, ButtonsAndKeysBecomeTheBitsOfAGesture)
     CMacWithSubject mac;
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(testing::Message() << row.buttons << " " << row.modifiers);
-        mac.mSystem.mButtons = row.buttons;
-        mac.mSystem.mModifiers = row.modifiers;
-        EXPECT_EQ(mac->MouseModifiers(), row.bits);
+        SCOPED_TRACE(testing::Message() << row.mButtons << " " << row.mModifiers);
+        mac.mSystem.mButtons = row.mButtons;
+        mac.mSystem.mModifiers = row.mModifiers;
+        EXPECT_EQ(mac->MouseModifiers(), row.mBits);
     }
 }
 

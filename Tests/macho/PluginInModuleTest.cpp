@@ -58,9 +58,9 @@ TEST(MacModuleWithAPlugin, AGestureTellsTheButtonsAndKeysThatAreHeld)
 {
     struct SRow
     {
-        std::uint32_t buttons;
-        std::uint32_t keys; // as the system numbers them
-        const char* told;
+        std::uint32_t mButtons;
+        std::uint32_t mKeys; // as the system numbers them
+        const char* mTold;
     };
     const SRow rows[] = {
         {1, 0, "0x4"},
@@ -76,12 +76,12 @@ TEST(MacModuleWithAPlugin, AGestureTellsTheButtonsAndKeysThatAreHeld)
     ASSERT_EQ(instance.GUI()->SetViewContainer(&instance.Host().ViewContainer()), kAAX_Success);
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(testing::Message() << row.buttons << " " << row.keys);
-        module.mSystem.mButtons = row.buttons;
-        module.mSystem.mModifiers = row.keys;
+        SCOPED_TRACE(testing::Message() << row.mButtons << " " << row.mKeys);
+        module.mSystem.mButtons = row.mButtons;
+        module.mSystem.mModifiers = row.mKeys;
         module.mLog.Clear();
         ASSERT_EQ(instance.GUI()->TimerWakeup(), kAAX_Success);
-        const std::string arguments = "(\"00000\", " + std::string(row.told) + ")";
+        const std::string arguments = "(\"00000\", " + std::string(row.mTold) + ")";
         EXPECT_EQ(module.mLog.Calls(),
                   (std::vector<std::string>{
                       "HandleParameterMouseDown" + arguments, "PostTouchRequest(\"00000\")",

@@ -109,11 +109,11 @@ TEST_F(CrossBuiltRuntime, RegistersSurviveAThrowThroughEveryFormOfFrame)
     std::set<std::uint32_t> modes;
     std::set<std::uint32_t> framelessCounts;
     for (const SUnwindEntry& entry :
-         ReadUnwindInfo(file.Content(text).subspan(section->address - text.address, section->size)))
+         ReadUnwindInfo(file.Content(text).subspan(section->mAddress - text.mAddress, section->mSize)))
     {
-        modes.insert(entry.encoding & kUnwindModeMask);
-        if ((entry.encoding & kUnwindModeMask) == kUnwindFrameless)
-            framelessCounts.insert((entry.encoding >> 10) & 7);
+        modes.insert(entry.mEncoding & kUnwindModeMask);
+        if ((entry.mEncoding & kUnwindModeMask) == kUnwindFrameless)
+            framelessCounts.insert((entry.mEncoding >> 10) & 7);
     }
     EXPECT_EQ(modes, (std::set<std::uint32_t>{kUnwindFrameRbp, kUnwindFrameless, kUnwindFramelessLarge,
                                               kUnwindDwarf}));

@@ -14,5 +14,5 @@ CEmptyPluginCalls::CEmptyPluginCalls(const std::filesystem::path& inFile)
     if (get == nullptr)
         throw std::runtime_error(inFile.string() + " is not the empty plug-in");
     mAccess = get();
-    mHost = mAccess->host();
+    mHost = mAccess->mHost();
 }

@@ -20,12 +20,12 @@ public:
     /** The instance's question for the time. @return what its host answers. */
     VstIntPtr AskForTime(int inInstance) const
     {
-        return mHost(mAccess->effectAt(inInstance), audioMasterGetTime, 0, 0, nullptr, 0.0F);
+        return mHost(mAccess->mEffectAt(inInstance), audioMasterGetTime, 0, 0, nullptr, 0.0F);
     }
     /** The instance tells its host of a parameter's value. */
     void Automate(int inInstance, std::int32_t inParameter) const
     {
-        (void)mHost(mAccess->effectAt(inInstance), audioMasterAutomate, inParameter, 0, nullptr, 0.0F); // 0
+        (void)mHost(mAccess->mEffectAt(inInstance), audioMasterAutomate, inParameter, 0, nullptr, 0.0F); // 0
     }
 
 private:

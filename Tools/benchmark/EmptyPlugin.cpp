@@ -16,11 +16,11 @@ constexpr std::int32_t kChannels = 2;
 /** A stereo effect that takes and sends MIDI and renders nothing: whatever a block costs is its host's. */
 struct SEmptyPlugin
 {
-    AEffect effect{};
-    std::vector<float> parameters;
-    std::vector<char> chunk;
-    std::vector<VstMidiEvent> notes;
-    std::vector<VstIntPtr> events; // a VstEvents: count, reserved, pointers to the notes
+    AEffect mEffect{};
+    std::vector<float> mParameters;
+    std::vector<char> mChunk;
+    std::vector<VstMidiEvent> mNotes;
+    std::vector<VstIntPtr> mEvents; // a VstEvents: count, reserved, pointers to the notes
 };
 constexpr std::size_t kListHeader = 2;
 
@@ -73,11 +73,11 @@ VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inInde
     case effGetOutputProperties: return DescribePin(inIndex, inPointer);
     case effCanDo: return CanDo(static_cast<const char*>(inPointer)) ? 1 : 0;
     case effGetChunk:
-        *static_cast<void**>(inPointer) = plugin.chunk.data();
-        return static_cast<VstIntPtr>(plugin.chunk.size());
+        *static_cast<void**>(inPointer) = plugin.mChunk.data();
+        return static_cast<VstIntPtr>(plugin.mChunk.size());
     case effSetChunk:
-        plugin.chunk.assign(static_cast<const char*>(inPointer),
-                            static_cast<const char*>(inPointer) + inValue);
+        plugin.mChunk.assign(static_cast<const char*>(inPointer),
+                             static_cast<const char*>(inPointer) + inValue);
         return 1;
     default: return 0;
     }
@@ -85,37 +85,38 @@ VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inInde
 
 void SetParameter(AEffect* inEffect, std::int32_t inIndex, float inValue)
 {
-    PluginOf(inEffect).parameters[static_cast<std::size_t>(inIndex)] = inValue;
+    PluginOf(inEffect).mParameters[static_cast<std::size_t>(inIndex)] = inValue;
 }
 
 float GetParameter(AEffect* inEffect, std::int32_t inIndex)
 {
-    return PluginOf(inEffect).parameters[static_cast<std::size_t>(inIndex)];
+    return PluginOf(inEffect).mParameters[static_cast<std::size_t>(inIndex)];
 }
 
 void RenderNothing(AEffect* inEffect, float**, float**, std::int32_t)
 {
     SEmptyPlugin& plugin = PluginOf(inEffect);
-    if (plugin.events.size() > kListHeader)
-        (void)gHost(inEffect, audioMasterProcessEvents, 0, 0, plugin.events.data(), 0.0F);
+    if (plugin.mEvents.size() > kListHeader)
+        (void)gHost(inEffect, audioMasterProcessEvents, 0, 0, plugin.mEvents.data(), 0.0F);
 }
 
 /** The list of as many notes as it sends in each block. */
 void MakeEvents(SEmptyPlugin& outPlugin)
 {
-    outPlugin.notes.assign(Setting(kEmptyPluginSends), {});
-    outPlugin.events.assign({static_cast<VstIntPtr>(outPlugin.notes.size()), 0});
-    for (VstMidiEvent& note : outPlugin.notes)
+    outPlugin.mNotes.assign(Setting(kEmptyPluginSends), {});
+    outPlugin.mEvents.assign({static_cast<VstIntPtr>(outPlugin.mNotes.size()), 0});
+    for (VstMidiEvent& note : outPlugin.mNotes)
     {
         note.type = kVstMidiType;
         note.midiData[0] = static_cast<char>(0x90);
-        outPlugin.events.push_back(reinterpret_cast<VstIntPtr>(&note));
+        outPlugin.mEvents.push_back(reinterpret_cast<VstIntPtr>(&note));
     }
 }
 
-constexpr SEmptyPluginAccess kAccess{
-    [] { return static_cast<int>(gInstances.size()); },
-    [](int inIndex) { return &gInstances[static_cast<std::size_t>(inIndex)]->effect; }, [] { return gHost; }};
+constexpr SEmptyPluginAccess kAccess{[] { return static_cast<int>(gInstances.size()); },
+                                     [](int inIndex)
+                                     { return &gInstances[static_cast<std::size_t>(inIndex)]->mEffect; },
+                                     [] { return gHost; }};
 } // namespace
 
 EMPTY_PLUGIN_EXPORT const SEmptyPluginAccess* GetEmptyPluginAccess() { return &kAccess; }
@@ -123,24 +124,24 @@ EMPTY_PLUGIN_EXPORT const SEmptyPluginAccess* GetEmptyPluginAccess() { return &k
 EMPTY_PLUGIN_EXPORT AEffect* VSTPluginMain(audioMasterCallback inHost)
 {
     auto plugin = std::make_unique<SEmptyPlugin>();
-    plugin->parameters.assign(Setting(kEmptyPluginParameters), 0.5F);
-    plugin->chunk.assign(Setting(kEmptyPluginChunkBytes), '\x5A');
+    plugin->mParameters.assign(Setting(kEmptyPluginParameters), 0.5F);
+    plugin->mChunk.assign(Setting(kEmptyPluginChunkBytes), '\x5A');
     MakeEvents(*plugin);
-    AEffect& effect = plugin->effect;
+    AEffect& effect = plugin->mEffect;
     effect.magic = kEffectMagic;
     effect.dispatcher = &Dispatch;
     effect.setParameter = &SetParameter;
     effect.getParameter = &GetParameter;
     effect.numPrograms = 1;
-    effect.numParams = static_cast<std::int32_t>(plugin->parameters.size());
+    effect.numParams = static_cast<std::int32_t>(plugin->mParameters.size());
     effect.numInputs = kChannels;
     effect.numOutputs = kChannels;
-    effect.flags = effFlagsCanReplacing | (plugin->chunk.empty() ? 0 : effFlagsProgramChunks);
+    effect.flags = effFlagsCanReplacing | (plugin->mChunk.empty() ? 0 : effFlagsProgramChunks);
     effect.object = plugin.get();
     effect.uniqueID = 0x456D7074; // "Empt"
     effect.version = 1;
     effect.processReplacing = &RenderNothing;
     gHost = inHost;
     gInstances.push_back(std::move(plugin));
-    return &gInstances.back()->effect;
+    return &gInstances.back()->mEffect;
 }

@@ -8,11 +8,11 @@
  */
 struct SEmptyPluginAccess
 {
-    int (*countInstances)();
+    int (*mCountInstances)();
     /** In order of creation. */
-    AEffect* (*effectAt)(int inIndex);
+    AEffect* (*mEffectAt)(int inIndex);
     /** The host's callback, as the last instance was given it. */
-    audioMasterCallback (*host)();
+    audioMasterCallback (*mHost)();
 };
 
 /** Exported beside the plug-in's entry, under this name. */

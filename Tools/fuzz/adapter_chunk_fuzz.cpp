@@ -14,9 +14,9 @@ struct SSubject
 {
     SSubject()
     {
-        mModule.Script().parameters = {0.25F, 0.5F};
-        mModule.Script().shape.flags = effFlagsProgramChunks;
-        if (mInstance->Initialize(mHost.Unknown()) != kAAX_Success || mModule.Script().instances.empty())
+        mModule.Script().mParameters = {0.25F, 0.5F};
+        mModule.Script().mShape.flags = effFlagsProgramChunks;
+        if (mInstance->Initialize(mHost.Unknown()) != kAAX_Success || mModule.Script().mInstances.empty())
             std::abort(); // the plug-in does not lie where it should
     }
 

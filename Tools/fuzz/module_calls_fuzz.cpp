@@ -28,13 +28,13 @@ struct SSubject
     void BePolite()
     {
         Script().Reset();
-        Script().shape.numInputs = Script().shape.numOutputs = 2;
-        Script().shape.numPrograms = 2;
-        Script().shape.flags = effFlagsProgramChunks | effFlagsHasEditor;
-        Script().inputPins = Script().outputPins = {{"Main", kVstPinIsStereo}};
-        Script().parameters = {0.25F, 0.5F, 0.75F};
-        Script().bankChunk = {1, 2, 3, 4};
-        Script().results[effCanDo] = 1;
+        Script().mShape.numInputs = Script().mShape.numOutputs = 2;
+        Script().mShape.numPrograms = 2;
+        Script().mShape.flags = effFlagsProgramChunks | effFlagsHasEditor;
+        Script().mInputPins = Script().mOutputPins = {{"Main", kVstPinIsStereo}};
+        Script().mParameters = {0.25F, 0.5F, 0.75F};
+        Script().mBankChunk = {1, 2, 3, 4};
+        Script().mResults[effCanDo] = 1;
     }
 
     CHostLog mLog;
@@ -48,17 +48,17 @@ void PluginStep(SPluginScript& ioScript, CFuzzInput& ioInput)
     const std::int32_t opcode = ioInput.Choice(78);
     switch (ioInput.Choice(8))
     {
-    case 0: ioScript.faults.insert(opcode); break;
-    case 1: ioScript.faults.clear(); break;
+    case 0: ioScript.mFaults.insert(opcode); break;
+    case 1: ioScript.mFaults.clear(); break;
     case 2:
     {
         // A size of more memory than there is, nobody could see through: that one is negative.
         const std::uint64_t sign = opcode == effGetChunk ? std::uint64_t{1} << 63 : 0;
-        ioScript.results[opcode] = static_cast<VstIntPtr>(ioInput.Number(8) | sign);
+        ioScript.mResults[opcode] = static_cast<VstIntPtr>(ioInput.Number(8) | sign);
         break;
     }
     case 3:
-        ioScript.hooks[opcode] =
+        ioScript.mHooks[opcode] =
             [call = static_cast<std::int32_t>(ioInput.Choice(50)),
              index = static_cast<std::int8_t>(ioInput.Byte())](ScriptedEffect& ioEffect, const SDispatch&)
         {
@@ -67,22 +67,22 @@ void PluginStep(SPluginScript& ioScript, CFuzzInput& ioInput)
         };
         break;
     case 6:
-        ioScript.reportsSets = ioInput.Yes();
-        ioScript.steps = ioInput.Choice(16);
-        ioScript.coupled[ioInput.Choice(3)] = {ioInput.Choice(3), ioInput.Choice(3)};
+        ioScript.mReportsSets = ioInput.Yes();
+        ioScript.mSteps = ioInput.Choice(16);
+        ioScript.mCoupled[ioInput.Choice(3)] = {ioInput.Choice(3), ioInput.Choice(3)};
         break;
     case 7:
     {
         const SScriptedPin pin{"Pin", ioInput.Yes() ? kVstPinIsStereo : 0};
         const std::vector<SScriptedPin> pins(ioInput.Choice(6), pin);
-        ioScript.shapes = {{ioInput.Choice(6), ioInput.Choice(6), pins, pins, ioInput.Choice(3) - 1}};
+        ioScript.mShapes = {{ioInput.Choice(6), ioInput.Choice(6), pins, pins, ioInput.Choice(3) - 1}};
         break;
     }
     default:
-        if (!ioScript.instances.empty())
+        if (!ioScript.mInstances.empty())
         {
             std::array<char, 64> text{};
-            ScriptedEffect& effect = *ioScript.instances[ioInput.Byte() % ioScript.instances.size()];
+            ScriptedEffect& effect = *ioScript.mInstances[ioInput.Byte() % ioScript.mInstances.size()];
             (void)effect.CallHost(opcode % 50, static_cast<std::int8_t>(ioInput.Byte()),
                                   text.data()); // as above
         }

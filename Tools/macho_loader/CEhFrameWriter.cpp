@@ -32,14 +32,14 @@ void CEhFrameWriter::EndEntry(std::size_t inStart)
 std::size_t CEhFrameWriter::CommonPart(const SUnwindFunction& inFunction)
 {
     const auto [place, isNew] =
-        mCommonParts.try_emplace({inFunction.personality, inFunction.commonInstructions}, mBytes.size());
+        mCommonParts.try_emplace({inFunction.mPersonality, inFunction.mCommonInstructions}, mBytes.size());
     if (!isNew)
         return place->second;
 
     constexpr std::uint8_t kVersion = 1;
     constexpr std::uint8_t kMinusEight = 0x78; // as a signed number in seven bits
     constexpr std::uint8_t kReturnAddress = 16;
-    const bool hasHandler = inFunction.personality != 0;
+    const bool hasHandler = inFunction.mPersonality != 0;
     const std::size_t start = BeginEntry();
     AppendNumber(mBytes, std::uint32_t{0}); // what tells it from a function's entry
     mBytes.push_back(kVersion);
@@ -51,13 +51,13 @@ std::size_t CEhFrameWriter::CommonPart(const SUnwindFunction& inFunction)
     {
         AppendUleb(mBytes, 1 + sizeof(std::uint64_t) + 1 + 1);
         mBytes.push_back(kAbsolutePointer);
-        AppendNumber(mBytes, inFunction.personality);
+        AppendNumber(mBytes, inFunction.mPersonality);
         mBytes.push_back(kAbsolutePointer); // language data
     }
     else
         AppendUleb(mBytes, 1);
     mBytes.push_back(kAbsolutePointer); // code
-    AppendBytes(mBytes, inFunction.commonInstructions);
+    AppendBytes(mBytes, inFunction.mCommonInstructions);
     EndEntry(start);
     return place->second;
 }
@@ -67,16 +67,16 @@ void CEhFrameWriter::Add(const SUnwindFunction& inFunction)
     const std::size_t commonPart = CommonPart(inFunction);
     const std::size_t start = BeginEntry();
     AppendNumber(mBytes, static_cast<std::uint32_t>(start - commonPart));
-    AppendNumber(mBytes, inFunction.code);
-    AppendNumber(mBytes, inFunction.size);
-    if (inFunction.personality != 0)
+    AppendNumber(mBytes, inFunction.mCode);
+    AppendNumber(mBytes, inFunction.mSize);
+    if (inFunction.mPersonality != 0)
     {
         AppendUleb(mBytes, sizeof(std::uint64_t));
-        AppendNumber(mBytes, inFunction.languageData);
+        AppendNumber(mBytes, inFunction.mLanguageData);
     }
     else
         AppendUleb(mBytes, 0);
-    AppendBytes(mBytes, inFunction.instructions);
+    AppendBytes(mBytes, inFunction.mInstructions);
     EndEntry(start);
 }
 

@@ -10,12 +10,12 @@
 /** One function as the unwinder of this machine is told of it; addresses in memory. */
 struct SUnwindFunction
 {
-    std::uint64_t code = 0;
-    std::uint64_t size = 0;
-    std::uint64_t personality = 0;  // 0: no handler
-    std::uint64_t languageData = 0; // 0: nothing
-    ByteVector commonInstructions;  // those that functions share
-    ByteVector instructions;
+    std::uint64_t mCode = 0;
+    std::uint64_t mSize = 0;
+    std::uint64_t mPersonality = 0;  // 0: no handler
+    std::uint64_t mLanguageData = 0; // 0: nothing
+    ByteVector mCommonInstructions;  // those that functions share
+    ByteVector mInstructions;
 };
 
 /** Bytes of the number that each entry of such a table begins with. */

@@ -107,28 +107,28 @@ void CMachOFile::ReadLoadCommand(std::uint32_t inCommand, CByteReader& ioReader,
 void CMachOFile::ReadSegment(CByteReader& ioReader)
 {
     SMachOSegment segment;
-    segment.name = ioReader.ReadField(kNameFieldSize);
-    segment.address = ioReader.Read<std::uint64_t>();
-    segment.size = (ioReader.Read<std::uint64_t>() + kPageSize - 1) / kPageSize * kPageSize;
-    segment.fileOffset = ioReader.Read<std::uint64_t>();
-    segment.fileSize = ioReader.Read<std::uint64_t>();
+    segment.mName = ioReader.ReadField(kNameFieldSize);
+    segment.mAddress = ioReader.Read<std::uint64_t>();
+    segment.mSize = (ioReader.Read<std::uint64_t>() + kPageSize - 1) / kPageSize * kPageSize;
+    segment.mFileOffset = ioReader.Read<std::uint64_t>();
+    segment.mFileSize = ioReader.Read<std::uint64_t>();
     ioReader.Skip(sizeof(std::uint32_t)); // the highest protection allowed
-    segment.protection = ioReader.Read<std::uint32_t>();
+    segment.mProtection = ioReader.Read<std::uint32_t>();
     const auto sections = ioReader.Read<std::uint32_t>();
     ioReader.Skip(sizeof(std::uint32_t));
-    if (segment.fileSize > segment.size)
-        throw CMachOError(mPath + ": segment " + segment.name + " is larger in the file than in memory");
+    if (segment.mFileSize > segment.mSize)
+        throw CMachOError(mPath + ": segment " + segment.mName + " is larger in the file than in memory");
     mSegments.push_back(segment);
 
     for (std::uint32_t i = 0; i < sections; ++i)
     {
         SMachOSection section;
-        section.name = ioReader.ReadField(kNameFieldSize);
+        section.mName = ioReader.ReadField(kNameFieldSize);
         ioReader.Skip(kNameFieldSize); // the segment's name
-        section.address = ioReader.Read<std::uint64_t>();
-        section.size = ioReader.Read<std::uint64_t>();
+        section.mAddress = ioReader.Read<std::uint64_t>();
+        section.mSize = ioReader.Read<std::uint64_t>();
         ioReader.Skip(4 * sizeof(std::uint32_t));
-        section.type = ioReader.Read<std::uint32_t>() & macho::kSectionTypeMask;
+        section.mType = ioReader.Read<std::uint32_t>() & macho::kSectionTypeMask;
         ioReader.Skip(3 * sizeof(std::uint32_t));
         mSections.push_back(section);
     }
@@ -144,7 +144,7 @@ void CMachOFile::ReadBuildVersion(CByteReader& ioReader)
 
 const SMachOSection* CMachOFile::FindSection(std::string_view inName) const
 {
-    const auto found = std::ranges::find(mSections, inName, &SMachOSection::name);
+    const auto found = std::ranges::find(mSections, inName, &SMachOSection::mName);
     return found != mSections.end() ? &*found : nullptr;
 }
 
@@ -157,23 +157,23 @@ std::span<const std::uint8_t> CMachOFile::Bytes(std::uint64_t inOffset, std::uin
 
 std::span<const std::uint8_t> CMachOFile::Bytes(const SRange& inRange) const
 {
-    return Bytes(inRange.offset, inRange.size);
+    return Bytes(inRange.mOffset, inRange.mSize);
 }
 
 std::span<const std::uint8_t> CMachOFile::Content(const SMachOSegment& inSegment) const
 {
-    return Bytes(inSegment.fileOffset, inSegment.fileSize);
+    return Bytes(inSegment.mFileOffset, inSegment.mFileSize);
 }
 
 std::uint64_t CMachOFile::LowestAddress() const
 {
-    return std::ranges::min(mSegments, {}, &SMachOSegment::address).address;
+    return std::ranges::min(mSegments, {}, &SMachOSegment::mAddress).mAddress;
 }
 
 std::uint64_t CMachOFile::MemorySize() const
 {
-    const SMachOSegment& last = std::ranges::max(mSegments, {}, &SMachOSegment::address);
-    return last.address + last.size - LowestAddress();
+    const SMachOSegment& last = std::ranges::max(mSegments, {}, &SMachOSegment::mAddress);
+    return last.mAddress + last.mSize - LowestAddress();
 }
 
 std::vector<SMachOSymbol> CMachOFile::Symbols() const
@@ -190,14 +190,14 @@ std::vector<SMachOSymbol> CMachOFile::Symbols() const
         if (IsDefinedInASection(type))
             symbols.push_back({address, CByteReader(names, name).ReadText()});
     }
-    std::ranges::sort(symbols, {}, &SMachOSymbol::address);
+    std::ranges::sort(symbols, {}, &SMachOSymbol::mAddress);
     return symbols;
 }
 
 std::map<std::string, std::uint64_t, std::less<>> CMachOFile::Exports() const
 {
     std::map<std::string, std::uint64_t, std::less<>> exports;
-    if (mExports.size != 0)
+    if (mExports.mSize != 0)
         ReadExportNode(0, "", exports);
     return exports;
 }

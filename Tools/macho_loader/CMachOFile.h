@@ -11,37 +11,37 @@ class CByteReader;
 
 struct SMachOSegment
 {
-    std::string name;
-    std::uint64_t address = 0;
-    std::uint64_t size = 0; // in memory
-    std::uint64_t fileOffset = 0;
-    std::uint64_t fileSize = 0;
-    std::uint32_t protection = 0; // EProtection
+    std::string mName;
+    std::uint64_t mAddress = 0;
+    std::uint64_t mSize = 0; // in memory
+    std::uint64_t mFileOffset = 0;
+    std::uint64_t mFileSize = 0;
+    std::uint32_t mProtection = 0; // EProtection
 };
 
 struct SMachOSection
 {
-    std::string name;
-    std::uint64_t address = 0;
-    std::uint64_t size = 0;
-    std::uint32_t type = 0; // ESectionType
+    std::string mName;
+    std::uint64_t mAddress = 0;
+    std::uint64_t mSize = 0;
+    std::uint32_t mType = 0; // ESectionType
 };
 
 struct SMachOSymbol
 {
-    std::uint64_t address = 0;
-    std::string name;
+    std::uint64_t mAddress = 0;
+    std::string mName;
 };
 
 /** A pointer in the image that is to hold the address of another library's symbol. */
 struct SMachOBinding
 {
-    std::uint64_t address = 0;
-    std::string symbol;
-    std::int64_t libraryOrdinal = 0; // counts from 1 among the libraries; 0: the image itself; below: any
-    std::int64_t addend = 0;
-    bool mayBeMissing = false;
-    bool isCoalesced = false; // one definition for the whole process, the image's own where it has one
+    std::uint64_t mAddress = 0;
+    std::string mSymbol;
+    std::int64_t mLibraryOrdinal = 0; // counts from 1 among the libraries; 0: the image itself; below: any
+    std::int64_t mAddend = 0;
+    bool mMayBeMissing = false;
+    bool mIsCoalesced = false; // one definition for the whole process, the image's own where it has one
 };
 
 /**
@@ -81,8 +81,8 @@ public:
 private:
     struct SRange
     {
-        std::uint32_t offset = 0;
-        std::uint32_t size = 0;
+        std::uint32_t mOffset = 0;
+        std::uint32_t mSize = 0;
     };
     enum class EBindKind
     {

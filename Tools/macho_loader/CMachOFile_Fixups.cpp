@@ -18,7 +18,7 @@ std::uint64_t CMachOFile::SegmentAddress(std::size_t inSegment) const
 {
     if (inSegment >= mSegments.size())
         throw CMachOError(mPath + ": a fixup names a segment that does not exist");
-    return mSegments[inSegment].address;
+    return mSegments[inSegment].mAddress;
 }
 
 std::vector<std::uint64_t> CMachOFile::Rebases() const
@@ -78,13 +78,13 @@ void CMachOFile::ReadBindings(const SRange& inRange, EBindKind inKind,
                               std::vector<SMachOBinding>& outBindings) const
 {
     SMachOBinding next;
-    next.isCoalesced = inKind == EBindKind::kCoalesced;
+    next.mIsCoalesced = inKind == EBindKind::kCoalesced;
     const auto addBindings = [&](std::uint64_t inCount, std::uint64_t inSkip = 0)
     {
         for (; inCount > 0; --inCount)
         {
             outBindings.push_back(next);
-            next.address += kPointerSize + inSkip;
+            next.mAddress += kPointerSize + inSkip;
         }
     };
     CByteReader reader(Bytes(inRange));
@@ -98,24 +98,24 @@ void CMachOFile::ReadBindings(const SRange& inRange, EBindKind inKind,
             if (inKind != EBindKind::kLazy) // there it stands behind each entry
                 return;
             break;
-        case macho::kBindSetOrdinal: next.libraryOrdinal = immediate; break;
+        case macho::kBindSetOrdinal: next.mLibraryOrdinal = immediate; break;
         case macho::kBindSetOrdinalUleb:
-            next.libraryOrdinal = static_cast<std::int64_t>(reader.ReadUleb());
+            next.mLibraryOrdinal = static_cast<std::int64_t>(reader.ReadUleb());
             break;
-        case macho::kBindSetSpecialOrdinal: next.libraryOrdinal = SpecialOrdinal(immediate); break;
+        case macho::kBindSetSpecialOrdinal: next.mLibraryOrdinal = SpecialOrdinal(immediate); break;
         case macho::kBindSetSymbol:
-            next.symbol = reader.ReadText();
-            next.mayBeMissing = (immediate & macho::kWeakImportFlag) != 0;
+            next.mSymbol = reader.ReadText();
+            next.mMayBeMissing = (immediate & macho::kWeakImportFlag) != 0;
             break;
         case macho::kBindSetType:
             if (immediate != macho::kPointerFixup)
                 throw CMachOError(mPath + ": a binding that is no pointer");
             break;
-        case macho::kBindSetAddend: next.addend = reader.ReadSleb(); break;
+        case macho::kBindSetAddend: next.mAddend = reader.ReadSleb(); break;
         case macho::kBindSetSegmentAndOffset:
-            next.address = SegmentAddress(immediate) + reader.ReadUleb();
+            next.mAddress = SegmentAddress(immediate) + reader.ReadUleb();
             break;
-        case macho::kBindAddAddress: next.address += reader.ReadUleb(); break; // wraps where it goes back
+        case macho::kBindAddAddress: next.mAddress += reader.ReadUleb(); break; // wraps where it goes back
         case macho::kBind: addBindings(1); break;
         case macho::kBindAndAddAddress: addBindings(1, reader.ReadUleb()); break;
         case macho::kBindAndAddAddressScaled: addBindings(1, immediate * kPointerSize); break;

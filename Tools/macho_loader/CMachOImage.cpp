@@ -76,7 +76,7 @@ void CMachOImage::Map()
     for (const SMachOSegment& segment : mFile.Segments())
     {
         const auto content = mFile.Content(segment);
-        std::ranges::copy(content, mMemory.At(segment.address, segment.size).begin());
+        std::ranges::copy(content, mMemory.At(segment.mAddress, segment.mSize).begin());
     }
 }
 
@@ -91,10 +91,10 @@ void CMachOImage::Rebase()
 
 std::string CMachOImage::LibraryOf(const SMachOBinding& inBinding) const
 {
-    const auto ordinal = static_cast<std::size_t>(inBinding.libraryOrdinal);
-    if (inBinding.libraryOrdinal > 0 && ordinal <= mFile.Libraries().size())
+    const auto ordinal = static_cast<std::size_t>(inBinding.mLibraryOrdinal);
+    if (inBinding.mLibraryOrdinal > 0 && ordinal <= mFile.Libraries().size())
         return mFile.Libraries()[ordinal - 1];
-    return inBinding.libraryOrdinal == 0 ? "the image itself" : "any library";
+    return inBinding.mLibraryOrdinal == 0 ? "the image itself" : "any library";
 }
 
 void CMachOImage::Bind(const LibraryTable& inLibraries)
@@ -102,21 +102,21 @@ void CMachOImage::Bind(const LibraryTable& inLibraries)
     std::set<std::string> missing;
     for (const SMachOBinding& binding : mFile.Bindings())
     {
-        const auto place = mMemory.At(binding.address, sizeof(std::uint64_t));
-        const auto own = mExports.find(binding.symbol);
+        const auto place = mMemory.At(binding.mAddress, sizeof(std::uint64_t));
+        const auto own = mExports.find(binding.mSymbol);
         void* target = nullptr;
-        if (binding.isCoalesced && own != mExports.end())
+        if (binding.mIsCoalesced && own != mExports.end())
             target = mMemory.Base() + own->second;
-        else if (!binding.isCoalesced)
-            target = FindImport(inLibraries, LibraryOf(binding), binding.symbol);
+        else if (!binding.mIsCoalesced)
+            target = FindImport(inLibraries, LibraryOf(binding), binding.mSymbol);
 
         if (target != nullptr)
             StorePointer(place, reinterpret_cast<std::uint64_t>(target) +
-                                    static_cast<std::uint64_t>(binding.addend));
-        else if (!binding.isCoalesced && binding.mayBeMissing)
+                                    static_cast<std::uint64_t>(binding.mAddend));
+        else if (!binding.mIsCoalesced && binding.mMayBeMissing)
             StorePointer(place, 0);
-        else if (!binding.isCoalesced)
-            missing.insert(binding.symbol + " of " + LibraryOf(binding));
+        else if (!binding.mIsCoalesced)
+            missing.insert(binding.mSymbol + " of " + LibraryOf(binding));
     }
     if (missing.empty())
         return;
@@ -132,26 +132,26 @@ void CMachOImage::ConnectThreadLocals()
     std::uint64_t templateEnd = 0;
     for (const SMachOSection& section : mFile.Sections())
     {
-        if (section.type == macho::kThreadLocalVariables)
-            mThreadLocals.Connect(mMemory.At(section.address, section.size));
+        if (section.mType == macho::kThreadLocalVariables)
+            mThreadLocals.Connect(mMemory.At(section.mAddress, section.mSize));
         // The initial values lie in front, the zeroes right behind them.
-        if (section.type == macho::kThreadLocalData || section.type == macho::kThreadLocalZeroes)
+        if (section.mType == macho::kThreadLocalData || section.mType == macho::kThreadLocalZeroes)
         {
             first = first == nullptr ? &section : first;
-            templateEnd = section.address + section.size;
+            templateEnd = section.mAddress + section.mSize;
         }
     }
     if (first != nullptr)
-        mThreadLocals.SetTemplate(mMemory.At(first->address, templateEnd - first->address));
+        mThreadLocals.SetTemplate(mMemory.At(first->mAddress, templateEnd - first->mAddress));
 }
 
 void CMachOImage::Protect()
 {
     for (const SMachOSegment& segment : mFile.Segments())
     {
-        const bool isConstant = segment.name == "__DATA_CONST"; // once the fixups are done
-        mMemory.Protect(mMemory.At(segment.address, segment.size),
-                        isConstant ? std::uint32_t{macho::kRead} : segment.protection);
+        const bool isConstant = segment.mName == "__DATA_CONST"; // once the fixups are done
+        mMemory.Protect(mMemory.At(segment.mAddress, segment.mSize),
+                        isConstant ? std::uint32_t{macho::kRead} : segment.mProtection);
     }
 }
 
@@ -165,10 +165,10 @@ void CMachOImage::RunInitializers()
     };
     for (const SMachOSection& section : mFile.Sections())
     {
-        CByteReader reader(mMemory.At(section.address, section.size));
-        while (section.type == macho::kInitializerPointers && !reader.AtEnd())
+        CByteReader reader(mMemory.At(section.mAddress, section.mSize));
+        while (section.mType == macho::kInitializerPointers && !reader.AtEnd())
             run(reader.Read<Initializer>());
-        while (section.type == macho::kInitializerOffsets && !reader.AtEnd())
+        while (section.mType == macho::kInitializerOffsets && !reader.AtEnd())
             run(reinterpret_cast<Initializer>(mMemory.Base() + reader.Read<std::uint32_t>()));
     }
 }
@@ -190,9 +190,9 @@ void* CMachOImage::FindSymbol(std::string_view inName) const
 std::pair<std::string, void*> CMachOImage::NearestSymbol(const void* inAddress) const
 {
     const std::uint64_t address = reinterpret_cast<std::uint64_t>(inAddress) - mMemory.Slide();
-    const auto after = std::ranges::upper_bound(mSymbols, address, {}, &SMachOSymbol::address);
+    const auto after = std::ranges::upper_bound(mSymbols, address, {}, &SMachOSymbol::mAddress);
     if (after == mSymbols.begin())
         return {};
     const SMachOSymbol& symbol = *std::prev(after);
-    return {std::string(NameInC(symbol.name)), mMemory.From(symbol.address).data()};
+    return {std::string(NameInC(symbol.mName)), mMemory.From(symbol.mAddress).data()};
 }

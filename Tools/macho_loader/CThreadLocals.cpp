@@ -12,9 +12,9 @@ constexpr std::size_t kAlignment = 64; // more than any variable's
 /** What the compiler lays out for a variable; the linker fills in the offset. */
 struct SDescriptor
 {
-    void* accessor;
-    CThreadLocals* owner;
-    std::uint64_t offset;
+    void* mAccessor;
+    CThreadLocals* mOwner;
+    std::uint64_t mOffset;
 };
 static_assert(sizeof(SDescriptor) == 24);
 } // namespace
@@ -22,7 +22,7 @@ static_assert(sizeof(SDescriptor) == 24);
 extern "C" void MachOThreadLocalAccessor(); // below; takes a descriptor in rdi
 extern "C" void* MachOThreadLocalAddress(SDescriptor* inDescriptor)
 {
-    return inDescriptor->owner->Address(inDescriptor->offset);
+    return inDescriptor->mOwner->Address(inDescriptor->mOffset);
 }
 
 // The caller expects every register but rax kept, those of vectors too.
@@ -75,8 +75,8 @@ void CThreadLocals::Connect(std::span<std::uint8_t> ioDescriptors)
     for (std::size_t start = 0; start < ioDescriptors.size(); start += sizeof(SDescriptor))
     {
         auto descriptor = ReadAt<SDescriptor>(ioDescriptors, start);
-        descriptor.accessor = Accessor();
-        descriptor.owner = this;
+        descriptor.mAccessor = Accessor();
+        descriptor.mOwner = this;
         std::memcpy(&ioDescriptors[start], &descriptor, sizeof(descriptor));
     }
 }

@@ -20,7 +20,7 @@ std::span<const std::uint8_t> SectionBytes(const CMachOFile& inFile, const CImag
     const SMachOSection* const section = inFile.FindSection(inName);
     if (section == nullptr)
         return {};
-    return inMemory.At(section->address, section->size);
+    return inMemory.At(section->mAddress, section->mSize);
 }
 } // namespace
 
@@ -36,19 +36,19 @@ CUnwindTable::CUnwindTable(const CMachOFile& inFile, const CImageMemory& inMemor
     CEhFrameWriter writer;
     for (const SUnwindEntry& entry : ReadUnwindInfo(compact))
     {
-        if ((entry.encoding & kUnwindModeMask) == kUnwindDwarf)
+        if ((entry.mEncoding & kUnwindModeMask) == kUnwindDwarf)
         {
-            writer.Add(ReadDwarfFrame(dwarf, entry.encoding & kUnwindDwarfOffsetMask));
+            writer.Add(ReadDwarfFrame(dwarf, entry.mEncoding & kUnwindDwarfOffsetMask));
             continue;
         }
         SUnwindFunction function;
-        function.code = base + entry.function;
-        function.size = entry.size;
-        function.instructions = FrameInstructions(entry.encoding, image.subspan(entry.function));
-        if (entry.personalitySlot != 0)
-            function.personality = ReadAt<std::uint64_t>(image, entry.personalitySlot);
-        if (entry.languageData != 0)
-            function.languageData = base + entry.languageData;
+        function.mCode = base + entry.mFunction;
+        function.mSize = entry.mSize;
+        function.mInstructions = FrameInstructions(entry.mEncoding, image.subspan(entry.mFunction));
+        if (entry.mPersonalitySlot != 0)
+            function.mPersonality = ReadAt<std::uint64_t>(image, entry.mPersonalitySlot);
+        if (entry.mLanguageData != 0)
+            function.mLanguageData = base + entry.mLanguageData;
         writer.Add(function);
     }
     mTable = writer.Take();

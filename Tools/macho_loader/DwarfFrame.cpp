@@ -51,11 +51,11 @@ std::span<const std::uint8_t> Entry(std::span<const std::uint8_t> inSection, std
 /** What the functions of one kind share. */
 struct SCommonPart
 {
-    bool isAugmented = false;
-    std::uint8_t codeEncoding = 0;
-    std::uint8_t languageDataEncoding = kOmitted;
-    std::uint64_t personality = 0;
-    ByteVector instructions;
+    bool mIsAugmented = false;
+    std::uint8_t mCodeEncoding = 0;
+    std::uint8_t mLanguageDataEncoding = kOmitted;
+    std::uint64_t mPersonality = 0;
+    ByteVector mInstructions;
 };
 
 void ReadAugmentation(CByteReader& ioReader, const std::string& inLetters, SCommonPart& outCommon)
@@ -65,9 +65,9 @@ void ReadAugmentation(CByteReader& ioReader, const std::string& inLetters, SComm
         const auto encoding = ioReader.Read<std::uint8_t>();
         switch (letter)
         {
-        case 'R': outCommon.codeEncoding = encoding; break;
-        case 'L': outCommon.languageDataEncoding = encoding; break;
-        case 'P': outCommon.personality = ReadPointer(ioReader, encoding); break;
+        case 'R': outCommon.mCodeEncoding = encoding; break;
+        case 'L': outCommon.mLanguageDataEncoding = encoding; break;
+        case 'P': outCommon.mPersonality = ReadPointer(ioReader, encoding); break;
         default: throw CMachOError("unexpected augmentation in the frame table");
         }
     }
@@ -80,14 +80,14 @@ SCommonPart ReadCommonPart(std::span<const std::uint8_t> inEntry)
     if (reader.ReadUleb() != 1 || reader.ReadSleb() != -8 || reader.ReadUleb() != 16)
         throw CMachOError("unexpected units in the frame table");
     SCommonPart common;
-    common.isAugmented = augmentation.starts_with('z');
-    if (common.isAugmented)
+    common.mIsAugmented = augmentation.starts_with('z');
+    if (common.mIsAugmented)
     {
         CByteReader data(reader.ReadBytes(reader.ReadUleb()));
         ReadAugmentation(data, augmentation.substr(1), common);
     }
     const auto instructions = inEntry.subspan(reader.Offset());
-    common.instructions.assign(instructions.begin(), instructions.end());
+    common.mInstructions.assign(instructions.begin(), instructions.end());
     return common;
 }
 } // namespace
@@ -102,17 +102,17 @@ SUnwindFunction ReadDwarfFrame(std::span<const std::uint8_t> inSection, std::uin
     const SCommonPart common = ReadCommonPart(Entry(inSection, inOffset + kLengthSize - distance));
 
     SUnwindFunction function;
-    function.personality = common.personality;
-    function.commonInstructions = common.instructions;
-    function.code = ReadPointer(reader, common.codeEncoding);
-    function.size =
-        IsFourBytes(common.codeEncoding) ? reader.Read<std::uint32_t>() : reader.Read<std::uint64_t>();
-    if (common.isAugmented)
+    function.mPersonality = common.mPersonality;
+    function.mCommonInstructions = common.mInstructions;
+    function.mCode = ReadPointer(reader, common.mCodeEncoding);
+    function.mSize =
+        IsFourBytes(common.mCodeEncoding) ? reader.Read<std::uint32_t>() : reader.Read<std::uint64_t>();
+    if (common.mIsAugmented)
     {
         CByteReader data(reader.ReadBytes(reader.ReadUleb()));
-        function.languageData = ReadPointer(data, common.languageDataEncoding);
+        function.mLanguageData = ReadPointer(data, common.mLanguageDataEncoding);
     }
     const auto instructions = entry.subspan(reader.Offset());
-    function.instructions.assign(instructions.begin(), instructions.end());
+    function.mInstructions.assign(instructions.begin(), instructions.end());
     return function;
 }

@@ -12,18 +12,18 @@ constexpr int kAsciiCharacters = 128;
 /** The system's table for the locale "C", as its headers read it. */
 struct SCharacterTable
 {
-    std::array<char, 40> names{};
-    std::array<void*, 2> converters{};
-    int invalid = 0;
-    std::array<unsigned, kCharacters> classes{};
-    std::array<int, kCharacters> lower{};
-    std::array<int, kCharacters> upper{};
-    std::array<char, 128> furtherRanges{}; // more than there is, all empty
+    std::array<char, 40> mNames{};
+    std::array<void*, 2> mConverters{};
+    int mInvalid = 0;
+    std::array<unsigned, kCharacters> mClasses{};
+    std::array<int, kCharacters> mLower{};
+    std::array<int, kCharacters> mUpper{};
+    std::array<char, 128> mFurtherRanges{}; // more than there is, all empty
 
     SCharacterTable();
 };
-static_assert(offsetof(SCharacterTable, classes) == 60 && offsetof(SCharacterTable, lower) == 1084 &&
-              offsetof(SCharacterTable, upper) == 2108);
+static_assert(offsetof(SCharacterTable, mClasses) == 60 && offsetof(SCharacterTable, mLower) == 1084 &&
+              offsetof(SCharacterTable, mUpper) == 2108);
 
 unsigned ClassesOf(int inCharacter)
 {
@@ -31,8 +31,8 @@ unsigned ClassesOf(int inCharacter)
     constexpr unsigned kBlank = 0x20000;
     struct SClass
     {
-        int (*isMember)(int);
-        unsigned bit;
+        int (*mIsMember)(int);
+        unsigned mBit;
     };
     constexpr SClass kClasses[] = {
         {std::isalpha, 0x100},  {std::iscntrl, 0x200},    {std::isgraph, 0x800},
@@ -41,7 +41,7 @@ unsigned ClassesOf(int inCharacter)
     };
     unsigned classes = 0;
     for (const SClass& one : kClasses)
-        classes |= one.isMember(inCharacter) != 0 ? one.bit : 0U;
+        classes |= one.mIsMember(inCharacter) != 0 ? one.mBit : 0U;
     if (std::isdigit(inCharacter) != 0)
         classes |= kDigit | static_cast<unsigned>(inCharacter - '0');
     if (inCharacter == ' ' || inCharacter == '\t')
@@ -63,9 +63,9 @@ SCharacterTable::SCharacterTable()
     for (int character = 0; character < kCharacters; ++character)
     {
         const auto place = static_cast<std::size_t>(character);
-        classes[place] = character < kAsciiCharacters ? ClassesOf(character) : 0;
-        lower[place] = ToLower(character);
-        upper[place] = ToUpper(character);
+        mClasses[place] = character < kAsciiCharacters ? ClassesOf(character) : 0;
+        mLower[place] = ToLower(character);
+        mUpper[place] = ToUpper(character);
     }
 }
 
@@ -76,7 +76,7 @@ int Classify(int inCharacter, unsigned long inClasses)
 {
     if (inCharacter < 0 || inCharacter >= kCharacters)
         return 0;
-    return static_cast<int>(gCharacterTable.classes[static_cast<std::size_t>(inCharacter)] & inClasses);
+    return static_cast<int>(gCharacterTable.mClasses[static_cast<std::size_t>(inCharacter)] & inClasses);
 }
 int ClassifyInLocale(int inCharacter, unsigned long inClasses, void*)
 {

@@ -12,13 +12,13 @@ namespace
 /** Returned in two vector registers, as the compiler expects of these helpers. */
 struct SSineAndCosine
 {
-    double sine;
-    double cosine;
+    double mSine;
+    double mCosine;
 };
 struct SSineAndCosineFloat
 {
-    float sine;
-    float cosine;
+    float mSine;
+    float mCosine;
 };
 SSineAndCosine SineAndCosine(double inAngle) { return {std::sin(inAngle), std::cos(inAngle)}; }
 SSineAndCosineFloat SineAndCosineFloat(float inAngle) { return {std::sin(inAngle), std::cos(inAngle)}; }

@@ -30,32 +30,32 @@ enum EMark : long
 
 struct SMutex
 {
-    std::atomic<long> mark;
-    alignas(pthread_mutex_t) char room[56];
+    std::atomic<long> mMark;
+    alignas(pthread_mutex_t) char mRoom[56];
 
-    pthread_mutex_t* Real() { return std::launder(reinterpret_cast<pthread_mutex_t*>(room)); }
+    pthread_mutex_t* Real() { return std::launder(reinterpret_cast<pthread_mutex_t*>(mRoom)); }
 };
-static_assert(sizeof(SMutex) == 64 && sizeof(pthread_mutex_t) <= sizeof(SMutex::room));
+static_assert(sizeof(SMutex) == 64 && sizeof(pthread_mutex_t) <= sizeof(SMutex::mRoom));
 
 struct SMutexAttributes
 {
-    long mark;
-    pthread_mutexattr_t real;
+    long mMark;
+    pthread_mutexattr_t mReal;
 };
 static_assert(sizeof(SMutexAttributes) <= 16);
 
 struct SCondition
 {
-    std::atomic<long> mark;
-    pthread_cond_t* real; // does not fit into the room
-    char room[32];
+    std::atomic<long> mMark;
+    pthread_cond_t* mReal; // does not fit into the room
+    char mRoom[32];
 };
 static_assert(sizeof(SCondition) == 48);
 
 struct SOnce
 {
-    std::atomic<long> mark;
-    char room[8];
+    std::atomic<long> mMark;
+    char mRoom[8];
 };
 static_assert(sizeof(SOnce) == 16);
 
@@ -104,7 +104,7 @@ void MakeMutex(SMutex& outMutex, int inType)
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
     pthread_mutexattr_settype(&attributes, inType);
-    pthread_mutex_init(new (outMutex.room) pthread_mutex_t, &attributes);
+    pthread_mutex_init(new (outMutex.mRoom) pthread_mutex_t, &attributes);
     pthread_mutexattr_destroy(&attributes);
 }
 
@@ -123,7 +123,7 @@ template <int (*kOperation)(pthread_mutex_t*)>
 int WithMutex(SMutex* ioMutex)
 {
     const bool ready =
-        MakeReady(ioMutex->mark, [&](long inMark) { return MakeStaticMutex(*ioMutex, inMark); });
+        MakeReady(ioMutex->mMark, [&](long inMark) { return MakeStaticMutex(*ioMutex, inMark); });
     return ready ? DarwinError(kOperation(ioMutex->Real())) : EINVAL;
 }
 
@@ -131,9 +131,9 @@ int InitMutex(SMutex* outMutex, const SMutexAttributes* inAttributes)
 {
     int type = PTHREAD_MUTEX_NORMAL;
     if (inAttributes != nullptr)
-        pthread_mutexattr_gettype(&inAttributes->real, &type);
+        pthread_mutexattr_gettype(&inAttributes->mReal, &type);
     MakeMutex(*outMutex, type);
-    outMutex->mark.store(kReady, std::memory_order_release);
+    outMutex->mMark.store(kReady, std::memory_order_release);
     return 0;
 }
 
@@ -141,27 +141,27 @@ int DestroyMutex(SMutex* ioMutex)
 {
     const int error = WithMutex<pthread_mutex_destroy>(ioMutex);
     if (error == 0)
-        ioMutex->mark.store(kGone);
+        ioMutex->mMark.store(kGone);
     return error;
 }
 
 int InitMutexAttributes(SMutexAttributes* outAttributes)
 {
-    return pthread_mutexattr_init(&outAttributes->real);
+    return pthread_mutexattr_init(&outAttributes->mReal);
 }
 
 int DestroyMutexAttributes(SMutexAttributes* ioAttributes)
 {
-    return pthread_mutexattr_destroy(&ioAttributes->real);
+    return pthread_mutexattr_destroy(&ioAttributes->mReal);
 }
 
 int SetMutexType(SMutexAttributes* ioAttributes, int inType)
 {
     switch (inType) // numbered otherwise here
     {
-    case 0: return pthread_mutexattr_settype(&ioAttributes->real, PTHREAD_MUTEX_NORMAL);
-    case 1: return pthread_mutexattr_settype(&ioAttributes->real, PTHREAD_MUTEX_ERRORCHECK);
-    case 2: return pthread_mutexattr_settype(&ioAttributes->real, PTHREAD_MUTEX_RECURSIVE);
+    case 0: return pthread_mutexattr_settype(&ioAttributes->mReal, PTHREAD_MUTEX_NORMAL);
+    case 1: return pthread_mutexattr_settype(&ioAttributes->mReal, PTHREAD_MUTEX_ERRORCHECK);
+    case 2: return pthread_mutexattr_settype(&ioAttributes->mReal, PTHREAD_MUTEX_RECURSIVE);
     default: return EINVAL;
     }
 }
@@ -171,8 +171,8 @@ bool MakeStaticCondition(SCondition& outCondition, long inMark)
     if (inMark != kConditionStatic)
         return false;
     const std::lock_guard lock(gConditionsMutex);
-    outCondition.real = &gConditions.emplace_back();
-    pthread_cond_init(outCondition.real, nullptr);
+    outCondition.mReal = &gConditions.emplace_back();
+    pthread_cond_init(outCondition.mReal, nullptr);
     return true;
 }
 
@@ -180,8 +180,8 @@ template <int (*kOperation)(pthread_cond_t*)>
 int WithCondition(SCondition* ioCondition)
 {
     const bool ready =
-        MakeReady(ioCondition->mark, [&](long inMark) { return MakeStaticCondition(*ioCondition, inMark); });
-    return ready ? DarwinError(kOperation(ioCondition->real)) : EINVAL;
+        MakeReady(ioCondition->mMark, [&](long inMark) { return MakeStaticCondition(*ioCondition, inMark); });
+    return ready ? DarwinError(kOperation(ioCondition->mReal)) : EINVAL;
 }
 
 int Nothing(pthread_cond_t*) { return 0; }
@@ -190,28 +190,28 @@ int InitCondition(SCondition* outCondition, const void* inAttributes)
 {
     if (inAttributes != nullptr)
         return DarwinError(ENOTSUP);
-    outCondition->mark.store(kConditionStatic);
+    outCondition->mMark.store(kConditionStatic);
     return WithCondition<Nothing>(outCondition);
 }
 
 int DestroyCondition(SCondition* ioCondition)
 {
     const int error = WithCondition<pthread_cond_destroy>(ioCondition);
-    ioCondition->mark.store(kGone);
+    ioCondition->mMark.store(kGone);
     return error;
 }
 
 int WaitForCondition(SCondition* ioCondition, SMutex* ioMutex)
 {
     const int error = WithCondition<Nothing>(ioCondition);
-    return error != 0 ? error : DarwinError(pthread_cond_wait(ioCondition->real, ioMutex->Real()));
+    return error != 0 ? error : DarwinError(pthread_cond_wait(ioCondition->mReal, ioMutex->Real()));
 }
 
 int WaitForConditionUntil(SCondition* ioCondition, SMutex* ioMutex, const timespec* inTime)
 {
     const int error = WithCondition<Nothing>(ioCondition);
     return error != 0 ? error
-                      : DarwinError(pthread_cond_timedwait(ioCondition->real, ioMutex->Real(), inTime));
+                      : DarwinError(pthread_cond_timedwait(ioCondition->mReal, ioMutex->Real(), inTime));
 }
 
 int Once(SOnce* ioOnce, void (*inFunction)())
@@ -222,7 +222,7 @@ int Once(SOnce* ioOnce, void (*inFunction)())
             inFunction();
         return inMark == kOnceStatic;
     };
-    return MakeReady(ioOnce->mark, runOnce) ? 0 : EINVAL;
+    return MakeReady(ioOnce->mMark, runOnce) ? 0 : EINVAL;
 }
 
 int CreateThread(pthread_t* outThread, const void* inAttributes, void* (*inFunction)(void*), void* inArgument)

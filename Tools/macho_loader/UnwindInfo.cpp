@@ -11,26 +11,26 @@ constexpr std::uint32_t kCompressedPage = 3;
 
 struct SHeader
 {
-    std::uint32_t version;
-    std::uint32_t commonEncodings; // offset of the encodings that all pages share
-    std::uint32_t commonEncodingCount;
-    std::uint32_t personalities;
-    std::uint32_t personalityCount;
-    std::uint32_t pages; // the last one only tells where the code ends
-    std::uint32_t pageCount;
+    std::uint32_t mVersion;
+    std::uint32_t mCommonEncodings; // offset of the encodings that all pages share
+    std::uint32_t mCommonEncodingCount;
+    std::uint32_t mPersonalities;
+    std::uint32_t mPersonalityCount;
+    std::uint32_t mPages; // the last one only tells where the code ends
+    std::uint32_t mPageCount;
 };
 
 struct SPage
 {
-    std::uint32_t firstFunction;
-    std::uint32_t content; // 0: none
-    std::uint32_t languageData;
+    std::uint32_t mFirstFunction;
+    std::uint32_t mContent; // 0: none
+    std::uint32_t mLanguageData;
 };
 
 struct SPair
 {
-    std::uint32_t function;
-    std::uint32_t value; // an encoding or the offset of language data
+    std::uint32_t mFunction;
+    std::uint32_t mValue; // an encoding or the offset of language data
 };
 
 class CUnwindInfoReader
@@ -39,9 +39,9 @@ public:
     explicit CUnwindInfoReader(std::span<const std::uint8_t> inSection)
         : mSection(inSection), mHeader(ReadAt<SHeader>(inSection, 0))
     {
-        for (std::uint32_t i = 0; i + 1 < mHeader.pageCount; ++i)
+        for (std::uint32_t i = 0; i + 1 < mHeader.mPageCount; ++i)
         {
-            ReadLanguageData(PageAt(i).languageData, PageAt(i + 1).languageData);
+            ReadLanguageData(PageAt(i).mLanguageData, PageAt(i + 1).mLanguageData);
             ReadPage(PageAt(i));
         }
     }
@@ -52,17 +52,18 @@ public:
         for (std::size_t i = 0; i < mFunctions.size(); ++i)
         {
             const auto& [function, encoding] = mFunctions[i];
-            const std::uint32_t end = i + 1 < mFunctions.size() ? mFunctions[i + 1].function
-                                                                : PageAt(mHeader.pageCount - 1).firstFunction;
+            const std::uint32_t end = i + 1 < mFunctions.size()
+                                          ? mFunctions[i + 1].mFunction
+                                          : PageAt(mHeader.mPageCount - 1).mFirstFunction;
             if (encoding == 0 || end <= function)
                 continue;
             SUnwindEntry& entry = entries.emplace_back();
-            entry.function = function;
-            entry.size = end - function;
-            entry.encoding = encoding;
-            entry.personalitySlot = PersonalitySlot((encoding & kUnwindPersonalityMask) >> 28);
+            entry.mFunction = function;
+            entry.mSize = end - function;
+            entry.mEncoding = encoding;
+            entry.mPersonalitySlot = PersonalitySlot((encoding & kUnwindPersonalityMask) >> 28);
             if ((encoding & kUnwindHasLanguageData) != 0)
-                entry.languageData = mLanguageData.at(function);
+                entry.mLanguageData = mLanguageData.at(function);
         }
         return entries;
     }
@@ -70,13 +71,13 @@ public:
 private:
     SPage PageAt(std::uint32_t inIndex) const
     {
-        return ReadAt<SPage>(mSection, mHeader.pages + inIndex * sizeof(SPage));
+        return ReadAt<SPage>(mSection, mHeader.mPages + inIndex * sizeof(SPage));
     }
 
     std::uint32_t PersonalitySlot(std::uint32_t inNumber) const
     {
         return inNumber == 0 ? 0
-                             : ReadAt<std::uint32_t>(mSection, mHeader.personalities +
+                             : ReadAt<std::uint32_t>(mSection, mHeader.mPersonalities +
                                                                    (inNumber - 1) * sizeof(std::uint32_t));
     }
 
@@ -85,17 +86,17 @@ private:
         for (CByteReader reader(mSection, inStart); reader.Offset() < inEnd;)
         {
             const auto pair = reader.Read<SPair>();
-            mLanguageData[pair.function] = pair.value;
+            mLanguageData[pair.mFunction] = pair.mValue;
         }
     }
 
     void ReadPage(const SPage& inPage)
     {
-        if (inPage.content == 0)
+        if (inPage.mContent == 0)
             return;
-        CByteReader header(mSection, inPage.content);
+        CByteReader header(mSection, inPage.mContent);
         const auto kind = header.Read<std::uint32_t>();
-        const std::uint32_t list = inPage.content + header.Read<std::uint16_t>();
+        const std::uint32_t list = inPage.mContent + header.Read<std::uint16_t>();
         const std::uint32_t count = header.Read<std::uint16_t>();
         CByteReader entries(mSection, list);
         if (kind == kRegularPage)
@@ -105,10 +106,10 @@ private:
         }
         else if (kind == kCompressedPage)
         {
-            const std::uint32_t ownEncodings = inPage.content + header.Read<std::uint16_t>();
+            const std::uint32_t ownEncodings = inPage.mContent + header.Read<std::uint16_t>();
             for (std::uint32_t i = 0; i < count; ++i)
                 mFunctions.push_back(
-                    Expand(entries.Read<std::uint32_t>(), inPage.firstFunction, ownEncodings));
+                    Expand(entries.Read<std::uint32_t>(), inPage.mFirstFunction, ownEncodings));
         }
         else
             throw CMachOError("unexpected page in the unwind table");
@@ -119,9 +120,9 @@ private:
     {
         constexpr std::uint32_t kDistanceMask = 0x00FFFFFF;
         const std::uint32_t number = inEntry >> 24;
-        const bool isCommon = number < mHeader.commonEncodingCount;
-        const std::uint32_t list = isCommon ? mHeader.commonEncodings : inOwnEncodings;
-        const std::uint32_t place = isCommon ? number : number - mHeader.commonEncodingCount;
+        const bool isCommon = number < mHeader.mCommonEncodingCount;
+        const std::uint32_t list = isCommon ? mHeader.mCommonEncodings : inOwnEncodings;
+        const std::uint32_t place = isCommon ? number : number - mHeader.mCommonEncodingCount;
         return {inFirstFunction + (inEntry & kDistanceMask),
                 ReadAt<std::uint32_t>(mSection, list + place * sizeof(std::uint32_t))};
     }

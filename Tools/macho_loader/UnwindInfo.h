@@ -7,11 +7,11 @@
  * the image's header. */
 struct SUnwindEntry
 {
-    std::uint32_t function = 0;
-    std::uint32_t size = 0;            // bytes of code up to the next entry
-    std::uint32_t encoding = 0;        // of ECompactUnwind
-    std::uint32_t personalitySlot = 0; // where the address of the handler lies; 0: no handler
-    std::uint32_t languageData = 0;    // what the handler reads; 0: nothing
+    std::uint32_t mFunction = 0;
+    std::uint32_t mSize = 0;            // bytes of code up to the next entry
+    std::uint32_t mEncoding = 0;        // of ECompactUnwind
+    std::uint32_t mPersonalitySlot = 0; // where the address of the handler lies; 0: no handler
+    std::uint32_t mLanguageData = 0;    // what the handler reads; 0: nothing
 };
 
 enum ECompactUnwind : std::uint32_t

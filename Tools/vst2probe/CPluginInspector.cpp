@@ -39,7 +39,7 @@ void CPluginInspector::Run(const std::string& inPath)
         if (refusal.empty())
         {
             Stage("its entry function ran");
-            mFacts.executables = static_cast<std::int32_t>(PluginExecutables(inPath).size());
+            mFacts.mExecutables = static_cast<std::int32_t>(PluginExecutables(inPath).size());
             refusal = mPlugin.Enter();
         }
         if (refusal.empty())
@@ -69,18 +69,18 @@ void CPluginInspector::Run(const std::string& inPath)
 void CPluginInspector::ReadIdentity()
 {
     const AEffect& effect = mPlugin.Effect();
-    mFacts.latencyWhenLoaded = effect.initialDelay;
-    mFacts.name = mPlugin.Text(effGetEffectName);
-    mFacts.vendor = mPlugin.Text(effGetVendorString);
-    mFacts.product = mPlugin.Text(effGetProductString);
-    mFacts.interfaceVersion = static_cast<std::int32_t>(mPlugin.Dispatch(effGetVstVersion));
-    mFacts.uniqueId = effect.uniqueID;
-    mFacts.version = effect.version;
-    mFacts.flags = effect.flags;
-    mFacts.inputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
-    mFacts.outputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
-    mFacts.sendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");
-    mFacts.midiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
+    mFacts.mLatencyWhenLoaded = effect.initialDelay;
+    mFacts.mName = mPlugin.Text(effGetEffectName);
+    mFacts.mVendor = mPlugin.Text(effGetVendorString);
+    mFacts.mProduct = mPlugin.Text(effGetProductString);
+    mFacts.mInterfaceVersion = static_cast<std::int32_t>(mPlugin.Dispatch(effGetVstVersion));
+    mFacts.mUniqueId = effect.uniqueID;
+    mFacts.mVersion = effect.version;
+    mFacts.mFlags = effect.flags;
+    mFacts.mInputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
+    mFacts.mOutputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
+    mFacts.mSendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");
+    mFacts.mMidiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
 }
 
 void CPluginInspector::ReadPorts()
@@ -103,16 +103,16 @@ void CPluginInspector::ReadPorts()
         }
         return whole;
     };
-    mFacts.portListCut = !read(EPortDirection::kInput, mFacts.inputs, mFacts.inputPorts) ||
-                         !read(EPortDirection::kOutput, mFacts.outputs, mFacts.outputPorts);
-    mFacts.midiBeforeOpen = mFacts.midiBeforeOpen || Heard({audioMasterWantMidi});
+    mFacts.mPortListCut = !read(EPortDirection::kInput, mFacts.mInputs, mFacts.mInputPorts) ||
+                          !read(EPortDirection::kOutput, mFacts.mOutputs, mFacts.mOutputPorts);
+    mFacts.mMidiBeforeOpen = mFacts.mMidiBeforeOpen || Heard({audioMasterWantMidi});
 }
 
 void CPluginInspector::Start()
 {
     mPlugin.Start(kSampleRate);
-    mFacts.midiAfterOpen = mFacts.midiBeforeOpen || Heard({audioMasterWantMidi});
-    mFacts.latencyAtStart = mPlugin.Effect().initialDelay;
+    mFacts.mMidiAfterOpen = mFacts.mMidiBeforeOpen || Heard({audioMasterWantMidi});
+    mFacts.mLatencyAtStart = mPlugin.Effect().initialDelay;
 }
 
 void CPluginInspector::ReadParameters()
@@ -122,11 +122,11 @@ void CPluginInspector::ReadParameters()
         effect.getParameter != nullptr ? std::min(effect.numParams, kMaxListed) : 0;
     for (std::int32_t i = 0; i < parameters; ++i)
     {
-        mFacts.parameters.push_back({mPlugin.Text(effGetParamName, i), mPlugin.Text(effGetParamLabel, i),
-                                     mPlugin.Text(effGetParamDisplay, i), mPlugin.GetParameter(i)});
+        mFacts.mParameters.push_back({mPlugin.Text(effGetParamName, i), mPlugin.Text(effGetParamLabel, i),
+                                      mPlugin.Text(effGetParamDisplay, i), mPlugin.GetParameter(i)});
     }
     for (std::int32_t i = 0; i < std::min(effect.numPrograms, kMaxListed); ++i)
-        mFacts.programs.push_back(mPlugin.Text(effGetProgramNameIndexed, i));
+        mFacts.mPrograms.push_back(mPlugin.Text(effGetProgramNameIndexed, i));
 }
 
 void CPluginInspector::RenderBlocks()
@@ -140,14 +140,14 @@ void CPluginInspector::RenderBlocks()
             break;
         if (block == 0)
         {
-            mFacts.latencyAfterFirstBlock = effect.initialDelay; // some know it only now
+            mFacts.mLatencyAfterFirstBlock = effect.initialDelay; // some know it only now
             Stage("it rendered more blocks");
         }
     }
-    mFacts.latencyAfterBlocks = effect.initialDelay;
-    mFacts.asksTime = mPlugin.HasAskedForTime();
-    mFacts.asksIdle = Heard({audioMasterNeedIdle});
-    mFacts.asksAboutHost =
+    mFacts.mLatencyAfterBlocks = effect.initialDelay;
+    mFacts.mAsksTime = mPlugin.HasAskedForTime();
+    mFacts.mAsksIdle = Heard({audioMasterNeedIdle});
+    mFacts.mAsksAboutHost =
         Heard({audioMasterGetSampleRate, audioMasterGetBlockSize, audioMasterGetCurrentProcessLevel,
                audioMasterGetAutomationState, audioMasterGetVendorString, audioMasterGetVendorVersion,
                audioMasterCanDo, audioMasterGetLanguage, audioMasterGetDirectory});

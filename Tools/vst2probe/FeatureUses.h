@@ -7,9 +7,9 @@
 /** What a feature of a product does for one plug-in. */
 struct SFeatureUse
 {
-    const char* name;   // in FEATURES of add_aax_adapter()
-    bool isUsed;        // else the plug-in behaves as without it
-    std::string reason; // a sentence
+    const char* mName;   // in FEATURES of add_aax_adapter()
+    bool mIsUsed;        // else the plug-in behaves as without it
+    std::string mReason; // a sentence
 };
 
 /** Every feature there is, in the order of cmake/ProductFeatures.cmake. */

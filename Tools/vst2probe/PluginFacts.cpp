@@ -23,7 +23,7 @@ Json PortsToJson(const std::vector<SPortFacts>& inPorts)
 {
     Json ports = Json::array();
     for (const SPortFacts& port : inPorts)
-        ports.push_back({{"label", port.label}, {"channels", port.channels}});
+        ports.push_back({{"label", port.mLabel}, {"channels", port.mChannels}});
     return ports;
 }
 
@@ -41,14 +41,14 @@ constexpr std::size_t kMaxOutputPorts = 1 + static_cast<std::size_t>(kMaxAuxOutp
 std::string UnheardOutputs(const SPluginFacts& inFacts, bool inPortsFromCounts)
 {
     long heard = 0;
-    for (std::size_t i = 0; i < std::min(inFacts.outputPorts.size(), kMaxOutputPorts); ++i)
-        heard += inFacts.outputPorts[i].channels;
-    if (inFacts.outputPorts.empty()) // of which the option, or its reason, says all there is to say
-        heard = inPortsFromCounts ? 2 * static_cast<long>(kMaxOutputPorts) : inFacts.outputs;
-    if (heard >= inFacts.outputs)
+    for (std::size_t i = 0; i < std::min(inFacts.mOutputPorts.size(), kMaxOutputPorts); ++i)
+        heard += inFacts.mOutputPorts[i].mChannels;
+    if (inFacts.mOutputPorts.empty()) // of which the option, or its reason, says all there is to say
+        heard = inPortsFromCounts ? 2 * static_cast<long>(kMaxOutputPorts) : inFacts.mOutputs;
+    if (heard >= inFacts.mOutputs)
         return {};
-    const bool tooMany = inFacts.outputPorts.empty() || inFacts.outputPorts.size() > kMaxOutputPorts;
-    return fmt::format("Of its {} outputs a host hears the first {}: {}.", inFacts.outputs, heard,
+    const bool tooMany = inFacts.mOutputPorts.empty() || inFacts.mOutputPorts.size() > kMaxOutputPorts;
+    return fmt::format("Of its {} outputs a host hears the first {}: {}.", inFacts.mOutputs, heard,
                        tooMany ? fmt::format("one port and {} auxiliary ones is all that can be described",
                                              kMaxAuxOutputStems)
                                : "it describes no pin of the rest");
@@ -57,7 +57,7 @@ std::string UnheardOutputs(const SPluginFacts& inFacts, bool inPortsFromCounts)
 
 bool SPluginFacts::IsInstrument() const
 {
-    return HasFlag(effFlagsIsSynth) || (midiAfterOpen && inputs == 0 && outputs > 0);
+    return HasFlag(effFlagsIsSynth) || (mMidiAfterOpen && mInputs == 0 && mOutputs > 0);
 }
 
 std::vector<std::string> SPluginFacts::FlagNames() const
@@ -71,7 +71,7 @@ std::vector<std::string> SPluginFacts::FlagNames() const
 
 std::string SPluginFacts::UniqueIdText() const
 {
-    const auto number = static_cast<std::uint32_t>(uniqueId);
+    const auto number = static_cast<std::uint32_t>(mUniqueId);
     std::string text;
     for (int shift = 24; shift >= 0; shift -= 8)
         text += static_cast<char>(number >> shift);
@@ -83,78 +83,78 @@ std::string SPluginFacts::UniqueIdText() const
 void to_json(Json& outJson, const SPluginFacts& inFacts)
 {
     Json parameters = Json::array();
-    for (const SParameterFacts& parameter : inFacts.parameters)
+    for (const SParameterFacts& parameter : inFacts.mParameters)
     {
-        parameters.push_back({{"name", parameter.name},
-                              {"value", parameter.value},
-                              {"display", parameter.display},
-                              {"unit", parameter.unit}});
+        parameters.push_back({{"name", parameter.mName},
+                              {"value", parameter.mValue},
+                              {"display", parameter.mDisplay},
+                              {"unit", parameter.mUnit}});
     }
-    outJson = Json{{"name", inFacts.name},
-                   {"vendor", inFacts.vendor},
-                   {"product", inFacts.product},
+    outJson = Json{{"name", inFacts.mName},
+                   {"vendor", inFacts.mVendor},
+                   {"product", inFacts.mProduct},
                    {"kind", inFacts.IsInstrument() ? "instrument" : "effect"},
-                   {"uniqueId", inFacts.uniqueId},
+                   {"uniqueId", inFacts.mUniqueId},
                    {"uniqueIdText", inFacts.UniqueIdText()},
-                   {"version", inFacts.version},
-                   {"interfaceVersion", inFacts.interfaceVersion},
-                   {"inputs", inFacts.inputs},
-                   {"outputs", inFacts.outputs},
-                   {"inputPorts", PortsToJson(inFacts.inputPorts)},
-                   {"outputPorts", PortsToJson(inFacts.outputPorts)},
-                   {"portListCut", inFacts.portListCut},
-                   {"flags", inFacts.flags},
+                   {"version", inFacts.mVersion},
+                   {"interfaceVersion", inFacts.mInterfaceVersion},
+                   {"inputs", inFacts.mInputs},
+                   {"outputs", inFacts.mOutputs},
+                   {"inputPorts", PortsToJson(inFacts.mInputPorts)},
+                   {"outputPorts", PortsToJson(inFacts.mOutputPorts)},
+                   {"portListCut", inFacts.mPortListCut},
+                   {"flags", inFacts.mFlags},
                    {"flagNames", inFacts.FlagNames()},
                    {"editor", inFacts.HasFlag(effFlagsHasEditor)},
                    {"chunk", inFacts.HasFlag(effFlagsProgramChunks)},
-                   {"latencyWhenLoaded", inFacts.latencyWhenLoaded},
-                   {"latencyAtStart", inFacts.latencyAtStart},
-                   {"latencyAfterFirstBlock", inFacts.latencyAfterFirstBlock},
-                   {"latencyAfterBlocks", inFacts.latencyAfterBlocks},
-                   {"executables", inFacts.executables},
-                   {"midiBeforeOpen", inFacts.midiBeforeOpen},
-                   {"midiAfterOpen", inFacts.midiAfterOpen},
-                   {"sendsMidi", inFacts.sendsMidi},
-                   {"asksTime", inFacts.asksTime},
-                   {"asksAboutHost", inFacts.asksAboutHost},
-                   {"asksIdle", inFacts.asksIdle},
+                   {"latencyWhenLoaded", inFacts.mLatencyWhenLoaded},
+                   {"latencyAtStart", inFacts.mLatencyAtStart},
+                   {"latencyAfterFirstBlock", inFacts.mLatencyAfterFirstBlock},
+                   {"latencyAfterBlocks", inFacts.mLatencyAfterBlocks},
+                   {"executables", inFacts.mExecutables},
+                   {"midiBeforeOpen", inFacts.mMidiBeforeOpen},
+                   {"midiAfterOpen", inFacts.mMidiAfterOpen},
+                   {"sendsMidi", inFacts.mSendsMidi},
+                   {"asksTime", inFacts.mAsksTime},
+                   {"asksAboutHost", inFacts.mAsksAboutHost},
+                   {"asksIdle", inFacts.mAsksIdle},
                    {"parameters", parameters},
-                   {"programs", inFacts.programs}};
+                   {"programs", inFacts.mPrograms}};
 }
 
 void from_json(const Json& inJson, SPluginFacts& outFacts)
 {
-    inJson.at("name").get_to(outFacts.name);
-    inJson.at("vendor").get_to(outFacts.vendor);
-    inJson.at("product").get_to(outFacts.product);
-    inJson.at("uniqueId").get_to(outFacts.uniqueId);
-    inJson.at("version").get_to(outFacts.version);
-    inJson.at("interfaceVersion").get_to(outFacts.interfaceVersion);
-    inJson.at("inputs").get_to(outFacts.inputs);
-    inJson.at("outputs").get_to(outFacts.outputs);
-    outFacts.inputPorts = PortsFromJson(inJson.at("inputPorts"));
-    outFacts.outputPorts = PortsFromJson(inJson.at("outputPorts"));
-    inJson.at("portListCut").get_to(outFacts.portListCut);
-    inJson.at("flags").get_to(outFacts.flags);
-    inJson.at("latencyWhenLoaded").get_to(outFacts.latencyWhenLoaded);
-    inJson.at("latencyAtStart").get_to(outFacts.latencyAtStart);
-    inJson.at("latencyAfterFirstBlock").get_to(outFacts.latencyAfterFirstBlock);
-    inJson.at("latencyAfterBlocks").get_to(outFacts.latencyAfterBlocks);
-    inJson.at("executables").get_to(outFacts.executables);
-    inJson.at("midiBeforeOpen").get_to(outFacts.midiBeforeOpen);
-    inJson.at("midiAfterOpen").get_to(outFacts.midiAfterOpen);
-    inJson.at("sendsMidi").get_to(outFacts.sendsMidi);
-    inJson.at("asksTime").get_to(outFacts.asksTime);
-    inJson.at("asksAboutHost").get_to(outFacts.asksAboutHost);
-    inJson.at("asksIdle").get_to(outFacts.asksIdle);
-    inJson.at("programs").get_to(outFacts.programs);
-    outFacts.parameters.clear();
+    inJson.at("name").get_to(outFacts.mName);
+    inJson.at("vendor").get_to(outFacts.mVendor);
+    inJson.at("product").get_to(outFacts.mProduct);
+    inJson.at("uniqueId").get_to(outFacts.mUniqueId);
+    inJson.at("version").get_to(outFacts.mVersion);
+    inJson.at("interfaceVersion").get_to(outFacts.mInterfaceVersion);
+    inJson.at("inputs").get_to(outFacts.mInputs);
+    inJson.at("outputs").get_to(outFacts.mOutputs);
+    outFacts.mInputPorts = PortsFromJson(inJson.at("inputPorts"));
+    outFacts.mOutputPorts = PortsFromJson(inJson.at("outputPorts"));
+    inJson.at("portListCut").get_to(outFacts.mPortListCut);
+    inJson.at("flags").get_to(outFacts.mFlags);
+    inJson.at("latencyWhenLoaded").get_to(outFacts.mLatencyWhenLoaded);
+    inJson.at("latencyAtStart").get_to(outFacts.mLatencyAtStart);
+    inJson.at("latencyAfterFirstBlock").get_to(outFacts.mLatencyAfterFirstBlock);
+    inJson.at("latencyAfterBlocks").get_to(outFacts.mLatencyAfterBlocks);
+    inJson.at("executables").get_to(outFacts.mExecutables);
+    inJson.at("midiBeforeOpen").get_to(outFacts.mMidiBeforeOpen);
+    inJson.at("midiAfterOpen").get_to(outFacts.mMidiAfterOpen);
+    inJson.at("sendsMidi").get_to(outFacts.mSendsMidi);
+    inJson.at("asksTime").get_to(outFacts.mAsksTime);
+    inJson.at("asksAboutHost").get_to(outFacts.mAsksAboutHost);
+    inJson.at("asksIdle").get_to(outFacts.mAsksIdle);
+    inJson.at("programs").get_to(outFacts.mPrograms);
+    outFacts.mParameters.clear();
     for (const Json& parameter : inJson.at("parameters"))
     {
         // A value that is no number travels as null.
         const Json& value = parameter.at("value");
-        outFacts.parameters.push_back({parameter.at("name"), parameter.at("unit"), parameter.at("display"),
-                                       value.is_number() ? value.get<float>() : 0.0F});
+        outFacts.mParameters.push_back({parameter.at("name"), parameter.at("unit"), parameter.at("display"),
+                                        value.is_number() ? value.get<float>() : 0.0F});
     }
 }
 
@@ -163,17 +163,17 @@ std::vector<std::string> WarningsOf(const SPluginFacts& inFacts, bool inPortsFro
     std::vector<std::string> warnings;
     if (std::string unheard = UnheardOutputs(inFacts, inPortsFromCounts); !unheard.empty())
         warnings.push_back(std::move(unheard));
-    if (!inLatency && inFacts.latencyAfterBlocks != inFacts.latencyAtStart)
+    if (!inLatency && inFacts.mLatencyAfterBlocks != inFacts.mLatencyAtStart)
     {
         warnings.push_back(fmt::format(
             "Its latency is {} samples when it is opened and {} when it has rendered "
             "some blocks; a host is told the first only, unless the product has the feature LATENCY.",
-            inFacts.latencyAtStart, inFacts.latencyAfterBlocks));
+            inFacts.mLatencyAtStart, inFacts.mLatencyAfterBlocks));
     }
-    if (inFacts.executables > 1)
+    if (inFacts.mExecutables > 1)
     {
         warnings.push_back(fmt::format("It has {} executables of which one is loaded, the first by its name.",
-                                       inFacts.executables));
+                                       inFacts.mExecutables));
     }
     return warnings;
 }

@@ -8,49 +8,49 @@
 /** A port as the module will see it; without pins there are none. */
 struct SPortFacts
 {
-    std::string label;
-    long channels = 0; // 1 or 2
+    std::string mLabel;
+    long mChannels = 0; // 1 or 2
 };
 
 struct SParameterFacts
 {
-    std::string name;
-    std::string unit;
-    std::string display; // of the value
-    float value = 0.0F;
+    std::string mName;
+    std::string mUnit;
+    std::string mDisplay; // of the value
+    float mValue = 0.0F;
 };
 
 /** What a plug-in said of itself from the entry function to its first block. Texts are valid UTF-8. */
 struct SPluginFacts
 {
-    std::string name;
-    std::string vendor;
-    std::string product;
-    std::int32_t uniqueId = 0;
-    std::int32_t version = 0;
-    std::int32_t interfaceVersion = 0; // of VST 2: 2400 and its like
-    std::int32_t inputs = 0;           // channels
-    std::int32_t outputs = 0;
-    std::vector<SPortFacts> inputPorts;
-    std::vector<SPortFacts> outputPorts;
-    bool portListCut = false; // a pin that names a speaker ended the list
-    std::vector<SParameterFacts> parameters;
-    std::vector<std::string> programs;
-    std::int32_t flags = 0;             // VstAEffectFlags
-    std::int32_t latencyWhenLoaded = 0; // samples
-    std::int32_t latencyAtStart = 0;    // opened and switched on
-    std::int32_t latencyAfterFirstBlock = 0;
-    std::int32_t latencyAfterBlocks = 0; // some
-    std::int32_t executables = 0;        // 0: not known
-    bool midiBeforeOpen = false;
-    bool midiAfterOpen = false;
-    bool sendsMidi = false; // says that it can
+    std::string mName;
+    std::string mVendor;
+    std::string mProduct;
+    std::int32_t mUniqueId = 0;
+    std::int32_t mVersion = 0;
+    std::int32_t mInterfaceVersion = 0; // of VST 2: 2400 and its like
+    std::int32_t mInputs = 0;           // channels
+    std::int32_t mOutputs = 0;
+    std::vector<SPortFacts> mInputPorts;
+    std::vector<SPortFacts> mOutputPorts;
+    bool mPortListCut = false; // a pin that names a speaker ended the list
+    std::vector<SParameterFacts> mParameters;
+    std::vector<std::string> mPrograms;
+    std::int32_t mFlags = 0;             // VstAEffectFlags
+    std::int32_t mLatencyWhenLoaded = 0; // samples
+    std::int32_t mLatencyAtStart = 0;    // opened and switched on
+    std::int32_t mLatencyAfterFirstBlock = 0;
+    std::int32_t mLatencyAfterBlocks = 0; // some
+    std::int32_t mExecutables = 0;        // 0: not known
+    bool mMidiBeforeOpen = false;
+    bool mMidiAfterOpen = false;
+    bool mSendsMidi = false; // says that it can
     // What it asked its host for until its last block.
-    bool asksTime = false;
-    bool asksAboutHost = false; // rate, block size, abilities and the like
-    bool asksIdle = false;
+    bool mAsksTime = false;
+    bool mAsksAboutHost = false; // rate, block size, abilities and the like
+    bool mAsksIdle = false;
 
-    bool HasFlag(std::int32_t inFlag) const { return (flags & inFlag) != 0; }
+    bool HasFlag(std::int32_t inFlag) const { return (mFlags & inFlag) != 0; }
     /** Whether it is played: it calls itself a synthesizer, or makes sound of MIDI alone. */
     bool IsInstrument() const;
     std::vector<std::string> FlagNames() const;

@@ -29,20 +29,20 @@ SProbeAttempt ProbeOnce(const std::string& inProgram, const std::filesystem::pat
         }
         else if (told.contains("askedVersion"))
         {
-            attempt.askedVersion = true;
+            attempt.mAskedVersion = true;
         }
         else if (told.contains("refused"))
         {
-            attempt.refusal = told["refused"];
+            attempt.mRefusal = told["refused"];
             return attempt;
         }
         else if (told.contains("facts"))
         {
-            attempt.facts = told["facts"].get<SPluginFacts>();
+            attempt.mFacts = told["facts"].get<SPluginFacts>();
             return attempt;
         }
     }
-    attempt.refusal = HowChildEnded(child.Wait(deadline), stage, inLimit);
+    attempt.mRefusal = HowChildEnded(child.Wait(deadline), stage, inLimit);
     return attempt;
 }
 
@@ -51,19 +51,19 @@ SProbeResult ProbePlugin(const std::string& inProgram, const std::filesystem::pa
 {
     SProbeResult result;
     SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, 0, inLimit);
-    result.askedVersion = attempt.askedVersion;
-    if (!attempt.facts && attempt.askedVersion)
+    result.mAskedVersion = attempt.mAskedVersion;
+    if (!attempt.mFacts && attempt.mAskedVersion)
     {
         SProbeAttempt second = ProbeOnce(inProgram, inPlugin, kUsualEntryVersion, inLimit);
-        if (second.facts)
+        if (second.mFacts)
         {
-            result.entryVersion = kUsualEntryVersion;
-            result.refusalOfZero = attempt.refusal;
+            result.mEntryVersion = kUsualEntryVersion;
+            result.mRefusalOfZero = attempt.mRefusal;
         }
         attempt = std::move(second);
     }
-    result.facts = std::move(attempt.facts);
-    result.refusal = std::move(attempt.refusal);
+    result.mFacts = std::move(attempt.mFacts);
+    result.mRefusal = std::move(attempt.mRefusal);
     return result;
 }
 

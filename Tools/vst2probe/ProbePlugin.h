@@ -10,19 +10,19 @@
 /** What came of looking at a plug-in. Reasons are parts of a sentence, such as "its entry function ...". */
 struct SProbeResult
 {
-    std::optional<SPluginFacts> facts; // nothing: refused
-    std::string refusal;               // why, when refused
-    std::int32_t entryVersion = 0;     // the host version that it takes inside its entry function
-    bool askedVersion = false;         // whether it asks for one there
-    std::string refusalOfZero;         // what it did with 0 when it needs another
+    std::optional<SPluginFacts> mFacts; // nothing: refused
+    std::string mRefusal;               // why, when refused
+    std::int32_t mEntryVersion = 0;     // the host version that it takes inside its entry function
+    bool mAskedVersion = false;         // whether it asks for one there
+    std::string mRefusalOfZero;         // what it did with 0 when it needs another
 };
 
 /** What came of one look at a plug-in. */
 struct SProbeAttempt
 {
-    std::optional<SPluginFacts> facts; // nothing: refused
-    std::string refusal;               // why, when refused
-    bool askedVersion = false;         // whether it asked for the host's version inside its entry function
+    std::optional<SPluginFacts> mFacts; // nothing: refused
+    std::string mRefusal;               // why, when refused
+    bool mAskedVersion = false;         // whether it asked for the host's version inside its entry function
 };
 
 /** The host's version that most plug-ins want to hear inside their entry function. */

@@ -6,23 +6,23 @@ namespace
 {
 SOptionChoice ChooseEntryVersion(const SProbeResult& inResult)
 {
-    if (inResult.entryVersion != 0)
+    if (inResult.mEntryVersion != 0)
     {
         return {
-            inResult.entryVersion,
+            inResult.mEntryVersion,
             fmt::format("It asks for the host's version inside its entry function, and when that is 0 {}.",
-                        inResult.refusalOfZero)};
+                        inResult.mRefusalOfZero)};
     }
-    return {0, inResult.askedVersion
+    return {0, inResult.mAskedVersion
                    ? "It asks for the host's version inside its entry function and takes 0 for an answer."
                    : "It does not ask for the host's version inside its entry function."};
 }
 
 SOptionChoice ChoosePortsFromCounts(const SProbeResult& inResult)
 {
-    const SPluginFacts& facts = *inResult.facts;
-    const bool noInputs = facts.inputs > 0 && facts.inputPorts.empty();
-    const bool noOutputs = facts.outputs > 0 && facts.outputPorts.empty();
+    const SPluginFacts& facts = *inResult.mFacts;
+    const bool noInputs = facts.mInputs > 0 && facts.mInputPorts.empty();
+    const bool noOutputs = facts.mOutputs > 0 && facts.mOutputPorts.empty();
     if (noInputs || noOutputs)
     {
         const char* const what = noInputs && noOutputs ? "inputs and outputs"
@@ -30,24 +30,24 @@ SOptionChoice ChoosePortsFromCounts(const SProbeResult& inResult)
                                                        : "outputs";
         return {
             1,
-            facts.portListCut
+            facts.mPortListCut
                 ? fmt::format("A pin that it describes by a speaker ends its list of ports ahead of its {}, "
                               "so it would have no ports there.",
                               what)
                 : fmt::format("It describes no pin of its {}, so it would have no ports there.", what)};
     }
-    if (facts.portListCut)
+    if (facts.mPortListCut)
         return {0, "It describes a pin by a speaker, which ends the list of ports with or without it."};
-    return {0, facts.inputs + facts.outputs > 0 ? "It describes its ports by pins."
-                                                : "It has no audio channels."};
+    return {0, facts.mInputs + facts.mOutputs > 0 ? "It describes its ports by pins."
+                                                  : "It has no audio channels."};
 }
 
 SOptionChoice ChooseMidiInput(const SProbeResult& inResult)
 {
-    const SPluginFacts& facts = *inResult.facts;
-    if (facts.midiBeforeOpen)
+    const SPluginFacts& facts = *inResult.mFacts;
+    if (facts.mMidiBeforeOpen)
         return {0, "It says that it takes MIDI as soon as it is loaded."};
-    if (facts.midiAfterOpen)
+    if (facts.mMidiAfterOpen)
         return {1, "It asks for MIDI only when it is opened, which is too late for the description."};
     return {0, "It never says that it takes MIDI, so none would be sent to it."};
 }
@@ -61,7 +61,7 @@ constexpr SProbedOption kOptions[] = {
 
 std::string SProbedOption::Flag() const
 {
-    std::string flag = keyword;
+    std::string flag = mKeyword;
     for (char& byte : flag)
         byte = byte == '_' ? '-' : byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
     return "--" + flag;

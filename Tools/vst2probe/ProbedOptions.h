@@ -9,17 +9,17 @@
 /** What a product does best about one of its options, and why, as one sentence. */
 struct SOptionChoice
 {
-    std::int32_t value = 0; // of a switch 0 or 1
-    std::string reason;
+    std::int32_t mValue = 0; // of a switch 0 or 1
+    std::string mReason;
 };
 
 /** An option of a product that depends on the plug-in: one that cmake/ProductOptions.cmake calls PROBED. */
 struct SProbedOption
 {
-    const char* keyword; // in add_aax_adapter()
-    bool isSwitch;       // else a number
-    const char* remedy;  // what it does for a plug-in that needs it and loads without; null: none does
-    SOptionChoice (*choose)(const SProbeResult& inResult); // of a plug-in that was not refused
+    const char* mKeyword; // in add_aax_adapter()
+    bool mIsSwitch;       // else a number
+    const char* mRemedy;  // what it does for a plug-in that needs it and loads without; null: none does
+    SOptionChoice (*mChoose)(const SProbeResult& inResult); // of a plug-in that was not refused
 
     /** @return its name on vst2probe's command line. */
     std::string Flag() const;

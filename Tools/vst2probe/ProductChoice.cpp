@@ -68,7 +68,7 @@ std::string HelpfulVersion(const std::string& inProgram, const std::filesystem::
 {
     for (const std::int32_t version : {kUsualEntryVersion, 0})
     {
-        if (version != inRefused && ProbeOnce(inProgram, inPlugin, version, inLimit).facts)
+        if (version != inRefused && ProbeOnce(inProgram, inPlugin, version, inLimit).mFacts)
         {
             return version == 0 ? "; without ENTRY_VERSION it loads"
                                 : fmt::format("; with ENTRY_VERSION {} it loads", version);
@@ -89,13 +89,13 @@ std::string SProductChoice::CmakeCall() const
 {
     std::string call = fmt::format("add_aax_adapter({}\n    SOURCE_VST       {}\n    EFFECT_ID        {}\n"
                                    "    MANUFACTURER_ID  {}",
-                                   name, Quoted(sourceVst.string()), effectId, manufacturerId);
+                                   mName, Quoted(mSourceVst.string()), mEffectId, mManufacturerId);
     for (const SProbedOption& option : ProbedOptions())
     {
-        if (const std::int32_t value = Value(option.keyword); value != 0)
+        if (const std::int32_t value = Value(option.mKeyword); value != 0)
         {
-            call += option.isSwitch ? fmt::format("\n    {}", option.keyword)
-                                    : fmt::format("\n    {:<16} {}", option.keyword, value);
+            call += option.mIsSwitch ? fmt::format("\n    {}", option.mKeyword)
+                                     : fmt::format("\n    {:<16} {}", option.mKeyword, value);
         }
     }
     return call + fmt::format("\n    {:<16} ALL)", kFeaturesKeyword);
@@ -104,13 +104,13 @@ std::string SProductChoice::CmakeCall() const
 std::vector<std::string> SProductChoice::ConfigureArguments() const
 {
     std::vector<std::string> arguments = {
-        "-DAAXADAPTER_PRODUCT=" + name, "-DAAXADAPTER_SOURCE_VST=" + sourceVst.string(),
-        "-DAAXADAPTER_EFFECT_ID=" + effectId, "-DAAXADAPTER_MANUFACTURER_ID=" + manufacturerId};
+        "-DAAXADAPTER_PRODUCT=" + mName, "-DAAXADAPTER_SOURCE_VST=" + mSourceVst.string(),
+        "-DAAXADAPTER_EFFECT_ID=" + mEffectId, "-DAAXADAPTER_MANUFACTURER_ID=" + mManufacturerId};
     for (const SProbedOption& option : ProbedOptions())
     {
-        const std::int32_t value = Value(option.keyword);
-        const std::string text = option.isSwitch ? (value != 0 ? "ON" : "OFF") : std::to_string(value);
-        arguments.push_back(fmt::format("-DAAXADAPTER_{}={}", option.keyword, text));
+        const std::int32_t value = Value(option.mKeyword);
+        const std::string text = option.mIsSwitch ? (value != 0 ? "ON" : "OFF") : std::to_string(value);
+        arguments.push_back(fmt::format("-DAAXADAPTER_{}={}", option.mKeyword, text));
     }
     arguments.push_back(fmt::format("-DAAXADAPTER_{}=ALL", kFeaturesKeyword));
     return arguments;
@@ -119,18 +119,18 @@ std::vector<std::string> SProductChoice::ConfigureArguments() const
 SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbeResult& inResult,
                              const std::string& inName)
 {
-    const SPluginFacts& facts = *inResult.facts;
+    const SPluginFacts& facts = *inResult.mFacts;
     const std::string stem = inPlugin.stem().string();
     SProductChoice choice;
     // The plug-in's plain name is often that of a target of the same build.
-    choice.name = inName.empty() ? Identifier({facts.name, stem, "Plugin"}) + "Adapter" : inName;
-    choice.sourceVst = inPlugin;
-    choice.effectId = fmt::format("com.{}.{}", Lowered(Identifier({facts.vendor, "example"})),
-                                  Lowered(Identifier({facts.name, stem, "plugin"})));
-    choice.manufacturerId = ManufacturerId(facts.vendor);
+    choice.mName = inName.empty() ? Identifier({facts.mName, stem, "Plugin"}) + "Adapter" : inName;
+    choice.mSourceVst = inPlugin;
+    choice.mEffectId = fmt::format("com.{}.{}", Lowered(Identifier({facts.mVendor, "example"})),
+                                   Lowered(Identifier({facts.mName, stem, "plugin"})));
+    choice.mManufacturerId = ManufacturerId(facts.mVendor);
     for (const SProbedOption& option : ProbedOptions())
-        choice.options[option.keyword] = option.choose(inResult);
-    choice.features = FeatureUses(facts);
+        choice.mOptions[option.mKeyword] = option.mChoose(inResult);
+    choice.mFeatures = FeatureUses(facts);
     return choice;
 }
 
@@ -140,24 +140,25 @@ SExpectation TryProduct(const std::string& inProgram, const std::filesystem::pat
     const std::int32_t entryVersion = inExpected.at(kEntryVersionKeyword);
     SExpectation expectation;
     const SProbeAttempt attempt = ProbeOnce(inProgram, inPlugin, entryVersion, inLimit);
-    if (!attempt.facts)
+    if (!attempt.mFacts)
     {
-        expectation.refusal = attempt.refusal;
-        if (attempt.askedVersion)
-            expectation.refusal += HelpfulVersion(inProgram, inPlugin, entryVersion, inLimit);
+        expectation.mRefusal = attempt.mRefusal;
+        if (attempt.mAskedVersion)
+            expectation.mRefusal += HelpfulVersion(inProgram, inPlugin, entryVersion, inLimit);
         return expectation;
     }
     SProbeResult result;
-    result.facts = attempt.facts;
+    result.mFacts = attempt.mFacts;
     const SProductChoice choice = ChooseProduct(inPlugin, result, "");
-    expectation.warnings = WarningsOf(*attempt.facts, inExpected.at(kPortsFromCountsKeyword) != 0, inLatency);
+    expectation.mWarnings =
+        WarningsOf(*attempt.mFacts, inExpected.at(kPortsFromCountsKeyword) != 0, inLatency);
     for (const SProbedOption& option : ProbedOptions())
     {
-        const SOptionChoice& best = choice.options.at(option.keyword);
-        if (option.remedy != nullptr && best.value != 0 && inExpected.at(option.keyword) == 0)
+        const SOptionChoice& best = choice.mOptions.at(option.mKeyword);
+        if (option.mRemedy != nullptr && best.mValue != 0 && inExpected.at(option.mKeyword) == 0)
         {
-            expectation.warnings.push_back(
-                fmt::format("{} {} {}.", best.reason, option.keyword, option.remedy));
+            expectation.mWarnings.push_back(
+                fmt::format("{} {} {}.", best.mReason, option.mKeyword, option.mRemedy));
         }
     }
     return expectation;

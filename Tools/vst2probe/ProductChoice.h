@@ -11,14 +11,14 @@
 /** A product that wraps a plug-in: what goes into its add_aax_adapter() call. */
 struct SProductChoice
 {
-    std::string name;
-    std::filesystem::path sourceVst; // absolute
-    std::string effectId;            // a proposal, as is the next
-    std::string manufacturerId;
-    std::map<std::string, SOptionChoice> options; // each of ProbedOptions(), by its keyword
-    std::vector<SFeatureUse> features;            // all; the product has them all
+    std::string mName;
+    std::filesystem::path mSourceVst; // absolute
+    std::string mEffectId;            // a proposal, as is the next
+    std::string mManufacturerId;
+    std::map<std::string, SOptionChoice> mOptions; // each of ProbedOptions(), by its keyword
+    std::vector<SFeatureUse> mFeatures;            // all; the product has them all
 
-    std::int32_t Value(const char* inKeyword) const { return options.at(inKeyword).value; }
+    std::int32_t Value(const char* inKeyword) const { return mOptions.at(inKeyword).mValue; }
     /** @return the finished call, in several lines. */
     std::string CmakeCall() const;
     /** @return what chooses this product on the command line of a configuration; options of another choice
@@ -40,8 +40,8 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
 /** What came of trying a plug-in with a product's options. */
 struct SExpectation
 {
-    std::string refusal;               // empty: it loads; else a part of a sentence, with what would help
-    std::vector<std::string> warnings; // sentences: it loads, but what it does then is hardly what is wanted
+    std::string mRefusal;               // empty: it loads; else a part of a sentence, with what would help
+    std::vector<std::string> mWarnings; // sentences: it loads, but what it does then is hardly what is wanted
 };
 
 /**

@@ -38,31 +38,32 @@ Json Do(const SProgramFileJob& inJob, const CChildReport& inReport)
     CVst2Host host;
     host.SetBufferSize(kBlockFrames);
     host.SetSampleRate(kRate);
-    CVst2Plugin* const plugin = host.LoadPlugin(inJob.plugin.c_str());
+    CVst2Plugin* const plugin = host.LoadPlugin(inJob.mPlugin.c_str());
     if (plugin == nullptr)
         return {{"refused", "it cannot be loaded"}};
-    const char* const file = inJob.file.c_str();
-    if (inJob.isLoad)
+    const char* const file = inJob.mFile.c_str();
+    if (inJob.mIsLoad)
     {
         inReport.Send({{"stage", "it was being given the file"}});
-        if (!(inJob.isBank ? plugin->ReadBank(file) : plugin->ReadPreset(file)))
+        if (!(inJob.mIsBank ? plugin->ReadBank(file) : plugin->ReadPreset(file)))
             return {{"refused",
                      fmt::format("{} is missing, broken, another plug-in's or of the other kind", file)}};
         return {{"done", ParameterList(*plugin)}};
     }
     inReport.Send({{"stage", "it was being asked for its state"}});
-    if (!(inJob.isBank ? plugin->WriteBank(file) : plugin->SavePreset(file)))
+    if (!(inJob.mIsBank ? plugin->WriteBank(file) : plugin->SavePreset(file)))
         return {{"refused", fmt::format("{} cannot be written", file)}};
     return {{"done", ""}};
 }
 
 COutcome<std::string> RunChild(const std::string& inProgram, const SProgramFileJob& inJob)
 {
-    const auto deadline = CChildProcess::Clock::now() + inJob.limit;
+    const auto deadline = CChildProcess::Clock::now() + inJob.mLimit;
     const auto refused = [&](const std::string& inReason)
-    { return SProblem{fmt::format("{}: {}.", inJob.plugin.string(), inReason)}; };
-    CChildProcess child(inProgram, {inJob.isBank ? "bank" : "preset", inJob.isLoad ? "load" : "save",
-                                    kProgramFileChildFlag, "--", inJob.plugin.string(), inJob.file.string()});
+    { return SProblem{fmt::format("{}: {}.", inJob.mPlugin.string(), inReason)}; };
+    CChildProcess child(inProgram,
+                        {inJob.mIsBank ? "bank" : "preset", inJob.mIsLoad ? "load" : "save",
+                         kProgramFileChildFlag, "--", inJob.mPlugin.string(), inJob.mFile.string()});
     std::string stage = "its process was started";
     while (const std::optional<std::string> line = child.ReadLine(deadline))
     {
@@ -74,37 +75,37 @@ COutcome<std::string> RunChild(const std::string& inProgram, const SProgramFileJ
         else if (told.contains("done"))
             return told["done"].get<std::string>();
     }
-    return refused(HowChildEnded(child.Wait(deadline), stage, inJob.limit));
+    return refused(HowChildEnded(child.Wait(deadline), stage, inJob.mLimit));
 }
 } // namespace
 
 COutcome<std::string> RunProgramFileJob(const std::string& inProgram, const SProgramFileJob& inJob)
 {
-    if (inJob.isLoad)
+    if (inJob.mIsLoad)
         return RunChild(inProgram, inJob);
-    auto file = CWholeFile::Open(inJob.file);
+    auto file = CWholeFile::Open(inJob.mFile);
     if (!file)
         return file.Problem();
     // What the plug-in's process writes may be cut, so it goes elsewhere first.
     const CTemporaryFolder folder;
     SProgramFileJob job = inJob;
-    job.file = std::filesystem::path(folder.Path()) / "programs";
+    job.mFile = std::filesystem::path(folder.Path()) / "programs";
     if (auto text = RunChild(inProgram, job); !text)
         return text;
-    const auto bytes = ReadFileBytes(job.file.c_str());
+    const auto bytes = ReadFileBytes(job.mFile.c_str());
     if (!bytes)
-        return SProblem{fmt::format("'{}' cannot be read.", job.file.string())};
+        return SProblem{fmt::format("'{}' cannot be read.", job.mFile.string())};
     auto done = file->Write(*bytes);
     if (done)
         done = file->Keep();
     if (!done)
         return done.Problem();
-    return fmt::format("Wrote {}\n", inJob.file.string());
+    return fmt::format("Wrote {}\n", inJob.mFile.string());
 }
 
 void RunProgramFileChild(const SProgramFileJob& inJob)
 {
-    const CChildReport report(inJob.limit);
+    const CChildReport report(inJob.mLimit);
     report.Send(Do(inJob, report));
     _exit(EXIT_SUCCESS); // what the plug-in does at an ordinary exit is not asked
 }

@@ -8,11 +8,11 @@
 /** One preset or bank file to be written from, or read into, a plug-in. */
 struct SProgramFileJob
 {
-    std::filesystem::path plugin; // absolute
-    std::filesystem::path file;
-    bool isBank = false;
-    bool isLoad = false;
-    std::chrono::milliseconds limit{};
+    std::filesystem::path mPlugin; // absolute
+    std::filesystem::path mFile;
+    bool mIsBank = false;
+    bool mIsLoad = false;
+    std::chrono::milliseconds mLimit{};
 };
 
 /**

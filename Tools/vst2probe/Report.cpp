@@ -35,8 +35,8 @@ std::string Ports(const std::vector<SPortFacts>& inPorts)
             texts.push_back(fmt::format("and {} more", inPorts.size() - texts.size()));
             break;
         }
-        const char* const format = port.channels == 2 ? "stereo" : "mono";
-        texts.push_back(port.label.empty() ? format : fmt::format("{} \"{}\"", format, Shown(port.label)));
+        const char* const format = port.mChannels == 2 ? "stereo" : "mono";
+        texts.push_back(port.mLabel.empty() ? format : fmt::format("{} \"{}\"", format, Shown(port.mLabel)));
     }
     return texts.empty() ? "none described" : fmt::format("{}", fmt::join(texts, ", "));
 }
@@ -48,20 +48,20 @@ void AddLine(std::string& ioText, const char* inTitle, const std::string& inValu
 
 void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
 {
-    AddLine(ioText, "parameters", std::to_string(inFacts.parameters.size()));
-    for (std::size_t i = 0; i < inFacts.parameters.size(); ++i)
+    AddLine(ioText, "parameters", std::to_string(inFacts.mParameters.size()));
+    for (std::size_t i = 0; i < inFacts.mParameters.size(); ++i)
     {
-        const SParameterFacts& parameter = inFacts.parameters[i];
-        fmt::format_to(std::back_inserter(ioText), "    {:05} {:<24} {} {}\n", i, Shown(parameter.name),
-                       Shown(parameter.display), Shown(parameter.unit));
+        const SParameterFacts& parameter = inFacts.mParameters[i];
+        fmt::format_to(std::back_inserter(ioText), "    {:05} {:<24} {} {}\n", i, Shown(parameter.mName),
+                       Shown(parameter.mDisplay), Shown(parameter.mUnit));
     }
-    const auto blank = std::ranges::count_if(inFacts.programs, &IsBlank);
+    const auto blank = std::ranges::count_if(inFacts.mPrograms, &IsBlank);
     AddLine(ioText, "programs",
-            blank == 0 ? std::to_string(inFacts.programs.size())
-                       : fmt::format("{}, {} of them without a name", inFacts.programs.size(), blank));
-    for (std::size_t i = 0; i < inFacts.programs.size(); ++i)
-        if (!IsBlank(inFacts.programs[i]))
-            fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.programs[i]));
+            blank == 0 ? std::to_string(inFacts.mPrograms.size())
+                       : fmt::format("{}, {} of them without a name", inFacts.mPrograms.size(), blank));
+    for (std::size_t i = 0; i < inFacts.mPrograms.size(); ++i)
+        if (!IsBlank(inFacts.mPrograms[i]))
+            fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.mPrograms[i]));
 }
 
 nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
@@ -69,11 +69,11 @@ nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
     nlohmann::ordered_json json;
     for (const SProbedOption& option : ProbedOptions())
     {
-        const SOptionChoice& choice = inChoice.options.at(option.keyword);
-        json[option.keyword]["value"] = choice.value;
-        if (option.isSwitch)
-            json[option.keyword]["value"] = choice.value != 0;
-        json[option.keyword]["reason"] = choice.reason;
+        const SOptionChoice& choice = inChoice.mOptions.at(option.mKeyword);
+        json[option.mKeyword]["value"] = choice.mValue;
+        if (option.mIsSwitch)
+            json[option.mKeyword]["value"] = choice.mValue != 0;
+        json[option.mKeyword]["reason"] = choice.mReason;
     }
     return json;
 }
@@ -81,27 +81,27 @@ nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
 
 std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
 {
-    std::string text = fmt::format("{} by {}\n", Shown(inFacts.name), Shown(inFacts.vendor));
-    AddLine(text, "file", inChoice.sourceVst.string());
+    std::string text = fmt::format("{} by {}\n", Shown(inFacts.mName), Shown(inFacts.mVendor));
+    AddLine(text, "file", inChoice.mSourceVst.string());
     AddLine(text, "kind", inFacts.IsInstrument() ? "instrument" : "effect");
     AddLine(text, "unique id", inFacts.UniqueIdText());
     AddLine(text, "version",
-            fmt::format("{} (0x{:X}), VST {}", inFacts.version, static_cast<std::uint32_t>(inFacts.version),
-                        inFacts.interfaceVersion));
-    AddLine(text, "channels", fmt::format("{} in, {} out", inFacts.inputs, inFacts.outputs));
-    AddLine(text, "input ports", Ports(inFacts.inputPorts));
-    AddLine(text, "output ports", Ports(inFacts.outputPorts));
+            fmt::format("{} (0x{:X}), VST {}", inFacts.mVersion, static_cast<std::uint32_t>(inFacts.mVersion),
+                        inFacts.mInterfaceVersion));
+    AddLine(text, "channels", fmt::format("{} in, {} out", inFacts.mInputs, inFacts.mOutputs));
+    AddLine(text, "input ports", Ports(inFacts.mInputPorts));
+    AddLine(text, "output ports", Ports(inFacts.mOutputPorts));
     AddLine(text, "MIDI",
-            fmt::format("{} when loaded, {} when opened", YesNo(inFacts.midiBeforeOpen),
-                        YesNo(inFacts.midiAfterOpen)));
+            fmt::format("{} when loaded, {} when opened", YesNo(inFacts.mMidiBeforeOpen),
+                        YesNo(inFacts.mMidiAfterOpen)));
     AddLine(text, "latency",
             fmt::format("{} samples when loaded, {} when opened, {} after the first block, {} after some",
-                        inFacts.latencyWhenLoaded, inFacts.latencyAtStart, inFacts.latencyAfterFirstBlock,
-                        inFacts.latencyAfterBlocks));
+                        inFacts.mLatencyWhenLoaded, inFacts.mLatencyAtStart, inFacts.mLatencyAfterFirstBlock,
+                        inFacts.mLatencyAfterBlocks));
     AddLine(text, "editor", YesNo(inFacts.HasFlag(effFlagsHasEditor)));
     AddLine(text, "chunk", YesNo(inFacts.HasFlag(effFlagsProgramChunks)));
     AddLine(text, "flags",
-            fmt::format("0x{:X} {}", static_cast<std::uint32_t>(inFacts.flags),
+            fmt::format("0x{:X} {}", static_cast<std::uint32_t>(inFacts.mFlags),
                         fmt::join(inFacts.FlagNames(), ", ")));
     AddParametersAndPrograms(text, inFacts);
 
@@ -114,14 +114,16 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
     text += "\nProduct options\n";
     for (const SProbedOption& option : ProbedOptions())
     {
-        const SOptionChoice& choice = inChoice.options.at(option.keyword);
-        const std::string value = option.isSwitch ? YesNo(choice.value != 0) : std::to_string(choice.value);
-        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", option.keyword, value, choice.reason);
+        const SOptionChoice& choice = inChoice.mOptions.at(option.mKeyword);
+        const std::string value =
+            option.mIsSwitch ? YesNo(choice.mValue != 0) : std::to_string(choice.mValue);
+        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", option.mKeyword, value,
+                       choice.mReason);
     }
     text += "\nFeatures, and whether it makes use of them\n";
-    for (const SFeatureUse& feature : inChoice.features)
-        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", feature.name, YesNo(feature.isUsed),
-                       feature.reason);
+    for (const SFeatureUse& feature : inChoice.mFeatures)
+        fmt::format_to(std::back_inserter(text), "  {:<17} {:<5} {}\n", feature.mName, YesNo(feature.mIsUsed),
+                       feature.mReason);
     return text + "\nThe product, with identifiers to be replaced by the maker's own\n" +
            inChoice.CmakeCall() + "\n";
 }
@@ -130,10 +132,10 @@ std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
 {
     nlohmann::ordered_json report = inFacts;
     report["options"] = OptionsToJson(inChoice);
-    for (const SFeatureUse& feature : inChoice.features)
-        report["features"][feature.name] = {{"used", feature.isUsed}, {"reason", feature.reason}};
+    for (const SFeatureUse& feature : inChoice.mFeatures)
+        report["features"][feature.mName] = {{"used", feature.mIsUsed}, {"reason", feature.mReason}};
     report["warnings"] = WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0, true);
-    report["productName"] = inChoice.name;
+    report["productName"] = inChoice.mName;
     report["cmakeCall"] = inChoice.CmakeCall();
     report["configureArguments"] = inChoice.ConfigureArguments();
     return report.dump(4) + "\n";

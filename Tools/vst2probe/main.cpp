@@ -29,15 +29,15 @@ namespace
 /** What the command line says of a look at a plug-in. */
 struct SProbeArguments
 {
-    std::string plugin;
-    std::string productName;
-    double timeoutSeconds = 20.0;
-    bool json = false;
-    bool configureArguments = false;
-    bool expect = false; // to be tried with the options of the next
-    OptionValues expected;
-    std::vector<std::string> expectedFeatures;
-    std::optional<std::int32_t> childEntryVersion; // in a child process only
+    std::string mPlugin;
+    std::string mProductName;
+    double mTimeoutSeconds = 20.0;
+    bool mJson = false;
+    bool mConfigureArguments = false;
+    bool mExpect = false; // to be tried with the options of the next
+    OptionValues mExpected;
+    std::vector<std::string> mExpectedFeatures;
+    std::optional<std::int32_t> mChildEntryVersion; // in a child process only
 };
 
 /** A bundle may be given with a slash at its end. */
@@ -50,7 +50,7 @@ std::filesystem::path AbsolutePath(const std::string& inPath)
 /** The error as a sentence and, where a program reads the output, there as well. @return the exit code. */
 int Refuse(const SProbeArguments& inArguments, const std::string& inSentence)
 {
-    if (inArguments.json)
+    if (inArguments.mJson)
     {
         // Paths are in any encoding.
         fmt::print("{}\n", nlohmann::ordered_json{{"error", inSentence}}.dump(
@@ -83,17 +83,17 @@ int Expect(const std::string& inProgram, const std::filesystem::path& inPlugin,
            const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
 {
     const SExpectation expectation =
-        TryProduct(inProgram, inPlugin, inArguments.expected,
-                   std::ranges::count(inArguments.expectedFeatures, "LATENCY") > 0, inLimit);
-    if (!expectation.refusal.empty())
+        TryProduct(inProgram, inPlugin, inArguments.mExpected,
+                   std::ranges::count(inArguments.mExpectedFeatures, "LATENCY") > 0, inLimit);
+    if (!expectation.mRefusal.empty())
     {
         return Refuse(inArguments, fmt::format("{} cannot be wrapped with these options: {}.",
-                                               inPlugin.string(), expectation.refusal));
+                                               inPlugin.string(), expectation.mRefusal));
     }
-    for (const std::string& warning : expectation.warnings)
+    for (const std::string& warning : expectation.mWarnings)
         fmt::print(stderr, "Warning of {}: {}\n", inPlugin.string(), warning);
-    if (inArguments.json)
-        fmt::print("{}\n", nlohmann::ordered_json{{"warnings", expectation.warnings}}.dump(4));
+    if (inArguments.mJson)
+        fmt::print("{}\n", nlohmann::ordered_json{{"warnings", expectation.mWarnings}}.dump(4));
     else
         fmt::print("{} loads with these options.\n", inPlugin.string());
     return 0;
@@ -103,74 +103,74 @@ int Look(const std::string& inProgram, const std::filesystem::path& inPlugin,
          const SProbeArguments& inArguments, std::chrono::milliseconds inLimit)
 {
     const SProbeResult result = ProbePlugin(inProgram, inPlugin, inLimit);
-    if (!result.facts)
+    if (!result.mFacts)
     {
         return Refuse(inArguments,
-                      fmt::format("{} cannot be wrapped: {}.", inPlugin.string(), result.refusal));
+                      fmt::format("{} cannot be wrapped: {}.", inPlugin.string(), result.mRefusal));
     }
-    const SProductChoice choice = ChooseProduct(inPlugin, result, inArguments.productName);
-    if (inArguments.configureArguments)
+    const SProductChoice choice = ChooseProduct(inPlugin, result, inArguments.mProductName);
+    if (inArguments.mConfigureArguments)
     {
         for (const std::string& argument : choice.ConfigureArguments())
             fmt::print("{}\n", argument);
     }
     else
     {
-        fmt::print("{}",
-                   inArguments.json ? JsonReport(*result.facts, choice) : TextReport(*result.facts, choice));
+        fmt::print("{}", inArguments.mJson ? JsonReport(*result.mFacts, choice)
+                                           : TextReport(*result.mFacts, choice));
     }
     return 0;
 }
 
 void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
 {
-    ioApp.add_option("PLUGIN", outArguments.plugin, "A VST 2 plug-in: a file or a bundle folder");
+    ioApp.add_option("PLUGIN", outArguments.mPlugin, "A VST 2 plug-in: a file or a bundle folder");
     ioApp
-        .add_option("--name", outArguments.productName,
+        .add_option("--name", outArguments.mProductName,
                     "Name of the product (default: made from the plug-in's)")
         ->check(
             [](const std::string& inName) {
                 return IsProductName(inName) ? std::string()
                                              : "a product's name has letters, digits, '-' and '_' only";
             });
-    ioApp.add_option("--timeout", outArguments.timeoutSeconds, "Seconds that each attempt may take")
+    ioApp.add_option("--timeout", outArguments.mTimeoutSeconds, "Seconds that each attempt may take")
         ->check(CLI::Range(0.01, 3600.0))
         ->capture_default_str();
-    CLI::Option* const json = ioApp.add_flag("--json", outArguments.json, "Report as JSON");
+    CLI::Option* const json = ioApp.add_flag("--json", outArguments.mJson, "Report as JSON");
     ioApp
-        .add_flag("--configure-args", outArguments.configureArguments,
+        .add_flag("--configure-args", outArguments.mConfigureArguments,
                   "Print the arguments that configure this product on cmake's command line, one a line")
         ->excludes(json);
     CLI::Option* const expect =
-        ioApp.add_flag("--expect", outArguments.expect,
+        ioApp.add_flag("--expect", outArguments.mExpect,
                        "Only try whether it loads as a product with the options that follow");
     for (const SProbedOption& option : ProbedOptions())
     {
-        std::int32_t& value = outArguments.expected[option.keyword];
+        std::int32_t& value = outArguments.mExpected[option.mKeyword];
         CLI::Option* const added =
-            option.isSwitch
-                ? ioApp.add_flag(option.Flag(), value, fmt::format("The product has {}", option.keyword))
-                : ioApp.add_option(option.Flag(), value, fmt::format("The product's {}", option.keyword));
+            option.mIsSwitch
+                ? ioApp.add_flag(option.Flag(), value, fmt::format("The product has {}", option.mKeyword))
+                : ioApp.add_option(option.Flag(), value, fmt::format("The product's {}", option.mKeyword));
         added->needs(expect);
     }
-    ioApp.add_option("--features", outArguments.expectedFeatures, "The product's FEATURES")
+    ioApp.add_option("--features", outArguments.mExpectedFeatures, "The product's FEATURES")
         ->delimiter(',')
         ->needs(expect);
-    ioApp.add_option(kProbeChildOption, outArguments.childEntryVersion)->group(""); // not in the help
+    ioApp.add_option(kProbeChildOption, outArguments.mChildEntryVersion)->group(""); // not in the help
 }
 
 int RunProbeCommand(const std::string& inProgram, const SProbeArguments& inArguments)
 {
-    const std::chrono::milliseconds limit(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds));
-    const std::filesystem::path plugin = AbsolutePath(inArguments.plugin);
-    if (inArguments.childEntryVersion)
-        RunProbeChild(plugin, *inArguments.childEntryVersion, limit);
+    const std::chrono::milliseconds limit(static_cast<std::int64_t>(1000.0 * inArguments.mTimeoutSeconds));
+    const std::filesystem::path plugin = AbsolutePath(inArguments.mPlugin);
+    if (inArguments.mChildEntryVersion)
+        RunProbeChild(plugin, *inArguments.mChildEntryVersion, limit);
     try
     {
         if (const std::string fault = PathFault(plugin); !fault.empty())
             return Refuse(inArguments, fault);
-        return inArguments.expect ? Expect(inProgram, plugin, inArguments, limit)
-                                  : Look(inProgram, plugin, inArguments, limit);
+        return inArguments.mExpect ? Expect(inProgram, plugin, inArguments, limit)
+                                   : Look(inProgram, plugin, inArguments, limit);
     }
     catch (const std::exception& error)
     {
@@ -183,12 +183,12 @@ int RunProbeCommand(const std::string& inProgram, const SProbeArguments& inArgum
 /** What the command line says of a preset or bank file. */
 struct SProgramFileArguments
 {
-    std::string plugin; // empty: no such command was given
-    std::string file;
-    double timeoutSeconds = 20.0;
-    bool isBank = false;
-    bool isLoad = false;
-    bool isChild = false;
+    std::string mPlugin; // empty: no such command was given
+    std::string mFile;
+    double mTimeoutSeconds = 20.0;
+    bool mIsBank = false;
+    bool mIsLoad = false;
+    bool mIsChild = false;
 };
 
 void AddProgramFileCommands(CLI::App& ioApp, SProgramFileArguments& outArguments)
@@ -204,18 +204,18 @@ void AddProgramFileCommands(CLI::App& ioApp, SProgramFileArguments& outArguments
             CLI::App* const action = kind->add_subcommand(
                 isLoad ? "load" : "save", isLoad ? "Give the file to a fresh plug-in and print its parameters"
                                                  : "Write the file from a fresh plug-in");
-            action->add_option("PLUGIN", outArguments.plugin, "A VST 2 plug-in: a file or a bundle folder")
+            action->add_option("PLUGIN", outArguments.mPlugin, "A VST 2 plug-in: a file or a bundle folder")
                 ->required();
-            action->add_option("FILE", outArguments.file, isBank ? "Bank file" : "Preset file")->required();
-            action->add_option("--timeout", outArguments.timeoutSeconds, "Seconds that it may take")
+            action->add_option("FILE", outArguments.mFile, isBank ? "Bank file" : "Preset file")->required();
+            action->add_option("--timeout", outArguments.mTimeoutSeconds, "Seconds that it may take")
                 ->check(CLI::Range(0.01, 3600.0))
                 ->capture_default_str();
-            action->add_flag(kProgramFileChildFlag, outArguments.isChild)->group(""); // not in the help
+            action->add_flag(kProgramFileChildFlag, outArguments.mIsChild)->group(""); // not in the help
             action->callback(
                 [&outArguments, isBank, isLoad]
                 {
-                    outArguments.isBank = isBank;
-                    outArguments.isLoad = isLoad;
+                    outArguments.mIsBank = isBank;
+                    outArguments.mIsLoad = isLoad;
                 });
         }
     }
@@ -224,10 +224,10 @@ void AddProgramFileCommands(CLI::App& ioApp, SProgramFileArguments& outArguments
 int RunProgramFileCommand(const std::string& inProgram, const SProgramFileArguments& inArguments)
 {
     const SProgramFileJob job{
-        std::filesystem::absolute(inArguments.plugin).lexically_normal(), inArguments.file,
-        inArguments.isBank, inArguments.isLoad,
-        std::chrono::milliseconds(static_cast<std::int64_t>(1000.0 * inArguments.timeoutSeconds))};
-    if (inArguments.isChild)
+        std::filesystem::absolute(inArguments.mPlugin).lexically_normal(), inArguments.mFile,
+        inArguments.mIsBank, inArguments.mIsLoad,
+        std::chrono::milliseconds(static_cast<std::int64_t>(1000.0 * inArguments.mTimeoutSeconds))};
+    if (inArguments.mIsChild)
         RunProgramFileChild(job);
     const auto text = RunProgramFileJob(inProgram, job);
     if (!text)
@@ -266,7 +266,7 @@ int RunCommandLine(int inCount, char** inArguments)
     try
     {
         app.parse(inCount, inArguments);
-        if (probe.plugin.empty() && programFile.plugin.empty())
+        if (probe.mPlugin.empty() && programFile.mPlugin.empty())
             throw CLI::RequiredError("PLUGIN");
     }
     catch (const CLI::ParseError& error)
@@ -275,7 +275,7 @@ int RunCommandLine(int inCount, char** inArguments)
             return app.exit(error); // prints the help or the version
         fault = UsageSentence(app, error);
     }
-    if (const std::string mistyped = FindMistypedCommand(app, probe.plugin); !mistyped.empty())
+    if (const std::string mistyped = FindMistypedCommand(app, probe.mPlugin); !mistyped.empty())
         fault = mistyped;
     if (!fault.empty())
     {
@@ -285,8 +285,8 @@ int RunCommandLine(int inCount, char** inArguments)
     EndCleanlyOnInterrupts();
     try
     {
-        return programFile.plugin.empty() ? RunProbeCommand(inArguments[0], probe)
-                                          : RunProgramFileCommand(inArguments[0], programFile);
+        return programFile.mPlugin.empty() ? RunProbeCommand(inArguments[0], probe)
+                                           : RunProgramFileCommand(inArguments[0], programFile);
     }
     catch (const std::exception& error)
     {

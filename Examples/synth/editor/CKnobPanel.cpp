@@ -41,7 +41,7 @@ std::string ValueText(const SParameterInfo& inParameter, float inValue)
 {
     std::array<char, 16> number{};
     inParameter.Format(static_cast<double>(inValue), number);
-    return std::string(number.data()) + " " + inParameter.unit;
+    return std::string(number.data()) + " " + inParameter.mUnit;
 }
 } // namespace
 
@@ -51,7 +51,7 @@ CKnobPanel::CKnobPanel(IEditedEffect& ioEffect, const char* inTitle, std::span<c
     int x = kMargin;
     for (const SKnobGroup& group : mGroups)
     {
-        for (std::size_t i = 0; i < group.count; ++i, x += kCellWidth)
+        for (std::size_t i = 0; i < group.mCount; ++i, x += kCellWidth)
             mKnobs.push_back({x + kCellWidth / 2.0, -1.0F}); // painted with no value yet
         x += kGroupGap;
     }
@@ -65,7 +65,7 @@ void CKnobPanel::Press(int inX, int inY)
     Release();
     const auto hit =
         std::ranges::find_if(mKnobs, [=](const SKnob& inKnob)
-                             { return std::hypot(inX - inKnob.x, inY - kKnobY) <= kRingRadius + 3.0; });
+                             { return std::hypot(inX - inKnob.mX, inY - kKnobY) <= kRingRadius + 3.0; });
     if (hit == mKnobs.end())
         return;
     const auto knob = static_cast<std::size_t>(hit - mKnobs.begin());
@@ -75,19 +75,19 @@ void CKnobPanel::Press(int inX, int inY)
 
 void CKnobPanel::Drag(int inY, bool inFine)
 {
-    if (!mGrip || inY == mGrip->y)
+    if (!mGrip || inY == mGrip->mY)
         return;
-    const double turn = (mGrip->y - inY) / kWholeTurn * (inFine ? kFinePart : 1.0);
-    mGrip->y = inY;
-    mGrip->value = std::clamp(mGrip->value + turn, 0.0, 1.0);
-    mEffect.PerformEdit(mGrip->knob, static_cast<float>(mGrip->value));
+    const double turn = (mGrip->mY - inY) / kWholeTurn * (inFine ? kFinePart : 1.0);
+    mGrip->mY = inY;
+    mGrip->mValue = std::clamp(mGrip->mValue + turn, 0.0, 1.0);
+    mEffect.PerformEdit(mGrip->mKnob, static_cast<float>(mGrip->mValue));
 }
 
 void CKnobPanel::Release()
 {
     if (mGrip)
     {
-        const std::size_t knob = mGrip->knob;
+        const std::size_t knob = mGrip->mKnob;
         mGrip.reset();
         mEffect.EndEdit(knob);
     }
@@ -95,11 +95,11 @@ void CKnobPanel::Release()
 
 bool CKnobPanel::IsOutdated() const noexcept
 {
-    const auto held = mGrip ? std::optional(mGrip->knob) : std::nullopt;
+    const auto held = mGrip ? std::optional(mGrip->mKnob) : std::nullopt;
     if (held != mPaintedGrip)
         return true;
     for (std::size_t i = 0; i < mKnobs.size(); ++i)
-        if (mKnobs[i].painted != mEffect.EditedValue(i))
+        if (mKnobs[i].mPainted != mEffect.EditedValue(i))
             return true;
     return false;
 }
@@ -113,39 +113,39 @@ void CKnobPanel::Paint(CPixelCanvas& ioCanvas, std::vector<SPanelText>& outTexts
     int left = kMargin;
     for (const SKnobGroup& group : mGroups)
     {
-        const int width = kCellWidth * static_cast<int>(group.count);
+        const int width = kCellWidth * static_cast<int>(group.mCount);
         const int right = left + width;
         ioCanvas.Box({left + 0.0, kHeadHeight + 0.0}, {right + 0.0, kHeadHeight + kGroupHeight + 0.0}, 6.0,
                      kGroup);
-        outTexts.push_back({left + width / 2, kHeadHeight + 18, kQuietText, group.title});
+        outTexts.push_back({left + width / 2, kHeadHeight + 18, kQuietText, group.mTitle});
         left = right + kGroupGap;
     }
     for (std::size_t i = 0; i < mKnobs.size(); ++i)
         PaintKnob(i, ioCanvas, outTexts);
-    mPaintedGrip = mGrip ? std::optional(mGrip->knob) : std::nullopt;
+    mPaintedGrip = mGrip ? std::optional(mGrip->mKnob) : std::nullopt;
 }
 
 void CKnobPanel::PaintKnob(std::size_t inKnob, CPixelCanvas& ioCanvas, std::vector<SPanelText>& outTexts)
 {
     SKnob& knob = mKnobs[inKnob];
-    const bool isHeld = mGrip && mGrip->knob == inKnob;
-    knob.painted = mEffect.EditedValue(inKnob);
-    const SPoint centre{knob.x, kKnobY};
-    const double angle = kEndAngle * (2.0 * static_cast<double>(knob.painted) - 1.0);
+    const bool isHeld = mGrip && mGrip->mKnob == inKnob;
+    knob.mPainted = mEffect.EditedValue(inKnob);
+    const SPoint centre{knob.mX, kKnobY};
+    const double angle = kEndAngle * (2.0 * static_cast<double>(knob.mPainted) - 1.0);
     const auto towards = [&](double inRadius) {
-        return SPoint{centre.x + inRadius * std::sin(angle), centre.y - inRadius * std::cos(angle)};
+        return SPoint{centre.mX + inRadius * std::sin(angle), centre.mY - inRadius * std::cos(angle)};
     };
 
     ioCanvas.Arc(centre, kRingRadius, 4.0, -kEndAngle, kEndAngle, kRing);
     ioCanvas.Arc(centre, kRingRadius, 4.0, -kEndAngle, angle, kAccent);
-    ioCanvas.Disc({centre.x, centre.y + 2.0}, kKnobRadius, kRing); // its shadow
+    ioCanvas.Disc({centre.mX, centre.mY + 2.0}, kKnobRadius, kRing); // its shadow
     ioCanvas.Disc(centre, kKnobRadius, kRimLight);
     ioCanvas.Disc(centre, kKnobRadius - 1.0, isHeld ? kBodyHeld : kBody);
     ioCanvas.Line(towards(6.0), towards(kKnobRadius - 4.0), 3.0, kPointer);
 
     const SParameterInfo& parameter = mEffect.EditedParameters()[inKnob];
-    const int x = static_cast<int>(knob.x);
-    outTexts.push_back({x, kHeadHeight + 106, kNameText, parameter.name});
+    const int x = static_cast<int>(knob.mX);
+    outTexts.push_back({x, kHeadHeight + 106, kNameText, parameter.mName});
     outTexts.push_back(
-        {x, kHeadHeight + 120, isHeld ? kAccent : kValueText, ValueText(parameter, knob.painted)});
+        {x, kHeadHeight + 120, isHeld ? kAccent : kValueText, ValueText(parameter, knob.mPainted)});
 }

@@ -12,17 +12,17 @@ class IEditedEffect;
 /** Knobs that stand together under a title: as many of the next parameters. */
 struct SKnobGroup
 {
-    const char* title;
-    std::size_t count;
+    const char* mTitle;
+    std::size_t mCount;
 };
 
 /** A text of a panel, in a type of about 13 pixels. */
 struct SPanelText
 {
-    int x = 0; // of its middle
-    int y = 0; // of its base line
-    Colour colour = 0;
-    std::string text;
+    int mX = 0; // of its middle
+    int mY = 0; // of its base line
+    Colour mColour = 0;
+    std::string mText;
 };
 
 /**
@@ -56,14 +56,14 @@ public:
 private:
     struct SKnob
     {
-        double x; // of its middle
-        float painted;
+        double mX; // of its middle
+        float mPainted;
     };
     struct SGrip
     {
-        std::size_t knob;
-        int y;
-        double value;
+        std::size_t mKnob;
+        int mY;
+        double mValue;
     };
 
     void PaintKnob(std::size_t inKnob, CPixelCanvas& ioCanvas, std::vector<SPanelText>& outTexts);

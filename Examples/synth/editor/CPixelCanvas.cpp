@@ -22,12 +22,14 @@ Colour Mix(Colour inFirst, Colour inSecond, double inPart) noexcept
 
 double DistanceToSegment(SPoint inPoint, SPoint inFrom, SPoint inTo) noexcept
 {
-    const SPoint along{inTo.x - inFrom.x, inTo.y - inFrom.y};
-    const double square = along.x * along.x + along.y * along.y;
+    const SPoint along{inTo.mX - inFrom.mX, inTo.mY - inFrom.mY};
+    const double square = along.mX * along.mX + along.mY * along.mY;
     const double part =
-        square > 0.0 ? ((inPoint.x - inFrom.x) * along.x + (inPoint.y - inFrom.y) * along.y) / square : 0.0;
+        square > 0.0 ? ((inPoint.mX - inFrom.mX) * along.mX + (inPoint.mY - inFrom.mY) * along.mY) / square
+                     : 0.0;
     const double nearest = std::clamp(part, 0.0, 1.0);
-    return std::hypot(inPoint.x - inFrom.x - nearest * along.x, inPoint.y - inFrom.y - nearest * along.y);
+    return std::hypot(inPoint.mX - inFrom.mX - nearest * along.mX,
+                      inPoint.mY - inFrom.mY - nearest * along.mY);
 }
 } // namespace
 
@@ -42,10 +44,10 @@ template <class Distance>
 void CPixelCanvas::Cover(SPoint inTopLeft, SPoint inBottomRight, Colour inColour,
                          Distance inDistance) noexcept
 {
-    const int left = std::max(0, static_cast<int>(std::floor(inTopLeft.x)) - 1);
-    const int top = std::max(0, static_cast<int>(std::floor(inTopLeft.y)) - 1);
-    const int right = std::min(mWidth, static_cast<int>(std::ceil(inBottomRight.x)) + 1);
-    const int bottom = std::min(mHeight, static_cast<int>(std::ceil(inBottomRight.y)) + 1);
+    const int left = std::max(0, static_cast<int>(std::floor(inTopLeft.mX)) - 1);
+    const int top = std::max(0, static_cast<int>(std::floor(inTopLeft.mY)) - 1);
+    const int right = std::min(mWidth, static_cast<int>(std::ceil(inBottomRight.mX)) + 1);
+    const int bottom = std::min(mHeight, static_cast<int>(std::ceil(inBottomRight.mY)) + 1);
     for (int y = top; y < bottom; ++y)
     {
         for (int x = left; x < right; ++x)
@@ -69,13 +71,13 @@ void CPixelCanvas::Fill(Colour inTop, Colour inBottom) noexcept
 
 void CPixelCanvas::Box(SPoint inTopLeft, SPoint inBottomRight, double inRadius, Colour inColour) noexcept
 {
-    const SPoint middle{(inTopLeft.x + inBottomRight.x) / 2.0, (inTopLeft.y + inBottomRight.y) / 2.0};
-    const SPoint half{middle.x - inTopLeft.x - inRadius, middle.y - inTopLeft.y - inRadius};
+    const SPoint middle{(inTopLeft.mX + inBottomRight.mX) / 2.0, (inTopLeft.mY + inBottomRight.mY) / 2.0};
+    const SPoint half{middle.mX - inTopLeft.mX - inRadius, middle.mY - inTopLeft.mY - inRadius};
     Cover(inTopLeft, inBottomRight, inColour,
           [=](SPoint inPoint)
           {
-              const double x = std::abs(inPoint.x - middle.x) - half.x;
-              const double y = std::abs(inPoint.y - middle.y) - half.y;
+              const double x = std::abs(inPoint.mX - middle.mX) - half.mX;
+              const double y = std::abs(inPoint.mY - middle.mY) - half.mY;
               return std::hypot(std::max(x, 0.0), std::max(y, 0.0)) + std::min(std::max(x, y), 0.0) -
                      inRadius;
           });
@@ -89,8 +91,8 @@ void CPixelCanvas::Disc(SPoint inCentre, double inRadius, Colour inColour) noexc
 void CPixelCanvas::Line(SPoint inFrom, SPoint inTo, double inThickness, Colour inColour) noexcept
 {
     const double reach = inThickness / 2.0;
-    Cover({std::min(inFrom.x, inTo.x) - reach, std::min(inFrom.y, inTo.y) - reach},
-          {std::max(inFrom.x, inTo.x) + reach, std::max(inFrom.y, inTo.y) + reach}, inColour,
+    Cover({std::min(inFrom.mX, inTo.mX) - reach, std::min(inFrom.mY, inTo.mY) - reach},
+          {std::max(inFrom.mX, inTo.mX) + reach, std::max(inFrom.mY, inTo.mY) + reach}, inColour,
           [=](SPoint inPoint) { return DistanceToSegment(inPoint, inFrom, inTo) - reach; });
 }
 
@@ -99,18 +101,18 @@ void CPixelCanvas::Arc(SPoint inCentre, double inRadius, double inThickness, dou
 {
     const double reach = inRadius + inThickness / 2.0;
     const auto at = [=](double inAngle) {
-        return SPoint{inCentre.x + inRadius * std::sin(inAngle), inCentre.y - inRadius * std::cos(inAngle)};
+        return SPoint{inCentre.mX + inRadius * std::sin(inAngle), inCentre.mY - inRadius * std::cos(inAngle)};
     };
     const SPoint from = at(inFrom);
     const SPoint to = at(inTo);
-    Cover({inCentre.x - reach, inCentre.y - reach}, {inCentre.x + reach, inCentre.y + reach}, inColour,
+    Cover({inCentre.mX - reach, inCentre.mY - reach}, {inCentre.mX + reach, inCentre.mY + reach}, inColour,
           [=](SPoint inPoint)
           {
-              const SPoint arm{inPoint.x - inCentre.x, inPoint.y - inCentre.y};
-              const double angle = std::atan2(arm.x, -arm.y);
+              const SPoint arm{inPoint.mX - inCentre.mX, inPoint.mY - inCentre.mY};
+              const double angle = std::atan2(arm.mX, -arm.mY);
               const double distance =
                   angle >= inFrom && angle <= inTo
-                      ? std::abs(std::hypot(arm.x, arm.y) - inRadius)
+                      ? std::abs(std::hypot(arm.mX, arm.mY) - inRadius)
                       : std::min(DistanceToSegment(inPoint, from, from), DistanceToSegment(inPoint, to, to));
               return distance - inThickness / 2.0;
           });

@@ -9,8 +9,8 @@ using Colour = std::uint32_t;
 
 struct SPoint
 {
-    double x = 0.0;
-    double y = 0.0;
+    double mX = 0.0;
+    double mY = 0.0;
 };
 
 /**

@@ -40,12 +40,12 @@ void DrawText(const SPanelText& inText)
 {
     NSDictionary* const attributes = @{
         NSFontAttributeName : [NSFont systemFontOfSize:11.0],
-        NSForegroundColorAttributeName : ToColor(inText.colour)
+        NSForegroundColorAttributeName : ToColor(inText.mColour)
     };
-    NSString* const text = [NSString stringWithUTF8String:inText.text.c_str()];
+    NSString* const text = [NSString stringWithUTF8String:inText.mText.c_str()];
     const NSSize size = [text sizeWithAttributes:attributes];
     // The base line lies about a quarter of the height above the lower edge.
-    [text drawAtPoint:NSMakePoint(inText.x - size.width / 2.0, inText.y - 0.75 * size.height)
+    [text drawAtPoint:NSMakePoint(inText.mX - size.width / 2.0, inText.mY - 0.75 * size.height)
         withAttributes:attributes];
 }
 } // namespace

@@ -235,13 +235,13 @@ void CX11PanelView::SendPixels()
 
 void CX11PanelView::SendText(const SPanelText& inText)
 {
-    const std::size_t length = std::min(inText.text.size(), kLongestText);
+    const std::size_t length = std::min(inText.mText.size(), kLongestText);
     std::vector<std::uint8_t> item = {static_cast<std::uint8_t>(length), 0}; // 0: without a gap before it
-    item.insert(item.end(), inText.text.begin(), std::next(inText.text.begin(), static_cast<long>(length)));
-    const int left = inText.x - mLetterWidth * static_cast<int>(length) / 2;
-    xcb_change_gc(mConnection.get(), mContext, XCB_GC_FOREGROUND, &inText.colour);
+    item.insert(item.end(), inText.mText.begin(), std::next(inText.mText.begin(), static_cast<long>(length)));
+    const int left = inText.mX - mLetterWidth * static_cast<int>(length) / 2;
+    xcb_change_gc(mConnection.get(), mContext, XCB_GC_FOREGROUND, &inText.mColour);
     xcb_poly_text_8(mConnection.get(), mPicture, mContext, static_cast<std::int16_t>(left),
-                    static_cast<std::int16_t>(inText.y), static_cast<std::uint32_t>(item.size()),
+                    static_cast<std::int16_t>(inText.mY), static_cast<std::uint32_t>(item.size()),
                     item.data());
 }
 

@@ -9,7 +9,7 @@ namespace
 {
 bool AsksForAPin(const SCall& inCall)
 {
-    return inCall.opcode == effGetInputProperties || inCall.opcode == effGetOutputProperties;
+    return inCall.mOpcode == effGetInputProperties || inCall.mOpcode == effGetOutputProperties;
 }
 
 /** No UTF-8, and far too long. */
@@ -48,22 +48,22 @@ void WildAnswers(CPlainEffect& ioEffect)
     {
         if (AsksForAPin(inCall))
         {
-            auto& pin = *static_cast<VstPinProperties*>(inCall.pointer);
+            auto& pin = *static_cast<VstPinProperties*>(inCall.mPointer);
             std::memset(pin.label, 'x', sizeof(pin.label)); // without an end
             pin.flags = kVstPinIsStereo;
             return 1;
         }
-        switch (inCall.opcode)
+        switch (inCall.mOpcode)
         {
         case effGetEffectName:
         case effGetVendorString:
-        case effGetParamName: return GiveWildText(inCall.pointer);
+        case effGetParamName: return GiveWildText(inCall.mPointer);
         default: return ioEffect.Answer(inCall);
         }
     };
     ioEffect.mOnBlock = [&record](const SBlock& inBlock)
     {
-        std::fill_n(inBlock.outputs[1], 1024, 0.5F); // the whole announced block, as some plug-ins do
+        std::fill_n(inBlock.mOutputs[1], 1024, 0.5F); // the whole announced block, as some plug-ins do
         record.initialDelay = 77;
     };
 }
@@ -75,7 +75,7 @@ void SpeakerPin(CPlainEffect& ioEffect)
     {
         const VstIntPtr result = ioEffect.Answer(inCall);
         if (AsksForAPin(inCall) && result != 0)
-            static_cast<VstPinProperties*>(inCall.pointer)->flags = kVstPinUseSpeaker;
+            static_cast<VstPinProperties*>(inCall.mPointer)->flags = kVstPinUseSpeaker;
         return result;
     };
 }
@@ -93,10 +93,10 @@ AEffect* Demanding(audioMasterCallback inHost)
     effect.mOnBlock = [](const SBlock&) {}; // without an input there is nothing to hear
     effect.mOnCall = [&effect](const SCall& inCall) -> VstIntPtr
     {
-        if (inCall.opcode == effOpen)
+        if (inCall.mOpcode == effOpen)
             (void)effect.CallHost(audioMasterWantMidi, 0, 1); // it has no answer of interest
-        if (inCall.opcode == effCanDo)
-            return std::strcmp(static_cast<const char*>(inCall.pointer), "sendVstEvents") == 0 ? 1 : 0;
+        if (inCall.mOpcode == effCanDo)
+            return std::strcmp(static_cast<const char*>(inCall.mPointer), "sendVstEvents") == 0 ? 1 : 0;
         return AsksForAPin(inCall) ? 0 : effect.Answer(inCall);
     };
     return effect.Effect();

@@ -64,7 +64,7 @@ void ThrowInRender(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [](const SBlock& inBlock)
     {
-        std::fill_n(inBlock.outputs[1], inBlock.frames, 0.5F);
+        std::fill_n(inBlock.mOutputs[1], inBlock.mFrames, 0.5F);
         throw std::runtime_error("faulty");
     };
 }
@@ -92,7 +92,7 @@ void Automation(CPlainEffect& ioEffect)
         const float gain = ioEffect.Get(kGain);
         movements += gain != last ? 1 : 0;
         last = gain;
-        frames += inBlock.frames;
+        frames += inBlock.mFrames;
         if (frames >= listFrames)
             frames = movements = 0;
         if (movements > room)
@@ -107,7 +107,7 @@ void Chunk(CPlainEffect& ioEffect)
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
     {
         const VstIntPtr result = ioEffect.Answer(inCall);
-        if (inCall.opcode == effSetChunk && result == 0)
+        if (inCall.mOpcode == effSetChunk && result == 0)
             std::abort();
         return result;
     };

@@ -22,17 +22,17 @@ constexpr SStereoPort kPorts[] = {{"Main", "Main"}};
 
 SEffectInfo Info(const SPlainOptions& inOptions)
 {
-    return {.uniqueId = 0x45784272, // "ExBr"
-            .version = 1000,
-            .name = "Faulty",
-            .vendor = "Example Audio",
-            .parameters = std::span(kParameters).first(inOptions.parameters),
-            .programs = kPrograms,
-            .inputs = inOptions.isSynth ? std::span<const SStereoPort>() : kPorts,
-            .outputs = kPorts,
-            .latency = 0,
-            .isSynth = inOptions.isSynth,
-            .keepsChunk = true};
+    return {.mUniqueId = 0x45784272, // "ExBr"
+            .mVersion = 1000,
+            .mName = "Faulty",
+            .mVendor = "Example Audio",
+            .mParameters = std::span(kParameters).first(inOptions.mParameters),
+            .mPrograms = kPrograms,
+            .mInputs = inOptions.mIsSynth ? std::span<const SStereoPort>() : kPorts,
+            .mOutputs = kPorts,
+            .mLatency = 0,
+            .mIsSynth = inOptions.mIsSynth,
+            .mKeepsChunk = true};
 }
 } // namespace
 
@@ -69,7 +69,8 @@ CPlainEffect& CPlainEffect::Self(AEffect* inEffect) noexcept
 
 VstIntPtr CPlainEffect::Answer(const SCall& inCall)
 {
-    return mPlain.dispatcher(Effect(), inCall.opcode, inCall.index, inCall.value, inCall.pointer, inCall.opt);
+    return mPlain.dispatcher(Effect(), inCall.mOpcode, inCall.mIndex, inCall.mValue, inCall.mPointer,
+                             inCall.mOpt);
 }
 
 VstIntPtr CPlainEffect::CallHost(std::int32_t inOpcode, std::int32_t inIndex, VstIntPtr inValue,
@@ -98,7 +99,7 @@ void CPlainEffect::Before(std::int32_t inOpcode, std::function<void()> inAction)
 {
     mOnCall = [this, inOpcode, action = std::move(inAction)](const SCall& inCall)
     {
-        if (inCall.opcode == inOpcode)
+        if (inCall.mOpcode == inOpcode)
             action();
         return Answer(inCall);
     };
@@ -117,7 +118,7 @@ void CPlainEffect::Receive(const VstMidiEvent& inEvent) noexcept
     const int second = inEvent.midiData[2] & 0x7F;
     if (status == 0x90 && second > 0)
         mNote = first;
-    else if (((status == 0x80 || status == 0x90) && first == mNote && mOptions.endsNotes) ||
+    else if (((status == 0x80 || status == 0x90) && first == mNote && mOptions.mEndsNotes) ||
              (status == 0xB0 && (first == 120 || first == 123)))
         mNote = -1;
 }
@@ -131,7 +132,7 @@ void CPlainEffect::Render(float* const* inInputs, float* const* inOutputs, std::
     for (std::int32_t frame = 0; frame < inFrames; ++frame)
     {
         float note = 0.0F;
-        if (mOptions.isSynth && mNote >= 0)
+        if (mOptions.mIsSynth && mNote >= 0)
         {
             note = static_cast<float>(0.5 * std::cos(2.0 * std::numbers::pi * mPhase));
             mPhase += step;
@@ -140,7 +141,7 @@ void CPlainEffect::Render(float* const* inInputs, float* const* inOutputs, std::
         for (std::size_t channel = 0; channel < 2; ++channel)
         {
             inOutputs[channel][frame] =
-                levels[channel] * (mOptions.isSynth ? note : inInputs[channel][frame]);
+                levels[channel] * (mOptions.mIsSynth ? note : inInputs[channel][frame]);
         }
     }
 }

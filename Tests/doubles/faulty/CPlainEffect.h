@@ -9,27 +9,27 @@
 /** How a plain effect is made, where that is not as usual. */
 struct SPlainOptions
 {
-    std::size_t parameters = 2; // at most 8
-    bool isSynth = false;
-    bool endsNotes = true;
+    std::size_t mParameters = 2; // at most 8
+    bool mIsSynth = false;
+    bool mEndsNotes = true;
 };
 
 /** One call of the dispatcher. */
 struct SCall
 {
-    std::int32_t opcode;
-    std::int32_t index;
-    VstIntPtr value;
-    void* pointer;
-    float opt;
+    std::int32_t mOpcode;
+    std::int32_t mIndex;
+    VstIntPtr mValue;
+    void* mPointer;
+    float mOpt;
 };
 
 /** One call of processReplacing: two inputs, of an effect, and two outputs. */
 struct SBlock
 {
-    float** inputs;
-    float** outputs;
-    std::int32_t frames;
+    float** mInputs;
+    float** mOutputs;
+    std::int32_t mFrames;
 };
 
 /** The parameters of a plain effect that have a meaning. */
@@ -55,7 +55,7 @@ public:
     VstIntPtr Answer(const SCall& inCall);
     void Render(const SBlock& inBlock)
     {
-        mPlain.processReplacing(Effect(), inBlock.inputs, inBlock.outputs, inBlock.frames);
+        mPlain.processReplacing(Effect(), inBlock.mInputs, inBlock.mOutputs, inBlock.mFrames);
     }
     void Set(std::int32_t inIndex, float inValue) { mPlain.setParameter(Effect(), inIndex, inValue); }
     float Get(std::int32_t inIndex) { return mPlain.getParameter(Effect(), inIndex); }

@@ -11,15 +11,15 @@ namespace
 void RenderScaled(CPlainEffect& ioEffect, const SBlock& inBlock, float inFactor)
 {
     ioEffect.Render(inBlock);
-    for (float* output : {inBlock.outputs[0], inBlock.outputs[1]})
-        std::transform(output, output + inBlock.frames, output,
+    for (float* output : {inBlock.mOutputs[0], inBlock.mOutputs[1]})
+        std::transform(output, output + inBlock.mFrames, output,
                        [inFactor](float inSample) { return inFactor * inSample; });
 }
 
 /** Says that it can do something. */
 VstIntPtr AnswerAs(CPlainEffect& ioEffect, std::string_view inAbility, const SCall& inCall)
 {
-    if (inCall.opcode == effCanDo && inAbility == static_cast<const char*>(inCall.pointer))
+    if (inCall.mOpcode == effCanDo && inAbility == static_cast<const char*>(inCall.mPointer))
         return 1;
     return ioEffect.Answer(inCall);
 }
@@ -65,9 +65,9 @@ void WorksIdle(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
     {
-        if (inCall.opcode == effOpen)
+        if (inCall.mOpcode == effOpen)
             (void)ioEffect.CallHost(audioMasterNeedIdle);
-        if (inCall.opcode == effIdle)
+        if (inCall.mOpcode == effIdle)
             ioEffect.Set(kGain, 0.25F);
         return ioEffect.Answer(inCall);
     };
@@ -98,9 +98,9 @@ void TakesDumps(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
     {
-        if (inCall.opcode == effProcessEvents)
+        if (inCall.mOpcode == effProcessEvents)
         {
-            const auto& event = *static_cast<const VstEvents*>(inCall.pointer)->events[0];
+            const auto& event = *static_cast<const VstEvents*>(inCall.mPointer)->events[0];
             if (event.type == kVstSysExType)
             {
                 const std::int32_t bytes = reinterpret_cast<const VstMidiSysexEvent&>(event).dumpBytes;
@@ -123,9 +123,9 @@ void WritesUnits(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
     {
-        if (inCall.opcode != effGetParamLabel)
+        if (inCall.mOpcode != effGetParamLabel)
             return ioEffect.Answer(inCall);
-        std::strcpy(static_cast<char*>(inCall.pointer), "%");
+        std::strcpy(static_cast<char*>(inCall.mPointer), "%");
         return 1;
     };
 }
@@ -138,18 +138,18 @@ void NamesOutputs(CPlainEffect& ioEffect)
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
     {
         SCall call = inCall;
-        const bool isSecond = inCall.opcode == effGetOutputProperties && inCall.index >= second;
-        call.index -= isSecond ? second : 0;
+        const bool isSecond = inCall.mOpcode == effGetOutputProperties && inCall.mIndex >= second;
+        call.mIndex -= isSecond ? second : 0;
         const VstIntPtr answer = ioEffect.Answer(call);
         if (isSecond && answer != 0)
-            std::strcpy(static_cast<VstPinProperties*>(inCall.pointer)->label, "Second");
+            std::strcpy(static_cast<VstPinProperties*>(inCall.mPointer)->label, "Second");
         return answer;
     };
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         ioEffect.Render(inBlock);
         for (std::int32_t i = 0; i < second; ++i)
-            std::copy_n(inBlock.outputs[i], inBlock.frames, inBlock.outputs[second + i]);
+            std::copy_n(inBlock.mOutputs[i], inBlock.mFrames, inBlock.mOutputs[second + i]);
     };
 }
 } // namespace faults

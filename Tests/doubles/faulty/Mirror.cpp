@@ -10,10 +10,10 @@ namespace
 /** What a plug-in hears of its host, as numbers, on its way into the sound. */
 struct SHeard
 {
-    void Add(double inValue) { numbers.push_back(static_cast<float>(inValue)); }
-    std::vector<float> numbers;
-    int idleCalls = 0;
-    std::int32_t blocks = 0;
+    void Add(double inValue) { mNumbers.push_back(static_cast<float>(inValue)); }
+    std::vector<float> mNumbers;
+    int mIdleCalls = 0;
+    std::int32_t mBlocks = 0;
 };
 
 void HearEvents(const VstEvents& inEvents, SHeard& outHeard)
@@ -52,7 +52,7 @@ void HearAnswers(CPlainEffect& ioEffect, SHeard& outHeard)
         outHeard.Add(static_cast<double>(ioEffect.CallHost(audioMasterCanDo, 0, 0, text)));
     }
     outHeard.Add(ioEffect.CallHost(audioMasterGetDirectory) != 0 ? 1.0 : 0.0);
-    outHeard.Add(outHeard.idleCalls);
+    outHeard.Add(outHeard.mIdleCalls);
 }
 } // namespace
 
@@ -69,13 +69,13 @@ void Mirror(CPlainEffect& ioEffect)
     const auto heard = std::make_shared<SHeard>();
     ioEffect.mOnCall = [&ioEffect, heard](const SCall& inCall) -> VstIntPtr
     {
-        switch (inCall.opcode)
+        switch (inCall.mOpcode)
         {
         case effCanDo: return 1;
         case effOpen: (void)ioEffect.CallHost(audioMasterNeedIdle); break;
-        case effIdle: return ++heard->idleCalls < 3 ? 1 : 0;
+        case effIdle: return ++heard->mIdleCalls < 3 ? 1 : 0;
         case effEditIdle: (void)ioEffect.CallHost(audioMasterSizeWindow, 300, 200); break;
-        case effProcessEvents: HearEvents(*static_cast<const VstEvents*>(inCall.pointer), *heard); return 1;
+        case effProcessEvents: HearEvents(*static_cast<const VstEvents*>(inCall.mPointer), *heard); return 1;
         default: break;
         }
         return ioEffect.Answer(inCall);
@@ -84,16 +84,16 @@ void Mirror(CPlainEffect& ioEffect)
     {
         HearTime(ioEffect, *heard);
         HearAnswers(ioEffect, *heard);
-        const auto key = static_cast<std::uint8_t>(heard->blocks++ % 128);
-        ioEffect.SendMidi({0x90, key, 100}, inBlock.frames / 2);
+        const auto key = static_cast<std::uint8_t>(heard->mBlocks++ % 128);
+        ioEffect.SendMidi({0x90, key, 100}, inBlock.mFrames / 2);
         ioEffect.Effect()->initialDelay = 96;
-        for (std::int32_t i = 0; i < inBlock.frames; ++i)
+        for (std::int32_t i = 0; i < inBlock.mFrames; ++i)
         {
             const auto place = static_cast<std::size_t>(i);
-            inBlock.outputs[0][i] = place < heard->numbers.size() ? heard->numbers[place] : 0.0F;
-            inBlock.outputs[1][i] = 0.0F;
+            inBlock.mOutputs[0][i] = place < heard->mNumbers.size() ? heard->mNumbers[place] : 0.0F;
+            inBlock.mOutputs[1][i] = 0.0F;
         }
-        heard->numbers.clear();
+        heard->mNumbers.clear();
     };
 }
 } // namespace faults

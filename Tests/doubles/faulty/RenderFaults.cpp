@@ -15,7 +15,7 @@ namespace faults
 /** Leaks notes: a released one sounds on. */
 AEffect* Notes(audioMasterCallback inHost)
 {
-    return MakePlain(inHost, {.isSynth = true, .endsNotes = false}).Effect();
+    return MakePlain(inHost, {.mIsSynth = true, .mEndsNotes = false}).Effect();
 }
 
 /** Blocks in processReplacing: takes a lock and sleeps. */
@@ -35,8 +35,8 @@ void Heap(CPlainEffect& ioEffect)
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         ioEffect.Render(inBlock);
-        float* const output = inBlock.outputs[0];
-        const std::vector<float> copy(output, output + inBlock.frames);
+        float* const output = inBlock.mOutputs[0];
+        const std::vector<float> copy(output, output + inBlock.mFrames);
         std::ranges::copy(copy, output);
     };
 }
@@ -47,7 +47,7 @@ void Bounds(CPlainEffect& ioEffect)
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         ioEffect.Render(inBlock);
-        inBlock.outputs[1][inBlock.frames] = 0.0F;
+        inBlock.mOutputs[1][inBlock.mFrames] = 0.0F;
     };
 }
 
@@ -56,12 +56,12 @@ void Numbers(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
-        const float* const input = inBlock.inputs[0];
+        const float* const input = inBlock.mInputs[0];
         const bool isLoud = std::any_of(
-            input, input + inBlock.frames, [](float inSample) { return std::abs(inSample) > 0.9F; });
+            input, input + inBlock.mFrames, [](float inSample) { return std::abs(inSample) > 0.9F; });
         ioEffect.Render(inBlock);
         if (isLoud)
-            inBlock.outputs[0][0] = std::sqrt(-1.0F);
+            inBlock.mOutputs[0][0] = std::sqrt(-1.0F);
     };
 }
 
@@ -73,10 +73,10 @@ void Pointers(CPlainEffect& ioEffect)
     {
         if (inputs[0] == nullptr)
         {
-            std::copy_n(inBlock.inputs, 2, inputs.begin());
-            std::copy_n(inBlock.outputs, 2, outputs.begin());
+            std::copy_n(inBlock.mInputs, 2, inputs.begin());
+            std::copy_n(inBlock.mOutputs, 2, outputs.begin());
         }
-        ioEffect.Render({inputs.data(), outputs.data(), inBlock.frames});
+        ioEffect.Render({inputs.data(), outputs.data(), inBlock.mFrames});
     };
 }
 
@@ -86,13 +86,13 @@ void Silence(CPlainEffect& ioEffect)
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         constexpr std::int32_t largestBlock = 1024;
-        const float* const input = inBlock.inputs[1];
+        const float* const input = inBlock.mInputs[1];
         const bool isSilent = std::all_of(
-            input, input + inBlock.frames, [](float inSample) { return inSample == 0.0F; });
+            input, input + inBlock.mFrames, [](float inSample) { return inSample == 0.0F; });
         float unused[largestBlock] = {};
-        float* outputs[] = {inBlock.outputs[0],
-                            isSilent && inBlock.frames <= largestBlock ? unused : inBlock.outputs[1]};
-        ioEffect.Render({inBlock.inputs, outputs, inBlock.frames});
+        float* outputs[] = {inBlock.mOutputs[0],
+                            isSilent && inBlock.mFrames <= largestBlock ? unused : inBlock.mOutputs[1]};
+        ioEffect.Render({inBlock.mInputs, outputs, inBlock.mFrames});
     };
 }
 } // namespace faults

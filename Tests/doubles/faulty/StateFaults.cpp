@@ -13,7 +13,7 @@ void Memory(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
     {
-        if (inCall.opcode != effSetChunk)
+        if (inCall.mOpcode != effSetChunk)
             return ioEffect.Answer(inCall);
         for (const std::int32_t index : {kGain, kBalance})
             ioEffect.Set(index, 0.0F);
@@ -26,12 +26,12 @@ void Load(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect, isHalfLoaded = false](const SCall& inCall) mutable
     {
-        if (inCall.opcode == effGetChunk && isHalfLoaded)
+        if (inCall.mOpcode == effGetChunk && isHalfLoaded)
         {
             isHalfLoaded = false;
             ioEffect.Set(kGain, 1.0F - ioEffect.Get(kGain));
         }
-        isHalfLoaded = isHalfLoaded || inCall.opcode == effSetChunk;
+        isHalfLoaded = isHalfLoaded || inCall.mOpcode == effSetChunk;
         return ioEffect.Answer(inCall);
     };
 }
@@ -62,7 +62,7 @@ void Copies(CPlainEffect& ioEffect)
     ioEffect.mOnCall = [&ioEffect, known](const SCall& inCall)
     {
         const VstIntPtr result = ioEffect.Answer(inCall);
-        if (inCall.opcode == effSetChunk)
+        if (inCall.mOpcode == effSetChunk)
         {
             gain = ioEffect.Get(kGain);
             *known = ++load;

@@ -66,7 +66,7 @@ private:
 VstIntPtr Answer(CPlainEffect& ioEffect, std::unique_ptr<CCaller>& ioCaller, const SCall& inCall)
 {
     (void)ioEffect.CallHost(audioMasterGetTime);
-    switch (inCall.opcode)
+    switch (inCall.mOpcode)
     {
     case effOpen:
         if (!ioCaller)
@@ -85,8 +85,8 @@ void Render(CPlainEffect& ioEffect, const SBlock& inBlock)
     const auto* const time = reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
     const float gain = time != nullptr && time->tempo > 0.0 ? 1.0F : 0.0F;
     for (std::size_t channel = 0; channel < 2; ++channel)
-        std::transform(inBlock.inputs[channel], inBlock.inputs[channel] + inBlock.frames,
-                       inBlock.outputs[channel], [gain](float inSample) { return gain * inSample; });
+        std::transform(inBlock.mInputs[channel], inBlock.mInputs[channel] + inBlock.mFrames,
+                       inBlock.mOutputs[channel], [gain](float inSample) { return gain * inSample; });
     (void)ioEffect.CallHost(audioMasterAutomate, 2);
     ioEffect.SendMidi(kController);
 }
@@ -98,7 +98,7 @@ namespace faults
 void Talkative(CPlainEffect& ioEffect)
 {
     ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
-    { return inCall.opcode == effCanDo ? 1 : ioEffect.Answer(inCall); };
+    { return inCall.mOpcode == effCanDo ? 1 : ioEffect.Answer(inCall); };
     ioEffect.mOnBlock = [&ioEffect, round = std::int32_t{0}](const SBlock& inBlock) mutable
     {
         ioEffect.Render(inBlock);
@@ -112,7 +112,7 @@ void Talkative(CPlainEffect& ioEffect)
  */
 AEffect* Stress(audioMasterCallback inHost)
 {
-    CPlainEffect& effect = MakePlain(inHost, {.parameters = kParameters});
+    CPlainEffect& effect = MakePlain(inHost, {.mParameters = kParameters});
     effect.SetEditor(std::make_unique<CBlankEditor>());
     const auto caller = std::make_shared<std::unique_ptr<CCaller>>(); // while it is open
     effect.mOnCall = [&effect, caller](const SCall& inCall) { return Answer(effect, *caller, inCall); };

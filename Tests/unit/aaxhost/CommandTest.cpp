@@ -143,8 +143,8 @@ TEST_F(CommandTest, AMisbehavingModuleGetsASentenceInsteadOfACrash)
 {
     struct SRow
     {
-        const char* fault;
-        const char* part;
+        const char* mFault;
+        const char* mPart;
     };
     for (const SRow& row :
          {SRow{"startup", "ACFStartup answered -20009"},
@@ -155,12 +155,12 @@ TEST_F(CommandTest, AMisbehavingModuleGetsASentenceInsteadOfACrash)
           SRow{"noparameters", "no effect-parameters object"},
           SRow{"initialize", "Initialize answered -20004"}, SRow{"throw", "exception"}})
     {
-        SCOPED_TRACE(row.fault);
-        const CFakeFault fault(row.fault);
+        SCOPED_TRACE(row.mFault);
+        const CFakeFault fault(row.mFault);
         const SRun run = Run(RenderTo("a.wav") + "--seconds 0.1");
         EXPECT_EQ(run.mExit, 1);
         EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
-        EXPECT_NE(run.mError.find(row.part), std::string::npos) << run.mError;
+        EXPECT_NE(run.mError.find(row.mPart), std::string::npos) << run.mError;
     }
     const CFakeFault fault("hugefield");
     EXPECT_EQ(Run(RenderTo("a.wav") + "--seconds 0.1").mExit, 0) << "one refused field ends nothing";

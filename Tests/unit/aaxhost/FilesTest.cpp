@@ -24,14 +24,14 @@ TEST(AutomationCurve, ValuesLieOnTheLinesAndAreLevelOutside)
     ASSERT_TRUE(curve) << curve.Problem().mSentence;
     struct SRow
     {
-        double seconds;
-        double value;
+        double mSeconds;
+        double mValue;
     };
     for (const SRow& row : {SRow{0.0, 0.5}, SRow{1.0, 0.5}, SRow{1.5, 0.75}, SRow{2.0, 0.0}, SRow{3.0, 0.25},
                             SRow{4.0, 0.5}, SRow{99.0, 0.5}})
     {
-        SCOPED_TRACE(row.seconds);
-        EXPECT_NEAR(curve->ValueAt(row.seconds), row.value, 1e-12);
+        SCOPED_TRACE(row.mSeconds);
+        EXPECT_NEAR(curve->ValueAt(row.mSeconds), row.mValue, 1e-12);
     }
 }
 
@@ -39,8 +39,8 @@ TEST(AutomationCurve, WrongTextIsRefusedWithItsLine)
 {
     struct SRow
     {
-        const char* text;
-        const char* sentence;
+        const char* mText;
+        const char* mSentence;
     };
     const char* commas = "Line 1 has decimal commas or semicolons: write seconds,value with decimal points, "
                          "as in 1.5,0.25.";
@@ -55,10 +55,10 @@ TEST(AutomationCurve, WrongTextIsRefusedWithItsLine)
           SRow{"0,5,0,7", commas}, SRow{"1,0,7", commas},
           SRow{"\xFF\xFE", "The text is UTF-16: save it as UTF-8."}})
     {
-        SCOPED_TRACE(row.text);
-        const auto curve = CAutomationCurve::Parse(row.text);
+        SCOPED_TRACE(row.mText);
+        const auto curve = CAutomationCurve::Parse(row.mText);
         ASSERT_FALSE(curve);
-        EXPECT_EQ(curve.Problem().mSentence, row.sentence);
+        EXPECT_EQ(curve.Problem().mSentence, row.mSentence);
     }
 }
 
@@ -86,9 +86,9 @@ TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
     ASSERT_TRUE(song) << song.Problem().mSentence;
     struct SRow
     {
-        double seconds;
-        std::array<std::uint8_t, 3> bytes;
-        int length;
+        double mSeconds;
+        std::array<std::uint8_t, 3> mBytes;
+        int mLength;
     };
     const SRow rows[] = {{0.0, {0x91, 0x3C, 0x64}, 3},
                          {1.0, {0x91, 0x3C, 0}, 3},
@@ -98,9 +98,9 @@ TEST(MidiFile, EventsOfAllTracksComeInOrderWithTheFilesTempoChanges)
     for (std::size_t i = 0; i < std::size(rows); ++i)
     {
         SCOPED_TRACE(i);
-        EXPECT_NEAR(song->mEvents[i].mSeconds, rows[i].seconds, 1e-9);
-        EXPECT_EQ(song->mEvents[i].mBytes, rows[i].bytes);
-        EXPECT_EQ(song->mEvents[i].mLength, rows[i].length);
+        EXPECT_NEAR(song->mEvents[i].mSeconds, rows[i].mSeconds, 1e-9);
+        EXPECT_EQ(song->mEvents[i].mBytes, rows[i].mBytes);
+        EXPECT_EQ(song->mEvents[i].mLength, rows[i].mLength);
     }
 }
 
@@ -136,22 +136,22 @@ TEST(MidiFile, TimeCodeIsReadAndWhatIsNotReadIsNamed)
                              "MTrk\0\0\0\x0D\0\x90\x3C\x64\x87\x68\x80\x3C\0\0\xFF\x2F";
     struct SRow
     {
-        std::size_t at;
-        std::uint8_t value;
-        const char* part; // of the sentence; empty: it is read
+        std::size_t mAt;
+        std::uint8_t mValue;
+        const char* mPart; // of the sentence; empty: it is read
     };
     for (const SRow& row : {SRow{0, 'M', ""}, SRow{0, 'X', "is no Standard MIDI File"},
                             SRow{9, 2, "is of format 2"}, SRow{13, 0, "divides time by 0xe700"},
                             SRow{23, 0xF7, "F7), which are not read, so save it without them (track 1 of 1)"},
                             SRow{21, 0x0E, "is damaged or cut short (track 1 of 1)"}})
     {
-        SCOPED_TRACE(row.part);
+        SCOPED_TRACE(row.mPart);
         std::vector<std::uint8_t> file(std::begin(bytes), std::end(bytes)); // with the 0 at the end
-        file[row.at] = row.value;
+        file[row.mAt] = row.mValue;
         const auto song = MidiFromBytes(file, "a.mid");
         const std::string fault = song ? "" : song.Problem().mSentence;
-        ASSERT_EQ(fault.empty(), *row.part == 0) << fault;
-        EXPECT_NE(fault.find(row.part), std::string::npos) << fault;
+        ASSERT_EQ(fault.empty(), *row.mPart == 0) << fault;
+        EXPECT_NE(fault.find(row.mPart), std::string::npos) << fault;
         EXPECT_NEAR(song ? song->mEvents.back().mSeconds : 1.0, 1.0, 1e-9);
     }
 }

@@ -93,11 +93,11 @@ TEST(HostTransport, TicksBarsAndBeatsAgreeAcrossChangesOfTempoAndMeter)
     state.mSampleRate = 1000.0;
     struct SRow
     {
-        std::int64_t sample;
-        double tempo;
-        SMeter meter;
-        std::int64_t ticks;
-        SBarBeat place;
+        std::int64_t mSample;
+        double mTempo;
+        SMeter mMeter;
+        std::int64_t mTicks;
+        SBarBeat mPlace;
     };
     for (const SRow& row :
          {SRow{-500, 120, {3, 4}, -960000, {0, 3, 0}}, SRow{0, 120, {3, 4}, 0, {1, 1, 0}},
@@ -105,8 +105,8 @@ TEST(HostTransport, TicksBarsAndBeatsAgreeAcrossChangesOfTempoAndMeter)
           SRow{2500, 60, {6, 8}, 4320000, {3, 1, 0}}, SRow{3750, 60, {6, 8}, 5520000, {3, 3, 240000}},
           SRow{5500, 60, {6, 8}, 7200000, {4, 1, 0}}})
     {
-        SCOPED_TRACE(row.sample);
-        state.mSamplePosition = row.sample;
+        SCOPED_TRACE(row.mSample);
+        state.mSamplePosition = row.mSample;
         double tempo = 0.0;
         SMeter meter{0, 0};
         std::int64_t ticks = -1;
@@ -118,16 +118,16 @@ TEST(HostTransport, TicksBarsAndBeatsAgreeAcrossChangesOfTempoAndMeter)
         ASSERT_EQ(transport.GetCurrentTempo(&tempo), kAAX_Success);
         ASSERT_EQ(transport.GetCurrentMeter(&meter.mNumerator, &meter.mDenominator), kAAX_Success);
         ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
-        ASSERT_EQ(transport.GetCustomTickPosition(&custom, row.sample), kAAX_Success);
-        ASSERT_EQ(transport.GetBarBeatPosition(&bar, &beat, &display, row.sample), kAAX_Success);
+        ASSERT_EQ(transport.GetCustomTickPosition(&custom, row.mSample), kAAX_Success);
+        ASSERT_EQ(transport.GetBarBeatPosition(&bar, &beat, &display, row.mSample), kAAX_Success);
         ASSERT_EQ(transport.GetCurrentTicksPerBeat(&perBeat), kAAX_Success);
-        EXPECT_EQ(tempo, row.tempo);
-        EXPECT_EQ(meter, row.meter);
-        EXPECT_EQ(ticks, row.ticks);
-        EXPECT_EQ(custom, row.ticks);
-        EXPECT_EQ((SBarBeat{bar, beat, display}), row.place);
-        EXPECT_EQ(perBeat, 3840000U / static_cast<std::uint32_t>(row.meter.mDenominator));
-        EXPECT_NEAR(state.mTimeline->SecondsAt(static_cast<double>(ticks) / 960000), row.sample / 1000.0,
+        EXPECT_EQ(tempo, row.mTempo);
+        EXPECT_EQ(meter, row.mMeter);
+        EXPECT_EQ(ticks, row.mTicks);
+        EXPECT_EQ(custom, row.mTicks);
+        EXPECT_EQ((SBarBeat{bar, beat, display}), row.mPlace);
+        EXPECT_EQ(perBeat, 3840000U / static_cast<std::uint32_t>(row.mMeter.mDenominator));
+        EXPECT_NEAR(state.mTimeline->SecondsAt(static_cast<double>(ticks) / 960000), row.mSample / 1000.0,
                     1e-9);
     }
 }
@@ -140,27 +140,27 @@ TEST(HostTransport, AnswersWhatNoHostShouldAndFailsSingleCalls)
     state = {.mSamplePosition = 66150, .mTickOffset = -500000, .mDisplayTicksPerQuarter = 960}; // 3 quarters
     struct SRow
     {
-        double tempo;
-        SMeter meter;
-        std::int64_t ticks;
-        SBarBeat place;
+        double mTempo;
+        SMeter mMeter;
+        std::int64_t mTicks;
+        SBarBeat mPlace;
     };
     for (const SRow& row :
          {SRow{120.0, {4, 3}, 2380000, {1, 2, 1100}}, SRow{0.0, {0, 0}, -500000, {0, 1, 460}},
           SRow{std::nan(""), {0, 0}, -500000, {0, 1, 460}}})
     {
-        SCOPED_TRACE(row.tempo);
-        state.mTempo = row.tempo;
-        state.mMeterNumerator = row.meter.mNumerator;
-        state.mMeterDenominator = row.meter.mDenominator;
+        SCOPED_TRACE(row.mTempo);
+        state.mTempo = row.mTempo;
+        state.mMeterNumerator = row.mMeter.mNumerator;
+        state.mMeterDenominator = row.mMeter.mDenominator;
         std::int64_t ticks = -1;
         std::int64_t display = -1;
         std::int32_t bar = -1;
         std::int32_t beat = -1;
         ASSERT_EQ(transport.GetCurrentTickPosition(&ticks), kAAX_Success);
         ASSERT_EQ(transport.GetBarBeatPosition(&bar, &beat, &display, 66150), kAAX_Success);
-        EXPECT_EQ(ticks, row.ticks);
-        EXPECT_EQ((SBarBeat{bar, beat, display}), row.place);
+        EXPECT_EQ(ticks, row.mTicks);
+        EXPECT_EQ((SBarBeat{bar, beat, display}), row.mPlace);
     }
     const std::pair<const char*, std::function<AAX_Result()>> calls[] = {
         {"GetCurrentTempo", [&] { return transport.GetCurrentTempo(nullptr); }},
@@ -234,15 +234,15 @@ TEST(HostAutomation, EachKindOfHostAnswersAtItsTimeAndInItsOrder)
     constexpr const char* all = "touch Level, Level 10%, Other 30%, Level 25%, release Level";
     struct SRow
     {
-        EAnswers answers;
-        const char* before; // the cycle
-        const char* after;
+        EAnswers mAnswers;
+        const char* mBefore; // the cycle
+        const char* mAfter;
     };
     for (const SRow& row : {SRow{EAnswers::AtOnce, all, all}, SRow{EAnswers::Late, "", all},
                             SRow{EAnswers::Last, "", "touch Level, Other 30%, Level 25%, release Level"}})
     {
-        SCOPED_TRACE(NameOfAnswers(row.answers));
-        SAnswered answered(row.answers);
+        SCOPED_TRACE(NameOfAnswers(row.mAnswers));
+        SAnswered answered(row.mAnswers);
         CHostAutomation& automation = answered.Automation();
         ASSERT_EQ(automation.PostTouchRequest("Level"), kAAX_Success);
         ASSERT_EQ(automation.PostSetValueRequest("Level", 0.1), kAAX_Success);
@@ -250,12 +250,12 @@ TEST(HostAutomation, EachKindOfHostAnswersAtItsTimeAndInItsOrder)
         ASSERT_EQ(answered.mInstance->SetParameter("Level", 0.25), kAAX_Success);
         EXPECT_TRUE(automation.IsTouched("Level"));
         ASSERT_EQ(automation.PostReleaseRequest("Level"), kAAX_Success);
-        EXPECT_EQ(answered.Sent(), row.before);
-        EXPECT_EQ(automation.PendingRequests(), row.answers == EAnswers::AtOnce ? 0U : 5U);
+        EXPECT_EQ(answered.Sent(), row.mBefore);
+        EXPECT_EQ(automation.PendingRequests(), row.mAnswers == EAnswers::AtOnce ? 0U : 5U);
         EXPECT_EQ(answered.Level(), 1.0) << "coefficients before the cycle";
 
         EXPECT_EQ(answered.mInstance->RunCycle(), kAAX_Success);
-        EXPECT_EQ(answered.Sent(), row.after);
+        EXPECT_EQ(answered.Sent(), row.mAfter);
         EXPECT_EQ(answered.Level(), 0.25) << "no coefficients";
         EXPECT_EQ(automation.PendingRequests(), 0U);
         EXPECT_EQ(automation.ValueRequests(), 3U);

@@ -108,10 +108,10 @@ TEST_F(RendererTest, ALoopAndJumpsCutTheBlocksAndTheInputGoesOn)
     const SLoop late{0.09, 0.1};
     struct SRow
     {
-        std::optional<SLoop> loop;
-        std::vector<SJump> jumps;
-        bool playing;
-        Blocks blocks;
+        std::optional<SLoop> mLoop;
+        std::vector<SJump> mJumps;
+        bool mPlaying;
+        Blocks mBlocks;
     };
     for (const SRow& row :
          {SRow{loop, {}, true, {{0, 4}, {4, 1}, {2, 3}, {2, 3}, {2, 1}}},
@@ -123,22 +123,22 @@ TEST_F(RendererTest, ALoopAndJumpsCutTheBlocksAndTheInputGoesOn)
                {{0, 2}, {8, 2}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}, {9, 1}}},
           SRow{loop, {{0.007, 0.05}}, false, {{0, 4}, {0, 3}, {50, 4}, {50, 1}}}})
     {
-        SCOPED_TRACE(testing::PrintToString(row.blocks));
-        mJob.mLoop = row.loop;
-        mJob.mJumps = row.jumps;
-        mJob.mPlaying = row.playing;
+        SCOPED_TRACE(testing::PrintToString(row.mBlocks));
+        mJob.mLoop = row.mLoop;
+        mJob.mJumps = row.mJumps;
+        mJob.mPlaying = row.mPlaying;
         Blocks blocks;
         std::vector<float> sound;
         const auto sink = [&](std::span<const float* const> channels, std::int32_t frames)
         {
             const STransportState& transport = mInstance->Host().Transport().State();
-            EXPECT_EQ(transport.mLooping, row.loop.has_value());
+            EXPECT_EQ(transport.mLooping, row.mLoop.has_value());
             blocks.emplace_back(transport.mSamplePosition, frames);
             sound.insert(sound.end(), channels[1], channels[1] + frames);
             return SDone{};
         };
         ASSERT_TRUE(RenderOffline(*mInstance, mJob, sink));
-        EXPECT_EQ(blocks, row.blocks);
+        EXPECT_EQ(blocks, row.mBlocks);
         EXPECT_EQ(sound, input.mChannels.front());
     }
     mJob.mLoop = SLoop{0.02, 0.021};

@@ -162,9 +162,9 @@ TEST(ChunkParser, OddDataIsReadByTheRulesElseNotAtAll)
 {
     struct SRow
     {
-        const char* fault;
-        std::string_view data;
-        Entries expected;
+        const char* mFault;
+        std::string_view mData;
+        Entries mExpected;
     };
     const std::string longKey = "\1\1\1\1f_" + std::string(254, 'k') + std::string("\0\0\0\1", 4);
     for (const SRow& row :
@@ -179,8 +179,8 @@ TEST(ChunkParser, OddDataIsReadByTheRulesElseNotAtAll)
           SRow{"key without an end", "\1\1\1\1x_ab"sv, {}},
           SRow{"key of 256 characters ends after 255", longKey, {{1, std::string(253, 'k')}}}})
     {
-        SCOPED_TRACE(row.fault);
-        EXPECT_EQ(COpenParser(row.data).Entries(), row.expected);
+        SCOPED_TRACE(row.mFault);
+        EXPECT_EQ(COpenParser(row.mData).Entries(), row.mExpected);
     }
     for (const std::int32_t size : {INT32_MIN, -1, 0, 3, 4})
     {
@@ -202,14 +202,14 @@ TEST(ChunkParser, SearchGoesOnBehindTheLastHitAndWraps)
         parser.AddInt32(name, 0);
     struct SRow
     {
-        const char* name;
-        std::int32_t index;
+        const char* mName;
+        std::int32_t mIndex;
     };
     for (const SRow& row : {SRow{"c", 3}, SRow{"a", 0}, SRow{"a", 2}, SRow{"?", -1}, SRow{"b", 1},
                             SRow{"b", 1}, SRow{"a", 2}, SRow{"a", 0}})
     {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(parser.FindName(row.name), row.index);
+        SCOPED_TRACE(row.mName);
+        EXPECT_EQ(parser.FindName(row.mName), row.mIndex);
     }
 }
 

@@ -89,14 +89,14 @@ TEST(AaxParameter, ShortenedNameFitsElseIsTheShortest)
         parameter.AddShortenedName(name);
     struct SRow
     {
-        std::int32_t limit;
-        const char* name;
+        std::int32_t mLimit;
+        const char* mName;
     };
     for (const SRow& row : {SRow{-1, "Gain"}, SRow{3, "Gain"}, SRow{4, "Gain"}, SRow{7, "Gain"},
                             SRow{8, "Gain...."}, SRow{12, "Gain...."}, SRow{13, "Gain in words"}})
     {
-        SCOPED_TRACE(row.limit);
-        EXPECT_STREQ(parameter.ShortenedName(row.limit).Get(), row.name);
+        SCOPED_TRACE(row.mLimit);
+        EXPECT_STREQ(parameter.ShortenedName(row.mLimit).Get(), row.mName);
     }
     parameter.ClearShortenedNames();
     EXPECT_STREQ(parameter.ShortenedName(4).Get(), "Gain in words");
@@ -257,14 +257,14 @@ TEST(LinearTaper, ValuesAreClampedOnTheRealSide)
     const Taper taper(-2, 6);
     struct SRow
     {
-        double normalized;
-        float real;
+        double mNormalized;
+        float mReal;
     };
     for (const SRow& row : {SRow{0, -2}, SRow{0.25, 0}, SRow{1, 6}, SRow{1.7, 6}, SRow{-0.2, -2},
                             SRow{kNaN, -2}, SRow{kInfinity, 6}, SRow{-kInfinity, -2}, SRow{1e300, 6}})
     {
-        SCOPED_TRACE(row.normalized);
-        EXPECT_EQ(taper.NormalizedToReal(row.normalized), row.real);
+        SCOPED_TRACE(row.mNormalized);
+        EXPECT_EQ(taper.NormalizedToReal(row.mNormalized), row.mReal);
     }
     EXPECT_EQ(taper.RealToNormalized(2), 0.5);
     EXPECT_EQ(taper.RealToNormalized(100), 1.0);
@@ -277,18 +277,18 @@ TEST(NumberDisplay, TextIsCutToTheLimitWithoutAPointAtItsEnd)
 {
     struct SRow
     {
-        float value;
-        std::int32_t limit;
-        const char* text;
+        float mValue;
+        std::int32_t mLimit;
+        const char* mText;
     };
     for (const SRow& row : {SRow{123.45F, 5, "123.4"}, SRow{123.45F, 4, "123"}, SRow{123.45F, 2, "12"},
                             SRow{1, 2, "1"}, SRow{0.25F, 10, "0.25"}, SRow{-1, 5, "-1.00"}, SRow{1, 0, ""},
                             SRow{1, -3, ""}, SRow{static_cast<float>(kInfinity), 2, "in"}})
     {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(row.mText);
         AAX_CString text("old");
-        EXPECT_TRUE(Display().ValueToString(row.value, row.limit, &text));
-        EXPECT_STREQ(text.Get(), row.text);
+        EXPECT_TRUE(Display().ValueToString(row.mValue, row.mLimit, &text));
+        EXPECT_STREQ(text.Get(), row.mText);
     }
     float value = 5;
     EXPECT_FALSE(Display().StringToValue("abc", &value));

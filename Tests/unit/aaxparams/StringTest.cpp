@@ -13,15 +13,15 @@ TEST(AaxString, EraseRemovesTheExcessOnlyWhenTooMuchIsAskedFor)
 {
     struct SRow
     {
-        std::uint32_t position, length;
-        const char* left;
+        std::uint32_t mPosition, mLength;
+        const char* mLeft;
     };
     for (const SRow& row :
          {SRow{4, 3, "abcdf"}, SRow{2, 10, "ab"}, SRow{2, 5, "abdef"}, SRow{0, 6, ""}, SRow{6, 0, "abcdef"},
           SRow{6, 4, "abcdef"}, SRow{1, 2, "adef"}, SRow{0, 0xFFFFFFFFU, ""}})
     {
-        SCOPED_TRACE(testing::Message() << row.position << ", " << row.length);
-        EXPECT_STREQ(AAX_CString("abcdef").Erase(row.position, row.length).Get(), row.left);
+        SCOPED_TRACE(testing::Message() << row.mPosition << ", " << row.mLength);
+        EXPECT_STREQ(AAX_CString("abcdef").Erase(row.mPosition, row.mLength).Get(), row.mLeft);
     }
     AAX_CString text("abcdef");
     EXPECT_THROW(text.Erase(7, 0), std::out_of_range);
@@ -56,9 +56,9 @@ TEST(AaxString, NumbersAreWrittenInTheClassicLocaleWithExactPrecision)
 {
     struct SRow
     {
-        double number;
-        std::uint32_t precision;
-        const char* text;
+        double mNumber;
+        std::uint32_t mPrecision;
+        const char* mText;
     };
     const CCommaLocale locale;
     for (const SRow& row :
@@ -66,10 +66,10 @@ TEST(AaxString, NumbersAreWrittenInTheClassicLocaleWithExactPrecision)
           SRow{2.5, 0, "2"}, SRow{1234567.5, 1, "1234567.5"}, SRow{1e-9, 3, "0.000"},
           SRow{std::numeric_limits<double>::infinity(), 1200, "inf"}})
     {
-        SCOPED_TRACE(row.text);
-        EXPECT_STREQ(AAX_CString("=").AppendNumber(row.number, row.precision).Get() + 1, row.text);
-        EXPECT_STREQ(AAX_CString("=").InsertNumber(0, row.number, row.precision).Get(),
-                     (std::string(row.text) + "=").c_str());
+        SCOPED_TRACE(row.mText);
+        EXPECT_STREQ(AAX_CString("=").AppendNumber(row.mNumber, row.mPrecision).Get() + 1, row.mText);
+        EXPECT_STREQ(AAX_CString("=").InsertNumber(0, row.mNumber, row.mPrecision).Get(),
+                     (std::string(row.mText) + "=").c_str());
     }
     EXPECT_STREQ(AAX_CString().AppendNumber(-7).AppendNumber(12345).InsertNumber(2, 0).Get(), "-7012345");
     const AAX_CString digits = AAX_CString().AppendNumber(0.5, 20'000'000);
@@ -81,11 +81,11 @@ TEST(AaxString, NumbersAreReadFromTheStartOfTheTextElseZeroIsStored)
 {
     struct SRow
     {
-        const char* text;
-        bool isDouble;
-        double asDouble;
-        bool isInteger;
-        std::int32_t asInteger;
+        const char* mText;
+        bool mIsDouble;
+        double mAsDouble;
+        bool mIsInteger;
+        std::int32_t mAsInteger;
     };
     const CCommaLocale locale;
     for (const SRow& row :
@@ -97,13 +97,13 @@ TEST(AaxString, NumbersAreReadFromTheStartOfTheTextElseZeroIsStored)
           SRow{"1.234,5", true, 1.234, true, 1}, SRow{"0x10", true, 0, true, 0},
           SRow{"+7-", true, 7, true, 7}, SRow{"inf", false, 0, false, 0}})
     {
-        SCOPED_TRACE(row.text);
+        SCOPED_TRACE(row.mText);
         double real = -1;
         std::int32_t integer = -1;
-        EXPECT_EQ(AAX_CString(row.text).ToDouble(&real), row.isDouble);
-        EXPECT_EQ(real, row.asDouble);
-        EXPECT_EQ(AAX_CString(row.text).ToInteger(&integer), row.isInteger);
-        EXPECT_EQ(integer, row.asInteger);
+        EXPECT_EQ(AAX_CString(row.mText).ToDouble(&real), row.mIsDouble);
+        EXPECT_EQ(real, row.mAsDouble);
+        EXPECT_EQ(AAX_CString(row.mText).ToInteger(&integer), row.mIsInteger);
+        EXPECT_EQ(integer, row.mAsInteger);
     }
 }
 } // namespace

@@ -44,8 +44,8 @@ class Chunk : public AdapterTest
 protected:
     void StartWithChunk(Bytes inChunk)
     {
-        Script().shape.flags |= effFlagsProgramChunks;
-        Script().bankChunk = std::move(inChunk);
+        Script().mShape.flags |= effFlagsProgramChunks;
+        Script().mBankChunk = std::move(inChunk);
         Start();
     }
     /** Every chunk that the instance reports, as a host asks for it. */
@@ -141,15 +141,15 @@ TEST_F(Chunk, TheTrailerIsTakenOffOnlyWhereItIsOne)
 
 TEST_F(Chunk, AfterALoadTheHostHasThePluginsValuesAndThePluginNoEcho)
 {
-    Script().parameters = {0.25F, 0.5F};
-    Script().shape.numPrograms = 4;
-    Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mParameters = {0.25F, 0.5F};
+    Script().mShape.numPrograms = 4;
+    Script().mHooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
     {
         ioEffect.Parameters() = {0.75F, 1.0F};
         ioEffect.CallHost(audioMasterAutomate, 0); // not heard: the values are read when it is done
         ioEffect.CallHost(audioMasterUpdateDisplay);
     };
-    Script().shape.flags |= effFlagsProgramChunks;
+    Script().mShape.flags |= effFlagsProgramChunks;
     ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success); // a host may load before it generates anything
     CChunk chunk(Bytes{1, 2} + kTrailer);
     (void)TakeHostCalls(); // of the start
@@ -165,11 +165,11 @@ TEST_F(Chunk, AfterALoadTheHostHasThePluginsValuesAndThePluginNoEcho)
 
 TEST_F(Chunk, TheControlsOfAPluginWithAChunkDoNotComeBackWhenTheirAnswersDo)
 {
-    Script().parameters = {0.25F, 0.5F};
+    Script().mParameters = {0.25F, 0.5F};
     StartWithChunk({1, 2});
     auto saved = Save();
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.0, 0), kAAX_Success);
-    Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
+    Script().mHooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch&)
     {
         ioEffect.Parameters() = {0.75F, 1.0F}; // what the controls say is not what the plug-in's own state is
         ioEffect.CallHost(audioMasterAutomate, 0);
@@ -184,7 +184,7 @@ TEST_F(Chunk, TheControlsOfAPluginWithAChunkDoNotComeBackWhenTheirAnswersDo)
 
 TEST_F(Chunk, AHostThatLooksAtTheStateInsideARequestFindsTheNewOneWhole)
 {
-    Script().parameters = {0.25F, 0.5F, 0.75F};
+    Script().mParameters = {0.25F, 0.5F, 0.75F};
     Start();
     auto saved = Save();
     for (const char* id : {"00000", "00001", "00002"})
@@ -205,13 +205,13 @@ TEST_F(Chunk, AHostThatLooksAtTheStateInsideARequestFindsTheNewOneWhole)
 
 TEST_F(Chunk, OfControlsThatThePluginRoundsTheHostIsToldTheOutcome)
 {
-    Script().parameters = {0.3F, std::nanf(""), 0.5F};
+    Script().mParameters = {0.3F, std::nanf(""), 0.5F};
     Start();
     auto saved = Save();
-    Script().steps = 4;
+    Script().mSteps = 4;
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 1.0, 0), kAAX_Success);
-    (void)TakeHostCalls();       // of that
-    Script().reportsSets = true; // not heard while it is given the controls
+    (void)TakeHostCalls();        // of that
+    Script().mReportsSets = true; // not heard while it is given the controls
     Load(saved);
     Lines requests = TakeHostCalls();
     std::erase_if(requests, [](const std::string& inLine) { return !inLine.starts_with("PostSetValue"); });
@@ -234,9 +234,9 @@ TEST_F(Chunk, SizesThatNoChunkHasAreRefused)
         AAX_CBoolean isEqual = 0;
         EXPECT_EQ(Instance().CompareActiveChunk(&chunk.Record(), &isEqual), kAAX_ErrorChunkSize);
     }
-    Script().hooks[effGetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
-    { *static_cast<void**>(inCall.pointer) = &ioEffect; };
-    Script().results[effGetChunk] = VstIntPtr{0x7FFFFFFF} - 8;
+    Script().mHooks[effGetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
+    { *static_cast<void**>(inCall.mPointer) = &ioEffect; };
+    Script().mResults[effGetChunk] = VstIntPtr{0x7FFFFFFF} - 8;
     std::uint32_t size = 1;
     EXPECT_EQ(Instance().GetChunkSize(kPlugin, &size), kAAX_ErrorChunkSize);
     EXPECT_EQ(size, 0U);
@@ -245,7 +245,7 @@ TEST_F(Chunk, SizesThatNoChunkHasAreRefused)
 
 TEST_F(Chunk, ValuesThatAreNoneAreNotTakenOver)
 {
-    Script().parameters = {0.25F, 0.25F, 0.25F};
+    Script().mParameters = {0.25F, 0.25F, 0.25F};
     Start();
     Effect().Parameters() = {440.0F, std::nanf(""), -1.0F};
     (void)Save();
@@ -255,7 +255,7 @@ TEST_F(Chunk, ValuesThatAreNoneAreNotTakenOver)
 
 TEST_F(Chunk, APluginWithoutAChunkComesBackThroughTheControlsChunk)
 {
-    Script().parameters = {0.25F, 0.5F};
+    Script().mParameters = {0.25F, 0.5F};
     Start();
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.75, 0), kAAX_Success);
     Effect().Parameters()[1] = 0.125F; // changed without a word
@@ -291,7 +291,7 @@ TEST_F(Chunk, AChunkThatGrowsBetweenTheTwoRequestsIsNotWrittenBehindTheHostsRoom
 
 TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
 {
-    Script().parameters = {0.25F};
+    Script().mParameters = {0.25F};
     StartWithChunk({1});
     const AAX_CTypeID foreign = AAX_FourCharCode("zzzz");
     CChunk chunk(Bytes{1});
@@ -316,7 +316,7 @@ TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
     EXPECT_EQ(isEqual, 1);
     (void)TakePluginCalls(); // of the above
     Stop();
-    Script().shape.flags = 0;
+    Script().mShape.flags = 0;
     Start();
     EXPECT_EQ(Instance().SetChunk(kPlugin, &chunk.Record()), kAAX_Success); // a plug-in without a chunk
     EXPECT_EQ(TakePluginCalls(), Lines{});
@@ -324,13 +324,13 @@ TEST_F(Chunk, UnknownAndMissingChunksAnswerAsTheyMust)
 
 TEST_F(Chunk, CallsFromInsideAndExceptionsLeaveTheInstanceReady)
 {
-    Script().parameters = {0.25F};
-    Script().shape.numPrograms = 2;
-    Script().hooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
+    Script().mParameters = {0.25F};
+    Script().mShape.numPrograms = 2;
+    Script().mHooks[effSetChunk] = [](ScriptedEffect& ioEffect, const SDispatch& inCall)
     {
         ioEffect.CallHost(audioMasterAutomate, 0);
         ioEffect.CallHost(audioMasterGetTime);
-        if (inCall.value == 2)
+        if (inCall.mValue == 2)
             throw 5;
     };
     StartWithChunk({1});
@@ -339,7 +339,7 @@ TEST_F(Chunk, CallsFromInsideAndExceptionsLeaveTheInstanceReady)
     (void)TakeHostCalls(); // of that
     EXPECT_EQ(Effect().CallHost(audioMasterUpdateDisplay), 1);
     EXPECT_EQ(mLog.Count("PostSetValueRequest"), 1U); // heard again
-    Script().faults.insert(effGetChunk);
+    Script().mFaults.insert(effGetChunk);
     std::uint32_t size = 0;
     EXPECT_EQ(Instance().GetChunkSize(kPlugin, &size), kAAX_ErrorNullObject);
 }

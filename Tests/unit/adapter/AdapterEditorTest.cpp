@@ -17,9 +17,9 @@ protected:
     /** An instance and its editor, initialised, without a view. */
     void StartEditor()
     {
-        Script().parameters = {0.25F, 0.5F};
-        Script().shape.flags |= effFlagsHasEditor;
-        Script().editorSize = {0, 0, 300, 400};
+        Script().mParameters = {0.25F, 0.5F};
+        Script().mShape.flags |= effFlagsHasEditor;
+        Script().mEditorSize = {0, 0, 300, 400};
         Start();
         MakeEditor();
     }
@@ -62,7 +62,8 @@ TEST_F(Editor, OpensInTheHostsViewIsIdledAndClosedAndOpensAgain)
 {
     StartEditor();
     void* parent = nullptr;
-    Script().hooks[effEditOpen] = [&](ScriptedEffect&, const SDispatch& inCall) { parent = inCall.pointer; };
+    Script().mHooks[effEditOpen] = [&](ScriptedEffect&, const SDispatch& inCall)
+    { parent = inCall.mPointer; };
     EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success); // nothing to idle yet
     CVst2Host other;
     other.SetActualAAXHost();
@@ -100,8 +101,8 @@ TEST_F(Editor, SizeIsThePluginsOwnAndNeverNegative)
                             {true, {300, 400, 0, 0}, 0.0F, 0.0F},
                             {false, {0, 0, 300, 400}, 0.0F, 0.0F}})
     {
-        Script().editorSize = row.mRect;
-        Script().givesEditorSize = row.mGives;
+        Script().mEditorSize = row.mRect;
+        Script().mGivesEditorSize = row.mGives;
         EXPECT_EQ(Size().mVertical, row.mHeight);
         EXPECT_EQ(Size().mHorizontal, row.mWidth);
     }
@@ -119,7 +120,7 @@ TEST_F(Editor, APluginWithoutAnEditorIsNotAskedForOne)
 
 TEST_F(Editor, WithoutAPluginThereIsNothingToShow)
 {
-    Script().entryReturnsNull = true;
+    Script().mEntryReturnsNull = true;
     Start();
     MakeEditor();
     Show();
@@ -179,7 +180,7 @@ TEST_F(Editor, EitherSideMayGoFirst)
     EXPECT_EQ(second->Uninitialize(), kAAX_Success);
     EXPECT_EQ(mEditor->Uninitialize(), kAAX_Success);
     (void)Script().TakeLog(); // of all that
-    Script().hooks[effMainsChanged] = [this](ScriptedEffect&, const SDispatch&)
+    Script().mHooks[effMainsChanged] = [this](ScriptedEffect&, const SDispatch&)
     { EXPECT_EQ(mEditor->TimerWakeup(), kAAX_Success); }; // reaches nobody any more
     Stop();                                               // the instance goes with its editor open
     EXPECT_EQ(Script().TakeLog(), (Lines{"effEditClose", "effMainsChanged 0", "effClose"}));
@@ -242,12 +243,12 @@ TEST_F(Editor, AnExceptionOfThePluginEndsInTheEditor)
 {
     StartEditor();
     for (const std::int32_t opcode : {effEditOpen, effEditGetRect, effEditIdle, effEditClose})
-        Script().faults.insert(opcode);
+        Script().mFaults.insert(opcode);
     Show();
     AAX_Point size{};
     EXPECT_EQ(mEditor->GetViewSize(&size), kAAX_ErrorNullObject);
     EXPECT_EQ(mEditor->TimerWakeup(), kAAX_ErrorNullObject);
     Hide();
-    Script().faults.clear();
+    Script().mFaults.clear();
 }
 } // namespace

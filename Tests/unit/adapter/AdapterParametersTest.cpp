@@ -32,8 +32,8 @@ std::vector<std::string> IdsOf(AaxAdapter_Parameters& inInstance)
 TEST_F(Parameters, ParametersMirrorThePluginsAndItsOwnComeLast)
 {
     const std::string longName(255, 'n');
-    Script().parameters = {0.25F, 7.0F, std::numeric_limits<float>::quiet_NaN()};
-    Script().texts[{effGetParamName, 0}] = longName;
+    Script().mParameters = {0.25F, 7.0F, std::numeric_limits<float>::quiet_NaN()};
+    Script().mTexts[{effGetParamName, 0}] = longName;
     Start();
     EXPECT_EQ(IdsOf(Instance()), (Lines{"00000", "00001", "00002", "MasterBypassID", "Gain"}));
     AAX_CString name;
@@ -61,7 +61,7 @@ TEST_F(Parameters, AFieldWithoutRoomForTheInstanceIsOnlyCleared)
 
 TEST_F(Parameters, AThousandParametersKeepTheirIndices)
 {
-    Script().parameters.assign(1000, 0.0F);
+    Script().mParameters.assign(1000, 0.0F);
     Start();
     ASSERT_EQ(IdsOf(Instance()).size(), 1002U);
     for (const std::int32_t index : {0, 499, 999})
@@ -72,7 +72,7 @@ TEST_F(Parameters, AThousandParametersKeepTheirIndices)
 
 TEST_F(Parameters, AChangeOfTheHostReachesThePluginOnceAndOnlyWhereItIsOne)
 {
-    Script().parameters = {0.0F, 0.5F};
+    Script().mParameters = {0.0F, 0.5F};
     Start();
     struct SRow
     {
@@ -99,12 +99,12 @@ TEST_F(Parameters, AChangeOfTheHostReachesThePluginOnceAndOnlyWhereItIsOne)
         EXPECT_EQ(TakePluginCalls(), row.mCalls);
     }
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue(nullptr, 0.5, 0), kAAX_Success);
-    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0);
 }
 
 TEST_F(Parameters, AChangeOfThePluginReachesTheHostAndDoesNotComeBack)
 {
-    Script().parameters = {0.0F, 0.5F};
+    Script().mParameters = {0.0F, 0.5F};
     Start();
     Automate(1, 0.75F);
     EXPECT_EQ(TakeHostCalls(), (Lines{"PostTouchRequest(\"00001\")", "PostSetValueRequest(\"00001\", 0.75)",
@@ -118,7 +118,7 @@ TEST_F(Parameters, AChangeOfThePluginReachesTheHostAndDoesNotComeBack)
 
 TEST_F(Parameters, SetByTheHostTheValueGoesToThePluginAndTheHostIsAsked)
 {
-    Script().parameters = {0.0F};
+    Script().mParameters = {0.0F};
     Start();
     EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.5), kAAX_Success);
     EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.5"}));
@@ -128,10 +128,10 @@ TEST_F(Parameters, SetByTheHostTheValueGoesToThePluginAndTheHostIsAsked)
 
 TEST_F(Parameters, AllValuesAreToldWhenThePluginSaysSoButNotWhileItIsLoaded)
 {
-    Script().parameters = {0.25F, 0.5F};
-    Script().shape.numPrograms = 2;
+    Script().mParameters = {0.25F, 0.5F};
+    Script().mShape.numPrograms = 2;
     for (const std::int32_t opcode : {effOpen, effGetParamName}) // ahead of the parameters, and between two
-        Script().hooks[opcode] = [](ScriptedEffect& ioEffect, const SDispatch&)
+        Script().mHooks[opcode] = [](ScriptedEffect& ioEffect, const SDispatch&)
         { ioEffect.CallHost(audioMasterUpdateDisplay); };
     Start();
     EXPECT_EQ(mHost.Automation().PendingRequests(), 0U);
@@ -143,10 +143,10 @@ TEST_F(Parameters, APluginThatForgetsItsRateAndBlockSizeWhenItIsOpenedHasThem)
 {
     float rate = 0.0F;
     VstIntPtr frames = 0;
-    Script().hooks[effSetSampleRate] = [&](ScriptedEffect&, const SDispatch& inCall) { rate = inCall.opt; };
-    Script().hooks[effSetBlockSize] = [&](ScriptedEffect&, const SDispatch& inCall)
-    { frames = inCall.value; };
-    Script().hooks[effOpen] = [&, isOpen = false](ScriptedEffect&, const SDispatch&) mutable
+    Script().mHooks[effSetSampleRate] = [&](ScriptedEffect&, const SDispatch& inCall) { rate = inCall.mOpt; };
+    Script().mHooks[effSetBlockSize] = [&](ScriptedEffect&, const SDispatch& inCall)
+    { frames = inCall.mValue; };
+    Script().mHooks[effOpen] = [&, isOpen = false](ScriptedEffect&, const SDispatch&) mutable
     {
         if (!std::exchange(isOpen, true))
             rate = 0.0F, frames = 0;
@@ -158,7 +158,7 @@ TEST_F(Parameters, APluginThatForgetsItsRateAndBlockSizeWhenItIsOpenedHasThem)
 
 TEST_F(Parameters, TheFirstCoefficientsPushEveryValueAndPostBothPackets)
 {
-    Script().parameters = {0.25F, 0.5F};
+    Script().mParameters = {0.25F, 0.5F};
     ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
     Effect().Parameters() = {0.0F, 0.5F}; // changed behind everybody's back
     EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
@@ -174,7 +174,7 @@ TEST_F(Parameters, TheFirstCoefficientsPushEveryValueAndPostBothPackets)
 
 TEST_F(Parameters, TheFirstCoefficientsLeaveAloneWhatThePluginGotOrReportedMeanwhile)
 {
-    Script().parameters = {0.25F, 0.25F, 0.25F, 0.25F};
+    Script().mParameters = {0.25F, 0.25F, 0.25F, 0.25F};
     ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.875, 0), kAAX_Success);
     Automate(1, 0.75F);
@@ -189,7 +189,7 @@ TEST_F(Parameters, AKnobThatIsDraggedIsNotSetBackByAnyKindOfHost)
     for (const EAnswers answers : kAllAnswers)
     {
         SCOPED_TRACE(static_cast<int>(answers));
-        Script().parameters = {0.0F};
+        Script().mParameters = {0.0F};
         mHost.Automation().SetAnswers(answers);
         Start();
         for (const float value : {0.125F, 0.25F, 0.25F, 0.5F})
@@ -207,7 +207,7 @@ TEST_F(Parameters, ReportsOfEightThreadsAreAnsweredByAnyKindOfHostAndNothingCome
     for (const EAnswers answers : kAllAnswers)
     {
         SCOPED_TRACE(static_cast<int>(answers));
-        Script().parameters = {0.125F, 0.25F, 0.375F, 0.5F};
+        Script().mParameters = {0.125F, 0.25F, 0.375F, 0.5F};
         mHost.Automation().SetAnswers(answers);
         Start();
         std::atomic<int> reporting = 8;
@@ -237,7 +237,7 @@ TEST_F(Parameters, ReportsOfEightThreadsAreAnsweredByAnyKindOfHostAndNothingCome
 
 TEST_F(Parameters, WhatTheHostRefusedIsNotWaitedFor)
 {
-    Script().parameters = {0.0F};
+    Script().mParameters = {0.0F};
     Start();
     mLog.FailCall("PostSetValueRequest", 0, kAAX_ErrorUnsupported);
     Automate(0, 0.75F);
@@ -248,7 +248,7 @@ TEST_F(Parameters, WhatTheHostRefusedIsNotWaitedFor)
 
 TEST_F(Parameters, WhatTheHostLeavesUnansweredIsMendedOnTheBeatsOfItsTimer)
 {
-    Script().parameters = {0.0F};
+    Script().mParameters = {0.0F};
     Start();
     for (int i = 0; i <= CPluginParameter::kCapacity; ++i)
         Automate(0, static_cast<float>(i) / 64.0F);
@@ -265,7 +265,7 @@ TEST_F(Parameters, WhatTheHostLeavesUnansweredIsMendedOnTheBeatsOfItsTimer)
 
 TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)
 {
-    Script().parameters = {0.0F};
+    Script().mParameters = {0.0F};
     Start();
     Automate(0, 0.5F);
     EXPECT_EQ(Instance().Uninitialize(), kAAX_Success);
@@ -281,7 +281,7 @@ TEST_F(Parameters, LatencyIsReportedWhereThereIsOne)
     for (const std::int32_t latency : {0, 64, -5})
     {
         SCOPED_TRACE(latency);
-        Script().shape.initialDelay = latency;
+        Script().mShape.initialDelay = latency;
         mHost.Controller().State().mSignalLatency = 0;
         Start();
         EXPECT_EQ(mHost.Controller().State().mSignalLatency, std::max(latency, 0));
@@ -291,27 +291,27 @@ TEST_F(Parameters, LatencyIsReportedWhereThereIsOne)
 
 TEST_F(Parameters, InitialisedAgainItStartsAfresh)
 {
-    Script().parameters = {0.25F};
-    Script().shape.initialDelay = 64;
+    Script().mParameters = {0.25F};
+    Script().mShape.initialDelay = 64;
     Start();
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_Success);
-    Script().faults.insert(effOpen);
+    Script().mFaults.insert(effOpen);
     EXPECT_EQ(Instance().Initialize(mHost.Unknown()), kAAX_ErrorNullObject);
-    Script().faults.clear();
-    Script().shape.initialDelay = 0;
-    Script().parameters = {0.25F, 0.75F};
+    Script().mFaults.clear();
+    Script().mShape.initialDelay = 0;
+    Script().mParameters = {0.25F, 0.75F};
     EXPECT_EQ(Instance().Initialize(mHost.Unknown()), kAAX_Success);
     EXPECT_EQ(IdsOf(Instance()), (Lines{"00000", "00001", "MasterBypassID", "Gain"}));
     EXPECT_EQ(mHost.Controller().State().mSignalLatency, 0);
     mLog.Clear();
     EXPECT_EQ(Instance().GenerateCoefficients(), kAAX_Success);
     EXPECT_EQ(mLog.Count("PostPacket"), 2U);
-    EXPECT_EQ(Script().instances.size(), 1U);
+    EXPECT_EQ(Script().mInstances.size(), 1U);
 }
 
 TEST_F(Parameters, WithoutAPluginThereAreBypassAndGainAndTheOutputsStay)
 {
-    Script().entryReturnsNull = true;
+    Script().mEntryReturnsNull = true;
     Start();
     EXPECT_EQ(IdsOf(Instance()), (Lines{"MasterBypassID", "Gain"}));
     EXPECT_EQ(Instance().SetParameterNormalizedValue("00000", 0.5), kAAX_Success);
@@ -323,7 +323,7 @@ TEST_F(Parameters, WithoutAPluginThereAreBypassAndGainAndTheOutputsStay)
 
 TEST_F(Parameters, EachHostInterfaceMayBeMissing)
 {
-    Script().parameters = {0.25F};
+    Script().mParameters = {0.25F};
     for (const acfUID& missing : {IID_IAAXControllerV1, IID_IAAXControllerV2, IID_IAAXAutomationDelegateV1,
                                   IID_IAAXTransportV1, IID_IAAXTransportV2})
     {
@@ -340,7 +340,7 @@ TEST_F(Parameters, EachHostInterfaceMayBeMissing)
 
 TEST_F(Parameters, AnExceptionOfThePluginEndsAtTheHostFacingCall)
 {
-    Script().parameters = {0.25F};
+    Script().mParameters = {0.25F};
     Start();
     Effect().Effect().setParameter = [](AEffect*, std::int32_t, float) { throw 5; };
     EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.5, 0), kAAX_ErrorNullObject);
@@ -355,15 +355,15 @@ TEST_F(Parameters, AnExceptionOfThePluginEndsAtTheHostFacingCall)
     EXPECT_EQ(Instance().SetChunk(controls, &chunk), kAAX_ErrorNullObject);
     EXPECT_EQ(Instance().CompareActiveChunk(&chunk, &isEqual), kAAX_ErrorNullObject);
     Stop();
-    Script().faults.insert(effOpen);
+    Script().mFaults.insert(effOpen);
     EXPECT_EQ(StartWithoutCoefficients(), kAAX_ErrorNullObject);
-    EXPECT_TRUE(Script().instances.empty()); // nothing of it is left for an editor to open
+    EXPECT_TRUE(Script().mInstances.empty()); // nothing of it is left for an editor to open
     EXPECT_TRUE(Instance().Host().Plugins().empty());
 }
 
 TEST_F(Parameters, PacketsThatThePluginKeepsFromBeingMadeAreMadeTheNextTime)
 {
-    Script().parameters = {0.25F};
+    Script().mParameters = {0.25F};
     ASSERT_EQ(StartWithoutCoefficients(), kAAX_Success);
     Effect().Parameters() = {0.0F};
     const auto setParameter = Effect().Effect().setParameter;

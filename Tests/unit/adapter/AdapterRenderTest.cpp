@@ -13,7 +13,7 @@ class Render : public AdapterTest
 protected:
     void StartWithMidi()
     {
-        Script().results[effCanDo] = 1;
+        Script().mResults[effCanDo] = 1;
         Start();
     }
     VstTimeInfo RenderAt(CHostTransport& ioTransport)
@@ -29,10 +29,10 @@ protected:
 void DescribePorts(SPluginScript& ioScript, std::int32_t inInputs, std::int32_t inOutputs,
                    std::vector<SScriptedPin> inInputPins, std::vector<SScriptedPin> inOutputPins)
 {
-    ioScript.shape.numInputs = inInputs;
-    ioScript.shape.numOutputs = inOutputs;
-    ioScript.inputPins = std::move(inInputPins);
-    ioScript.outputPins = std::move(inOutputPins);
+    ioScript.mShape.numInputs = inInputs;
+    ioScript.mShape.numOutputs = inOutputs;
+    ioScript.mInputPins = std::move(inInputPins);
+    ioScript.mOutputPins = std::move(inOutputPins);
 }
 
 constexpr std::int32_t kMono = 1;       // pin flags
@@ -110,10 +110,10 @@ TEST_F(Render, EveryPacketArrivesInOrderInCallsOfAtMost300)
                                                          static_cast<std::uint8_t>(i >> 7)});
         CRenderBlock block(Instance(), 0, 0);
         block.mInfo.mInputNode = &node;
-        Script().events.clear();
+        Script().mEvents.clear();
         block.Render();
         std::uint32_t seen = 0;
-        for (const auto& call : Script().events)
+        for (const auto& call : Script().mEvents)
         {
             EXPECT_LE(call.size(), 300U);
             for (const VstMidiEvent& event : call)
@@ -140,10 +140,10 @@ TEST_F(Render, NodesWithoutContentsAndFieldsThatAreNoNodesAreLeftAlone)
     block.Render();
     block.mInfo.mInputNode = nullptr;
     block.Render();
-    EXPECT_TRUE(std::ranges::all_of(Script().events, [](const auto& inCall) { return inCall.empty(); }));
+    EXPECT_TRUE(std::ranges::all_of(Script().mEvents, [](const auto& inCall) { return inCall.empty(); }));
     Stop();
 
-    Script().results.clear(); // a plug-in that takes no MIDI: the field is four bytes of private data
+    Script().mResults.clear(); // a plug-in that takes no MIDI: the field is four bytes of private data
     Start();
     std::array<std::uint32_t, 1> privateData{0xDEADBEEF};
     CRenderBlock other(Instance(), 0, 0);
@@ -157,7 +157,7 @@ TEST_F(Render, HostBuffersAreHandedOnAsTheyAreWhereTheySuffice)
     DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
     Start();
     CRenderBlock block(Instance(), 2, 2);
-    Script().onProcess = [&](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
+    Script().mOnProcess = [&](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
     {
         EXPECT_EQ(inInputs, block.mInfo.mAudioInputs);
         EXPECT_EQ(inOutputs, block.mInfo.mAudioOutputs);
@@ -172,7 +172,7 @@ TEST_F(Render, ChannelsBeyondTheDescriptionAreSilentInEveryBlockAndUnheard)
     // One mono pin each way in front of three channels.
     DescribePorts(Script(), 3, 3, {{"", kMono}}, {{"", kMono}});
     Start();
-    Script().onProcess = [](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
+    Script().mOnProcess = [](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
     {
         for (std::int32_t frame = 0; frame < inFrames; ++frame)
         {
@@ -195,7 +195,7 @@ TEST_F(Render, MorePortsThanAuxiliaryStemsOverrunNothing)
     std::vector<SScriptedPin> pins(40, SScriptedPin{"Out", kMono});
     DescribePorts(Script(), 0, 40, {}, pins);
     Start();
-    Script().onProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t inFrames)
+    Script().mOnProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t inFrames)
     {
         for (int channel = 0; channel < 40; ++channel)
             std::fill_n(inOutputs[channel], inFrames, static_cast<float>(channel));
@@ -211,7 +211,7 @@ TEST_F(Render, APluginThatThrowsOrGrowsGivesSilence)
     DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
     Start();
     CRenderBlock block(Instance(), 2, 2);
-    Script().onProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t)
+    Script().mOnProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t)
     {
         inOutputs[0][0] = 3.0F;
         throw std::string("from inside");
@@ -221,7 +221,7 @@ TEST_F(Render, APluginThatThrowsOrGrowsGivesSilence)
     EXPECT_EQ(block.mOutputs[1][63], 0.0F);
     EXPECT_EQ(block.mOutputs[1][64], CRenderBlock::kUntouched);
 
-    Script().onProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t)
+    Script().mOnProcess = [](ScriptedEffect&, float**, float** inOutputs, std::int32_t)
     { inOutputs[7][0] = 1.0F; };
     Effect().Effect().numOutputs = 8;
     block.Render();
@@ -240,9 +240,9 @@ TEST_F(Render, ACopyWithOtherPortsIsFittedToWhatWasDescribed)
     {
         SCOPED_TRACE(testing::Message() << row.mInputs << " in, " << row.mOutputs << " out");
         DescribePorts(Script(), row.mInputs, row.mOutputs, {4, {"", kMono}}, {4, {"", kMono}});
-        Script().results[effCanDo] = row.mTakesMidi;
+        Script().mResults[effCanDo] = row.mTakesMidi;
         Start();
-        Script().onProcess = [&](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
+        Script().mOnProcess = [&](ScriptedEffect&, float** inInputs, float** inOutputs, std::int32_t inFrames)
         {
             for (std::int32_t i = 0; i < row.mInputs; ++i)
                 EXPECT_EQ(inInputs[i][inFrames - 1], i < 2 ? 1.0F : 0.0F);
@@ -255,7 +255,7 @@ TEST_F(Render, ACopyWithOtherPortsIsFittedToWhatWasDescribed)
         block.mInfo.mInputNode = &node;
         for (int i = 0; i < 2; ++i)
             block.Render();
-        EXPECT_EQ(Script().events.size(), row.mTakesMidi != 0 ? 2U : 0U);
+        EXPECT_EQ(Script().mEvents.size(), row.mTakesMidi != 0 ? 2U : 0U);
         for (std::size_t i = 0; i < 2; ++i)
         {
             EXPECT_EQ(block.mOutputs[i][CRenderBlock::kFrames - 1], i < row.mWritten ? 3.0F : 0.0F);
@@ -269,13 +269,13 @@ TEST_F(Render, ACopyWithOtherPortsIsFittedToWhatWasDescribed)
 TEST_F(Render, WhatThePluginCannotWriteIsSilent)
 {
     DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {});
-    Script().shape.numOutputs = 0; // a meter: the host is told of outputs like its inputs
+    Script().mShape.numOutputs = 0; // a meter: the host is told of outputs like its inputs
     Start();
     CRenderBlock meter(Instance(), 2, 2);
     meter.Render();
     EXPECT_EQ(meter.mOutputs[1][CRenderBlock::kFrames - 1], 0.0F);
     Stop();
-    Script().onCreate = [](AEffect& ioEffect) { ioEffect.processReplacing = nullptr; };
+    Script().mOnCreate = [](AEffect& ioEffect) { ioEffect.processReplacing = nullptr; };
     DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
     Start();
     CRenderBlock mute(Instance(), 2, 2);
@@ -285,12 +285,12 @@ TEST_F(Render, WhatThePluginCannotWriteIsSilent)
 
 TEST_F(Render, BlocksBeyondTheAnnouncedSizeGoInPartsWithTheirEventsAndTimes)
 {
-    Script().results[effCanDo] = 1;
+    Script().mResults[effCanDo] = 1;
     DescribePorts(Script(), 2, 2, {{"", kStereo}, {"", kStereo}}, {{"", kStereo}, {"", kStereo}});
     mHost.SetSampleRate(48000.0F);
     Start();
     std::vector<std::pair<double, double>> times;
-    Script().onProcess =
+    Script().mOnProcess =
         [&](ScriptedEffect& ioEffect, float** inInputs, float** inOutputs, std::int32_t inFrames)
     {
         const auto& time = *reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
@@ -317,12 +317,12 @@ TEST_F(Render, BlocksBeyondTheAnnouncedSizeGoInPartsWithTheirEventsAndTimes)
     EXPECT_EQ(TakePluginCalls(),
               (Lines{"effProcessEvents", "processReplacing 1024", "effProcessEvents", "processReplacing 1024",
                      "effProcessEvents", "processReplacing 452"}));
-    ASSERT_EQ(Script().events.size(), 3U);
-    EXPECT_EQ(Script().events[0].size(), 2U);
-    EXPECT_EQ(Script().events[0][1].deltaFrames, 1023);
-    EXPECT_EQ(Script().events[1][0].deltaFrames, 0);
-    EXPECT_EQ(Script().events[2][0].deltaFrames, 452);
-    EXPECT_EQ(Script().events[2][1].deltaFrames, 9999 - 2048);
+    ASSERT_EQ(Script().mEvents.size(), 3U);
+    EXPECT_EQ(Script().mEvents[0].size(), 2U);
+    EXPECT_EQ(Script().mEvents[0][1].deltaFrames, 1023);
+    EXPECT_EQ(Script().mEvents[1][0].deltaFrames, 0);
+    EXPECT_EQ(Script().mEvents[2][0].deltaFrames, 452);
+    EXPECT_EQ(Script().mEvents[2][1].deltaFrames, 9999 - 2048);
     EXPECT_EQ(times, (std::vector<std::pair<double, double>>{
                          {0.0, 0.0}, {1024.0, 1024.0 / 24000.0}, {2048.0, 2048.0 / 24000.0}}));
 

@@ -1,6 +1,6 @@
 #include "Tests/unit/adapter/AdapterTest.h"
 
-AdapterTest::AdapterTest() { Script().shape.uniqueID = 0x41626364; }
+AdapterTest::AdapterTest() { Script().mShape.uniqueID = 0x41626364; }
 
 AdapterTest::~AdapterTest() { Stop(); }
 
@@ -32,7 +32,7 @@ void AdapterTest::Stop()
     mReference.Reset();
     mInstance = nullptr;
     EXPECT_EQ(mHost.References(), 0);
-    EXPECT_TRUE(Script().instances.empty());
+    EXPECT_TRUE(Script().mInstances.empty());
 }
 
 Lines AdapterTest::TakePluginCalls()

@@ -30,7 +30,7 @@ protected:
     AAX_Result StartWithoutCoefficients();
     void Stop();
     AaxAdapter_Parameters& Instance() { return *mInstance; }
-    ScriptedEffect& Effect() { return *Script().instances.back(); }
+    ScriptedEffect& Effect() { return *Script().mInstances.back(); }
 
     /** The calls that reached the plug-in, without questions. */
     Lines TakePluginCalls();

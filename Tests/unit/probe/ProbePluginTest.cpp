@@ -19,9 +19,9 @@ TEST(ProbePlugin, EveryBreakdownIsAnAnswerThatNamesTheStep)
 {
     struct SRow
     {
-        const char* fault;
-        const char* refusal; // what it begins with
-        const char* step;    // what it ends with
+        const char* mFault;
+        const char* mRefusal; // what it begins with
+        const char* mStep;    // what it ends with
     };
     for (const SRow& row :
          {SRow{"NoEntry", "it has no entry function", "of VST 2"},
@@ -34,11 +34,11 @@ TEST(ProbePlugin, EveryBreakdownIsAnAnswerThatNamesTheStep)
           SRow{"CrashInRender", "it crashed (Segmentation fault", "while it rendered its first block"},
           SRow{"RefuseAnyVersion", "its entry function returned nothing", "nothing"}})
     {
-        SCOPED_TRACE(row.fault);
-        const SProbeResult result = Probe(row.fault);
-        EXPECT_FALSE(result.facts);
-        EXPECT_TRUE(result.refusal.starts_with(row.refusal)) << result.refusal;
-        EXPECT_TRUE(result.refusal.ends_with(row.step)) << result.refusal;
+        SCOPED_TRACE(row.mFault);
+        const SProbeResult result = Probe(row.mFault);
+        EXPECT_FALSE(result.mFacts);
+        EXPECT_TRUE(result.mRefusal.starts_with(row.mRefusal)) << result.mRefusal;
+        EXPECT_TRUE(result.mRefusal.ends_with(row.mStep)) << result.mRefusal;
     }
 }
 
@@ -49,7 +49,7 @@ TEST(ProbePlugin, AHangEndsWithItsTimeAndNamesTheStep)
     {
         SCOPED_TRACE(fault);
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(Probe(fault, 1500ms).refusal,
+        EXPECT_EQ(Probe(fault, 1500ms).mRefusal,
                   std::string("it did not come back within 1.5 seconds while ") + step);
         EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
     }
@@ -74,71 +74,71 @@ TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
         {whole.substr(0, 5000), "cut short"}}; // half of it may be debug information, which is not missed
     const std::filesystem::path folder = testing::TempDir() + "vst2probe_broken \"\xC3\xBC'.vst";
     std::filesystem::create_directories(folder);
-    EXPECT_NE(ProbePlugin(VST2PROBE_FILE, folder, 30s).refusal.find("there is no executable in it"),
+    EXPECT_NE(ProbePlugin(VST2PROBE_FILE, folder, 30s).mRefusal.find("there is no executable in it"),
               std::string::npos);
     for (const auto& [bytes, reason] : rows)
     {
         SCOPED_TRACE(reason);
         std::ofstream(folder / "a.so", std::ios::binary) << bytes;
         const SProbeResult result = ProbePlugin(VST2PROBE_FILE, folder, 30s);
-        EXPECT_NE(result.refusal.find(reason), std::string::npos) << result.refusal;
+        EXPECT_NE(result.mRefusal.find(reason), std::string::npos) << result.mRefusal;
     }
     std::ofstream(folder / "a.so", std::ios::binary) << whole;
     std::filesystem::copy_file(folder / "a.so", folder / "b.so");
     const SProbeResult result = ProbePlugin(VST2PROBE_FILE, folder, 30s);
-    ASSERT_TRUE(result.facts) << result.refusal;
-    EXPECT_EQ(result.facts->executables, 2);
+    ASSERT_TRUE(result.mFacts) << result.mRefusal;
+    EXPECT_EQ(result.mFacts->mExecutables, 2);
     std::filesystem::remove_all(folder);
 
-    EXPECT_EQ(Probe("MissingLibrary").refusal, "it needs the library libfaulty_absent.so, which is missing");
+    EXPECT_EQ(Probe("MissingLibrary").mRefusal, "it needs the library libfaulty_absent.so, which is missing");
 }
 
 TEST(ProbePlugin, TheEntryVersionIsTriedOnlyWhereItIsAskedFor)
 {
     const SProbeResult plain = Probe("None");
-    ASSERT_TRUE(plain.facts);
-    EXPECT_EQ(plain.entryVersion, 0);
-    EXPECT_FALSE(plain.askedVersion);
+    ASSERT_TRUE(plain.mFacts);
+    EXPECT_EQ(plain.mEntryVersion, 0);
+    EXPECT_FALSE(plain.mAskedVersion);
 
     const SProbeResult demanding = Probe("Demanding");
-    ASSERT_TRUE(demanding.facts);
-    EXPECT_EQ(demanding.entryVersion, 2400);
-    EXPECT_EQ(demanding.refusalOfZero, "its entry function returned nothing");
-    EXPECT_FALSE(demanding.facts->midiBeforeOpen);
-    EXPECT_TRUE(demanding.facts->midiAfterOpen);
-    EXPECT_TRUE(demanding.facts->outputPorts.empty());
-    EXPECT_FALSE(demanding.facts->portListCut);
+    ASSERT_TRUE(demanding.mFacts);
+    EXPECT_EQ(demanding.mEntryVersion, 2400);
+    EXPECT_EQ(demanding.mRefusalOfZero, "its entry function returned nothing");
+    EXPECT_FALSE(demanding.mFacts->mMidiBeforeOpen);
+    EXPECT_TRUE(demanding.mFacts->mMidiAfterOpen);
+    EXPECT_TRUE(demanding.mFacts->mOutputPorts.empty());
+    EXPECT_FALSE(demanding.mFacts->mPortListCut);
 }
 
 TEST(ProbePlugin, WhatThePluginPrintsIsNotTakenForItsAnswer)
 {
     const SProbeResult result = Probe("WriteToOutput");
-    ASSERT_TRUE(result.facts) << result.refusal;
-    EXPECT_EQ(result.facts->name, "Faulty");
+    ASSERT_TRUE(result.mFacts) << result.mRefusal;
+    EXPECT_EQ(result.mFacts->mName, "Faulty");
 }
 
 TEST(ProbePlugin, WildTextsNumbersAndLabelsArriveHarmless)
 {
     const SProbeResult result = Probe("WildAnswers");
-    ASSERT_TRUE(result.facts) << result.refusal;
-    EXPECT_TRUE(result.facts->name.starts_with("A\nB\xEF\xBF\xBD")); // what isn't UTF-8 is replaced
-    ASSERT_EQ(result.facts->parameters.size(), 1U);
-    EXPECT_EQ(result.facts->parameters[0].value, 0.0F);
-    EXPECT_EQ(result.facts->programs.size(), 0U);
-    ASSERT_EQ(result.facts->inputPorts.size(), 1U);
-    EXPECT_EQ(result.facts->inputPorts[0].label, std::string(64, 'x'));
-    EXPECT_EQ(result.facts->UniqueIdText(), "0x00000102");
-    EXPECT_EQ(result.facts->latencyAtStart, 0);
-    EXPECT_EQ(result.facts->latencyAfterFirstBlock, 77);
+    ASSERT_TRUE(result.mFacts) << result.mRefusal;
+    EXPECT_TRUE(result.mFacts->mName.starts_with("A\nB\xEF\xBF\xBD")); // what isn't UTF-8 is replaced
+    ASSERT_EQ(result.mFacts->mParameters.size(), 1U);
+    EXPECT_EQ(result.mFacts->mParameters[0].mValue, 0.0F);
+    EXPECT_EQ(result.mFacts->mPrograms.size(), 0U);
+    ASSERT_EQ(result.mFacts->mInputPorts.size(), 1U);
+    EXPECT_EQ(result.mFacts->mInputPorts[0].mLabel, std::string(64, 'x'));
+    EXPECT_EQ(result.mFacts->UniqueIdText(), "0x00000102");
+    EXPECT_EQ(result.mFacts->mLatencyAtStart, 0);
+    EXPECT_EQ(result.mFacts->mLatencyAfterFirstBlock, 77);
 }
 
 TEST(ProbePlugin, ASpeakerPinEndsTheListAsItDoesInAModule)
 {
     const SProbeResult result = Probe("SpeakerPin");
-    ASSERT_TRUE(result.facts) << result.refusal;
-    EXPECT_TRUE(result.facts->portListCut);
-    EXPECT_TRUE(result.facts->inputPorts.empty());
-    EXPECT_TRUE(result.facts->outputPorts.empty());
+    ASSERT_TRUE(result.mFacts) << result.mRefusal;
+    EXPECT_TRUE(result.mFacts->mPortListCut);
+    EXPECT_TRUE(result.mFacts->mInputPorts.empty());
+    EXPECT_TRUE(result.mFacts->mOutputPorts.empty());
 }
 
 TEST(ProbePlugin, AMissingProgramIsReportedAndNotTakenForThePluginsFault)

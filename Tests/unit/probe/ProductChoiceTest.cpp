@@ -12,13 +12,13 @@ namespace
 SProbeResult Described()
 {
     SProbeResult result;
-    result.facts.emplace();
-    result.facts->name = "Big Reverb II";
-    result.facts->vendor = "M\xC3\xB6lk & Sons";
-    result.facts->inputs = 2;
-    result.facts->outputs = 2;
-    result.facts->inputPorts = {{"In", 2}};
-    result.facts->outputPorts = {{"Out", 2}};
+    result.mFacts.emplace();
+    result.mFacts->mName = "Big Reverb II";
+    result.mFacts->mVendor = "M\xC3\xB6lk & Sons";
+    result.mFacts->mInputs = 2;
+    result.mFacts->mOutputs = 2;
+    result.mFacts->mInputPorts = {{"In", 2}};
+    result.mFacts->mOutputPorts = {{"Out", 2}};
     return result;
 }
 
@@ -26,48 +26,48 @@ TEST(ProductChoice, OptionsFollowFromWhatWasSeen)
 {
     struct SRow
     {
-        const char* name;
-        void (*change)(SProbeResult&);
-        std::int32_t entryVersion;
-        bool portsFromCounts;
-        bool midiInput;
+        const char* mName;
+        void (*mChange)(SProbeResult&);
+        std::int32_t mEntryVersion;
+        bool mPortsFromCounts;
+        bool mMidiInput;
     };
     const SRow rows[] = {
         {"all well", [](SProbeResult&) {}, 0, false, false},
-        {"takes 0", [](SProbeResult& out) { out.askedVersion = true; }, 0, false, false},
-        {"refuses 0", [](SProbeResult& out) { out.entryVersion = 2400; }, 2400, false, false},
-        {"no output pins", [](SProbeResult& out) { out.facts->outputPorts.clear(); }, 0, true, false},
-        {"no input pins", [](SProbeResult& out) { out.facts->inputPorts.clear(); }, 0, true, false},
+        {"takes 0", [](SProbeResult& out) { out.mAskedVersion = true; }, 0, false, false},
+        {"refuses 0", [](SProbeResult& out) { out.mEntryVersion = 2400; }, 2400, false, false},
+        {"no output pins", [](SProbeResult& out) { out.mFacts->mOutputPorts.clear(); }, 0, true, false},
+        {"no input pins", [](SProbeResult& out) { out.mFacts->mInputPorts.clear(); }, 0, true, false},
         {"no inputs at all",
          [](SProbeResult& out)
          {
-             out.facts->inputs = 0;
-             out.facts->inputPorts.clear();
+             out.mFacts->mInputs = 0;
+             out.mFacts->mInputPorts.clear();
          },
          0, false, false},
         {"speaker pin",
          [](SProbeResult& out)
          {
-             out.facts->portListCut = true;
-             out.facts->outputPorts.clear();
+             out.mFacts->mPortListCut = true;
+             out.mFacts->mOutputPorts.clear();
          },
          0, true, false},
-        {"speaker pin behind others", [](SProbeResult& out) { out.facts->portListCut = true; }, 0, false,
+        {"speaker pin behind others", [](SProbeResult& out) { out.mFacts->mPortListCut = true; }, 0, false,
          false},
-        {"MIDI late", [](SProbeResult& out) { out.facts->midiAfterOpen = true; }, 0, false, true},
+        {"MIDI late", [](SProbeResult& out) { out.mFacts->mMidiAfterOpen = true; }, 0, false, true},
         {"MIDI in time",
-         [](SProbeResult& out) { out.facts->midiBeforeOpen = out.facts->midiAfterOpen = true; }, 0, false,
+         [](SProbeResult& out) { out.mFacts->mMidiBeforeOpen = out.mFacts->mMidiAfterOpen = true; }, 0, false,
          false},
     };
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE(row.mName);
         SProbeResult result = Described();
-        row.change(result);
+        row.mChange(result);
         const SProductChoice choice = ChooseProduct("/a/Reverb.so", result, "");
-        EXPECT_EQ(choice.Value("ENTRY_VERSION"), row.entryVersion);
-        EXPECT_EQ(choice.Value("PORTS_FROM_COUNTS"), row.portsFromCounts);
-        EXPECT_EQ(choice.Value("MIDI_INPUT"), row.midiInput);
+        EXPECT_EQ(choice.Value("ENTRY_VERSION"), row.mEntryVersion);
+        EXPECT_EQ(choice.Value("PORTS_FROM_COUNTS"), row.mPortsFromCounts);
+        EXPECT_EQ(choice.Value("MIDI_INPUT"), row.mMidiInput);
     }
 }
 
@@ -78,17 +78,17 @@ TEST(ProductChoice, EachFeatureIsUsedForAReason)
     {
         std::vector<std::string> names;
         for (const SFeatureUse& use : FeatureUses(facts))
-            if (use.isUsed)
-                names.emplace_back(use.name);
+            if (use.mIsUsed)
+                names.emplace_back(use.mName);
         return names;
     };
     EXPECT_EQ(used(), std::vector<std::string>());
-    facts.latencyAfterBlocks = 64;
-    facts.flags = effFlagsHasEditor | effFlagsProgramChunks;
-    facts.programs = {"One", "Two"};
-    facts.outputPorts.resize(2);
-    facts.parameters.resize(1);
-    facts.midiAfterOpen = facts.sendsMidi = facts.asksTime = facts.asksAboutHost = facts.asksIdle = true;
+    facts.mLatencyAfterBlocks = 64;
+    facts.mFlags = effFlagsHasEditor | effFlagsProgramChunks;
+    facts.mPrograms = {"One", "Two"};
+    facts.mOutputPorts.resize(2);
+    facts.mParameters.resize(1);
+    facts.mMidiAfterOpen = facts.mSendsMidi = facts.mAsksTime = facts.mAsksAboutHost = facts.mAsksIdle = true;
     EXPECT_EQ(used(),
               std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
 }
@@ -96,9 +96,9 @@ TEST(ProductChoice, EachFeatureIsUsedForAReason)
 TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
 {
     SProbeResult result = Described();
-    result.entryVersion = 2400;
-    result.facts->outputPorts.clear();
-    result.facts->midiAfterOpen = true;
+    result.mEntryVersion = 2400;
+    result.mFacts->mOutputPorts.clear();
+    result.mFacts->mMidiAfterOpen = true;
     EXPECT_EQ(ChooseProduct("/a b/$Re\"verb;.so", result, "Mine").CmakeCall(),
               "add_aax_adapter(Mine\n"
               "    SOURCE_VST       \"/a b/\\$Re\\\"verb;.so\"\n"
@@ -123,25 +123,25 @@ TEST(ProductChoice, ConfigureArgumentsSetBackWhatAnEarlierProductLeft)
 TEST(ProductChoice, APluginWithoutAnyUsableNameStillGetsOne)
 {
     SProbeResult result = Described();
-    result.facts->name = "\xE9\x9F\xB3";
-    result.facts->vendor.clear();
+    result.mFacts->mName = "\xE9\x9F\xB3";
+    result.mFacts->mVendor.clear();
     const SProductChoice choice = ChooseProduct("/a/---.so", result, "");
-    EXPECT_TRUE(IsProductName(choice.name)) << choice.name;
-    EXPECT_EQ(choice.effectId, "com.example.plugin");
-    EXPECT_EQ(choice.manufacturerId, "Make");
+    EXPECT_TRUE(IsProductName(choice.mName)) << choice.mName;
+    EXPECT_EQ(choice.mEffectId, "com.example.plugin");
+    EXPECT_EQ(choice.mManufacturerId, "Make");
 }
 
 TEST(Report, JsonGivesBackTheFacts)
 {
     SProbeResult result = Described();
-    result.facts->name = "Two\nlines";
-    result.facts->flags = effFlagsIsSynth | effFlagsProgramChunks;
-    result.facts->parameters = {{"Gain", "dB", "-6.0", 0.25F}};
-    result.facts->programs = {"One", "Two"};
+    result.mFacts->mName = "Two\nlines";
+    result.mFacts->mFlags = effFlagsIsSynth | effFlagsProgramChunks;
+    result.mFacts->mParameters = {{"Gain", "dB", "-6.0", 0.25F}};
+    result.mFacts->mPrograms = {"One", "Two"};
     const SProductChoice choice = ChooseProduct("/a/Reverb.so", result, "");
-    const auto json = nlohmann::ordered_json::parse(JsonReport(*result.facts, choice));
+    const auto json = nlohmann::ordered_json::parse(JsonReport(*result.mFacts, choice));
     const auto again = json.get<SPluginFacts>();
-    EXPECT_EQ(JsonReport(again, choice), JsonReport(*result.facts, choice));
+    EXPECT_EQ(JsonReport(again, choice), JsonReport(*result.mFacts, choice));
     EXPECT_EQ(json["kind"], "instrument");
     EXPECT_EQ(json["options"]["PORTS_FROM_COUNTS"]["value"], false);
 }

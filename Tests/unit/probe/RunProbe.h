@@ -7,8 +7,8 @@
 
 struct SRun
 {
-    int code = -1;
-    std::string output;
+    int mCode = -1;
+    std::string mOutput;
 };
 
 /** @param inStream 1 standard output, 2 standard error: what is kept of it. */
@@ -19,9 +19,9 @@ inline SRun Vst2probe(const std::string& inArguments, int inStream = 1)
     SRun run;
     std::array<char, 4096> bytes{};
     while (const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), pipe))
-        run.output.append(bytes.data(), count);
+        run.mOutput.append(bytes.data(), count);
     const int status = pclose(pipe);
-    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.mCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
 }
 

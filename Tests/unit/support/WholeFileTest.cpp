@@ -80,8 +80,8 @@ TEST_F(WholeFile, WhatCannotBeWrittenIsRefusedWithASentence)
 {
     struct SRow
     {
-        std::string name;
-        std::string because;
+        std::string mName;
+        std::string mBecause;
     };
     const auto before = Listing();
     for (const SRow& row : {SRow{"folder", "it is a folder"}, SRow{"folder/", "it is a folder"},
@@ -89,10 +89,10 @@ TEST_F(WholeFile, WhatCannotBeWrittenIsRefusedWithASentence)
                             SRow{"none/file", "there is no folder '" + (mFolder / "none").string() + "'"},
                             SRow{std::string(300, 'x'), "File name too long"}})
     {
-        SCOPED_TRACE(row.name);
-        const auto written = WriteWholeFile(mFolder / row.name, Bytes(kNew));
+        SCOPED_TRACE(row.mName);
+        const auto written = WriteWholeFile(mFolder / row.mName, Bytes(kNew));
         ASSERT_FALSE(written);
-        EXPECT_NE(written.Problem().mSentence.find(row.because), std::string::npos)
+        EXPECT_NE(written.Problem().mSentence.find(row.mBecause), std::string::npos)
             << written.Problem().mSentence;
         EXPECT_EQ(Listing(), before);
     }

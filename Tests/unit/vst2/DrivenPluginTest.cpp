@@ -12,9 +12,9 @@ TEST(DrivenPlugin, EachCallIsAnsweredAsAModuleAnswersItUnlessTheUserAnswers)
     ScriptedModule module;
     CVst2Host host;
     ASSERT_NE(host.LoadPlugin(module.Path()), nullptr);
-    AEffect& inModule = module.Script().instances[0]->Effect();
+    AEffect& inModule = module.Script().mInstances[0]->Effect();
     audioMasterCallback driver = nullptr;
-    module.Script().onEntry = [&](audioMasterCallback inHost) { driver = inHost; };
+    module.Script().mOnEntry = [&](audioMasterCallback inHost) { driver = inHost; };
     CDrivenPlugin first(0, [](const SHostCall& inCall)
                         { return inCall.mOpcode == kOwn ? std::optional<VstIntPtr>(7) : std::nullopt; });
     ASSERT_EQ(first.Open(module.Path(), 48000.0F), "");

@@ -37,19 +37,19 @@ TEST(EffectRegistry, EffectsOfOneChainAreToldApartAndTheirPlacesUsedAgain)
         for (std::size_t i = 0; i < kCount; ++i)
         {
             const auto owner = registry->Find(Address<AEffect>(i));
-            ASSERT_EQ(owner.plugin, i % 2 == 0 ? nullptr : Address<CVst2Plugin>(i));
-            ASSERT_EQ(owner.host, i % 2 == 0 ? nullptr : Address<CVst2Host>(i));
+            ASSERT_EQ(owner.mPlugin, i % 2 == 0 ? nullptr : Address<CVst2Plugin>(i));
+            ASSERT_EQ(owner.mHost, i % 2 == 0 ? nullptr : Address<CVst2Host>(i));
         }
         for (std::size_t i = 1; i < kCount; i += 2)
             registry->Remove(Address<AEffect>(i), Address<CVst2Plugin>(i));
     }
-    EXPECT_EQ(registry->Find(nullptr).host, nullptr);
+    EXPECT_EQ(registry->Find(nullptr).mHost, nullptr);
 }
 
 TEST(EffectRegistry, SharedEffectBelongsToTheOldestHostAndThenToTheNext)
 {
     ScriptedModule module;
-    module.Script().sharesOneEffect = true;
+    module.Script().mSharesOneEffect = true;
     auto first = std::make_unique<CVst2Host>();
     CVst2Host second;
     CVst2Plugin* const late = second.LoadPlugin(module.Path());
@@ -58,12 +58,12 @@ TEST(EffectRegistry, SharedEffectBelongsToTheOldestHostAndThenToTheNext)
     ASSERT_TRUE(late != nullptr && early != nullptr && alsoEarly != nullptr);
     AEffect* const effect = late->GetEffect();
     ASSERT_EQ(effect, early->GetEffect());
-    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, early);
-    EXPECT_EQ(gEffectRegistry.Find(effect, &second).plugin, late);
+    EXPECT_EQ(gEffectRegistry.Find(effect).mPlugin, early);
+    EXPECT_EQ(gEffectRegistry.Find(effect, &second).mPlugin, late);
     EXPECT_TRUE(first->ClosePlugin(early));
-    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, alsoEarly);
+    EXPECT_EQ(gEffectRegistry.Find(effect).mPlugin, alsoEarly);
     first.reset();
-    EXPECT_EQ(gEffectRegistry.Find(effect).plugin, late);
+    EXPECT_EQ(gEffectRegistry.Find(effect).mPlugin, late);
 }
 
 TEST(EffectRegistry, EffectThatAnotherHostLoadsWhileItIsBeingClosedIsTheOthers)
@@ -72,27 +72,27 @@ TEST(EffectRegistry, EffectThatAnotherHostLoadsWhileItIsBeingClosedIsTheOthers)
     {
         SCOPED_TRACE(loads ? "closed" : "given up while it is loaded");
         ScriptedModule module;
-        module.Script().sharesOneEffect = true; // its address is free again inside effClose
+        module.Script().mSharesOneEffect = true; // its address is free again inside effClose
         CVst2Host older;
         CVst2Host newer;
         CVst2Plugin* next = nullptr;
-        module.Script().hooks[effClose] = [&](ScriptedEffect& inEffect, const SDispatch&)
+        module.Script().mHooks[effClose] = [&](ScriptedEffect& inEffect, const SDispatch&)
         {
             if (next != nullptr)
                 return; // the other one's end
-            module.Script().faults.clear();
+            module.Script().mFaults.clear();
             const auto time = [&] { return inEffect.CallHost(audioMasterGetTime); };
             EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&older.TimeInfo())); // also while it closes
             next = newer.LoadPlugin(module.Path());
             EXPECT_EQ(time(), reinterpret_cast<VstIntPtr>(&newer.TimeInfo()));
         };
         if (!loads)
-            module.Script().faults.insert(effGetVstVersion);
+            module.Script().mFaults.insert(effGetVstVersion);
         CVst2Plugin* const plugin = older.LoadPlugin(module.Path());
         EXPECT_EQ(plugin != nullptr, loads);
         EXPECT_EQ(older.ClosePlugin(plugin), loads);
         ASSERT_NE(next, nullptr);
-        EXPECT_EQ(gEffectRegistry.Find(next->GetEffect()).plugin, next);
+        EXPECT_EQ(gEffectRegistry.Find(next->GetEffect()).mPlugin, next);
         EXPECT_TRUE(newer.ClosePlugin(next));
     }
 }
@@ -115,8 +115,8 @@ TEST(EffectRegistry, ReadersSeeWholeEntriesWhileOthersComeAndGo)
             {
                 const auto owner = registry->Find(Address<AEffect>(i));
                 const bool isWhole =
-                    owner.plugin == Address<CVst2Plugin>(i) && owner.host == Address<CVst2Host>(i);
-                const bool isGone = owner.plugin == nullptr && owner.host == nullptr && i >= kSteady;
+                    owner.mPlugin == Address<CVst2Plugin>(i) && owner.mHost == Address<CVst2Host>(i);
+                const bool isGone = owner.mPlugin == nullptr && owner.mHost == nullptr && i >= kSteady;
                 wrong += isWhole || isGone ? 0 : 1;
             }
             ++rounds;

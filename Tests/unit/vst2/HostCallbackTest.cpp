@@ -66,12 +66,12 @@ protected:
     void SetUp() override
     {
         unsetenv("DISPLAY"); // no server: only the bit that is always set
-        Script().parameters = {0.25F, 0.5F};
+        Script().mParameters = {0.25F, 0.5F};
         mPlugin = mHost.LoadPlugin(mModule.Path());
         ASSERT_NE(mPlugin, nullptr);
     }
     SPluginScript& Script() { return mModule.Script(); }
-    ScriptedEffect& Effect() { return *Script().instances.front(); }
+    ScriptedEffect& Effect() { return *Script().mInstances.front(); }
     void Listen()
     {
         mHost.SetMainListener(&mListener);
@@ -123,12 +123,12 @@ TEST_F(HostCallback, KeysAreAskedForInAGestureThatIsSeenOnTheListenersThreadOnly
         EXPECT_EQ(Effect().CallHost(inOpcode, 1), 0);
         return gQuestions - before;
     };
-    gHeld.shift = true;
+    gHeld.mShift = true;
     EXPECT_EQ(questionsOf(audioMasterAutomate), 0); // perhaps from the render call
     EXPECT_EQ(questionsOf(audioMasterBeginEdit), 1);
-    gHeld.shift = false;
+    gHeld.mShift = false;
     EXPECT_EQ(questionsOf(audioMasterAutomate), 1);
-    gHeld.command = true;
+    gHeld.mCommand = true;
     std::thread(
         [&]
         {
@@ -142,7 +142,7 @@ TEST_F(HostCallback, KeysAreAskedForInAGestureThatIsSeenOnTheListenersThreadOnly
     mHost.RefreshMouseMods();
     EXPECT_EQ(questionsOf(audioMasterAutomate), 0);
     mHost.SetGestureViewer(false);
-    gHeld.shift = true;
+    gHeld.mShift = true;
     EXPECT_EQ(questionsOf(audioMasterBeginEdit), 0);
     gHeld = {};
     std::erase_if(mListener.mLog, [](const std::string& inLine) { return inLine.starts_with("set"); });
@@ -186,7 +186,7 @@ TEST_F(HostCallback, CallInsideTheEntryIsUnmatched)
     VstIntPtr version = -1;
     VstIntPtr time = -1;
     char product[64] = "";
-    Script().onEntry = [&](audioMasterCallback inHost)
+    Script().mOnEntry = [&](audioMasterCallback inHost)
     {
         version = inHost(nullptr, audioMasterVersion, 0, 0, nullptr, 0.0F);
         time = inHost(nullptr, audioMasterGetTime, 0, 0, nullptr, 0.0F);

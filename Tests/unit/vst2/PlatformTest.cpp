@@ -55,8 +55,8 @@ TEST(PointerState, NothingIsPressedWithoutADisplayServer)
         SCOPED_TRACE(display);
         setenv("DISPLAY", display, 1);
         const SPointerState state = GetPointerState();
-        EXPECT_FALSE(state.shift || state.control || state.command || state.option || state.primaryButton ||
-                     state.secondaryButton);
+        EXPECT_FALSE(state.mShift || state.mControl || state.mCommand || state.mOption ||
+                     state.mPrimaryButton || state.mSecondaryButton);
     }
 }
 } // namespace

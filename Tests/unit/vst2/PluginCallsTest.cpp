@@ -31,7 +31,7 @@ protected:
 
 TEST_F(PluginCalls, ParameterIsSentOnlyWhenItDiffers)
 {
-    Script().parameters = {0.25F, std::numeric_limits<float>::quiet_NaN()};
+    Script().mParameters = {0.25F, std::numeric_limits<float>::quiet_NaN()};
     CVst2Plugin& plugin = Load();
     plugin.SetParameter(0, 0.25F);
     plugin.SetParameter(0, std::numeric_limits<float>::quiet_NaN());
@@ -43,10 +43,10 @@ TEST_F(PluginCalls, ParameterIsSentOnlyWhenItDiffers)
 
 TEST_F(PluginCalls, TextsComeFromTheirOwnOpcodesAndIndexes)
 {
-    Script().texts[{effGetParamName, 3}] = "Cutoff";
-    Script().texts[{effGetParamDisplay, 3}] = "1.0";
-    Script().texts[{effGetParamLabel, 3}] = "kHz";
-    Script().texts[{effGetProgramNameIndexed, 2}] = "Lead";
+    Script().mTexts[{effGetParamName, 3}] = "Cutoff";
+    Script().mTexts[{effGetParamDisplay, 3}] = "1.0";
+    Script().mTexts[{effGetParamLabel, 3}] = "kHz";
+    Script().mTexts[{effGetProgramNameIndexed, 2}] = "Lead";
     CVst2Plugin& plugin = Load();
     EXPECT_STREQ(plugin.GetParameterName(3), "Cutoff");
     EXPECT_STREQ(plugin.GetParameterDisplay(3), "1.0");
@@ -61,37 +61,37 @@ TEST_F(PluginCalls, MidiProgramTextShowsTheCategoryOnlyWhenItExists)
 {
     struct SRow
     {
-        std::int32_t parent;
-        const char* text;
+        std::int32_t mParent;
+        const char* mText;
     };
-    Script().midiPrograms = {"Piano", "Organ"};
-    Script().midiCategories = {"Keys", "Pads"};
+    Script().mMidiPrograms = {"Piano", "Organ"};
+    Script().mMidiCategories = {"Keys", "Pads"};
     CVst2Plugin& plugin = Load();
     for (const SRow& row : {SRow{-1, " - ; ? ; -3 ; 5 ; Organ"}, SRow{0, " Keys ; ? ; -3 ; 5 ; Organ"},
                             SRow{1, " Pads ; ? ; -3 ; 5 ; Organ"}, SRow{2, " - ; ? ; -3 ; 5 ; Organ"}})
     {
-        SCOPED_TRACE(row.parent);
-        Script().midiParent = row.parent;
-        EXPECT_STREQ(plugin.GetMidiProgram(1), row.text);
+        SCOPED_TRACE(row.mParent);
+        Script().mMidiParent = row.mParent;
+        EXPECT_STREQ(plugin.GetMidiProgram(1), row.mText);
     }
     EXPECT_EQ(plugin.GetNumMidiPrograms(), 2);
     EXPECT_STREQ(plugin.GetMidiCategory(1), "Pads");
     EXPECT_STREQ(plugin.GetMidiCategory(2), "");
-    Script().midiCategories.clear();
-    Script().midiParent = 0;
+    Script().mMidiCategories.clear();
+    Script().mMidiParent = 0;
     EXPECT_STREQ(plugin.GetMidiProgram(0), " - ; ? ; -3 ; 5 ; Piano");
     EXPECT_EQ(plugin.GetNumMidiCategories(), 0);
     const std::string name(64, 'x'); // fills its field, so that it has no terminator
-    Script().midiPrograms = Script().midiCategories = {name};
+    Script().mMidiPrograms = Script().mMidiCategories = {name};
     EXPECT_EQ(plugin.GetMidiProgram(0), " " + name.substr(1) + " ; ? ; -3 ; 5 ; " + name.substr(1));
 }
 
 TEST_F(PluginCalls, MidiProgramRecordAsksForProgramZeroInOmniMode)
 {
-    Script().hooks[effGetMidiProgramName] = [](ScriptedEffect&, const SDispatch& inCall)
+    Script().mHooks[effGetMidiProgramName] = [](ScriptedEffect&, const SDispatch& inCall)
     {
-        const auto& program = *static_cast<const MidiProgramName*>(inCall.pointer);
-        EXPECT_EQ(inCall.index, 5);
+        const auto& program = *static_cast<const MidiProgramName*>(inCall.mPointer);
+        EXPECT_EQ(inCall.mIndex, 5);
         EXPECT_EQ(program.thisProgramIndex, 0);
         EXPECT_EQ(program.flags, 1);
         EXPECT_STREQ(program.name, "");
@@ -103,8 +103,8 @@ TEST_F(PluginCalls, MidiProgramRecordAsksForProgramZeroInOmniMode)
 
 TEST_F(PluginCalls, OnlyTheDirectProcessRunsBeforeInitialization)
 {
-    Script().shape.numInputs = 2;
-    Script().shape.numOutputs = 1;
+    Script().mShape.numInputs = 2;
+    Script().mShape.numOutputs = 1;
     CVst2Plugin& plugin = Load();
     std::vector<float> a(16, 0.1F);
     std::vector<float> b(16, 0.2F);
@@ -122,7 +122,7 @@ TEST_F(PluginCalls, OnlyTheDirectProcessRunsBeforeInitialization)
 
     ASSERT_TRUE(plugin.Initialize(32, 44100.0F));
     std::vector<float*> seen;
-    Script().onProcess = [&seen](ScriptedEffect&, float** in, float** out, std::int32_t) {
+    Script().mOnProcess = [&seen](ScriptedEffect&, float** in, float** out, std::int32_t) {
         seen = {in[0], in[1], out[0]};
     };
     plugin.Process(buffers, 16, 2, inputMap, 1, outputMap);
@@ -134,12 +134,12 @@ TEST_F(PluginCalls, OnlyTheDirectProcessRunsBeforeInitialization)
 
 TEST_F(PluginCalls, ProcessInPlaceOffersRoomForEveryChannelOfThePlugin)
 {
-    Script().shape.numInputs = 3;
-    Script().shape.numOutputs = 2;
+    Script().mShape.numInputs = 3;
+    Script().mShape.numOutputs = 2;
     CVst2Plugin& plugin = Load();
     ASSERT_TRUE(plugin.Initialize(32, 44100.0F));
     float** usedInputs = nullptr;
-    Script().onProcess = [&usedInputs](ScriptedEffect&, float** in, float** out, std::int32_t frames)
+    Script().mOnProcess = [&usedInputs](ScriptedEffect&, float** in, float** out, std::int32_t frames)
     {
         EXPECT_EQ(in, out);
         EXPECT_EQ(frames, 32);
@@ -154,18 +154,18 @@ TEST_F(PluginCalls, ProcessInPlaceOffersRoomForEveryChannelOfThePlugin)
 TEST_F(PluginCalls, EditorSizeSurvivesAMissingRectangle)
 {
     CVst2Plugin& plugin = Load();
-    Script().editorSize = {-10, 20, 290, 420};
-    Script().results[effEditGetRect] = 0; // the rectangle counts, whatever comes back
+    Script().mEditorSize = {-10, 20, 290, 420};
+    Script().mResults[effEditGetRect] = 0; // the rectangle counts, whatever comes back
     long x = 1;
     long y = 1;
     long width = 1;
     long height = 1;
     plugin.GetEditorSize(x, y, width, height);
     EXPECT_EQ((std::vector<long>{x, y, width, height}), (std::vector<long>{20, -10, 400, 300}));
-    Script().givesEditorSize = false;
+    Script().mGivesEditorSize = false;
     plugin.GetEditorSize(x, y, width, height);
     EXPECT_EQ((std::vector<long>{x, y, width, height}), (std::vector<long>{0, 0, 0, 0}));
-    Script().results[effEditOpen] = 0;
+    Script().mResults[effEditOpen] = 0;
     EXPECT_FALSE(plugin.OpenEditor(&x));
 }
 
@@ -173,13 +173,13 @@ TEST_F(PluginCalls, VendorSpecificPassesItsArgumentsThrough)
 {
     CVst2Plugin& plugin = Load();
     char data[] = "data";
-    Script().results[effVendorSpecific] = 77;
-    Script().hooks[effVendorSpecific] = [&data](ScriptedEffect&, const SDispatch& inCall)
+    Script().mResults[effVendorSpecific] = 77;
+    Script().mHooks[effVendorSpecific] = [&data](ScriptedEffect&, const SDispatch& inCall)
     {
-        EXPECT_EQ(inCall.index, -1);
-        EXPECT_EQ(inCall.value, 1L << 40);
-        EXPECT_EQ(inCall.pointer, data);
-        EXPECT_EQ(inCall.opt, 0.5F);
+        EXPECT_EQ(inCall.mIndex, -1);
+        EXPECT_EQ(inCall.mValue, 1L << 40);
+        EXPECT_EQ(inCall.mPointer, data);
+        EXPECT_EQ(inCall.mOpt, 0.5F);
     };
     long handled = 0;
     EXPECT_EQ(plugin.VendorSpecific(handled, -1, 1L << 40, data, 0.5F), 77);
@@ -230,7 +230,7 @@ TEST(PluginWithoutEffect, EveryCallGivesItsSafeAnswer)
 TEST_F(PluginCalls, ExceptionOfTheRunningPluginPassesToTheCaller)
 {
     CVst2Plugin& plugin = Load();
-    Script().onProcess = [](ScriptedEffect&, float**, float**, std::int32_t)
+    Script().mOnProcess = [](ScriptedEffect&, float**, float**, std::int32_t)
     { throw std::runtime_error("process"); };
     EXPECT_THROW(plugin.Process(nullptr, nullptr, 1), std::runtime_error);
 }

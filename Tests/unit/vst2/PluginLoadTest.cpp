@@ -27,10 +27,10 @@ using Lines = std::vector<std::string>;
 TEST(PluginLoad, OpcodesComeInTheRequiredOrderAndOpeningIsLeftToInitialize)
 {
     ScriptedModule module;
-    module.Script().shape.numInputs = 1;
-    module.Script().shape.numOutputs = 2;
-    module.Script().inputPins = {{"In", 0}};
-    module.Script().outputPins = {{"Out", kVstPinIsStereo}};
+    module.Script().mShape.numInputs = 1;
+    module.Script().mShape.numOutputs = 2;
+    module.Script().mInputPins = {{"In", 0}};
+    module.Script().mOutputPins = {{"Out", kVstPinIsStereo}};
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
@@ -54,11 +54,11 @@ TEST(PluginLoad, OpcodesComeInTheRequiredOrderAndOpeningIsLeftToInitialize)
 TEST(PluginLoad, IdentityIsReadWithItsDefaultsAndSigns)
 {
     ScriptedModule module;
-    module.Script().texts = {{{effGetVendorString, 0}, "Maker"}};
-    module.Script().shape.flags = effFlagsIsSynth;
-    module.Script().shape.uniqueID = -2;
-    module.Script().shape.numInputs = -5;
-    module.Script().shape.numOutputs = 2000000000;
+    module.Script().mTexts = {{{effGetVendorString, 0}, "Maker"}};
+    module.Script().mShape.flags = effFlagsIsSynth;
+    module.Script().mShape.uniqueID = -2;
+    module.Script().mShape.numInputs = -5;
+    module.Script().mShape.numOutputs = 2000000000;
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
@@ -77,9 +77,9 @@ TEST(PluginLoad, IdentityIsReadWithItsDefaultsAndSigns)
 TEST(PluginLoad, TextWithoutTerminatorEndsInsideItsBuffer)
 {
     ScriptedModule module;
-    module.Script().texts[{effGetEffectName, 0}] = std::string(255, 'n');
-    module.Script().hooks[effGetParamName] = [](ScriptedEffect&, const SDispatch& inCall)
-    { std::fill_n(static_cast<char*>(inCall.pointer), 256, 'p'); };
+    module.Script().mTexts[{effGetEffectName, 0}] = std::string(255, 'n');
+    module.Script().mHooks[effGetParamName] = [](ScriptedEffect&, const SDispatch& inCall)
+    { std::fill_n(static_cast<char*>(inCall.mPointer), 256, 'p'); };
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
@@ -92,34 +92,34 @@ TEST(PluginLoad, MidiIsTakenOnAnAnswerOfExactlyOneOrOnRequest)
 {
     struct SRow
     {
-        int answer;
-        bool asks;
-        bool accepts;
+        int mAnswer;
+        bool mAsks;
+        bool mAccepts;
     };
     for (const SRow& row :
          {SRow{1, false, true}, SRow{2, false, false}, SRow{-1, false, false}, SRow{-1, true, true}})
     {
-        SCOPED_TRACE(row.answer * 10 + (row.asks ? 1 : 0));
+        SCOPED_TRACE(row.mAnswer * 10 + (row.mAsks ? 1 : 0));
         ScriptedModule module;
-        module.Script().results[effCanDo] = row.answer;
-        if (row.asks)
+        module.Script().mResults[effCanDo] = row.mAnswer;
+        if (row.mAsks)
         {
             // Ahead of the question, so the flag must outlive the answer.
-            module.Script().hooks[effGetVstVersion] = [](ScriptedEffect& inEffect, const SDispatch&)
+            module.Script().mHooks[effGetVstVersion] = [](ScriptedEffect& inEffect, const SDispatch&)
             { EXPECT_EQ(inEffect.CallHost(audioMasterWantMidi), 0); };
         }
         CVst2Host host;
         CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
         ASSERT_NE(plugin, nullptr);
-        EXPECT_EQ(plugin->AcceptsMidi(), row.accepts);
-        EXPECT_EQ(plugin->AcceptedMidiAtLoad(), row.accepts);
+        EXPECT_EQ(plugin->AcceptsMidi(), row.mAccepts);
+        EXPECT_EQ(plugin->AcceptedMidiAtLoad(), row.mAccepts);
     }
 }
 
 TEST(PluginLoad, MidiAskedForWhileOpeningDoesNotChangeWhatLoadSaw)
 {
     ScriptedModule module;
-    module.Script().hooks[effOpen] = [](ScriptedEffect& inEffect, const SDispatch&)
+    module.Script().mHooks[effOpen] = [](ScriptedEffect& inEffect, const SDispatch&)
     { EXPECT_EQ(inEffect.CallHost(audioMasterWantMidi), 0); };
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
@@ -133,21 +133,21 @@ TEST(PluginLoad, EachEntryNameLoadsAndAFileWithoutOneIsUnloaded)
 {
     struct SRow
     {
-        const char* file;
-        bool loads;
+        const char* mFile;
+        bool mLoads;
     };
     for (const SRow& row :
          {SRow{"scripted_plugin.so", true}, SRow{"scripted_plugin_main_macho.so", true},
           SRow{"scripted_plugin_main_only.so", PlatformEntrySymbol() != nullptr},
           SRow{"scripted_plugin_no_entry.so", false}, SRow{"scripted_plugin_throwing.so", false}})
     {
-        SCOPED_TRACE(row.file);
-        const std::string path = ScriptedModule::FileOf(row.file);
+        SCOPED_TRACE(row.mFile);
+        const std::string path = ScriptedModule::FileOf(row.mFile);
         CVst2Host host;
         CVst2Plugin* const plugin = host.LoadPlugin(path.c_str());
-        EXPECT_EQ(plugin != nullptr, row.loads);
-        EXPECT_EQ(ScriptedModule::IsLoaded(path), row.loads);
-        EXPECT_EQ(host.Plugins().size(), row.loads ? 1U : 0U);
+        EXPECT_EQ(plugin != nullptr, row.mLoads);
+        EXPECT_EQ(ScriptedModule::IsLoaded(path), row.mLoads);
+        EXPECT_EQ(host.Plugins().size(), row.mLoads ? 1U : 0U);
         if (plugin != nullptr)
         {
             plugin->FreeLib();
@@ -161,33 +161,33 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
 {
     struct SRow
     {
-        const char* what;
-        bool closes; // what it has as an effect
-        void (*prepare)(SPluginScript&);
+        const char* mWhat;
+        bool mCloses; // what it has as an effect
+        void (*mPrepare)(SPluginScript&);
     };
     const SRow rows[] = {
-        {"null effect", false, [](SPluginScript& s) { s.entryReturnsNull = true; }},
-        {"wrong magic", false, [](SPluginScript& s) { s.shape.magic = 0x56737451; }},
+        {"null effect", false, [](SPluginScript& s) { s.mEntryReturnsNull = true; }},
+        {"wrong magic", false, [](SPluginScript& s) { s.mShape.magic = 0x56737451; }},
         {"no dispatcher", false,
-         [](SPluginScript& s) { s.onCreate = [](AEffect& e) { e.dispatcher = nullptr; }; }},
+         [](SPluginScript& s) { s.mOnCreate = [](AEffect& e) { e.dispatcher = nullptr; }; }},
         {"entry throws", false,
-         [](SPluginScript& s) { s.onEntry = [](auto) { throw std::runtime_error("entry"); }; }},
-        {"name throws", true, [](SPluginScript& s) { s.faults = {effGetEffectName}; }},
+         [](SPluginScript& s) { s.mOnEntry = [](auto) { throw std::runtime_error("entry"); }; }},
+        {"name throws", true, [](SPluginScript& s) { s.mFaults = {effGetEffectName}; }},
         {"can-do and closing throw", true,
          [](SPluginScript& s) {
-             s.faults = {effCanDo, effClose};
+             s.mFaults = {effCanDo, effClose};
          }},
         {"pin throws", true,
-         [](SPluginScript& s) { s.shape.numOutputs = 1, s.faults = {effGetOutputProperties}; }},
+         [](SPluginScript& s) { s.mShape.numOutputs = 1, s.mFaults = {effGetOutputProperties}; }},
     };
     for (const SRow& row : rows)
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         ScriptedModule module;
         std::vector<AEffect*> seen;
-        row.prepare(module.Script());
-        const auto prepared = module.Script().onCreate;
-        module.Script().onCreate = [&](AEffect& inEffect)
+        row.mPrepare(module.Script());
+        const auto prepared = module.Script().mOnCreate;
+        module.Script().mOnCreate = [&](AEffect& inEffect)
         {
             seen.push_back(&inEffect);
             prepared ? prepared(inEffect) : void();
@@ -196,9 +196,9 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
         EXPECT_EQ(host.LoadPlugin(module.Path()), nullptr);
         EXPECT_TRUE(host.Plugins().empty());
         const Lines calls = module.Script().TakeLog();
-        EXPECT_EQ(!calls.empty() && calls.back() == "effClose", row.closes);
+        EXPECT_EQ(!calls.empty() && calls.back() == "effClose", row.mCloses);
         for (AEffect* const effect : seen)
-            EXPECT_EQ(gEffectRegistry.Find(effect).plugin, nullptr);
+            EXPECT_EQ(gEffectRegistry.Find(effect).mPlugin, nullptr);
         module.Release();
         EXPECT_FALSE(ScriptedModule::IsLoaded(module.Path()));
     }
@@ -250,16 +250,16 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
 
     struct SRow
     {
-        const char* name;
-        bool loads;
+        const char* mName;
+        bool mLoads;
     };
     for (const SRow& row : {SRow{"deep.vst", true}, SRow{"flat.vst", true}, SRow{"empty.vst", false},
                             SRow{"source.vst", true}, SRow{"cut.vst", false}, SRow{"bare.vst", true},
                             SRow{"segment.vst", false}, SRow{"text.vst", false}, SRow{"missing.vst", false}})
     {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE(row.mName);
         CVst2Host host;
-        EXPECT_EQ(host.LoadPlugin((folder / row.name).c_str()) != nullptr, row.loads);
+        EXPECT_EQ(host.LoadPlugin((folder / row.mName).c_str()) != nullptr, row.mLoads);
     }
     CVst2Host host;
     EXPECT_EQ(host.LoadPlugin(""), nullptr);
@@ -272,12 +272,12 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
 
 struct SPortRow
 {
-    const char* what;
-    std::vector<SScriptedPin> inputs;
-    std::vector<SScriptedPin> outputs;
-    Lines asked;
-    std::vector<long> inputPorts;
-    std::vector<long> outputPorts;
+    const char* mWhat;
+    std::vector<SScriptedPin> mInputs;
+    std::vector<SScriptedPin> mOutputs;
+    Lines mAsked;
+    std::vector<long> mInputPorts;
+    std::vector<long> mOutputPorts;
 };
 
 std::vector<long> ChannelsOf(std::span<const SIOPortDef> inPorts)
@@ -315,12 +315,12 @@ TEST(PluginPorts, PinsBecomePortsUntilOneIsNotAnsweredOrNamesASpeaker)
     };
     for (const SPortRow& row : rows)
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         ScriptedModule module;
-        module.Script().shape.numInputs = 4;
-        module.Script().shape.numOutputs = 4;
-        module.Script().inputPins = row.inputs;
-        module.Script().outputPins = row.outputs;
+        module.Script().mShape.numInputs = 4;
+        module.Script().mShape.numOutputs = 4;
+        module.Script().mInputPins = row.mInputs;
+        module.Script().mOutputPins = row.mOutputs;
         CVst2Host host;
         CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
         ASSERT_NE(plugin, nullptr);
@@ -328,21 +328,21 @@ TEST(PluginPorts, PinsBecomePortsUntilOneIsNotAnsweredOrNamesASpeaker)
         plugin->GetPortList();
         // An unanswered first pin of the other direction is asked once; after four output pins nothing is
         // left to ask.
-        EXPECT_EQ(module.Script().TakeLog(), row.asked);
-        EXPECT_EQ(ChannelsOf(plugin->InputPorts()), row.inputPorts);
-        EXPECT_EQ(ChannelsOf(plugin->OutputPorts()), row.outputPorts);
+        EXPECT_EQ(module.Script().TakeLog(), row.mAsked);
+        EXPECT_EQ(ChannelsOf(plugin->InputPorts()), row.mInputPorts);
+        EXPECT_EQ(ChannelsOf(plugin->OutputPorts()), row.mOutputPorts);
     }
 }
 
 TEST(PluginPorts, InputsAreNamedWithinTheLabelAndOutputsNever)
 {
     ScriptedModule module;
-    module.Script().shape.numInputs = 1;
-    module.Script().shape.numOutputs = 1;
-    module.Script().inputPins = {{std::string(64, 'L'), 0}}; // no terminator fits
-    module.Script().hooks[effGetInputProperties] = [](ScriptedEffect&, const SDispatch& inCall)
-    { std::fill_n(static_cast<char*>(inCall.pointer), 256, 'x'); }; // more than the record, as some do
-    module.Script().outputPins = {{"Out", 0}};
+    module.Script().mShape.numInputs = 1;
+    module.Script().mShape.numOutputs = 1;
+    module.Script().mInputPins = {{std::string(64, 'L'), 0}}; // no terminator fits
+    module.Script().mHooks[effGetInputProperties] = [](ScriptedEffect&, const SDispatch& inCall)
+    { std::fill_n(static_cast<char*>(inCall.mPointer), 256, 'x'); }; // more than the record, as some do
+    module.Script().mOutputPins = {{"Out", 0}};
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
@@ -353,7 +353,7 @@ TEST(PluginPorts, InputsAreNamedWithinTheLabelAndOutputsNever)
 TEST(PluginPorts, PortsFromCountsReplaceOnlyAnUnansweredFirstPin)
 {
     ScriptedModule module;
-    module.Script().inputPins = {{"", 0}};
+    module.Script().mInputPins = {{"", 0}};
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
@@ -376,32 +376,32 @@ TEST(PluginPorts, PinThatEndsTheListLeavesADirectionWithoutPortsToItsCount)
     const SScriptedPin speaker{"", kVstPinUseSpeaker};
     struct SRow
     {
-        const char* what;
-        std::vector<SScriptedPin> inputs;
-        std::vector<SScriptedPin> outputs;
-        std::vector<long> inputPorts;
-        std::vector<long> outputPorts;
-        std::vector<long> outputPortsWithout; // the option
+        const char* mWhat;
+        std::vector<SScriptedPin> mInputs;
+        std::vector<SScriptedPin> mOutputs;
+        std::vector<long> mInputPorts;
+        std::vector<long> mOutputPorts;
+        std::vector<long> mOutputPortsWithout; // the option
     };
     for (const SRow& row : {SRow{"first input names a speaker", {speaker}, {mono}, {2, 2, 1}, {2, 2}, {}},
                             SRow{"later input names one", {mono, speaker}, {mono}, {1}, {2, 2}, {}},
                             SRow{"first output names one", {mono}, {speaker}, {1}, {2, 2}, {}},
                             SRow{"later output names one", {mono}, {mono, speaker}, {1}, {1}, {1}}})
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         ScriptedModule module;
-        module.Script().inputPins = row.inputs;
-        module.Script().outputPins = row.outputs;
+        module.Script().mInputPins = row.mInputs;
+        module.Script().mOutputPins = row.mOutputs;
         CVst2Host host;
         CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
         ASSERT_NE(plugin, nullptr);
         std::vector<SIOPortDef> inputs;
         std::vector<SIOPortDef> outputs;
         ListPorts(*plugin->GetEffect(), 5, 4, true, inputs, outputs);
-        EXPECT_EQ(ChannelsOf(inputs), row.inputPorts);
-        EXPECT_EQ(ChannelsOf(outputs), row.outputPorts);
+        EXPECT_EQ(ChannelsOf(inputs), row.mInputPorts);
+        EXPECT_EQ(ChannelsOf(outputs), row.mOutputPorts);
         ListPorts(*plugin->GetEffect(), 5, 4, false, inputs, outputs);
-        EXPECT_EQ(ChannelsOf(outputs), row.outputPortsWithout);
+        EXPECT_EQ(ChannelsOf(outputs), row.mOutputPortsWithout);
     }
 }
 } // namespace

@@ -15,7 +15,7 @@ class PluginMidi : public testing::Test
 protected:
     void SetUp() override
     {
-        mModule.Script().results[effCanDo] = 1;
+        mModule.Script().mResults[effCanDo] = 1;
         mPlugin = mHost.LoadPlugin(mModule.Path());
         ASSERT_NE(mPlugin, nullptr);
         (void)Script().TakeLog(); // what loading sent
@@ -33,8 +33,8 @@ TEST_F(PluginMidi, PackedMessagesBecomeWholeEventRecords)
     unsigned long offsets[] = {7, 500};
     mPlugin->ProcessEvents(2, messages, offsets);
     mPlugin->ProcessEvents(1, messages, nullptr);
-    ASSERT_EQ(Script().events.size(), 2U);
-    ASSERT_EQ(Script().events[0].size(), 2U);
+    ASSERT_EQ(Script().mEvents.size(), 2U);
+    ASSERT_EQ(Script().mEvents[0].size(), 2U);
     VstMidiEvent expected{};
     expected.type = 1;
     expected.byteSize = 32;
@@ -42,10 +42,10 @@ TEST_F(PluginMidi, PackedMessagesBecomeWholeEventRecords)
     expected.midiData[0] = static_cast<char>(0x90);
     expected.midiData[1] = 0x3C;
     expected.midiData[2] = 0x64;
-    EXPECT_EQ(std::memcmp(&Script().events[0][0], &expected, sizeof(expected)), 0);
-    EXPECT_EQ(Script().events[0][1].deltaFrames, 500);
-    ASSERT_EQ(Script().events[1].size(), 1U);
-    EXPECT_EQ(Script().events[1][0].deltaFrames, 0); // nothing left of the call before
+    EXPECT_EQ(std::memcmp(&Script().mEvents[0][0], &expected, sizeof(expected)), 0);
+    EXPECT_EQ(Script().mEvents[0][1].deltaFrames, 500);
+    ASSERT_EQ(Script().mEvents[1].size(), 1U);
+    EXPECT_EQ(Script().mEvents[1][0].deltaFrames, 0); // nothing left of the call before
 }
 
 TEST_F(PluginMidi, RecordsHoldThreeHundredAndTheCountIsPassedOn)
@@ -57,34 +57,34 @@ TEST_F(PluginMidi, RecordsHoldThreeHundredAndTheCountIsPassedOn)
     {
         SCOPED_TRACE(count);
         std::int32_t told = 0;
-        Script().hooks[effProcessEvents] = [&told](ScriptedEffect&, const SDispatch& inCall)
-        { told = static_cast<const VstEvents*>(inCall.pointer)->numEvents; };
+        Script().mHooks[effProcessEvents] = [&told](ScriptedEffect&, const SDispatch& inCall)
+        { told = static_cast<const VstEvents*>(inCall.mPointer)->numEvents; };
         mPlugin->ProcessEvents(count, messages.data(), nullptr);
         EXPECT_EQ(told, count);
-        ASSERT_EQ(Script().events.back().size(), 300U);
-        EXPECT_EQ(std::memcmp(Script().events.back()[299].midiData, &messages[299], 4), 0);
+        ASSERT_EQ(Script().mEvents.back().size(), 300U);
+        EXPECT_EQ(std::memcmp(Script().mEvents.back()[299].midiData, &messages[299], 4), 0);
     }
 }
 
 TEST_F(PluginMidi, PluginThatReordersAndOverwritesTheRecordsGetsTheNextOnesRight)
 {
-    Script().hooks[effProcessEvents] = [](ScriptedEffect&, const SDispatch& inCall)
+    Script().mHooks[effProcessEvents] = [](ScriptedEffect&, const SDispatch& inCall)
     {
-        VstEvent** const list = static_cast<VstEvents*>(inCall.pointer)->events;
+        VstEvent** const list = static_cast<VstEvents*>(inCall.mPointer)->events;
         std::swap(list[0], list[1]);
         reinterpret_cast<VstMidiEvent*>(list[0])->type = 99;
         reinterpret_cast<VstMidiEvent*>(list[0])->detune = 9;
     };
     unsigned long messages[] = {1, 2};
     mPlugin->ProcessEvents(2, messages, nullptr);
-    Script().hooks.clear();
+    Script().mHooks.clear();
     mPlugin->ProcessEvents(2, messages, nullptr);
-    ASSERT_EQ(Script().events.size(), 2U);
+    ASSERT_EQ(Script().mEvents.size(), 2U);
     for (const std::size_t i : {0U, 1U})
     {
-        EXPECT_EQ(Script().events[1][i].midiData[0], static_cast<char>(i + 1));
-        EXPECT_EQ(Script().events[1][i].type, 1);
-        EXPECT_EQ(Script().events[1][i].detune, 0);
+        EXPECT_EQ(Script().mEvents[1][i].midiData[0], static_cast<char>(i + 1));
+        EXPECT_EQ(Script().mEvents[1][i].type, 1);
+        EXPECT_EQ(Script().mEvents[1][i].detune, 0);
     }
 }
 
@@ -96,7 +96,7 @@ TEST_F(PluginMidi, NothingIsSentForEmptyCallsOrToAPluginWithoutMidi)
     mPlugin->ProcessEvents(&none);
     mPlugin->ProcessEvents(std::span<const SMidiMsg>());
 
-    Script().results[effCanDo] = -1;
+    Script().mResults[effCanDo] = -1;
     CVst2Plugin* const deaf = mHost.LoadPlugin(mModule.Path());
     ASSERT_NE(deaf, nullptr);
     (void)Script().TakeLog(); // what loading sent
@@ -113,9 +113,9 @@ TEST_F(PluginMidi, ListReachesOnlyItsTargetAndNothingBehindThe300thIsLookedAt)
 {
     struct SRow
     {
-        const char* what;
-        std::vector<long> targets;
-        std::vector<int> delivered; // places in the list
+        const char* mWhat;
+        std::vector<long> mTargets;
+        std::vector<int> mDelivered; // places in the list
     };
     std::vector<long> foreign(400, 8);
     std::fill(foreign.begin() + 300, foreign.end(), 7);
@@ -127,19 +127,19 @@ TEST_F(PluginMidi, ListReachesOnlyItsTargetAndNothingBehindThe300thIsLookedAt)
          {SRow{"mixed", {-1, 7, 8, -5, 0}, {0, 1, 3}}, SRow{"behind 300 foreign ones", foreign, {}},
           SRow{"the 300th", lastExamined, {299}}})
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         std::vector<SMidiMsg> list;
-        for (const long target : row.targets)
+        for (const long target : row.mTargets)
         {
             const auto number = static_cast<std::uint32_t>(list.size());
             SMidiMsg message{{0x90, 0, 0, 0}, target};
-            std::memcpy(message.midiBytes.data(), &number, sizeof(number));
+            std::memcpy(message.mMidiBytes.data(), &number, sizeof(number));
             list.push_back(message);
         }
-        Script().events.clear();
+        Script().mEvents.clear();
         mHost.ProcessEvents(list);
         std::vector<int> delivered;
-        for (const auto& block : Script().events)
+        for (const auto& block : Script().mEvents)
         {
             for (const VstMidiEvent& event : block)
             {
@@ -149,8 +149,8 @@ TEST_F(PluginMidi, ListReachesOnlyItsTargetAndNothingBehindThe300thIsLookedAt)
                 EXPECT_EQ(event.deltaFrames, 0);
             }
         }
-        EXPECT_EQ(delivered, row.delivered);
-        EXPECT_EQ(Script().events.size(), row.delivered.empty() ? 0U : 1U);
+        EXPECT_EQ(delivered, row.mDelivered);
+        EXPECT_EQ(Script().mEvents.size(), row.mDelivered.empty() ? 0U : 1U);
     }
 }
 } // namespace

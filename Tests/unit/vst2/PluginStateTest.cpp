@@ -32,9 +32,9 @@ protected:
     }
     CVst2Plugin& LoadWithChunks()
     {
-        Script().shape.flags = effFlagsProgramChunks;
-        Script().bankChunk = {1, 2, 3};
-        Script().programChunk = {4, 5};
+        Script().mShape.flags = effFlagsProgramChunks;
+        Script().mBankChunk = {1, 2, 3};
+        Script().mProgramChunk = {4, 5};
         return Load();
     }
     SPluginScript& Script() { return mModule.Script(); }
@@ -80,12 +80,12 @@ TEST_F(PluginState, NonsensicalChunksAreEmptyAndNonsensicalBlocksNotSent)
 {
     CVst2Plugin& plugin = LoadWithChunks();
     long size = 9;
-    Script().results[effGetChunk] = -7;
+    Script().mResults[effGetChunk] = -7;
     EXPECT_EQ(plugin.GetChunkSize(), 0);
     (void)plugin.GetState(size); // the size is looked at
     EXPECT_EQ(size, 0);
-    Script().results[effGetChunk] = 100;
-    Script().bankChunk.clear(); // of new instances: one that gives a size and no pointer
+    Script().mResults[effGetChunk] = 100;
+    Script().mBankChunk.clear(); // of new instances: one that gives a size and no pointer
     CVst2Plugin& empty = Load();
     EXPECT_EQ(empty.GetChunk(), nullptr);
     EXPECT_EQ(empty.GetLastChunkSize(), 0);
@@ -100,7 +100,7 @@ TEST_F(PluginState, NonsensicalChunksAreEmptyAndNonsensicalBlocksNotSent)
 
 TEST_F(PluginState, PluginWithoutChunksGivesABlockThatHoldsNoValues)
 {
-    Script().parameters.assign(10, 0.5F);
+    Script().mParameters.assign(10, 0.5F);
     CVst2Plugin& plugin = Load();
     long size = 0;
     const void* const block = plugin.GetState(size);
@@ -115,7 +115,7 @@ TEST_F(PluginState, PluginWithoutChunksGivesABlockThatHoldsNoValues)
 
 TEST_F(PluginState, BlockSetsWholeFloatsOfParametersThatExist)
 {
-    Script().parameters = {0.0F, 0.5F, 0.0F};
+    Script().mParameters = {0.0F, 0.5F, 0.0F};
     CVst2Plugin& plugin = Load();
     const float values[] = {0.25F, 0.5F, 0.75F, 1.0F, 1.0F};
     Bytes odd(1 + sizeof(values));
@@ -128,7 +128,7 @@ TEST_F(PluginState, BlockSetsWholeFloatsOfParametersThatExist)
     EXPECT_EQ(Script().TakeLog(), (Lines{"setParameter 2 0.75"}));
     Bytes large(std::size_t{64} << 20, 0x3F);
     plugin.SetState(large.data(), static_cast<long>(large.size()));
-    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0);
 }
 
 TEST_F(PluginState, FileIsAVersionByteAndTheBlock)

@@ -43,8 +43,8 @@ class PresetFile : public testing::Test
 protected:
     CVst2Plugin& Load()
     {
-        Script().shape.uniqueID = 0x41626364;
-        Script().shape.version = 7;
+        Script().mShape.uniqueID = 0x41626364;
+        Script().mShape.version = 7;
         CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
         EXPECT_NE(plugin, nullptr);
         (void)Script().TakeLog(); // what loading sent
@@ -52,23 +52,23 @@ protected:
     }
     CVst2Plugin& LoadWithValues()
     {
-        Script().parameters = {0.5F, 0.25F};
-        Script().shape.numPrograms = 2;
-        Script().texts[{effGetProgramNameIndexed, 0}] = "Warm";
-        Script().texts[{effGetProgramNameIndexed, 1}] = "A name of more than 27 characters";
-        Script().hooks[effSetProgram] = [](ScriptedEffect& ioEffect, const SDispatch& inCall) {
-            ioEffect.Parameters() = inCall.value == 1 ? std::vector{1.0F, 0.0F} : std::vector{0.5F, 0.25F};
+        Script().mParameters = {0.5F, 0.25F};
+        Script().mShape.numPrograms = 2;
+        Script().mTexts[{effGetProgramNameIndexed, 0}] = "Warm";
+        Script().mTexts[{effGetProgramNameIndexed, 1}] = "A name of more than 27 characters";
+        Script().mHooks[effSetProgram] = [](ScriptedEffect& ioEffect, const SDispatch& inCall) {
+            ioEffect.Parameters() = inCall.mValue == 1 ? std::vector{1.0F, 0.0F} : std::vector{0.5F, 0.25F};
         };
         return Load();
     }
     CVst2Plugin& LoadWithChunks()
     {
-        Script().shape.flags = effFlagsProgramChunks;
-        Script().shape.numParams = 2;
-        Script().shape.numPrograms = 3;
-        Script().bankChunk = {1, 2, 3};
-        Script().programChunk = {4, 5};
-        Script().texts[{effGetProgramNameIndexed, 0}] = "Warm";
+        Script().mShape.flags = effFlagsProgramChunks;
+        Script().mShape.numParams = 2;
+        Script().mShape.numPrograms = 3;
+        Script().mBankChunk = {1, 2, 3};
+        Script().mProgramChunk = {4, 5};
+        Script().mTexts[{effGetProgramNameIndexed, 0}] = "Warm";
         return Load();
     }
     SPluginScript& Script() { return mModule.Script(); }
@@ -192,7 +192,7 @@ TEST_F(PresetFile, PresetOfAnotherVersionSetsTheParametersThatThereAre)
           kOneAndNothing + "\x3F\0\0\0"s);
     EXPECT_TRUE(plugin.ReadPreset(mFile.c_str()));
     EXPECT_EQ(TakeChanges(), (Lines{"setParameter 0 1", "setParameter 1 0"}));
-    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0);
 }
 
 TEST_F(PresetFile, FilesOfChunksAreReadBackAndElseRefused)
@@ -237,7 +237,7 @@ TEST_F(PresetFile, BankOfValuesIsAppliedWholeOrNotAtAll)
                   {Changed(bank, 27, 1), Changed(bank, 27, 3), Changed(bank, 24, '\x7F'),
                    Changed(bank, 156, 'X'),
                    Changed(bank, 156 + 64 + 16, 'X')}); // the second program is another plug-in's
-    Script().hooks.clear();                             // programs without values of their own
+    Script().mHooks.clear();                            // programs without values of their own
     Write(Changed(bank, 31, 1));
     EXPECT_TRUE(plugin.ReadBank(mFile.c_str()));
     EXPECT_EQ(TakeChanges(), (Lines{"effSetProgram 0", "effSetProgramName Warm", "effSetProgram 1",
@@ -251,20 +251,20 @@ TEST_F(PresetFile, OldBankIsReadAndTheCurrentProgramStays)
     const std::string bank = Read();
     struct SRow
     {
-        const char* what;
-        std::string file;
-        int current;
+        const char* mWhat;
+        std::string mFile;
+        int mCurrent;
     };
     for (const SRow& row :
          {SRow{"new", bank, 0}, SRow{"old", Changed(bank, 15, 1), 1},
           SRow{"old with something for the program", Changed(Changed(bank, 15, 1), 28, '\x7F'), 1},
           SRow{"new with no such program", Changed(bank, 31, 2), 1}})
     {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.mWhat);
         plugin.SetProgram(1);
-        Write(row.file);
+        Write(row.mFile);
         EXPECT_TRUE(plugin.ReadBank(mFile.c_str()));
-        EXPECT_EQ(plugin.GetProgram(), row.current);
+        EXPECT_EQ(plugin.GetProgram(), row.mCurrent);
     }
     CVst2Plugin& chunked = LoadWithChunks();
     ASSERT_TRUE(chunked.WriteBank(mFile.c_str()));
@@ -294,11 +294,11 @@ TEST_F(PresetFile, CountsThatChangeWhileAFileIsWrittenDoNotDisturbIt)
                 {
                     effect.numParams = 2;
                     effect.numPrograms = 2;
-                    Script().instances.front()->Parameters() = {0.5F, 0.25F};
+                    Script().mInstances.front()->Parameters() = {0.5F, 0.25F};
                     effect.flags = hasChunk ? effFlagsProgramChunks : 0;
-                    Script().hooks = {{opcode, change}};
+                    Script().mHooks = {{opcode, change}};
                     EXPECT_TRUE((plugin.*save)(mFile.c_str()));
-                    Script().hooks.clear();
+                    Script().mHooks.clear();
                     effect.flags = hasChunk ? effFlagsProgramChunks : 0;
                     const auto read =
                         save == &CVst2Plugin::SavePreset ? &CVst2Plugin::ReadPreset : &CVst2Plugin::ReadBank;
@@ -307,7 +307,7 @@ TEST_F(PresetFile, CountsThatChangeWhileAFileIsWrittenDoNotDisturbIt)
             }
         }
     }
-    EXPECT_EQ(Script().outOfRangeCalls, 0);
+    EXPECT_EQ(Script().mOutOfRangeCalls, 0);
 }
 
 TEST_F(PresetFile, ParametersThatComeWhileTheyAreAskedForAreLeftOut)

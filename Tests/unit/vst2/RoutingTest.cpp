@@ -38,16 +38,16 @@ TEST(Routing, SecondLinkToATargetUpdatesTheFirst)
     const std::string longName(600, 'n');
     ASSERT_TRUE(a.SetOutput(&b, -0.5F, nullptr)); // a new link keeps even a negative volume
     ASSERT_EQ(a.Outputs().size(), 1U);
-    EXPECT_EQ(a.Outputs()[0].volume, -0.5F);
-    EXPECT_FALSE(a.Outputs()[0].hasName);
+    EXPECT_EQ(a.Outputs()[0].mVolume, -0.5F);
+    EXPECT_FALSE(a.Outputs()[0].mHasName);
 
     EXPECT_TRUE(a.SetOutput(&b, 0.0F, longName.c_str()));
     EXPECT_TRUE(a.SetOutput(&b, 0.25F, nullptr)); // and without a name the old one stays
     ASSERT_EQ(a.Outputs().size(), 1U);
     EXPECT_EQ(b.Inputs().size(), 1U);
-    EXPECT_EQ(a.Outputs()[0].volume, 0.25F);
-    EXPECT_TRUE(a.Outputs()[0].hasName);
-    EXPECT_EQ(std::string(a.Outputs()[0].name.data()), longName.substr(0, 511));
+    EXPECT_EQ(a.Outputs()[0].mVolume, 0.25F);
+    EXPECT_TRUE(a.Outputs()[0].mHasName);
+    EXPECT_EQ(std::string(a.Outputs()[0].mName.data()), longName.substr(0, 511));
 }
 
 TEST(Routing, NegativeAndNaNVolumesUnlinkBothEnds)
@@ -84,16 +84,16 @@ TEST(Routing, VolumesExistForExactlyTheChannelsThatBuffersWereMadeFor)
     node.CreateMyOutputs(16);
     struct SRow
     {
-        long channel;
-        bool input;
-        bool output;
+        long mChannel;
+        bool mInput;
+        bool mOutput;
     };
     for (const SRow& row :
          {SRow{-1, false, false}, SRow{1, true, true}, SRow{2, false, true}, SRow{3, false, false}})
     {
-        SCOPED_TRACE(row.channel);
-        EXPECT_EQ(node.SetInputChannelVolume(0.5F, row.channel), row.input);
-        EXPECT_EQ(node.SetOutputChannelVolume(0.5F, row.channel), row.output);
+        SCOPED_TRACE(row.mChannel);
+        EXPECT_EQ(node.SetInputChannelVolume(0.5F, row.mChannel), row.mInput);
+        EXPECT_EQ(node.SetOutputChannelVolume(0.5F, row.mChannel), row.mOutput);
     }
     EXPECT_EQ(node.InputVolumes()[0], 1.0F);
     EXPECT_EQ(node.InputVolumes()[1], 0.5F);

@@ -41,22 +41,22 @@ TEST(Host, PluginIsInitializedAtOnceOnlyWithAKnownBlockSizeAndRate)
 {
     struct SRow
     {
-        long blockSize;
-        float sampleRate;
-        int state;
+        long mBlockSize;
+        float mSampleRate;
+        int mState;
     };
     for (const SRow& row :
          {SRow{1, 44100.0F, 2}, SRow{0, 44100.0F, 1}, SRow{512, 0.0F, 1}, SRow{-1, -1.0F, 1}})
     {
-        SCOPED_TRACE(row.blockSize);
+        SCOPED_TRACE(row.mBlockSize);
         ScriptedModule module;
         CVst2Host host;
         EXPECT_TRUE(host.InitPlugins());
-        host.SetBufferSize(row.blockSize);
-        host.SetSampleRate(row.sampleRate);
+        host.SetBufferSize(row.mBlockSize);
+        host.SetSampleRate(row.mSampleRate);
         CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
         ASSERT_NE(plugin, nullptr);
-        EXPECT_EQ(plugin->GetState(), row.state);
+        EXPECT_EQ(plugin->GetState(), row.mState);
         EXPECT_TRUE(host.InitPlugins());
         EXPECT_EQ(plugin->GetState(), 2);
     }
@@ -68,13 +68,13 @@ TEST(Host, ExceptionWhileInitializingPassesAndLeavesAnOwnedPlugin)
     CVst2Host host;
     host.SetBufferSize(64);
     host.SetSampleRate(44100.0F);
-    module.Script().hooks[effOpen] = [](ScriptedEffect&, const SDispatch&)
+    module.Script().mHooks[effOpen] = [](ScriptedEffect&, const SDispatch&)
     { throw std::runtime_error("open"); };
     EXPECT_THROW((void)host.LoadPlugin(module.Path()), std::runtime_error);
     ASSERT_EQ(host.Plugins().size(), 1U);
     EXPECT_EQ(host.Plugins()[0]->GetState(), 1);
     host.Reset();
-    EXPECT_TRUE(module.Script().instances.empty());
+    EXPECT_TRUE(module.Script().mInstances.empty());
 }
 
 TEST(Host, ClosedPluginIsUnknownAfterwardsAndOthersKeepTheirPlaces)
@@ -93,7 +93,7 @@ TEST(Host, ClosedPluginIsUnknownAfterwardsAndOthersKeepTheirPlaces)
     EXPECT_FALSE(host.ClosePlugin(first));
     EXPECT_FALSE(host.ClosePlugin(nullptr));
     EXPECT_EQ(host.GetEffectIndex(second->GetEffect()), 0);
-    EXPECT_EQ(module.Script().instances.size(), 1U);
+    EXPECT_EQ(module.Script().mInstances.size(), 1U);
 }
 
 TEST(Host, CallsMadeWhileClosingAreAnsweredByTheHostUnlessItIsGoing)
@@ -102,7 +102,7 @@ TEST(Host, CallsMadeWhileClosingAreAnsweredByTheHostUnlessItIsGoing)
     std::vector<VstIntPtr> versions;
     for (const auto opcode : {effMainsChanged, effClose})
     {
-        module.Script().hooks[opcode] = [&versions](ScriptedEffect& inEffect, const SDispatch&)
+        module.Script().mHooks[opcode] = [&versions](ScriptedEffect& inEffect, const SDispatch&)
         { versions.push_back(inEffect.CallHost(audioMasterVersion)); };
     }
     auto host = std::make_unique<CVst2Host>();
@@ -112,7 +112,7 @@ TEST(Host, CallsMadeWhileClosingAreAnsweredByTheHostUnlessItIsGoing)
     (void)host->LoadPlugin(module.Path()); // closed by the host's end
     host.reset();
     EXPECT_EQ(versions, (std::vector<VstIntPtr>{0, 0}));
-    EXPECT_TRUE(module.Script().instances.empty());
+    EXPECT_TRUE(module.Script().mInstances.empty());
 }
 
 TEST(Host, IdleIsSentOnlyAfterItWasAskedFor)
@@ -125,7 +125,7 @@ TEST(Host, IdleIsSentOnlyAfterItWasAskedFor)
     (void)module.Script().TakeLog(); // what loading sent
     host.Process();
     EXPECT_TRUE(module.Script().TakeLog().empty());
-    EXPECT_EQ(module.Script().instances[1]->CallHost(audioMasterNeedIdle), 0);
+    EXPECT_EQ(module.Script().mInstances[1]->CallHost(audioMasterNeedIdle), 0);
     host.Process();
     host.Process();
     EXPECT_EQ(module.Script().TakeLog(), (Lines{"effIdle", "effIdle"}));
@@ -135,9 +135,9 @@ TEST(Host, TempoIsValidOnlyWhilePositiveAndTheLastOneStays)
 {
     struct SRow
     {
-        float set;
-        double tempo;
-        int flags;
+        float mSet;
+        double mTempo;
+        int mFlags;
     };
     CVst2Host host;
     EXPECT_EQ(host.TimeInfo().smpteFrameRate, 25);
@@ -145,10 +145,10 @@ TEST(Host, TempoIsValidOnlyWhilePositiveAndTheLastOneStays)
     for (const SRow& row : {SRow{90.5F, 90.5, 1026}, SRow{0.0F, 90.5, 2}, SRow{60.0F, 60.0, 1026},
                             SRow{-1.0F, 60.0, 2}, SRow{std::numeric_limits<float>::quiet_NaN(), 60.0, 2}})
     {
-        SCOPED_TRACE(row.set);
-        host.SetTempo(row.set);
-        EXPECT_EQ(host.TimeInfo().tempo, row.tempo);
-        EXPECT_EQ(host.TimeInfo().flags, row.flags);
+        SCOPED_TRACE(row.mSet);
+        host.SetTempo(row.mSet);
+        EXPECT_EQ(host.TimeInfo().tempo, row.mTempo);
+        EXPECT_EQ(host.TimeInfo().flags, row.mFlags);
     }
     host.SetSampleRate(96000.0F);
     EXPECT_EQ(host.TimeInfo().sampleRate, 96000.0);
@@ -162,18 +162,18 @@ TEST(MouseModifiers, EachKeyAndButtonGivesItsBitAndNoOther)
 {
     struct SRow
     {
-        const char* what;
-        SPointerState state;
-        unsigned long bits;
+        const char* mWhat;
+        SPointerState mState;
+        unsigned long mBits;
     };
     for (const SRow& row :
-         {SRow{"nothing", {}, 4}, SRow{"primary", {.primaryButton = true}, 4},
-          SRow{"secondary", {.secondaryButton = true}, 20}, SRow{"shift", {.shift = true}, 5},
-          SRow{"command", {.command = true}, 6}, SRow{"option", {.option = true}, 4},
-          SRow{"control", {.control = true}, 20}, SRow{"all", {true, true, true, true, true, true}, 23}})
+         {SRow{"nothing", {}, 4}, SRow{"primary", {.mPrimaryButton = true}, 4},
+          SRow{"secondary", {.mSecondaryButton = true}, 20}, SRow{"shift", {.mShift = true}, 5},
+          SRow{"command", {.mCommand = true}, 6}, SRow{"option", {.mOption = true}, 4},
+          SRow{"control", {.mControl = true}, 20}, SRow{"all", {true, true, true, true, true, true}, 23}})
     {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(ModifierBits(row.state), row.bits);
+        SCOPED_TRACE(row.mWhat);
+        EXPECT_EQ(ModifierBits(row.mState), row.mBits);
     }
 }
 } // namespace

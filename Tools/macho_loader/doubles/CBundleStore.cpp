@@ -47,9 +47,9 @@ std::string ExecutableOf(const std::string& inFolder)
 SCoreObject& CBundleStore::Make(SCoreObject::EKind inKind, const std::string& inText)
 {
     auto object = std::make_unique<SCoreObject>();
-    object->kind = inKind;
-    object->text = inText;
-    object->name = KindName(inKind) + std::to_string(++mMade[inKind]);
+    object->mKind = inKind;
+    object->mText = inText;
+    object->mName = KindName(inKind) + std::to_string(++mMade[inKind]);
     SCoreObject& made = *object;
     mObjects[object.get()] = std::move(object);
     return made;
@@ -57,16 +57,16 @@ SCoreObject& CBundleStore::Make(SCoreObject::EKind inKind, const std::string& in
 
 SCoreObject* CBundleStore::OpenBundle(const std::string& inFolder)
 {
-    const auto known =
-        std::ranges::find_if(mObjects,
-                             [&](const auto& inEntry)
-                             {
-                                 const SCoreObject& object = *inEntry.second;
-                                 return object.kind == SCoreObject::EKind::kBundle && object.text == inFolder;
-                             });
+    const auto known = std::ranges::find_if(mObjects,
+                                            [&](const auto& inEntry)
+                                            {
+                                                const SCoreObject& object = *inEntry.second;
+                                                return object.mKind == SCoreObject::EKind::kBundle &&
+                                                       object.mText == inFolder;
+                                            });
     if (known != mObjects.end())
     {
-        ++known->second->references;
+        ++known->second->mReferences;
         return known->second.get();
     }
     return std::filesystem::is_directory(inFolder) ? &Make(SCoreObject::EKind::kBundle, inFolder) : nullptr;
@@ -83,34 +83,34 @@ SCoreObject& CBundleStore::Get(const void* inObject) const
 SCoreObject& CBundleStore::Get(const void* inObject, SCoreObject::EKind inKind) const
 {
     SCoreObject& object = Get(inObject);
-    if (object.kind != inKind)
+    if (object.mKind != inKind)
         AbortCall("an object of another kind");
     return object;
 }
 
 void CBundleStore::Release(SCoreObject& ioObject)
 {
-    if (--ioObject.references == 0)
+    if (--ioObject.mReferences == 0)
         mObjects.erase(&ioObject);
 }
 
 bool CBundleStore::LoadExecutable(SCoreObject& ioBundle)
 {
-    if (ioBundle.image != nullptr)
+    if (ioBundle.mImage != nullptr)
         return true;
     try
     {
-        ioBundle.image = &mLoader.Load(ExecutableOf(ioBundle.text));
+        ioBundle.mImage = &mLoader.Load(ExecutableOf(ioBundle.mText));
     }
     catch (const CMachOError& error)
     {
         (void)std::fprintf(stderr, "CoreFoundation: %s\n", error.what());
     }
-    return ioBundle.image != nullptr;
+    return ioBundle.mImage != nullptr;
 }
 
 void CBundleStore::UnloadExecutable(SCoreObject& ioBundle)
 {
-    if (ioBundle.image != nullptr)
-        mLoader.Unload(*std::exchange(ioBundle.image, nullptr));
+    if (ioBundle.mImage != nullptr)
+        mLoader.Unload(*std::exchange(ioBundle.mImage, nullptr));
 }

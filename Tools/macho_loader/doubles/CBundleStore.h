@@ -16,11 +16,11 @@ struct SCoreObject
         kUrl,
         kBundle
     };
-    EKind kind = EKind::kString;
-    std::string text; // the characters or the path
-    int references = 1;
-    std::string name;             // in the log, like "url2"
-    CMachOImage* image = nullptr; // a bundle's executable while it is loaded
+    EKind mKind = EKind::kString;
+    std::string mText; // the characters or the path
+    int mReferences = 1;
+    std::string mName;             // in the log, like "url2"
+    CMachOImage* mImage = nullptr; // a bundle's executable while it is loaded
 };
 
 /**

@@ -12,7 +12,7 @@ CBundleStore& Objects() { return CMacSystem::Current().Objects(); }
 /** Logs a call that makes an object. @return the object, null for null. */
 SCoreObject* Made(const std::string& inCall, SCoreObject* inObject)
 {
-    CMacSystem::Current().Calls().Add(inCall + " -> " + (inObject != nullptr ? inObject->name : "null"));
+    CMacSystem::Current().Calls().Add(inCall + " -> " + (inObject != nullptr ? inObject->mName : "null"));
     return inObject;
 }
 
@@ -32,46 +32,46 @@ const void* UrlCreateWithFileSystemPath(const void*, const void* inPath, long in
     constexpr long kPosix = 0;
     const SCoreObject& path = Objects().Get(inPath, EKind::kString);
     const bool fails = IsRefused("CFURLCreateWithFileSystemPath") || inStyle != kPosix;
-    return Made("CFURLCreateWithFileSystemPath " + path.name + (inIsFolder != 0 ? " folder" : ""),
-                fails ? nullptr : &Objects().Make(EKind::kUrl, path.text));
+    return Made("CFURLCreateWithFileSystemPath " + path.mName + (inIsFolder != 0 ? " folder" : ""),
+                fails ? nullptr : &Objects().Make(EKind::kUrl, path.mText));
 }
 
 void* BundleCreate(const void*, const void* inUrl)
 {
     const SCoreObject& url = Objects().Get(inUrl, EKind::kUrl);
     const bool fails = IsRefused("CFBundleCreate");
-    return Made("CFBundleCreate " + url.name, fails ? nullptr : Objects().OpenBundle(url.text));
+    return Made("CFBundleCreate " + url.mName, fails ? nullptr : Objects().OpenBundle(url.mText));
 }
 
 unsigned char BundleLoadExecutable(void* inBundle)
 {
     SCoreObject& bundle = Objects().Get(inBundle, EKind::kBundle);
-    CMacSystem::Current().Calls().Add("CFBundleLoadExecutable " + bundle.name);
+    CMacSystem::Current().Calls().Add("CFBundleLoadExecutable " + bundle.mName);
     return !IsRefused("CFBundleLoadExecutable") && Objects().LoadExecutable(bundle) ? 1 : 0;
 }
 
 void BundleUnloadExecutable(void* inBundle)
 {
     SCoreObject& bundle = Objects().Get(inBundle, EKind::kBundle);
-    CMacSystem::Current().Calls().Add("CFBundleUnloadExecutable " + bundle.name);
+    CMacSystem::Current().Calls().Add("CFBundleUnloadExecutable " + bundle.mName);
     Objects().UnloadExecutable(bundle);
 }
 
 void* BundleGetFunctionPointerForName(void* inBundle, const void* inName)
 {
     SCoreObject& bundle = Objects().Get(inBundle, EKind::kBundle);
-    const std::string& name = Objects().Get(inName, EKind::kString).text;
-    CMacSystem::Current().Calls().Add("CFBundleGetFunctionPointerForName " + bundle.name + " " + name);
+    const std::string& name = Objects().Get(inName, EKind::kString).mText;
+    CMacSystem::Current().Calls().Add("CFBundleGetFunctionPointerForName " + bundle.mName + " " + name);
     // The real one loads the executable when that has not been done.
     if (IsRefused("CFBundleGetFunctionPointerForName") || !Objects().LoadExecutable(bundle))
         return nullptr;
-    return bundle.image->FindSymbol(name);
+    return bundle.mImage->FindSymbol(name);
 }
 
 void Release(const void* inObject)
 {
     SCoreObject& object = Objects().Get(inObject);
-    CMacSystem::Current().Calls().Add("CFRelease " + object.name);
+    CMacSystem::Current().Calls().Add("CFRelease " + object.mName);
     Objects().Release(object);
 }
 } // namespace
