@@ -99,8 +99,9 @@ void AaxAdapter_Parameters::ClosePlugin()
 AAX_Result AaxAdapter_Parameters::Uninitialize()
 {
     // First of all: threads of the plug-in may be reporting changes of the parameters that go now.
-    mVst2Host.SetMainListener(nullptr);
-    mHasParameters.store(false, std::memory_order_release);
+    mHasParameters.store(false);
+    mVst2Host.SetMainListener(nullptr); // returns when nobody reports any more
+    ParametersEnd();
     const AAX_Result result = AAX_CInstrumentParameters::Uninitialize();
     mAutomation.Detach();
     return result;
@@ -109,7 +110,7 @@ AAX_Result AaxAdapter_Parameters::Uninitialize()
 AAX_Result AaxAdapter_Parameters::EffectInit()
 {
     const CClearedFlag notReady(mReady);
-    mHasParameters.store(false, std::memory_order_release);
+    mHasParameters.store(false);
     const AAX_Result result = AAX_Contained(
         [this]
         {
@@ -192,13 +193,15 @@ void AaxAdapter_Parameters::AddPluginParameters()
     const long announced = mPlugin != nullptr ? mPlugin->GetNumParameters() : 0;
     mParameterCount = announced <= kMaxParameters ? std::max(announced, 0L) : 0;
     mPluginParameters = std::vector<CPluginParameter>(static_cast<std::size_t>(mParameterCount));
-    mAutomation.Attach(*AutomationDelegate(), mPluginParameters);
+    mAutomation.Attach(AutomationFor(*AutomationDelegate()), mPluginParameters);
     mParameterManager.Initialize(&mAutomation);
     for (long i = 0; i < mParameterCount; ++i)
     {
         const float value = mPlugin->GetParameter(i);
-        mParameterManager.AddParameter(
-            MakeUnitParameter(CParameterId(i).Get(), mPlugin->GetParameterName(i), value, true).release());
+        std::unique_ptr<AAX_IParameter> parameter =
+            MakeUnitParameter(CParameterId(i).Get(), mPlugin->GetParameterName(i), value, IsAutomatable(i));
+        DescribeParameter(i, *parameter);
+        mParameterManager.AddParameter(parameter.release());
     }
 }
 
@@ -250,7 +253,7 @@ void AaxAdapter_Parameters::ReleaseEditor(IAttachedEditor& inEditor) noexcept
 void AaxAdapter_Parameters::SetHostParameter(long inIndex, float inValue)
 {
     // While they are made on the main thread, another one must not look for them.
-    if (mHasParameters.load(std::memory_order_acquire) && mReady.load(std::memory_order_acquire))
+    if (HearsParameters())
         SetParameter(inIndex, inValue);
 }
 

@@ -114,6 +114,13 @@ protected:
     virtual void PluginStarted(const SDescribedShape& /*inShape*/) {}
     /** It is going to be switched off. */
     virtual void PluginEnds() {}
+    virtual bool IsAutomatable(long /*inIndex*/) const { return true; }
+    /** One of the plug-in's parameters, before the host sees it. */
+    virtual void DescribeParameter(long /*inIndex*/, AAX_IParameter& /*ioParameter*/) const {}
+    /** What the parameters' requests go through. @param inHost what they end at. */
+    virtual AAX_IAutomationDelegate& AutomationFor(AAX_IAutomationDelegate& inHost) { return inHost; }
+    /** The plug-in's reports are heard no more, and the parameters go. */
+    virtual void ParametersEnd() {}
     /** Samples. There is a plug-in. */
     virtual std::int64_t PluginLatency() const;
     /** Gives the plug-in a saved chunk and, where it is not negative, the program that was saved with it. */
@@ -129,6 +136,9 @@ protected:
     void ReleasePlugin();
     void GivePluginChunk(std::span<const char> inData);
     void GivePluginProgram(std::int32_t inProgram);
+    /** Whether what the plug-in reports of its parameters reaches the host; any thread. */
+    bool HearsParameters() const { return mHasParameters.load() && mReady.load(); }
+    long ParameterCount() const { return mParameterCount; }
     /** The index of a parameter that the plug-in has; -1 for any other identifier. */
     long PluginParameterIndex(AAX_CParamID inId) const;
     /** Whether the host has been asked for another value of it. */

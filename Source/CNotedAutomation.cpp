@@ -30,33 +30,3 @@ AAX_Result CNotedAutomation::PostSetValueRequest(AAX_CParamID inId, double inNor
         parameter.TakeBack(request);
     return result;
 }
-
-AAX_Result CNotedAutomation::RegisterParameter(AAX_CParamID inId)
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::RegisterParameter, inId);
-}
-
-AAX_Result CNotedAutomation::UnregisterParameter(AAX_CParamID inId)
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::UnregisterParameter, inId);
-}
-
-AAX_Result CNotedAutomation::PostCurrentValue(AAX_CParamID inId, double inNormalizedValue) const
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::PostCurrentValue, inId, inNormalizedValue);
-}
-
-AAX_Result CNotedAutomation::PostTouchRequest(AAX_CParamID inId)
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::PostTouchRequest, inId);
-}
-
-AAX_Result CNotedAutomation::PostReleaseRequest(AAX_CParamID inId)
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::PostReleaseRequest, inId);
-}
-
-AAX_Result CNotedAutomation::GetTouchState(AAX_CParamID inId, AAX_CBoolean* outTouched)
-{
-    return AAX_CallHost(mHost, &AAX_IAutomationDelegate::GetTouchState, inId, outTouched);
-}

@@ -58,5 +58,9 @@ _aaxadapter_feature(PARAMETER_SYNC mParameterSync MEANING
     "The module tells the values that the host and the plug-in have, at any time.")
 _aaxadapter_feature(VALUE_TEXTS mValueTexts MEANING
     "Values are shown as the plug-in writes them, and typed so.")
+_aaxadapter_feature(PARAMETER_PROPERTIES mParameterProperties MEANING
+    "Parameters have the plug-in's short names and steps, are automated only if they can be, and are renamed with it.")
+_aaxadapter_feature(GESTURES mGestures MEANING
+    "A gesture of the plug-in is one touch, its values and one release.")
 _aaxadapter_feature(OUTPUT_NAMES mOutputNames MEANING
     "Auxiliary outputs are called as the plug-in calls them.")

@@ -276,6 +276,33 @@ struct VstPinProperties
 };
 static_assert(sizeof(VstPinProperties) == 128);
 
+enum VstParameterFlags : std::int32_t
+{
+    kVstParameterIsSwitch = 1 << 0,
+    kVstParameterUsesIntegerMinMax = 1 << 1
+};
+
+struct VstParameterProperties
+{
+    float stepFloat;
+    float smallStepFloat;
+    float largeStepFloat;
+    char label[64];
+    std::int32_t flags; // VstParameterFlags
+    std::int32_t minInteger;
+    std::int32_t maxInteger;
+    std::int32_t stepInteger;
+    std::int32_t largeStepInteger;
+    char shortLabel[8];
+    std::int16_t displayIndex;
+    std::int16_t category;
+    std::int16_t numParametersInCategory;
+    std::int16_t reserved;
+    char categoryLabel[24];
+    char future[16];
+};
+static_assert(sizeof(VstParameterProperties) == 152 && offsetof(VstParameterProperties, shortLabel) == 96);
+
 /** Editor rectangle in pixels. */
 struct ERect
 {

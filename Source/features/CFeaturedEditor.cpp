@@ -35,6 +35,8 @@ void CFeaturedEditor::DeleteViewContainer()
 {
     CAaxEditor::DeleteViewContainer();
     mViewSize.reset();
+    if (Instance() != nullptr)
+        static_cast<CFeaturedParameters*>(Instance())->EndGestures();
 }
 
 AAX_Result CFeaturedEditor::TimerWakeup()

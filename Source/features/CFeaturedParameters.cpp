@@ -1,14 +1,12 @@
 #include "Source/features/CFeaturedParameters.h"
 
-#include "Interfaces/AAX/AAX_IString.h"
 #include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Source/AaxAdapter_Parameters_Steps.h"
 #include "Source/DescribedShape.h"
 #include "Source/IAttachedEditor.h"
 #include "Source/SourceVstPath.h"
 #include "Source/features/HostQuestions.h"
-#include "Source/features/PluginText.h"
-#include "Source/features/ReadValueText.h"
+#include "Source/features/ParameterProperties.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/ProductFeatures.h"
 
@@ -80,6 +78,8 @@ void CFeaturedParameters::PluginStarted(const SDescribedShape& inShape)
         mMidiOutput.Prepare();
     if (kProductFeatures.mHostAnswers)
         (void)Plugin()->Dispatch(effStartProcess); // the interface gives the result no meaning
+    mAnswersAutomation = kProductFeatures.mParameterProperties &&
+                         AnswersAutomation(*Plugin(), std::min(Plugin()->GetNumParameters(), kMaxParameters));
 }
 
 void CFeaturedParameters::PluginEnds()
@@ -109,29 +109,27 @@ void CFeaturedParameters::RestorePlugin(std::span<const char> inData, std::int32
 AAX_Result CFeaturedParameters::SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk)
 {
     const AAX_Result result = AaxAdapter_Parameters::SetChunk(inId, inChunk);
+    if (kProductFeatures.mGestures && Plugin() != nullptr)
+        (void)AAX_Contained( // a plug-in that throws here is told of once more than needed
+            [this]
+            {
+                NoteKnownValues();
+                return kAAX_Success;
+            });
     if (kProductFeatures.mLatency)
         RefreshLatency();
     return result;
-}
-
-AAX_Result CFeaturedParameters::UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
-                                                               AAX_EUpdateSource inSource)
-{
-    // Ahead of the plug-in, which may ask for another value while it is given this one; a host may answer
-    // that at once.
-    if (kProductFeatures.mParameterSync)
-        KeepUpdate(inId, inValue);
-    return AaxAdapter_Parameters::UpdateParameterNormalizedValue(inId, inValue, inSource);
 }
 
 AAX_Result CFeaturedParameters::TimerWakeup()
 {
     if (kProductFeatures.mLatency)
         RefreshLatency();
-    (void)AAX_Contained( // a plug-in that throws here is given idle time again when it asks
+    (void)AAX_Contained( // a plug-in that throws here is seen to again when it asks
         [this]
         {
             GiveIdleTime();
+            TellNewNames();
             return kAAX_Success;
         });
     return AaxAdapter_Parameters::TimerWakeup();
@@ -143,82 +141,6 @@ void CFeaturedParameters::GiveIdleTime()
         return;
     if (Plugin()->Dispatch(effIdle) != 0)
         mWantsIdle.store(true, std::memory_order_relaxed);
-}
-
-// ---- Texts of values
-
-bool CFeaturedParameters::IsPluginValue(AAX_CParamID inId, long inIndex, float inValue) const
-{
-    if (inValue == Plugin()->GetParameter(inIndex))
-        return true;
-    // A plug-in may round what it is given.
-    double told = -1.0;
-    return kProductFeatures.mParameterSync && !AwaitsAnswer(inIndex) &&
-           GetParameterNormalizedValue(inId, &told) == kAAX_Success && inValue == static_cast<float>(told);
-}
-
-std::optional<std::string> CFeaturedParameters::ValueText(AAX_CParamID inId, double inValue) const
-{
-    const long index = PluginParameterIndex(inId);
-    if (!kProductFeatures.mValueTexts || index < 0)
-        return std::nullopt;
-    const auto value = static_cast<float>(inValue);
-    if (!IsPluginValue(inId, index, value))
-        return mValueTexts.TextOf(static_cast<std::size_t>(index), value);
-    const std::string text = ReadValueText(*Plugin(), index);
-    if (text.empty())
-        return std::nullopt;
-    mValueTexts.Note(static_cast<std::size_t>(index), value, text);
-    return text;
-}
-
-AAX_Result CFeaturedParameters::GetParameterStringFromValue(AAX_CParamID inId, double inValue,
-                                                            AAX_IString* outText,
-                                                            std::int32_t inMaxLength) const
-{
-    const AAX_Result written = AAX_Contained( // a plug-in that throws here has no text
-        [&]
-        {
-            const std::optional<std::string> text = ValueText(inId, inValue);
-            if (!text || outText == nullptr)
-                return kAAX_ErrorTextNotConvertible;
-            const auto most = static_cast<std::size_t>(std::max(inMaxLength, 0));
-            outText->Set(CleanText(FirstCharacters(*text, most)).c_str()); // without the blank at a cut
-            return kAAX_Success;
-        });
-    return written == kAAX_Success
-               ? written
-               : AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
-}
-
-AAX_Result CFeaturedParameters::GetParameterValueString(AAX_CParamID inId, AAX_IString* outText,
-                                                        std::int32_t inMaxLength) const
-{
-    double value = 0.0;
-    if (!kProductFeatures.mValueTexts || PluginParameterIndex(inId) < 0 ||
-        GetParameterNormalizedValue(inId, &value) != kAAX_Success)
-        return AaxAdapter_Parameters::GetParameterValueString(inId, outText, inMaxLength);
-    return GetParameterStringFromValue(inId, value, outText, inMaxLength);
-}
-
-AAX_Result CFeaturedParameters::GetParameterValueFromString(AAX_CParamID inId, double* outValue,
-                                                            const AAX_IString& inText) const
-{
-    const AAX_Result found = AAX_Contained(
-        [&]
-        {
-            const long index = PluginParameterIndex(inId);
-            if (!kProductFeatures.mValueTexts || index < 0 || outValue == nullptr)
-                return kAAX_ErrorTextNotConvertible;
-            const std::optional<float> value =
-                mValueTexts.ValueOf(static_cast<std::size_t>(index), CleanText(inText.Get()));
-            if (!value)
-                return kAAX_ErrorTextNotConvertible;
-            *outValue = static_cast<double>(*value);
-            return kAAX_Success;
-        });
-    return found == kAAX_Success ? found
-                                 : AaxAdapter_Parameters::GetParameterValueFromString(inId, outValue, inText);
 }
 
 // ---- The plug-in's calls
@@ -236,6 +158,17 @@ std::optional<VstIntPtr> CFeaturedParameters::AnswerCall(const SHostCall& inCall
             return std::nullopt;
         mWantsIdle.store(true, std::memory_order_relaxed);
         return 1;
+    case audioMasterUpdateDisplay:
+        mHasNewNames.store(kProductFeatures.mParameterProperties, std::memory_order_relaxed);
+        return std::nullopt;
+    case audioMasterBeginEdit:
+        if (kProductFeatures.mGestures && HearsParameters())
+            mGestures.Begin(inCall.mIndex);
+        return std::nullopt;
+    case audioMasterEndEdit:
+        if (kProductFeatures.mGestures && HearsParameters())
+            mGestures.End(inCall.mIndex);
+        return std::nullopt;
     case audioMasterSizeWindow:
         if (!kProductFeatures.mResize)
             return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 #include "Source/AaxAdapter_Parameters.h"
+#include "Source/features/CGestures.h"
 #include "Source/features/CMidiOutput.h"
 #include "Source/features/CSysexInput.h"
 #include "Source/features/CTransportTime.h"
@@ -30,7 +31,7 @@ public:
     ~CFeaturedParameters() override;
 
     void RenderAudio(AAX_SInstrumentRenderInfo* ioInfo) override;
-    /** Also gives idle time, and tells the host of a changed latency. */
+    /** Also gives idle time, and tells the host of a changed latency or name. */
     AAX_Result TimerWakeup() override;
     /** Also keeps the value, so that the module tells it, and counts the change. */
     AAX_Result UpdateParameterNormalizedValue(AAX_CParamID inId, double inValue,
@@ -44,16 +45,23 @@ public:
     AAX_Result GetParameterValueFromString(AAX_CParamID inId, double* outValue,
                                            const AAX_IString& inText) const override;
     AAX_Result SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk) override;
+    void UpdateParameters() override;
 
     std::optional<VstIntPtr> AnswerCall(const SHostCall& inCall) override;
 
     /** The size that the plug-in asked for last on another thread than the main one; each once. Main thread.
      */
     std::optional<SPixelSize> TakeRequestedSize() noexcept;
+    /** The plug-in's editor is closed, and so are the gestures in it. */
+    void EndGestures() { mGestures.EndAll(); }
 
 private:
     void PluginStarted(const SDescribedShape& inShape) override;
     void PluginEnds() override;
+    bool IsAutomatable(long inIndex) const override;
+    void DescribeParameter(long inIndex, AAX_IParameter& ioParameter) const override;
+    AAX_IAutomationDelegate& AutomationFor(AAX_IAutomationDelegate& inHost) override;
+    void ParametersEnd() override;
     std::int64_t PluginLatency() const override;
     void RestorePlugin(std::span<const char> inData, std::int32_t inProgram) override;
 
@@ -61,6 +69,9 @@ private:
     void RenderParts(AAX_SInstrumentRenderInfo& ioInfo);
     bool IsRendering() const noexcept;
     void GiveIdleTime();
+    void TellNewNames();
+    void TellNewName(long inIndex);
+    void NoteKnownValues();
     VstIntPtr TakeEvents(const VstEvents* inEvents) noexcept;
     VstIntPtr ResizeEditor(SPixelSize inSize) noexcept;
     /** Whether the plug-in has the value that the host knows as this one. */
@@ -73,10 +84,13 @@ private:
     CSysexInput mSysexInput;
     std::string mDirectory; // of the plug-in file
     mutable CValueTexts mValueTexts;
+    CGestures mGestures;
+    bool mAnswersAutomation = false; // the plug-in says which parameters can be automated
     // The thread that is in the render call; no thread between two. Written there, read by the plug-in's
     // calls.
     std::atomic<std::thread::id> mRenderThread{};
     std::atomic<bool> mWantsIdle{false};                  // the plug-in's calls write, the main thread takes
+    std::atomic<bool> mHasNewNames{false};                // as above: it may have renamed parameters
     std::atomic<SPixelSize> mRequestedSize{SPixelSize{}}; // as above; not sensible: none
     static_assert(decltype(mRequestedSize)::is_always_lock_free);
 };

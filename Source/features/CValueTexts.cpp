@@ -23,18 +23,23 @@ std::optional<double> NumberIn(std::string_view inText)
 }
 } // namespace
 
-const CValueTexts::Texts& CValueTexts::TextsOf(std::size_t inParameter) const noexcept
+CValueTexts::SParameter& CValueTexts::MakeRoomFor(std::size_t inParameter)
 {
-    static const Texts none;
+    if (inParameter >= mParameters.size())
+        mParameters.resize(inParameter + 1);
+    return mParameters[inParameter];
+}
+
+const CValueTexts::SParameter& CValueTexts::Find(std::size_t inParameter) const noexcept
+{
+    static const SParameter none;
     return inParameter < mParameters.size() ? mParameters[inParameter] : none;
 }
 
 void CValueTexts::Note(std::size_t inParameter, float inValue, const std::string& inText)
 {
     const std::lock_guard lock(mMutex);
-    if (inParameter >= mParameters.size())
-        mParameters.resize(inParameter + 1);
-    Texts& texts = mParameters[inParameter];
+    std::vector<SText>& texts = MakeRoomFor(inParameter).mTexts;
     const auto known = std::ranges::find(texts, inValue, &SText::mValue);
     if (known != texts.end())
     {
@@ -46,10 +51,18 @@ void CValueTexts::Note(std::size_t inParameter, float inValue, const std::string
     texts.push_back({inValue, inText});
 }
 
+void CValueTexts::NoteNumber(std::size_t inParameter, const std::string& inText)
+{
+    const std::lock_guard lock(mMutex);
+    std::set<std::string, std::less<>>& numbers = MakeRoomFor(inParameter).mNumbers;
+    if (numbers.size() < kMostTexts)
+        numbers.insert(inText);
+}
+
 std::optional<std::string> CValueTexts::TextOf(std::size_t inParameter, float inValue) const
 {
     const std::lock_guard lock(mMutex);
-    const Texts& texts = TextsOf(inParameter);
+    const std::vector<SText>& texts = Find(inParameter).mTexts;
     const auto known = std::ranges::find(texts, inValue, &SText::mValue);
     return known != texts.end() ? std::optional(known->mText) : std::nullopt;
 }
@@ -57,10 +70,12 @@ std::optional<std::string> CValueTexts::TextOf(std::size_t inParameter, float in
 std::optional<float> CValueTexts::ValueOf(std::size_t inParameter, std::string_view inText) const
 {
     const std::lock_guard lock(mMutex);
-    const Texts& texts = TextsOf(inParameter);
+    const auto& [texts, numbers] = Find(inParameter);
     auto found = std::ranges::find(texts, inText, &SText::mText);
-    if (const std::optional<double> number = NumberIn(inText); found == texts.end() && number)
+    // A host reads what it has shown; a number without a text was none of the plug-in's unit.
+    const std::optional<double> number = NumberIn(inText);
+    if (found == texts.end() && number && !numbers.contains(inText))
         found =
-            std::ranges::find_if(texts, [&](const SText& inOne) { return NumberIn(inOne.mText) == number; });
+            std::ranges::find_if(texts, [&](const SText& text) { return NumberIn(text.mText) == number; });
     return found != texts.end() ? std::optional(found->mValue) : std::nullopt;
 }

@@ -1,7 +1,9 @@
 #pragma once
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +23,10 @@ public:
     void Note(std::size_t inParameter, float inValue, const std::string& inText);
     /** The text of exactly that value. */
     std::optional<std::string> TextOf(std::size_t inParameter, float inValue) const;
-    /** The value whose text this is, else the one whose text has the same number. */
+    /** A number that was shown for a value of which no text is known. */
+    void NoteNumber(std::size_t inParameter, const std::string& inText);
+    /** The value whose text this is, else, where it was not shown as a number, the one whose text has the
+     * same number in it. */
     std::optional<float> ValueOf(std::size_t inParameter, std::string_view inText) const;
 
 private:
@@ -30,11 +35,16 @@ private:
         float mValue;
         std::string mText;
     };
-    using Texts = std::vector<SText>; // of one parameter, the oldest first
+    struct SParameter
+    {
+        std::vector<SText> mTexts;                   // the oldest first
+        std::set<std::string, std::less<>> mNumbers; // that were shown
+    };
 
-    /** Under the mutex. */
-    const Texts& TextsOf(std::size_t inParameter) const noexcept;
+    /** Under the mutex, as the next. */
+    SParameter& MakeRoomFor(std::size_t inParameter);
+    const SParameter& Find(std::size_t inParameter) const noexcept;
 
     mutable std::mutex mMutex;
-    std::vector<Texts> mParameters; // as many as were noted
+    std::vector<SParameter> mParameters; // as many as were noted
 };

@@ -6,8 +6,12 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <functional>
+#include <limits>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -83,6 +87,115 @@ std::string SeeValueTexts(SRig& ioRig)
     return seen;
 }
 
+std::string SeeParameterProperties(SRig& ioRig)
+{
+    ioRig.Script().mParameters = {0.0F, 0.5F, 0.25F, 1.0F, 0.0F};
+    const auto properties = [](std::int32_t flags, std::int32_t least, std::int32_t most, const char* name)
+    {
+        VstParameterProperties record{};
+        record.flags = flags;
+        record.minInteger = least;
+        record.maxInteger = most;
+        std::copy_n(name, std::min(std::strlen(name), sizeof(record.shortLabel)), record.shortLabel);
+        return record;
+    };
+    constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    const VstParameterProperties records[] = {
+        properties(kVstParameterIsSwitch, 0, 0, " On\x01"),
+        properties(kVstParameterUsesIntegerMinMax, -3, 4, "Semi\xE4neX"),
+        properties(kVstParameterUsesIntegerMinMax, lowest, highest, ""),
+        properties(kVstParameterUsesIntegerMinMax, 5, 5, "Fix"), properties(0, 1, 9, "Cut")};
+    ioRig.Script().mHooks[effGetParameterProperties] = [&](ScriptedEffect&, const SDispatch& call)
+    {
+        if (call.mPointer != nullptr)
+            std::memcpy(call.mPointer, &records[call.mIndex], sizeof(records[0]));
+        ioRig.Script().mResults[effGetParameterProperties] = call.mIndex < 4 ? 1 : 0;
+    };
+    ioRig.Script().mHooks[effCanBeAutomated] = [&](ScriptedEffect&, const SDispatch& call)
+    { ioRig.Script().mResults[effCanBeAutomated] = call.mIndex == 2 ? 0 : 1; };
+    std::int32_t number = 0;
+    for (const char* name : {"Switched on", "Transpose", "Everything", "Constant!", "Unanswered"})
+        ioRig.Script().mTexts[{effGetParamName, number++}] = name;
+    ioRig.Open();
+    std::string seen;
+    const auto look = [&](const SParameterInfo& info)
+    {
+        seen += fmt::format("{} '{}' {}{}{}; ", info.mName, info.mShortName, info.mSteps,
+                            info.mDiscrete ? "" : "~", info.mAutomatable ? "" : " fixed");
+    };
+    for (const SParameterInfo& info : ioRig.mInstance->ListParameters())
+        if (info.mID.starts_with('0'))
+            look(info);
+    ioRig.Script().mTexts[{effGetParamName, 1}] = "Octave";
+    (void)ioRig.Effect().CallHost(audioMasterUpdateDisplay);
+    ioRig.mLog.Clear();
+    ioRig.Beat();
+    look(ioRig.mInstance->ListParameters().at(1));
+    ioRig.Beat();
+    return seen + fmt::format("told {}", ioRig.mLog.Count("PostCurrentValue"));
+}
+
+/** Touches, releases and values as the host is asked for them. */
+std::string SeeGestures(SRig& ioRig)
+{
+    ioRig.Script().mParameters = {0.25F, 0.5F};
+    ioRig.Script().mShape.numPrograms = 2;
+    ioRig.Open();
+    std::string seen;
+    const auto look = [&]
+    {
+        for (const auto& [call, sign] : {std::pair("PostTouchRequest", "t"),
+                                         {"PostSetValueRequest", "v"},
+                                         {"PostReleaseRequest", "r"},
+                                         {"UnregisterParameter", "u"}})
+            seen += fmt::format("{}{} ", ioRig.mLog.Count(call), sign);
+        seen.back() = ';';
+        seen += ' ';
+        ioRig.mLog.Clear();
+    };
+    const auto call = [&](std::int32_t opcode, std::int32_t index)
+    { (void)ioRig.Effect().CallHost(opcode, index); };
+    const auto turn = [&](float value)
+    {
+        ioRig.Effect().Parameters()[0] = value;
+        call(audioMasterAutomate, 0);
+    };
+    ioRig.mLog.Clear();
+    call(audioMasterBeginEdit, 0);
+    call(audioMasterBeginEdit, 0); // twice is once
+    for (const float value : {0.25F, 0.375F, 0.5F})
+        turn(value);
+    look();
+    call(audioMasterEndEdit, 0);
+    call(audioMasterEndEdit, 0);
+    look();
+    turn(0.75F); // outside of a gesture
+    look();
+    for (const std::int32_t index : {-1, 2, 100'000})
+        call(audioMasterBeginEdit, index);
+    EXPECT_EQ(ioRig.mInstance->RunCycle(), kAAX_Success);
+    look();
+    ioRig.Effect().Parameters()[1] = 0.125F;
+    call(audioMasterUpdateDisplay, 0); // one value is another one
+    look();
+    Expect(ioRig.mInstance->OpenGUI());
+    AAX_IACFEffectGUI& gui = *ioRig.mInstance->GUI();
+    int view = 0;
+    ioRig.mInstance->Host().ViewContainer().SetView(1, &view);
+    (void)gui.SetViewContainer(&ioRig.mInstance->Host().ViewContainer()); // a plug-in without a window system
+    call(audioMasterBeginEdit, 0);
+    (void)gui.SetViewContainer(nullptr); // in the midst of a gesture
+    look();
+    ioRig.mInstance->CloseGUI();
+    std::thread([&] { call(audioMasterBeginEdit, 1); }).join();
+    ioRig.mLog.Clear();
+    ioRig.mCall.reset();
+    ioRig.mInstance.reset(); // here, too
+    look();
+    return seen;
+}
+
 std::string SeeOutputNames(SRig& ioRig)
 {
     ioRig.Script().mShape.numOutputs = 9;
@@ -102,6 +215,14 @@ const SFeatureRow kHostSideRows[] = {
      "0.25 by 0; 0 by 0; 1 by 0; 0.5 by 0; 0.5 by 0; 0.5 by 0; plug-in 1 0.25"},
     {"VALUE_TEXTS", &SeeValueTexts, "160 ms; 0.75; 320 ms; 320; 160 ms; a z?xxxxxxx; 0.5, 0.75, 0.5, 0.3, ",
      "0.50; 0.75; 0.75; 0.75; 0.50; 0.25; -1, -1, 0.5, 0.3, "},
+    {"PARAMETER_PROPERTIES", &SeeParameterProperties,
+     "Switched on 'On' 2; Transpose 'Semi?neX' 8; Everything 'Everything' 128~ fixed; "
+     "Constant! 'Fix' 128~; Unanswered 'Unanswered' 128~; Octave 'Octave' 8; told 1",
+     "Switched on 'Switched on' 128~; Transpose 'Transpose' 128~; Everything 'Everything' 128~; "
+     "Constant! 'Constant!' 128~; Unanswered 'Unanswered' 128~; Transpose 'Transpose' 128~; told 0"},
+    {"GESTURES", &SeeGestures,
+     "1t 3v 0r 0u; 0t 0v 1r 0u; 1t 1v 1r 0u; 0t 0v 0r 0u; 1t 1v 1r 0u; 1t 0v 1r 0u; 0t 0v 1r 4u; ",
+     "3t 3v 3r 0u; 0t 0v 0r 0u; 1t 1v 1r 0u; 0t 0v 0r 0u; 2t 2v 2r 0u; 0t 0v 0r 0u; 0t 0v 0r 4u; "},
     {"OUTPUT_NAMES", &SeeOutputNames,
      "Low tom; Out 5-6; Ger?t \xC3\xA4; Out 8; "
      "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx; ",

@@ -165,10 +165,12 @@ Json ParameterJson(const SParameterInfo& inParameter)
 {
     return {{"id", inParameter.mID},
             {"name", inParameter.mName},
+            {"shortName", inParameter.mShortName},
             {"default", inParameter.mDefault},
             {"value", inParameter.mValue},
             {"text", inParameter.mValueText},
             {"steps", inParameter.mSteps},
+            {"discrete", inParameter.mDiscrete},
             {"automatable", inParameter.mAutomatable}};
 }
 } // namespace
@@ -192,9 +194,10 @@ std::string ReportAsText(const SModuleReport& inReport)
                    inReport.mInputChannels, inReport.mOutputChannels, inReport.mLatency);
     fmt::format_to(out, "  {} parameters\n", inReport.mParameters.size());
     for (const SParameterInfo& parameter : inReport.mParameters)
-        fmt::format_to(out, "    {:16} {:28} default {:.6g}, value {:.6g} ({}), {} steps{}\n", parameter.mID,
-                       Quoted(parameter.mName.c_str()), parameter.mDefault, parameter.mValue,
-                       Quoted(parameter.mValueText.c_str()), parameter.mSteps,
+        fmt::format_to(out, "    {:16} {:28} short {:10} default {:.6g}, value {:.6g} ({}), {} {}steps{}\n",
+                       parameter.mID, Quoted(parameter.mName.c_str()), Quoted(parameter.mShortName.c_str()),
+                       parameter.mDefault, parameter.mValue, Quoted(parameter.mValueText.c_str()),
+                       parameter.mSteps, parameter.mDiscrete ? "discrete " : "",
                        parameter.mAutomatable ? ", automatable" : "");
     fmt::format_to(out, "Calls\n  {}\n", fmt::join(inReport.mCalls, "\n  "));
     return text;

@@ -148,6 +148,13 @@ std::string CDrivenPlugin::OutputLabel(std::int32_t inChannel)
     return {std::begin(label), std::ranges::find(label, '\0')};
 }
 
+std::optional<VstParameterProperties> CDrivenPlugin::ParameterProperties(std::int32_t inIndex)
+{
+    std::array<VstParameterProperties, 2> answer{}; // as above
+    const bool isFilled = Dispatch(effGetParameterProperties, inIndex, 0, answer.data()) == 1;
+    return isFilled ? std::optional(answer.front()) : std::nullopt;
+}
+
 float CDrivenPlugin::GetParameter(std::int32_t inIndex)
 {
     gCurrent.store(this, std::memory_order_release);

@@ -70,6 +70,8 @@ public:
     bool CanDo(std::string inText); // a copy: some plug-ins write into it
     /** Empty where it describes no such output. */
     std::string OutputLabel(std::int32_t inChannel);
+    /** Nothing where it says nothing of the parameter. */
+    std::optional<VstParameterProperties> ParameterProperties(std::int32_t inIndex);
     float GetParameter(std::int32_t inIndex);
     void SetParameter(std::int32_t inIndex, float inValue);
     /** @param inScope 0 for the bank, 1 for the program. @return the state, a copy; empty where it gives

@@ -124,6 +124,8 @@ void CPluginInspector::ReadParameters()
     {
         mFacts.mParameters.push_back({mPlugin.Text(effGetParamName, i), mPlugin.Text(effGetParamLabel, i),
                                       mPlugin.Text(effGetParamDisplay, i), mPlugin.GetParameter(i)});
+        mFacts.mDescribesParameters = mFacts.mDescribesParameters || mPlugin.ParameterProperties(i) ||
+                                      mPlugin.Dispatch(effCanBeAutomated, i) != 0;
     }
     for (std::int32_t i = 0; i < std::min(effect.numPrograms, kMaxListed); ++i)
         mFacts.mPrograms.push_back(mPlugin.Text(effGetProgramNameIndexed, i));

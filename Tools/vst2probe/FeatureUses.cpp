@@ -30,6 +30,10 @@ std::vector<SFeatureUse> FeatureUses(const SPluginFacts& inFacts)
                "It has no chunk, or no programs that could overwrite it."),
         choose("PARAMETER_SYNC", !inFacts.mParameters.empty(), "It has parameters.", "It has no parameters."),
         choose("VALUE_TEXTS", !inFacts.mParameters.empty(), "It has parameters.", "It has no parameters."),
+        choose("PARAMETER_PROPERTIES", inFacts.mDescribesParameters,
+               "It says more of its parameters than their names and values.",
+               "It says no more of its parameters than their names and values."),
+        choose("GESTURES", hasEditor, "It has an editor, in which people turn knobs.", "It has no editor."),
         choose("OUTPUT_NAMES", inFacts.mOutputPorts.size() > 1, "It has more outputs than the main one.",
                "It has no output but the main one."),
     };

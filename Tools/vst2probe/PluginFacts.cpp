@@ -118,6 +118,7 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"asksTime", inFacts.mAsksTime},
                    {"asksAboutHost", inFacts.mAsksAboutHost},
                    {"asksIdle", inFacts.mAsksIdle},
+                   {"describesParameters", inFacts.mDescribesParameters},
                    {"parameters", parameters},
                    {"programs", inFacts.mPrograms}};
 }
@@ -147,6 +148,7 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     inJson.at("asksTime").get_to(outFacts.mAsksTime);
     inJson.at("asksAboutHost").get_to(outFacts.mAsksAboutHost);
     inJson.at("asksIdle").get_to(outFacts.mAsksIdle);
+    inJson.at("describesParameters").get_to(outFacts.mDescribesParameters);
     inJson.at("programs").get_to(outFacts.mPrograms);
     outFacts.mParameters.clear();
     for (const Json& parameter : inJson.at("parameters"))

@@ -35,6 +35,7 @@ struct SPluginFacts
     std::vector<SPortFacts> mOutputPorts;
     bool mPortListCut = false; // a pin that names a speaker ended the list
     std::vector<SParameterFacts> mParameters;
+    bool mDescribesParameters = false; // by their properties, or as not to be automated
     std::vector<std::string> mPrograms;
     std::int32_t mFlags = 0;             // VstAEffectFlags
     std::int32_t mLatencyWhenLoaded = 0; // samples

@@ -15,7 +15,11 @@ TEST(ParameterChoice, TheNarrowestReadingWinsAndASharedOrUnknownNameGetsASentenc
                                    {"5", "Mix"},
                                    {"6", "Mix"},
                                    {"Res", "Q"}})
-        parameters.push_back({id, name, 0.0, 0.0, "", 0, false});
+    {
+        SParameterInfo& info = parameters.emplace_back();
+        info.mID = id;
+        info.mName = name;
+    }
     const std::string ambiguous = "so write the identifier of one: ";
     for (const auto& [word, id, sentence] : std::vector<std::array<std::string, 3>>{
              {"1", "1", ""},

@@ -30,6 +30,8 @@ TEST(ValueTexts, FindsATypedValueByTheWholeTextElseByItsNumber)
     texts.Note(0, 0.25F, "0.50 dB");
     texts.Note(0, 0.5F, "3 dB");
     texts.Note(0, 1.0F, "Saw 2");
+    texts.NoteNumber(0, "0.50"); // shown for 0.5 before its text was known
+    texts.NoteNumber(0, "Off");  // the plug-in's own go before
     struct SRow
     {
         const char* mTyped;
@@ -40,6 +42,8 @@ TEST(ValueTexts, FindsATypedValueByTheWholeTextElseByItsNumber)
                             {"+3.0", 0.5F},
                             {"-3", 0.125F},
                             {".5", 0.25F},
+                            {"0.50", std::nullopt},
+                            {"0.5", 0.25F},
                             {"Off", 0.0F},
                             {"Saw 2", 1.0F},
                             {"", std::nullopt},

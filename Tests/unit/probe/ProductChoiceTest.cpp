@@ -88,7 +88,8 @@ TEST(ProductChoice, EachFeatureIsUsedForAReason)
     facts.mPrograms = {"One", "Two"};
     facts.mOutputPorts.resize(2);
     facts.mParameters.resize(1);
-    facts.mMidiAfterOpen = facts.mSendsMidi = facts.mAsksTime = facts.mAsksAboutHost = facts.mAsksIdle = true;
+    facts.mMidiAfterOpen = facts.mSendsMidi = facts.mDescribesParameters = true;
+    facts.mAsksTime = facts.mAsksAboutHost = facts.mAsksIdle = true;
     EXPECT_EQ(used(),
               std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
 }

@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
+#include "Tools/aaxhost/check/EditorSteps.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/CHostString.h"
 
@@ -76,6 +77,69 @@ SFinding ValueTexts(CCheckContext& ioContext)
     return hasText ? SFinding::Passed() : SFinding::Skipped("The plug-in writes no value.");
 }
 
+/** Of a control with steps, as the plug-in says; 0 of one without, or with more than values tell apart. */
+std::int64_t StepsSaid(const VstParameterProperties& inProperties)
+{
+    if ((inProperties.flags & kVstParameterIsSwitch) != 0)
+        return 2;
+    const std::int64_t range = std::int64_t{inProperties.maxInteger} - inProperties.minInteger;
+    const bool hasRange = (inProperties.flags & kVstParameterUsesIntegerMinMax) != 0;
+    return hasRange && range > 0 && range < 1 << 24 ? range + 1 : 0;
+}
+
+SFinding ParameterProperties(CCheckContext& ioContext)
+{
+    ioContext.NeedFeature("PARAMETER_PROPERTIES");
+    const auto instance = ioContext.MakeInstance();
+    CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
+    CDrivenPlugin& plugin = direct.Plugin();
+    const std::vector<SParameterInfo> list = instance->ListParameters();
+    const auto count = std::min(static_cast<std::int32_t>(list.size()), plugin.Effect().numParams);
+    const auto canBeAutomated = [&](std::int32_t index)
+    { return plugin.Dispatch(effCanBeAutomated, index) != 0; };
+    bool saysAutomated = false;
+    for (std::int32_t i = 0; i < count; ++i)
+        saysAutomated = saysAutomated || canBeAutomated(i);
+    bool says = saysAutomated;
+    for (std::int32_t i = 0; i < count; ++i)
+    {
+        const SParameterInfo& info = list[static_cast<std::size_t>(i)];
+        const auto properties = plugin.ParameterProperties(i);
+        says = says || properties;
+        const std::int64_t steps = properties ? StepsSaid(*properties) : 0;
+        if (info.mDiscrete != (steps > 0) || (steps > 0 && info.mSteps != steps))
+            return SFinding::Failed(fmt::format("{} has {} steps, and by the plug-in {}.",
+                                                NameOfParameter(*instance, info.mID),
+                                                info.mDiscrete ? info.mSteps : 0, steps));
+        if (saysAutomated && info.mAutomatable != canBeAutomated(i))
+            return SFinding::Failed(fmt::format(
+                "{} can {}be automated, and by the plug-in it can{}.", NameOfParameter(*instance, info.mID),
+                info.mAutomatable ? "" : "not ", info.mAutomatable ? "not" : ""));
+    }
+    return says ? SFinding::Passed() : SFinding::Skipped("The plug-in says nothing of its parameters.");
+}
+
+SFinding Gestures(CCheckContext& ioContext)
+{
+    ioContext.NeedFeature("GESTURES");
+    const auto window = NeedWindow();
+    const auto instance = ioContext.MakeInstance();
+    {
+        const auto view = OpenView(*instance, *window);
+        NeedEditor(*view);
+        for (const std::string& id : AutomatableParameters(*instance))
+            (void)instance->SetParameter(id, 0.4); // refusals show in another check
+        Tick(*view, 3);
+    }
+    if (ioContext.Log().Count("HandleParameterMouseDown") == 0)
+        return SFinding::Skipped("The plug-in begins no edit by itself.");
+    for (const SParameterInfo& info : instance->ListParameters())
+        if (instance->Host().Automation().IsTouched(info.mID))
+            return SFinding::Failed(fmt::format("The editor is closed, and the host still takes {} for held.",
+                                                NameOfParameter(*instance, info.mID)));
+    return SFinding::Passed();
+}
+
 SFinding OutputNames(CCheckContext& ioContext)
 {
     ioContext.NeedFeature("OUTPUT_NAMES");
@@ -105,6 +169,11 @@ std::span<const SCheck> HostFeatureChecks()
         {"features.parameter-sync", "PARAMETER_SYNC: the module tells the values that the host set.", 1,
          &ParameterSync},
         {"features.value-texts", "VALUE_TEXTS: values are shown as the plug-in writes them.", 1, &ValueTexts},
+        {"features.parameter-properties",
+         "PARAMETER_PROPERTIES: parameters have the steps that the plug-in says, and are automated as it "
+         "says.",
+         1, &ParameterProperties},
+        {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1, &Gestures},
         {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,
          &OutputNames},
     };

@@ -133,12 +133,18 @@ std::vector<SParameterInfo> CInstance::ListParameters()
         CHostString name;
         (void)mParameters->GetParameterName(id, &name);
         info.mName = name.Text();
+        CHostString shortName;
+        (void)mParameters->GetParameterNameOfLength(id, &shortName, 8);
+        info.mShortName = shortName.Text();
         (void)mParameters->GetParameterDefaultNormalizedValue(id, &info.mDefault);
         (void)mParameters->GetParameterNormalizedValue(id, &info.mValue);
         CHostString valueText;
         (void)mParameters->GetParameterValueString(id, &valueText, 32);
         info.mValueText = valueText.Text();
         (void)mParameters->GetParameterNumberOfSteps(id, &info.mSteps);
+        AAX_EParameterType type = AAX_eParameterType_Continuous;
+        (void)mParameters->GetParameterType(id, &type);
+        info.mDiscrete = type == AAX_eParameterType_Discrete;
         AAX_CBoolean automatable = 0;
         (void)mParameters->GetParameterIsAutomatable(id, &automatable);
         info.mAutomatable = automatable != 0;

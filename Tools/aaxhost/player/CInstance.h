@@ -17,10 +17,12 @@ struct SParameterInfo
 {
     std::string mID;
     std::string mName;
-    double mDefault = 0.0; // normalized
-    double mValue = 0.0;   // normalized
+    std::string mShortName; // for a display of 8 characters
+    double mDefault = 0.0;  // normalized
+    double mValue = 0.0;    // normalized
     std::string mValueText;
     std::int32_t mSteps = 0;
+    bool mDiscrete = false; // it has no values between the steps
     bool mAutomatable = false;
 };
 

@@ -1,0 +1,20 @@
+#pragma once
+#include <cstdint>
+#include <string>
+
+class CVst2Plugin;
+
+/** What a plug-in says of one of its parameters beside name and value. */
+struct SParameterProperties
+{
+    std::string mShortName;   // empty: none
+    std::uint32_t mSteps = 0; // at least 2 of one that has steps; 0: as many values as there are
+};
+
+SParameterProperties ReadParameterProperties(const CVst2Plugin& inPlugin, long inIndex);
+
+/** Whether the plug-in says of any of so many parameters that it can be automated; one that never does was
+ * not made to answer. */
+bool AnswersAutomation(const CVst2Plugin& inPlugin, long inParameters);
+
+bool CanBeAutomated(const CVst2Plugin& inPlugin, long inIndex);
