@@ -60,7 +60,7 @@ COutcome<SDone> CEditorView::GiveWindow()
     mHasWindow = true;
     const auto given =
         Checked("SetViewContainer", mInstance.GUI()->SetViewContainer(&mInstance.Host().ViewContainer()));
-    return given ? FollowSize() : given;
+    return given ? AskForSize() : given;
 }
 
 COutcome<SDone> CEditorView::TakeWindowAway()
@@ -78,21 +78,16 @@ COutcome<SDone> CEditorView::Tick()
 
     if (auto idled = Checked("TimerWakeup", mInstance.GUI()->TimerWakeup()); !idled)
         return idled;
-    if (auto sized = FollowSize(); !sized)
-        return sized;
     return Checked("GenerateCoefficients", mInstance.RunCycle());
 }
 
-COutcome<SDone> CEditorView::FollowSize()
+COutcome<SDone> CEditorView::AskForSize()
 {
     AAX_Point point{};
     if (auto asked = Checked("GetViewSize", mInstance.GUI()->GetViewSize(&point)); !asked)
         return asked;
     const SViewSize size = ToPixels(point);
-    // What the editor was given stays until it says something new.
-    const bool isNew = size != mAnswered;
-    mAnswered = size;
-    if (!isNew || size == mSize || (mResizing == EResizing::Refused && !mSize.IsEmpty()))
+    if (size == mSize || (mResizing == EResizing::Refused && !mSize.IsEmpty()))
         return SDone{};
     mSize = size;
     if (!mSize.IsEmpty())

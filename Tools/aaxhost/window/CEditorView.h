@@ -44,14 +44,14 @@ public:
 
 private:
     CEditorView(CInstance& inInstance, CHostWindow& inWindow, EResizing inResizing);
-    COutcome<SDone> FollowSize();
+    /** With a new window, as hosts do, and no more. */
+    COutcome<SDone> AskForSize();
     /** What the editor asks of the container. */
     AAX_Result TakeSize(AAX_Point& ioSize);
 
     CInstance& mInstance;
     CHostWindow& mWindow;
     EResizing mResizing;
-    SViewSize mAnswered; // to GetViewSize, the last time
     SViewSize mSize;
     std::chrono::steady_clock::time_point mNextBeat;
     bool mHasWindow = false;
