@@ -1,5 +1,8 @@
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/integration/ToolRun.h"
+#include "Tools/aaxhost/host/CHostLog.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/aaxhost/player/InstanceState.h"
 
 #include <gtest/gtest.h>
 
@@ -80,6 +83,25 @@ INSTANTIATE_TEST_SUITE_P(
                     SSubject{"DragonflyRoom", InstalledPlugin("DragonflyRoomReverb"), false, true, true},
                     SSubject{"DragonflyPlate", InstalledPlugin("DragonflyPlateReverb"), false, true, true}),
     [](const testing::TestParamInfo<SSubject>& inInfo) { return std::string(inInfo.param.mName); });
+
+TEST(StateFile, BelongsToAProductByAllFourOfItsIdentifiers)
+{
+    const CModuleBundle bundle(kPlainModule, EXAMPLE_SYNTH);
+    CHostLog log;
+    const auto module = CModule::Open(bundle.Path().string(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    const SInstanceState own{IdentityOf(**module), {}};
+    EXPECT_TRUE(CheckProduct(**module, own));
+    for (const auto change :
+         {+[](SProductIdentity& id) { id.mEffectID += 'x'; },
+          +[](SProductIdentity& id) { ++id.mManufacturerID; }, +[](SProductIdentity& id) { ++id.mProductID; },
+          +[](SProductIdentity& id) { ++id.mPlugInID; }})
+    {
+        SInstanceState other = own;
+        change(other.mProduct);
+        EXPECT_FALSE(CheckProduct(**module, other)) << NameOfProduct(other.mProduct);
+    }
+}
 
 TEST(StateFile, AForeignOrBrokenFileIsRefusedWithASentence)
 {

@@ -180,6 +180,8 @@ TEST(StateFile, IsWrittenToTheByteAndReadBack)
     const auto read = StateFromBytes(std::as_bytes(std::span(bytes)));
     ASSERT_TRUE(read) << read.Problem().mSentence;
     EXPECT_EQ(text(*read), bytes);
+    for (const std::string& other : {bytes.substr(0, bytes.size() - 1), bytes + '\0'})
+        EXPECT_FALSE(StateFromBytes(std::as_bytes(std::span(other)))) << other.size();
 }
 
 TEST(AudioFile, SoundBeyondTheSizesOfAWavFileBecomesAnRf64File)

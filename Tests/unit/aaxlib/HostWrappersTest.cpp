@@ -126,6 +126,27 @@ TEST_F(HostWrappers, EveryCallReachesItsOwnOperationAndItsAnswerComesBack)
     CallView(kHosts, kHosts, std::string(kView) + "SetViewSize");
 }
 
+TEST_F(HostWrappers, WhatTheHostWritesComesBackInItsOrder)
+{
+    CHostLog log;
+    CInstanceHost host(log);
+    STransportState& state = host.Transport().State();
+    state.mMeterNumerator = 7;
+    state.mMeterDenominator = 8;
+    state.mLoopStartTick = 10;
+    state.mLoopEndTick = 20;
+    const AAX_VTransport transport(host.Unknown());
+    std::int32_t numerator = 0;
+    std::int32_t denominator = 0;
+    EXPECT_EQ(transport.GetCurrentMeter(&numerator, &denominator), kAAX_Success);
+    EXPECT_EQ(std::pair(numerator, denominator), std::pair(7, 8));
+    std::int64_t begin = 0;
+    std::int64_t end = 0;
+    EXPECT_EQ(transport.GetCurrentLoopPosition(&mFlag, &begin, &end), kAAX_Success);
+    EXPECT_EQ(begin, 10);
+    EXPECT_EQ(end, 20);
+}
+
 TEST_F(HostWrappers, MissingSecondVersionConcernsItsOwnCallsOnly)
 {
     mLog.SwitchOff(IID_IAAXControllerV2);

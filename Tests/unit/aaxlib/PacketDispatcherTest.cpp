@@ -5,6 +5,10 @@
 #include "Tools/aaxhost/host/CInstanceHost.h"
 
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -47,6 +51,19 @@ protected:
     CNotingHandler mHandler;
     AAX_CPacketDispatcher mDispatcher;
 };
+
+TEST_F(PacketDispatcher, AnotherThreadWaitsWhilePacketsAreSent)
+{
+    Register("a", 1);
+    std::future<AAX_Result> other;
+    mHandler.mDuringCall = [&]
+    {
+        other = std::async(std::launch::async, [&] { return mDispatcher.SetDirty("a", true); });
+        EXPECT_EQ(other.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    };
+    EXPECT_EQ(mDispatcher.Dispatch(), kAAX_Success);
+    EXPECT_EQ(other.get(), kAAX_Success);
+}
 
 TEST_F(PacketDispatcher, EveryPacketIsPostedFirstAndOnlyChangedOnesAfterwards)
 {
