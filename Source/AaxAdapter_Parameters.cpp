@@ -56,7 +56,8 @@ AaxAdapter_Parameters::AaxAdapter_Parameters()
 AaxAdapter_Parameters::~AaxAdapter_Parameters()
 {
     // The parameters know members of this object, and the base would delete them after these are gone.
-    (void)AaxAdapter_Parameters::Uninitialize(); // always succeeds
+    IgnoreReports();
+    (void)RemoveParameters(); // always succeeds
     LeavePlugin();
     ClosePlugin();
 }
@@ -99,9 +100,19 @@ void AaxAdapter_Parameters::ClosePlugin()
 AAX_Result AaxAdapter_Parameters::Uninitialize()
 {
     // First of all: threads of the plug-in may be reporting changes of the parameters that go now.
+    IgnoreReports();
+    ParametersEnd();
+    return RemoveParameters();
+}
+
+void AaxAdapter_Parameters::IgnoreReports()
+{
     mHasParameters.store(false);
     mVst2Host.SetMainListener(nullptr); // returns when nobody reports any more
-    ParametersEnd();
+}
+
+AAX_Result AaxAdapter_Parameters::RemoveParameters()
+{
     const AAX_Result result = AAX_CInstrumentParameters::Uninitialize();
     mAutomation.Detach();
     return result;

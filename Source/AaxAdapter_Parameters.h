@@ -171,6 +171,9 @@ protected:
 private:
     static constexpr long kNoneDirect = -1;
 
+    /** What the plug-in reports of its parameters reaches nobody from here on. */
+    void IgnoreReports();
+    AAX_Result RemoveParameters();
     void LoadWrappedPlugin();
     /** Ends what goes between it and the host; the host's editor knows it no more. */
     void LeavePlugin();

@@ -100,12 +100,11 @@ std::string SeeParameterProperties(SRig& ioRig)
         return record;
     };
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-    const VstParameterProperties records[] = {
-        properties(kVstParameterIsSwitch, 0, 0, " On\x01"),
-        properties(kVstParameterUsesIntegerMinMax, -3, 4, "Semi\xE4neX"),
-        properties(kVstParameterUsesIntegerMinMax, lowest, highest, ""),
-        properties(kVstParameterUsesIntegerMinMax, 5, 5, "Fix"), properties(0, 1, 9, "Cut")};
+    VstParameterProperties records[] = {properties(kVstParameterIsSwitch, 0, 0, " On\x01"),
+                                        properties(kVstParameterUsesIntegerMinMax, -3, 4, "Semi\xE4neX"),
+                                        properties(kVstParameterUsesIntegerMinMax, lowest, 0, ""),
+                                        properties(kVstParameterUsesIntegerMinMax, 5, 5, "Fix"),
+                                        properties(0, 1, 9, "Cut")};
     ioRig.Script().mHooks[effGetParameterProperties] = [&](ScriptedEffect&, const SDispatch& call)
     {
         if (call.mPointer != nullptr)
@@ -127,7 +126,8 @@ std::string SeeParameterProperties(SRig& ioRig)
     for (const SParameterInfo& info : ioRig.mInstance->ListParameters())
         if (info.mID.starts_with('0'))
             look(info);
-    ioRig.Script().mTexts[{effGetParamName, 1}] = "Octave";
+    ioRig.Script().mTexts[{effGetParamName, 1}] = "Octave shift";
+    std::strcpy(records[1].shortLabel, "Oct");
     (void)ioRig.Effect().CallHost(audioMasterUpdateDisplay);
     ioRig.mLog.Clear();
     ioRig.Beat();
@@ -217,7 +217,7 @@ const SFeatureRow kHostSideRows[] = {
      "0.50; 0.75; 0.75; 0.75; 0.50; 0.25; -1, -1, 0.5, 0.3, "},
     {"PARAMETER_PROPERTIES", &SeeParameterProperties,
      "Switched on 'On' 2; Transpose 'Semi?neX' 8; Everything 'Everything' 128~ fixed; "
-     "Constant! 'Fix' 128~; Unanswered 'Unanswered' 128~; Octave 'Octave' 8; told 1",
+     "Constant! 'Fix' 128~; Unanswered 'Unanswered' 128~; Octave shift 'Oct' 8; told 1",
      "Switched on 'Switched on' 128~; Transpose 'Transpose' 128~; Everything 'Everything' 128~; "
      "Constant! 'Constant!' 128~; Unanswered 'Unanswered' 128~; Transpose 'Transpose' 128~; told 0"},
     {"GESTURES", &SeeGestures,
@@ -256,6 +256,16 @@ TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
         }
         EXPECT_EQ(rig.Effect().Parameters()[0], 1.0F);
     }
+}
+
+TEST(Features, APluginThatDeniesAutomationOfEverythingWasNotMadeToAnswer)
+{
+    SRig rig(ModuleWith("PARAMETER_PROPERTIES"));
+    rig.Script().mParameters = {0.0F, 0.5F};
+    rig.Script().mResults[effCanBeAutomated] = 0;
+    rig.Open();
+    for (const SParameterInfo& info : rig.mInstance->ListParameters())
+        EXPECT_EQ(info.mAutomatable, info.mID != "Gain") << info.mID;
 }
 
 TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)

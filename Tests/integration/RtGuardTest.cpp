@@ -58,10 +58,13 @@ TEST(RtGuard, SaysWhoseCallsItSaw)
     EXPECT_EQ(LineOf(quiet, "plug-in"), kNothing);
 
     // Ten blocks, one of which is so large that it goes in four parts.
-    const std::string heap = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Heap.so", 10);
-    EXPECT_EQ(LineOf(heap, "module"), kNothing);
-    EXPECT_NE(LineOf(heap, "plug-in").find("(operator new 13, "), std::string::npos) << heap;
-    EXPECT_NE(heap.find("releases 26 ("), std::string::npos) << heap;
+    for (const char* plugin : {"faulty_Heap.so", "faulty_HeapBoundEarly.so"})
+    {
+        const std::string heap = Render(TEST_GUARDED_MODULE, kFaulty / plugin, 10);
+        EXPECT_EQ(LineOf(heap, "module"), kNothing);
+        EXPECT_NE(LineOf(heap, "plug-in").find("(operator new 13, "), std::string::npos) << heap;
+        EXPECT_NE(heap.find("releases 26 ("), std::string::npos) << heap;
+    }
 
     const std::string blocking = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Blocking.so", 10);
     EXPECT_EQ(LineOf(blocking, "module"), kNothing);

@@ -5,7 +5,8 @@
 
 namespace faults
 {
-/** Allocates in each block that it renders; is compiled so that calls of other images are bound at loading. */
+/** Allocates in each block that it renders; is compiled so that calls of other images are bound at loading.
+ */
 void HeapBoundEarly(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)

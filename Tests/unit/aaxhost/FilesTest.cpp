@@ -47,6 +47,7 @@ TEST(AutomationCurve, WrongTextIsRefusedWithItsLine)
     for (const SRow& row :
          {SRow{"", "There is no point."}, SRow{"0,0\n1", "Line 2 is not of the form seconds,value."},
           SRow{"0,x", "Line 1 does not hold two numbers."},
+          SRow{"1e999,0", "Line 1 does not hold two numbers."},
           SRow{"0,nan", "Line 1 does not hold two numbers."},
           SRow{"0,0.5,1", "Line 1 does not hold two numbers."}, SRow{"-1,0", "Line 1 has a time below 0."},
           SRow{"0,1.01", "Line 1 has a value outside of 0 to 1."},
