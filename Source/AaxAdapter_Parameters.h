@@ -138,7 +138,8 @@ protected:
     void GivePluginProgram(std::int32_t inProgram);
     /** Whether what the plug-in reports of its parameters reaches the host; any thread. */
     bool HearsParameters() const { return mHasParameters.load() && mReady.load(); }
-    long ParameterCount() const { return mParameterCount; }
+    /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
+    long PluginParameterCount() const;
     /** The index of a parameter that the plug-in has; -1 for any other identifier. */
     long PluginParameterIndex(AAX_CParamID inId) const;
     /** Whether the host has been asked for another value of it. */
@@ -196,8 +197,6 @@ private:
     void LookAfterRequests();
     /** Tells the host of a value that the plug-in has. */
     void Report(long inIndex, float inValue);
-    /** Parameters that the plug-in has now and had when it was loaded; 0 without a plug-in. */
-    long PluginParameterCount() const;
 
     void ForwardPackets(std::int64_t inCount, const AAX_CMidiPacket* inPackets);
     void GrowEventArrays(std::int64_t inCount);

@@ -42,7 +42,7 @@ void CFeaturedParameters::TellNewNames()
 {
     if (!mHasNewNames.exchange(false, std::memory_order_relaxed) || Plugin() == nullptr)
         return;
-    for (long i = 0; i < std::min(ParameterCount(), Plugin()->GetNumParameters()); ++i)
+    for (long i = 0; i < PluginParameterCount(); ++i)
         TellNewName(i);
 }
 
@@ -56,8 +56,9 @@ void CFeaturedParameters::TellNewName(long inIndex)
     parameter->SetName(name);
     parameter->ClearShortenedNames();
     DescribeParameter(inIndex, *parameter);
-    // No host has a call for a new name; one that is told a value shows the parameter anew.
-    (void)AutomationDelegate()->PostCurrentValue(id.Get(), parameter->GetNormalizedValue());
+    // There is no call for a new name; a host that is told a value shows the parameter anew.
+    (void)AutomationDelegate()->PostCurrentValue(
+        id.Get(), CPluginParameter::AsRequested(static_cast<double>(Plugin()->GetParameter(inIndex))));
 }
 
 // ---- Values and gestures
@@ -66,7 +67,7 @@ AAX_IAutomationDelegate& CFeaturedParameters::AutomationFor(AAX_IAutomationDeleg
 {
     if (!kProductFeatures.mGestures)
         return inHost;
-    mGestures.Attach(inHost, static_cast<std::size_t>(ParameterCount()));
+    mGestures.Attach(inHost, static_cast<std::size_t>(PluginParameterCount()));
     NoteKnownValues();
     return mGestures;
 }
@@ -75,7 +76,7 @@ void CFeaturedParameters::ParametersEnd() { mGestures.EndAll(); }
 
 void CFeaturedParameters::NoteKnownValues()
 {
-    for (long i = 0; i < ParameterCount(); ++i)
+    for (long i = 0; i < PluginParameterCount(); ++i)
         mGestures.NoteKnown(i, Plugin()->GetParameter(i));
 }
 
@@ -85,7 +86,7 @@ void CFeaturedParameters::UpdateParameters()
         return AaxAdapter_Parameters::UpdateParameters();
     if (!HearsParameters())
         return;
-    for (long i = 0; i < std::min(ParameterCount(), Plugin()->GetNumParameters()); ++i)
+    for (long i = 0; i < PluginParameterCount(); ++i)
         if (const float value = Plugin()->GetParameter(i); !mGestures.IsKnown(i, value))
             SetParameter(i, value);
 }

@@ -1,6 +1,7 @@
 #include "Source/features/CGestures.h"
 
 #include "Libs/AAXLibrary/source/AAX_CallHost.h"
+#include "Source/CPluginParameter.h"
 #include "Source/ParameterId.h"
 
 void CGestures::Attach(AAX_IAutomationDelegate& inHost, std::size_t inParameters)
@@ -45,7 +46,8 @@ void CGestures::NoteKnown(long inIndex, float inValue) noexcept
 bool CGestures::IsKnown(long inIndex, float inValue) const noexcept
 {
     const SParameter* const parameter = Find(inIndex);
-    return parameter != nullptr && parameter->mKnown.load(std::memory_order_relaxed) == inValue;
+    const auto requested = static_cast<float>(CPluginParameter::AsRequested(static_cast<double>(inValue)));
+    return parameter != nullptr && parameter->mKnown.load(std::memory_order_relaxed) == requested;
 }
 
 AAX_Result CGestures::PostTouchRequest(AAX_CParamID inId)

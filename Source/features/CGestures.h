@@ -25,6 +25,7 @@ public:
 
     /** The host knows this value of a parameter of the plug-in. Normalized. */
     void NoteKnown(long inIndex, float inValue) noexcept;
+    /** @param inValue as the plug-in has it, which may be out of range. */
     bool IsKnown(long inIndex, float inValue) const noexcept;
 
     AAX_Result PostSetValueRequest(AAX_CParamID inId, double inNormalizedValue) const override;
