@@ -130,6 +130,8 @@ protected:
 
     /** Gives the AAX parameter a value of the host, and counts the change. */
     void KeepUpdate(AAX_CParamID inId, double inValue);
+    /** Samples, as the host knows it. */
+    std::int64_t ToldLatency() const { return mToldLatency; }
     /** Tells the host of the plug-in's latency where it is another one now. */
     void RefreshLatency();
     /** Closes it, and its editor before. */
@@ -148,6 +150,7 @@ protected:
         return mPluginParameters[static_cast<std::size_t>(inIndex)].IsWaiting();
     }
     CVst2Plugin* Plugin() const { return mPlugin; }
+    long HostOutputChannels() const { return mHostOutputChannels; }
     IAttachedEditor* AttachedEditor() const { return mEditor; }
     float SampleRate() const { return mSampleRate; }
 

@@ -24,7 +24,8 @@ SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
 {
     const SStemLayout layout = StemLayoutOfPorts(inPlugin.InputPorts(), inPlugin.OutputPorts());
     return {layout.InputChannelCount(), layout.OutputChannelCount(),
-            inPlugin.AcceptedMidiAtLoad() || kMidiInput, kProductFeatures.mMidiOutput && SendsMidi(inPlugin)};
+            inPlugin.AcceptedMidiAtLoad() || kMidiInput, kProductFeatures.mMidiOutput && SendsMidi(inPlugin),
+            AAX_StemChannelCount(layout.mOutputStem)};
 }
 
 void RememberDescription(const SDescribedShape& inShape)

@@ -10,6 +10,7 @@ struct SDescribedShape
     long mOutputChannels = 0; // of the main output stem and the auxiliary ones
     bool mHasInputNode = false;
     bool mHasOutputNode = false;
+    long mMainOutputChannels = 0; // of the main output stem alone
 };
 
 /** What a copy of the plug-in is described as. */

@@ -62,5 +62,7 @@ _aaxadapter_feature(PARAMETER_PROPERTIES mParameterProperties MEANING
     "Parameters have the plug-in's short names and steps, are automated only if they can be, and are renamed with it.")
 _aaxadapter_feature(GESTURES mGestures MEANING
     "A gesture of the plug-in is one touch, its values and one release.")
+_aaxadapter_feature(BYPASS mBypass MEANING
+    "Master bypass passes the input on, as late as the plug-in's output and without a click.")
 _aaxadapter_feature(OUTPUT_NAMES mOutputNames MEANING
     "Auxiliary outputs are called as the plug-in calls them.")

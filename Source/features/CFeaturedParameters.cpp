@@ -78,6 +78,10 @@ void CFeaturedParameters::PluginStarted(const SDescribedShape& inShape)
         mMidiOutput.Prepare();
     if (kProductFeatures.mHostAnswers)
         (void)Plugin()->Dispatch(effStartProcess); // the interface gives the result no meaning
+    mBypassesItself = kProductFeatures.mBypass && Plugin()->CanDo("bypass");
+    mMostAtOnce.store(kBlockSizeFrames, std::memory_order_relaxed);
+    mBypass.Configure(static_cast<double>(SampleRate()), static_cast<std::int32_t>(inShape.mInputChannels),
+                      static_cast<std::int32_t>(inShape.mMainOutputChannels));
     mAnswersAutomation = kProductFeatures.mParameterProperties &&
                          AnswersAutomation(*Plugin(), std::min(Plugin()->GetNumParameters(), kMaxParameters));
 }
@@ -125,14 +129,31 @@ AAX_Result CFeaturedParameters::TimerWakeup()
 {
     if (kProductFeatures.mLatency)
         RefreshLatency();
+    mBypass.Beat();
     (void)AAX_Contained( // a plug-in that throws here is seen to again when it asks
         [this]
         {
             GiveIdleTime();
             TellNewNames();
+            mBypass.SetLatency(ToldLatency());
             return kAAX_Success;
         });
     return AaxAdapter_Parameters::TimerWakeup();
+}
+
+void CFeaturedParameters::SwitchBypass(bool inIsOn)
+{
+    if (Plugin() == nullptr)
+        return;
+    if (mBypassesItself)
+    {
+        (void)Plugin()->Dispatch(effSetBypass, 0, inIsOn ? 1 : 0); // it has said that it can
+        return;
+    }
+    mBypass.SetLatency(ToldLatency());
+    mBypass.Switch(inIsOn);
+    if (inIsOn)
+        mMostAtOnce.store(0, std::memory_order_relaxed);
 }
 
 void CFeaturedParameters::GiveIdleTime()
@@ -227,6 +248,21 @@ inline void CFeaturedParameters::RenderBlock(AAX_SInstrumentRenderInfo& ioInfo)
     RenderPlugin(ioInfo);
 }
 
+void CFeaturedParameters::RenderAround(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames)
+{
+    static_assert(kBlockSizeFrames <= CBypass::kMaxFrames);
+    mBypass.Take(ioInfo.mAudioInputs, inFrames.mFirst, inFrames.mCount);
+    try
+    {
+        RenderFitted(ioInfo, inFrames);
+    }
+    catch (...)
+    {
+        SilenceOutputs(ioInfo, 0, inFrames); // of the plug-in; the input is still passed on
+    }
+    mBypass.Mix(ioInfo.mAudioOutputs, static_cast<std::int32_t>(HostOutputChannels()), inFrames.mFirst);
+}
+
 void CFeaturedParameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
 {
     const std::int32_t frames = ioInfo->mNumSamples != nullptr ? *ioInfo->mNumSamples : 0;
@@ -248,7 +284,7 @@ void CFeaturedParameters::RenderAudio(AAX_SInstrumentRenderInfo* ioInfo)
         mMidiOutput.BeginBlock(frames);
     try
     {
-        if (static_cast<std::uint32_t>(frames) <= kBlockSizeFrames) [[likely]]
+        if (static_cast<std::uint32_t>(frames) <= mMostAtOnce.load(std::memory_order_relaxed)) [[likely]]
             RenderBlock(*ioInfo);
         else
             RenderParts(*ioInfo); // of a negative number there are none
@@ -276,7 +312,10 @@ void CFeaturedParameters::RenderParts(AAX_SInstrumentRenderInfo& ioInfo)
             mSysexInput.Forward(packets, static_cast<std::uint32_t>(first), end, *Plugin());
         else
             ForwardPacketsOf(part, isLast, packets);
-        RenderFitted(ioInfo, part);
+        if (mBypass.IsUsed())
+            RenderAround(ioInfo, part);
+        else
+            RenderFitted(ioInfo, part);
         if (kProductFeatures.mTime)
             mTransportTime.Advance(part.mCount, Host().TimeInfo());
         else

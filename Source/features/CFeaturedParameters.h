@@ -1,5 +1,6 @@
 #pragma once
 #include "Source/AaxAdapter_Parameters.h"
+#include "Source/features/CBypass.h"
 #include "Source/features/CGestures.h"
 #include "Source/features/CMidiOutput.h"
 #include "Source/features/CSysexInput.h"
@@ -67,8 +68,11 @@ private:
 
     void RenderBlock(AAX_SInstrumentRenderInfo& ioInfo);
     void RenderParts(AAX_SInstrumentRenderInfo& ioInfo);
+    /** A part of a block, with the bypass around the plug-in. */
+    void RenderAround(AAX_SInstrumentRenderInfo& ioInfo, SFrames inFrames);
     bool IsRendering() const noexcept;
     void GiveIdleTime();
+    void SwitchBypass(bool inIsOn);
     void TellNewNames();
     void TellNewName(long inIndex);
     void NoteKnownValues();
@@ -85,6 +89,11 @@ private:
     std::string mDirectory; // of the plug-in file
     mutable CValueTexts mValueTexts;
     CGestures mGestures;
+    CBypass mBypass;
+    // Frames of a block; larger ones are rendered in parts. None are whole once the bypass was on. The main
+    // thread writes.
+    std::atomic<std::uint32_t> mMostAtOnce{kBlockSizeFrames};
+    bool mBypassesItself = false;    // the plug-in does, when it is told to
     bool mAnswersAutomation = false; // the plug-in says which parameters can be automated
     // The thread that is in the render call; no thread between two. Written there, read by the plug-in's
     // calls.

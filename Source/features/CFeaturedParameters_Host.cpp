@@ -99,7 +99,16 @@ AAX_Result CFeaturedParameters::UpdateParameterNormalizedValue(AAX_CParamID inId
     // that at once.
     if (kProductFeatures.mParameterSync)
         KeepUpdate(inId, inValue);
-    return AaxAdapter_Parameters::UpdateParameterNormalizedValue(inId, inValue, inSource);
+    if (!kProductFeatures.mBypass || inId == nullptr || std::string_view(inId) != cDefaultMasterBypassID)
+        return AaxAdapter_Parameters::UpdateParameterNormalizedValue(inId, inValue, inSource);
+    return AAX_Contained(
+        [=, this]
+        {
+            SwitchBypass(inValue >= 0.5);
+            if (kProductFeatures.mLatency)
+                RefreshLatency();
+            return kAAX_Success;
+        });
 }
 
 // ---- Texts of values

@@ -201,6 +201,56 @@ std::string SeeGestures(SRig& ioRig)
     return seen;
 }
 
+/** The last sample of each output: the plug-in makes 0.25 or throws, the input is 0.5. */
+std::string SeeBypass(SRig& ioRig)
+{
+    std::string seen;
+    bool throws = false;
+    ioRig.Script().mShape.numOutputs = 4;
+    ioRig.Script().mShape.initialDelay = 100;
+    ioRig.Script().mResults[effCanDo] = 0;
+    ioRig.Script().mOnProcess = [&](ScriptedEffect&, float** inputs, float** outputs, std::int32_t frames)
+    {
+        for (int channel = 0; channel < 4; ++channel)
+            std::fill_n(outputs[channel], frames, 0.25F);
+        std::fill_n(inputs[0], frames, 0.125F);
+        if (throws)
+            throw 1;
+    };
+    ioRig.Open();
+    const auto bypass = [&](double value)
+    { EXPECT_EQ(ioRig.mInstance->UpdateParameter("MasterBypassID", value), kAAX_Success); };
+    const auto play = [&](std::int32_t frames)
+    {
+        for (std::size_t channel = 0; channel < ioRig.mCall->mInputs.size(); ++channel)
+            std::ranges::fill(ioRig.mCall->Input(channel), 0.5F);
+        ioRig.Render(frames);
+        for (std::size_t channel = 0; channel < ioRig.mCall->mOutputs.size(); ++channel)
+            seen +=
+                fmt::format("{:.3g} ", ioRig.mCall->Output(channel)[static_cast<std::size_t>(frames) - 1]);
+        seen.back() = ';';
+        seen += ' ';
+    };
+    bypass(1.0);
+    play(64);   // the input is not late enough yet
+    play(2048); // in parts
+    throws = true;
+    play(64);
+    throws = false;
+    bypass(0.0);
+    play(240);
+    play(240);
+    // Another instance, of a plug-in that can.
+    ioRig.Script().mResults[effCanDo] = 1;
+    ioRig.Script().mHooks[effSetBypass] = [&](ScriptedEffect&, const SDispatch& call)
+    { seen += fmt::format("told {}; ", call.mValue); };
+    ioRig.mCall.reset();
+    ioRig.mInstance = Expect(CInstance::Create(*ioRig.mModule, kHostedRate));
+    bypass(1.0);
+    bypass(0.0);
+    return seen;
+}
+
 std::string SeeOutputNames(SRig& ioRig)
 {
     ioRig.Script().mShape.numOutputs = 9;
@@ -229,6 +279,10 @@ const SFeatureRow kHostSideRows[] = {
     {"GESTURES", &SeeGestures,
      "1t 3v 0r 0u; 0t 0v 1r 0u; 1t 1v 1r 0u; 0t 0v 0r 0u; 1t 1v 1r 0u; 1t 0v 1r 0u; 0t 0v 1r 4u; ",
      "3t 3v 3r 0u; 0t 0v 0r 0u; 1t 1v 1r 0u; 0t 0v 0r 0u; 4t 4v 4r 0u; 0t 0v 0r 0u; 0t 0v 0r 4u; "},
+    {"BYPASS", &SeeBypass,
+     "0.25 0.25 0.25 0.25; 0.5 0.5 0 0; 0.5 0.5 0 0; 0.375 0.375 0.125 0.125; 0.25 0.25 0.25 0.25; told 1; "
+     "told 0; ",
+     "0.25 0.25 0.25 0.25; 0.25 0.25 0.25 0.25; 0 0 0 0; 0.25 0.25 0.25 0.25; 0.25 0.25 0.25 0.25; "},
     {"OUTPUT_NAMES", &SeeOutputNames,
      "Low tom; Out 5-6; Ger?t \xC3\xA4; Out 8; "
      "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx; ",

@@ -42,6 +42,13 @@ COutcome<std::vector<SParameterSetting>> ChooseParameters(CInstance& inInstance,
                                                           std::vector<SAutomationLane>& ioLanes)
 {
     std::vector<SParameterSetting> settings;
+    if (inOptions.mBypassAt)
+    {
+        const std::string bypass = inInstance.MasterBypassID();
+        if (bypass.empty())
+            return SProblem{"The module has no master bypass."};
+        ioLanes.push_back({bypass, CAutomationCurve::StepAt(*inOptions.mBypassAt)});
+    }
     if (inOptions.mSets.empty() && ioLanes.empty())
         return settings; // the instance is not asked for nothing
     const std::vector<SParameterInfo> parameters = inInstance.ListParameters();
@@ -331,6 +338,9 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
                      "PARAMETER=FILE.csv: move a parameter along a curve of lines seconds,value")
         ->allow_extra_args(false)
         ->check(Assignment());
+    command
+        ->add_option("--bypass-at", options->mBypassAt, "SECONDS: switch the master bypass on at that time")
+        ->check(NumberFrom(0.0, 86400.0));
     AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return Render(*options); }; });
 }

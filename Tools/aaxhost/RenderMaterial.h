@@ -31,6 +31,7 @@ struct SRenderOptions
     EAnswers mAnswers = EAnswers::Late;
     std::vector<std::string> mSets;        // PARAMETER=VALUE
     std::vector<std::string> mAutomations; // PARAMETER=FILE
+    std::optional<double> mBypassAt;       // seconds
 };
 
 /** What the files that the options name hold. */

@@ -80,6 +80,7 @@ void CPluginInspector::ReadIdentity()
     mFacts.mInputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.mOutputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.mSendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");
+    mFacts.mBypasses = mPlugin.CanDo("bypass");
     mFacts.mMidiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
 }
 

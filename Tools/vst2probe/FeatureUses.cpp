@@ -34,6 +34,9 @@ std::vector<SFeatureUse> FeatureUses(const SPluginFacts& inFacts)
                "It says more of its parameters than their names and values.",
                "It says no more of its parameters than their names and values."),
         choose("GESTURES", hasEditor, "It has an editor, in which people turn knobs.", "It has no editor."),
+        choose("BYPASS", inFacts.mOutputs > 0,
+               inFacts.mBypasses ? "It bypasses itself when it is told to." : "It does not bypass itself.",
+               "It makes no sound."),
         choose("OUTPUT_NAMES", inFacts.mOutputPorts.size() > 1, "It has more outputs than the main one.",
                "It has no output but the main one."),
     };

@@ -115,6 +115,7 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"midiBeforeOpen", inFacts.mMidiBeforeOpen},
                    {"midiAfterOpen", inFacts.mMidiAfterOpen},
                    {"sendsMidi", inFacts.mSendsMidi},
+                   {"bypasses", inFacts.mBypasses},
                    {"asksTime", inFacts.mAsksTime},
                    {"asksAboutHost", inFacts.mAsksAboutHost},
                    {"asksIdle", inFacts.mAsksIdle},
@@ -145,6 +146,7 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     inJson.at("midiBeforeOpen").get_to(outFacts.mMidiBeforeOpen);
     inJson.at("midiAfterOpen").get_to(outFacts.mMidiAfterOpen);
     inJson.at("sendsMidi").get_to(outFacts.mSendsMidi);
+    inJson.at("bypasses").get_to(outFacts.mBypasses);
     inJson.at("asksTime").get_to(outFacts.mAsksTime);
     inJson.at("asksAboutHost").get_to(outFacts.mAsksAboutHost);
     inJson.at("asksIdle").get_to(outFacts.mAsksIdle);

@@ -46,6 +46,7 @@ struct SPluginFacts
     bool mMidiBeforeOpen = false;
     bool mMidiAfterOpen = false;
     bool mSendsMidi = false; // says that it can
+    bool mBypasses = false;  // as above
     // What it asked its host for until its last block.
     bool mAsksTime = false;
     bool mAsksAboutHost = false; // rate, block size, abilities and the like

@@ -86,6 +86,7 @@ TEST(ProductChoice, EachFeatureIsUsedForAReason)
     facts.mLatencyAfterBlocks = 64;
     facts.mFlags = effFlagsHasEditor | effFlagsProgramChunks;
     facts.mPrograms = {"One", "Two"};
+    facts.mOutputs = 4;
     facts.mOutputPorts.resize(2);
     facts.mParameters.resize(1);
     facts.mMidiAfterOpen = facts.mSendsMidi = facts.mDescribesParameters = true;

@@ -92,11 +92,10 @@ std::uint32_t CSequence::Next() noexcept
 
 std::vector<std::string> AutomatableParameters(CInstance& inInstance)
 {
-    CHostString bypass;
-    (void)inInstance.Parameters().GetMasterBypassParameter(&bypass); // no answer: there is none
+    const std::string bypass = inInstance.MasterBypassID();
     std::vector<std::string> list;
     for (const SParameterInfo& info : inInstance.ListParameters())
-        if (info.mAutomatable && info.mID != bypass.Text())
+        if (info.mAutomatable && info.mID != bypass)
             list.push_back(info.mID);
     return list;
 }

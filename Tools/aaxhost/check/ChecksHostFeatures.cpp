@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
+#include "Tools/aaxhost/check/Comparison.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/CHostString.h"
@@ -140,6 +141,77 @@ SFinding Gestures(CCheckContext& ioContext)
     return SFinding::Passed();
 }
 
+// ---- Bypass
+
+constexpr double kSecondsOfBypass = 0.5;
+
+void SwitchBypass(CDirectRig& ioRig, bool inIsOn)
+{
+    (void)ioRig.Plugin().Dispatch(effSetBypass, 0, inIsOn ? 1 : 0); // it says that it can
+}
+
+void SwitchBypass(CRig& ioRig, bool inIsOn)
+{
+    (void)ioRig.Instance().UpdateParameter(ioRig.Instance().MasterBypassID(), inIsOn ? 1.0 : 0.0);
+}
+
+template <class Rig>
+void PlayWith(Rig& ioRig, bool inIsBypassed)
+{
+    ioRig.Play(kSecondsOfBypass);
+    SwitchBypass(ioRig, inIsBypassed);
+    ioRig.Play(kSecondsOfBypass);
+    SwitchBypass(ioRig, false);
+    ioRig.Play(kSecondsOfBypass);
+}
+
+SFinding BypassByTheModule(CCheckContext& ioContext)
+{
+    CRig rig(ioContext);
+    rig.Play(kSecondsOfBypass);
+    SwitchBypass(rig, true);
+    rig.Play(kSecondsOfBypass);
+    const std::int64_t latency = rig.Instance().Host().Controller().State().mSignalLatency;
+    rig.RenderFrames(latency, 512); // until the input is heard
+    const std::int64_t start = rig.Position();
+    rig.Record();
+    rig.Play(kSecondsOfBypass);
+    const auto main = static_cast<std::size_t>(rig.Instance().MainOutputChannels());
+    const SignalSource input = Noise(0.25F); // of `Play`
+    for (std::size_t channel = 0; channel < rig.Recording().size(); ++channel)
+    {
+        const bool isHeard = channel < main && rig.Inputs() > 0;
+        const std::vector<float>& heard = rig.Recording()[channel];
+        for (std::size_t i = 0; i < heard.size(); ++i)
+        {
+            const std::int64_t frame = start + static_cast<std::int64_t>(i) - latency;
+            const float wanted = isHeard ? input(frame, std::min(channel, rig.Inputs() - 1)) : 0.0F;
+            if (heard[i] != wanted)
+                return SFinding::Failed(fmt::format(
+                    "Bypassed, channel {} has {} where the input of {} frames ago is {}, at frame {}.",
+                    channel + 1, heard[i], latency, wanted, start + static_cast<std::int64_t>(i)));
+        }
+    }
+    return SFinding::Passed();
+}
+
+SFinding Bypass(CCheckContext& ioContext)
+{
+    ioContext.NeedFeature("BYPASS");
+    const SServices services = ServicesOf(ioContext);
+    const SStart start = StartOf(ioContext);
+    if (!CDirectRig(ioContext, services, start).Plugin().CanDo("bypass"))
+        return BypassByTheModule(ioContext);
+    const auto around = [](auto& rig) { PlayWith(rig, true); };
+    const auto through = [](auto& rig) { PlayWith(rig, false); };
+    return Compare({[&] { return HearPlugin(ioContext, services, start, around); },
+                    [&] { return HearPlugin(ioContext, services, start, through); },
+                    [&] { return HearModule(ioContext, around); },
+                    "The plug-in says that it bypasses itself, and sounds the same when it is told to.",
+                    "Bypassed, the module is not as the plug-in called directly that is told to bypass "
+                    "itself"});
+}
+
 SFinding OutputNames(CCheckContext& ioContext)
 {
     ioContext.NeedFeature("OUTPUT_NAMES");
@@ -174,6 +246,7 @@ std::span<const SCheck> HostFeatureChecks()
          "says.",
          1, &ParameterProperties},
         {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1, &Gestures},
+        {"features.bypass", "BYPASS: the input is passed on, as late as the plug-in's output.", 1, &Bypass},
         {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,
          &OutputNames},
     };

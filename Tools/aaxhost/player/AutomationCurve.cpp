@@ -27,6 +27,11 @@ COutcome<CAutomationCurve> CAutomationCurve::ReadFile(const std::string& inPath)
     return CAutomationCurve(std::move(*points));
 }
 
+CAutomationCurve CAutomationCurve::StepAt(double inSeconds)
+{
+    return CAutomationCurve({{inSeconds, 0.0}, {inSeconds, 1.0}});
+}
+
 double CAutomationCurve::ValueAt(double inSeconds) const
 {
     const auto after =

@@ -116,6 +116,13 @@ void CInstance::CloseGUI()
     mGUI.Reset();
 }
 
+std::string CInstance::MasterBypassID()
+{
+    CHostString id;
+    (void)mParameters->GetMasterBypassParameter(&id); // no answer: there is none
+    return id.Text();
+}
+
 std::vector<SParameterInfo> CInstance::ListParameters()
 {
     // What the module leaves unanswered stays as it is: this lists, it does not judge.

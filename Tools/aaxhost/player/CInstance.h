@@ -61,6 +61,8 @@ public:
     void CloseGUI();
 
     std::vector<SParameterInfo> ListParameters();
+    /** The identifier of the master bypass; empty where there is none. */
+    std::string MasterBypassID();
     bool HasParameter(const std::string& inID);
     /**
      * What a host does once in each cycle of its main thread: answers what the module asked for, then has it
