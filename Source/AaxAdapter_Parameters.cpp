@@ -10,7 +10,6 @@
 #include "Libs/AAXLibrary/source/AAX_IPacketHandler.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Source/AaxAdapter_Product.h"
-#include "Source/CClearedFlag.h"
 #include "Source/DescribedShape.h"
 #include "Source/IAttachedEditor.h"
 #include "Source/ParameterId.h"
@@ -120,7 +119,7 @@ AAX_Result AaxAdapter_Parameters::RemoveParameters()
 
 AAX_Result AaxAdapter_Parameters::EffectInit()
 {
-    const CClearedFlag notReady(mReady);
+    const CClearedFlag notReady = IgnoredReports();
     mHasParameters.store(false);
     const AAX_Result result = AAX_Contained(
         [this]
@@ -128,6 +127,7 @@ AAX_Result AaxAdapter_Parameters::EffectInit()
             LoadWrappedPlugin();
             AddPluginParameters();
             AddOwnParameters();
+            AddLastParameters();
             RegisterPackets();
             mHasParameters.store(true, std::memory_order_release);
             return kAAX_Success;

@@ -1,6 +1,7 @@
 #pragma once
 #include "Source/AAX_CInstrumentParameters.h"
 #include "Source/CChannelExtension.h"
+#include "Source/CClearedFlag.h"
 #include "Source/CNotedAutomation.h"
 #include "Source/CPluginParameter.h"
 #include "Source/plugins/CVst2Host.h"
@@ -13,6 +14,7 @@
 #include <span>
 #include <vector>
 
+class AAX_CChunkDataParser;
 class AAX_CPacket;
 class CVst2Plugin;
 class IAttachedEditor;
@@ -117,6 +119,8 @@ protected:
     virtual bool IsAutomatable(long /*inIndex*/) const { return true; }
     /** One of the plug-in's parameters, before the host sees it. */
     virtual void DescribeParameter(long /*inIndex*/, AAX_IParameter& /*ioParameter*/) const {}
+    /** The plug-in's parameters and the module's own are there; more may follow. */
+    virtual void AddLastParameters() {}
     /** What the parameters' requests go through. @param inHost what they end at. */
     virtual AAX_IAutomationDelegate& AutomationFor(AAX_IAutomationDelegate& inHost) { return inHost; }
     /** The plug-in's reports are heard no more, and the parameters go. */
@@ -125,9 +129,15 @@ protected:
     virtual std::int64_t PluginLatency() const;
     /** Gives the plug-in a saved chunk and, where it is not negative, the program that was saved with it. */
     virtual void RestorePlugin(std::span<const char> inData, std::int32_t inProgram);
+    /** Gives the plug-in the values that a controls chunk holds; what it reports meanwhile reaches nobody. */
+    virtual void RestoreControls(AAX_CChunkDataParser& ioSaved);
+    /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
+    virtual void MirrorPluginValues() const;
 
     // ---- What they use.
 
+    /** While it lives, what the plug-in reports reaches nobody: it is read afterwards. */
+    [[nodiscard]] CClearedFlag IgnoredReports() { return CClearedFlag(mReady); }
     /** Gives the AAX parameter a value of the host, and counts the change. */
     void KeepUpdate(AAX_CParamID inId, double inValue);
     /** Samples, as the host knows it. */
@@ -191,12 +201,8 @@ private:
     AAX_Result SavePluginChunk(AAX_SPlugInChunk& outChunk) const;
     AAX_Result LoadPluginChunk(const AAX_SPlugInChunk& inChunk);
     AAX_Result LoadControls(const AAX_SPlugInChunk& inChunk);
-    /** Gives the plug-in the values that a controls chunk holds. */
-    void GiveControls(AAX_CChunkDataParser& ioSaved);
     /** Tells the host where the plug-in has made another value of one that it was given. */
     void TellOtherControls(AAX_CChunkDataParser& ioSaved);
-    /** Gives the AAX parameters the values that the plug-in has; the plug-in is not called back. */
-    void MirrorPluginValues() const;
     void LookAfterRequests();
     /** Tells the host of a value that the plug-in has. */
     void Report(long inIndex, float inValue);

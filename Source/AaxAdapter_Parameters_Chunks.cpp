@@ -2,7 +2,6 @@
 #include "Libs/AAXLibrary/source/AAX_CChunkDataParser.h"
 #include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Source/AaxAdapter_Parameters.h"
-#include "Source/CClearedFlag.h"
 #include "Source/ParameterId.h"
 #include "Source/plugins/CVst2Plugin.h"
 
@@ -148,7 +147,10 @@ AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
     saved.LoadChunk(&inChunk);
     // The plug-in gets the values first, then the host is asked to set them. A host may answer late or never,
     // and it may look at the state meanwhile: it finds it whole.
-    GiveControls(saved);
+    {
+        const CClearedFlag notReady = IgnoredReports();
+        RestoreControls(saved);
+    }
     MirrorPluginValues();
     mHasRequests.store(true, std::memory_order_relaxed);
     RequestSavedValues(saved);
@@ -156,9 +158,8 @@ AAX_Result AaxAdapter_Parameters::LoadControls(const AAX_SPlugInChunk& inChunk)
     return kAAX_Success;
 }
 
-void AaxAdapter_Parameters::GiveControls(AAX_CChunkDataParser& ioSaved)
+void AaxAdapter_Parameters::RestoreControls(AAX_CChunkDataParser& ioSaved)
 {
-    const CClearedFlag notReady(mReady); // what the plug-in reports meanwhile is read when it is done
     const long count = PluginParameterCount();
     for (long i = 0; i < count; ++i)
     {
@@ -187,7 +188,7 @@ void AaxAdapter_Parameters::TellOtherControls(AAX_CChunkDataParser& ioSaved)
 AAX_Result AaxAdapter_Parameters::LoadPluginChunk(const AAX_SPlugInChunk& inChunk)
 {
     {
-        const CClearedFlag notReady(mReady); // what it reports meanwhile is read below
+        const CClearedFlag notReady = IgnoredReports();
         const SSavedChunk saved = SplitTrailer(DataOf(inChunk));
         RestorePlugin(saved.mPluginData, saved.mProgram);
     }

@@ -64,5 +64,7 @@ _aaxadapter_feature(GESTURES mGestures MEANING
     "A gesture of the plug-in is one touch, its values and one release.")
 _aaxadapter_feature(BYPASS mBypass MEANING
     "Master bypass passes the input on, as late as the plug-in's output and without a click.")
+_aaxadapter_feature(PROGRAMS mPrograms MEANING
+    "The plug-in's programs are a parameter of the host, the last one.")
 _aaxadapter_feature(OUTPUT_NAMES mOutputNames MEANING
     "Auxiliary outputs are called as the plug-in calls them.")

@@ -88,6 +88,7 @@ void CFeaturedParameters::PluginStarted(const SDescribedShape& inShape)
 
 void CFeaturedParameters::PluginEnds()
 {
+    mPrograms.Detach();
     if (kProductFeatures.mHostAnswers)
         (void)Plugin()->Dispatch(effStopProcess);
 }
@@ -135,6 +136,7 @@ AAX_Result CFeaturedParameters::TimerWakeup()
         {
             GiveIdleTime();
             TellNewNames();
+            FollowPrograms();
             mBypass.SetLatency(ToldLatency());
             return kAAX_Success;
         });

@@ -3,6 +3,7 @@
 #include "Source/features/CBypass.h"
 #include "Source/features/CGestures.h"
 #include "Source/features/CMidiOutput.h"
+#include "Source/features/CPrograms.h"
 #include "Source/features/CSysexInput.h"
 #include "Source/features/CTransportTime.h"
 #include "Source/features/CValueTexts.h"
@@ -45,6 +46,8 @@ public:
                                        std::int32_t inMaxLength) const override;
     AAX_Result GetParameterValueFromString(AAX_CParamID inId, double* outValue,
                                            const AAX_IString& inText) const override;
+    /** A program that the chunk does not hold counts as equal. */
+    AAX_Result CompareActiveChunk(const AAX_SPlugInChunk* inChunk, AAX_CBoolean* outIsEqual) const override;
     AAX_Result SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk) override;
     void UpdateParameters() override;
 
@@ -61,10 +64,13 @@ private:
     void PluginEnds() override;
     bool IsAutomatable(long inIndex) const override;
     void DescribeParameter(long inIndex, AAX_IParameter& ioParameter) const override;
+    void AddLastParameters() override;
     AAX_IAutomationDelegate& AutomationFor(AAX_IAutomationDelegate& inHost) override;
     void ParametersEnd() override;
     std::int64_t PluginLatency() const override;
     void RestorePlugin(std::span<const char> inData, std::int32_t inProgram) override;
+    void RestoreControls(AAX_CChunkDataParser& ioSaved) override;
+    void MirrorPluginValues() const override;
 
     void RenderBlock(AAX_SInstrumentRenderInfo& ioInfo);
     void RenderParts(AAX_SInstrumentRenderInfo& ioInfo);
@@ -73,6 +79,9 @@ private:
     bool IsRendering() const noexcept;
     void GiveIdleTime();
     void SwitchBypass(bool inIsOn);
+    void FollowPrograms();
+    void ChooseProgram(double inValue);
+    void GiveChosenProgram();
     void TellNewNames();
     void TellNewName(long inIndex);
     void NoteKnownValues();
@@ -89,6 +98,7 @@ private:
     std::string mDirectory; // of the plug-in file
     mutable CValueTexts mValueTexts;
     CGestures mGestures;
+    CPrograms mPrograms;
     CBypass mBypass;
     // Frames of a block; larger ones are rendered in parts. None are whole once the bypass was on. The main
     // thread writes.

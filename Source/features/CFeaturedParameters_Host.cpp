@@ -99,12 +99,17 @@ AAX_Result CFeaturedParameters::UpdateParameterNormalizedValue(AAX_CParamID inId
     // that at once.
     if (kProductFeatures.mParameterSync)
         KeepUpdate(inId, inValue);
-    if (!kProductFeatures.mBypass || inId == nullptr || std::string_view(inId) != cDefaultMasterBypassID)
+    const std::string_view id = inId != nullptr ? inId : "";
+    const bool isProgram = mPrograms.AreThere() && id == CPrograms::kID;
+    if (!isProgram && !(kProductFeatures.mBypass && id == cDefaultMasterBypassID))
         return AaxAdapter_Parameters::UpdateParameterNormalizedValue(inId, inValue, inSource);
     return AAX_Contained(
         [=, this]
         {
-            SwitchBypass(inValue >= 0.5);
+            if (isProgram)
+                ChooseProgram(inValue);
+            else
+                SwitchBypass(inValue >= 0.5);
             if (kProductFeatures.mLatency)
                 RefreshLatency();
             return kAAX_Success;

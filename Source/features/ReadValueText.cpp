@@ -13,8 +13,9 @@ namespace
 constexpr std::size_t kMostBytes = 256;
 /** The interface has room for 8 characters; plug-ins write more, without an end too. */
 constexpr std::size_t kRoom = 16384;
+} // namespace
 
-std::string ReadText(const CVst2Plugin& inPlugin, std::int32_t inOpcode, long inIndex)
+std::string ReadPluginText(const CVst2Plugin& inPlugin, std::int32_t inOpcode, long inIndex)
 {
     std::array<char, kRoom> text;
     const auto shown = text.begin() + kMostBytes;
@@ -23,12 +24,11 @@ std::string ReadText(const CVst2Plugin& inPlugin, std::int32_t inOpcode, long in
     (void)inPlugin.Dispatch(inOpcode, static_cast<std::int32_t>(inIndex), 0, text.data());
     return CleanText({text.begin(), std::find(text.begin(), shown, '\0')});
 }
-} // namespace
 
 std::string ReadValueText(const CVst2Plugin& inPlugin, long inIndex)
 {
-    std::string text = ReadText(inPlugin, effGetParamDisplay, inIndex);
-    const std::string unit = ReadText(inPlugin, effGetParamLabel, inIndex);
+    std::string text = ReadPluginText(inPlugin, effGetParamDisplay, inIndex);
+    const std::string unit = ReadPluginText(inPlugin, effGetParamLabel, inIndex);
     if (!text.empty() && !unit.empty())
         text += ' ';
     return text + unit;

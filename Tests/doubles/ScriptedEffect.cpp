@@ -29,6 +29,8 @@ constexpr SOpcode kOpcodes[] = {
     {"effClose", effClose, EArgument::kNone},
     {"effSetProgram", effSetProgram, EArgument::kValue},
     {"effGetProgram", effGetProgram, EArgument::kNone},
+    {"effBeginSetProgram", effBeginSetProgram, EArgument::kNone},
+    {"effEndSetProgram", effEndSetProgram, EArgument::kNone},
     {"effSetProgramName", effSetProgramName, EArgument::kNone},
     {"effGetParamLabel", effGetParamLabel, EArgument::kIndex},
     {"effGetParamDisplay", effGetParamDisplay, EArgument::kIndex},

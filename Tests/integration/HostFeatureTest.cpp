@@ -144,8 +144,9 @@ std::string SeeParameterProperties(SRig& ioRig)
 std::string SeeGestures(SRig& ioRig)
 {
     ioRig.Script().mParameters = {0.25F, 0.5F};
-    ioRig.Script().mShape.numPrograms = 2;
+    ioRig.Script().mShape.numPrograms = 1;
     ioRig.Open();
+    ioRig.Effect().Effect().numPrograms = 2; // since when changes of all values are heard of
     std::string seen;
     const auto look = [&]
     {
@@ -251,6 +252,69 @@ std::string SeeBypass(SRig& ioRig)
     return seen;
 }
 
+/** Each program has a value of its own for the one parameter. */
+void GivePrograms(SPluginScript& ioScript)
+{
+    ioScript.mShape.flags = 0; // no chunk
+    ioScript.mParameters = {0.0F};
+    ioScript.mHooks[effSetProgram] = [](ScriptedEffect& effect, const SDispatch& call)
+    { effect.Parameters()[0] = 0.25F * static_cast<float>(call.mValue); };
+    std::int32_t number = 0;
+    for (const char* name :
+         {"Init", " Bass\x01", "", "Organ, which has a name of more than thirty characters"})
+        ioScript.mTexts[{effGetProgramNameIndexed, number++}] = name;
+}
+
+/** As its editor does. */
+void ChooseInPlugin(SRig& ioRig, VstIntPtr inProgram)
+{
+    AEffect& effect = ioRig.Effect().Effect();
+    (void)effect.dispatcher(&effect, effSetProgram, 0, inProgram, nullptr, 0.0F);
+    (void)ioRig.Script().TakeLog();
+}
+
+std::string SeePrograms(SRig& ioRig)
+{
+    GivePrograms(ioRig.Script());
+    ioRig.Open();
+    std::string seen;
+    const auto look = [&]
+    {
+        EXPECT_EQ(ioRig.mInstance->RunCycle(), kAAX_Success);
+        for (const std::string& line : ioRig.Script().TakeLog())
+            if (line.find("SetProgram") != std::string::npos)
+                seen += line + ", ";
+        const SParameterInfo last = ioRig.mInstance->ListParameters().back();
+        seen += fmt::format("{} of {}{}: {}, {} by {}; ", last.mID, last.mSteps,
+                            last.mDiscrete ? "" : " or so", last.mValueText, ioRig.Effect().Parameters()[0],
+                            ioRig.mLog.Count("PostSetValueRequest"));
+        ioRig.mLog.Clear();
+    };
+    look();
+    EXPECT_EQ(ioRig.mInstance->UpdateParameter("Program", 1.0 / 3.0), kAAX_Success);
+    EXPECT_EQ(ioRig.mInstance->UpdateParameter("Program", 1.0 / 3.0), kAAX_Success);
+    look();
+    ChooseInPlugin(ioRig, 2);
+    ioRig.Beat();
+    look();
+    for (const char* typed : {"Bass", "4", "5", "Drums"})
+    {
+        double value = -1.0;
+        (void)ioRig.mInstance->Parameters().GetParameterValueFromString("Program", &value,
+                                                                        CHostString(typed));
+        seen += fmt::format("{:.3g}, ", value);
+    }
+    ioRig.Effect().Parameters()[0] = 0.875F; // an edit of the program
+    const SInstanceState saved = Expect(TakeState(*ioRig.mModule, *ioRig.mInstance));
+    EXPECT_EQ(ioRig.mInstance->UpdateParameter("Program", 1.0), kAAX_Success);
+    look();
+    const CStateChunk& controls = saved.mChunks.front();
+    EXPECT_EQ(ioRig.mInstance->Parameters().SetChunk(controls.Record().mChunkID, &controls.Record()),
+              kAAX_Success);
+    look();
+    return seen;
+}
+
 std::string SeeOutputNames(SRig& ioRig)
 {
     ioRig.Script().mShape.numOutputs = 9;
@@ -283,6 +347,15 @@ const SFeatureRow kHostSideRows[] = {
      "0.25 0.25 0.25 0.25; 0.5 0.5 0 0; 0.5 0.5 0 0; 0.375 0.375 0.125 0.125; 0.25 0.25 0.25 0.25; told 1; "
      "told 0; ",
      "0.25 0.25 0.25 0.25; 0.25 0.25 0.25 0.25; 0 0 0 0; 0.25 0.25 0.25 0.25; 0.25 0.25 0.25 0.25; "},
+    {"PROGRAMS", &SeePrograms,
+     "Program of 4: Init, 0 by 0; "
+     "effBeginSetProgram, effSetProgram 1, effEndSetProgram, Program of 4: Bass, 0.25 by 1; "
+     "Program of 4: 3, 0.5 by 2; 0.333, 1, -1, -1, "
+     "effBeginSetProgram, effSetProgram 3, effEndSetProgram, "
+     "Program of 4: Organ, which has a name of more than thirty characters, 0.75 by 1; "
+     "effBeginSetProgram, effSetProgram 2, effEndSetProgram, Program of 4: 3, 0.875 by 3; ",
+     "Gain of 55 or so: 1.00, 0 by 0; Gain of 55 or so: 1.00, 0 by 0; Gain of 55 or so: 1.00, 0.5 by 0; "
+     "-1, -1, -1, -1, Gain of 55 or so: 1.00, 0.875 by 0; Gain of 55 or so: 1.00, 0.875 by 2; "},
     {"OUTPUT_NAMES", &SeeOutputNames,
      "Low tom; Out 5-6; Ger?t \xC3\xA4; Out 8; "
      "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx; ",
@@ -318,6 +391,43 @@ TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
     }
 }
 
+TEST(Features, AProgramIsTheHostsAndThePluginsWithAnyKindOfHost)
+{
+    for (const EAnswers answers : kAllAnswers)
+    {
+        SCOPED_TRACE(NameOfAnswers(answers));
+        SRig rig(ModuleWith("PROGRAMS"));
+        GivePrograms(rig.Script());
+        rig.Open();
+        rig.mInstance->Host().Automation().SetAnswers(answers);
+        const auto expect = [&](VstIntPtr program)
+        {
+            for (int i = 0; i < 2; ++i)
+            {
+                EXPECT_EQ(rig.mInstance->RunCycle(), kAAX_Success);
+                rig.Beat();
+            }
+            AEffect& effect = rig.Effect().Effect();
+            EXPECT_EQ(effect.dispatcher(&effect, effGetProgram, 0, 0, nullptr, 0.0F), program);
+            double told = -1.0;
+            (void)rig.mInstance->Parameters().GetParameterNormalizedValue("Program", &told);
+            EXPECT_EQ(told, static_cast<double>(program) / 3.0);
+        };
+        for (const VstIntPtr program : {1, 2, 1, 3}) // ahead of any answer
+        {
+            ChooseInPlugin(rig, program);
+            rig.Beat();
+        }
+        expect(3);
+        EXPECT_EQ(std::ranges::count(rig.Script().TakeLog(), "effBeginSetProgram"),
+                  0); // the host only answers
+        ChooseInPlugin(rig, 2);
+        rig.Beat();
+        EXPECT_EQ(rig.mInstance->UpdateParameter("Program", 1.0 / 3.0), kAAX_Success); // the host is newer
+        expect(answers == EAnswers::AtOnce ? 1 : 2);
+    }
+}
+
 TEST(Features, APluginThatDeniesAutomationOfEverythingWasNotMadeToAnswer)
 {
     SRig rig(ModuleWith("PARAMETER_PROPERTIES"));
@@ -330,15 +440,20 @@ TEST(Features, APluginThatDeniesAutomationOfEverythingWasNotMadeToAnswer)
 
 TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
 {
-    const auto open = [](SRig& rig)
+    std::int32_t flags = 0;
+    const auto open = [&](SRig& rig)
     {
         rig.Script().mParameters = {0.25F, 0.5F};
+        rig.Script().mShape.flags = flags;
         rig.Open();
     };
-    for (const auto& [from, to] :
-         {std::pair(kOptionsModule, ModuleWith("ALL")), std::pair(ModuleWith("ALL"), kOptionsModule)})
+    for (const auto& [from, to, kind] : {std::tuple(kOptionsModule, ModuleWith("ALL"), 0),
+                                         {ModuleWith("ALL"), kOptionsModule, 0},
+                                         {kOptionsModule, ModuleWith("ALL"), effFlagsProgramChunks},
+                                         {ModuleWith("ALL"), kOptionsModule, effFlagsProgramChunks}})
     {
-        SCOPED_TRACE(from);
+        SCOPED_TRACE(fmt::format("{} to {}, {}", from.string(), to.string(), kind));
+        flags = kind;
         SRig saving(from);
         open(saving);
         EXPECT_EQ(saving.mInstance->SetParameter("00001", 0.75), kAAX_Success);
@@ -352,8 +467,14 @@ TEST(Features, SongsGoBetweenProductsWithAndWithoutThem)
             EXPECT_EQ(loading.mInstance->Parameters().SetChunk(chunk.Record().mChunkID, &chunk.Record()),
                       kAAX_Success);
             EXPECT_EQ(loading.mInstance->RunCycle(), kAAX_Success);
+            AAX_CBoolean isEqual = 0; // what the compare light shows
+            EXPECT_EQ(loading.mInstance->Parameters().CompareActiveChunk(&chunk.Record(), &isEqual),
+                      kAAX_Success);
+            EXPECT_NE(isEqual, 0);
         }
         EXPECT_EQ(loading.Effect().Parameters(), saving.Effect().Parameters());
+        if (kind == 0)
+            continue; // the controls have the program as well, where the product knows it
         EXPECT_EQ(StateOf(*loading.mModule, *loading.mInstance), StateOf(*saving.mModule, *saving.mInstance));
     }
 }

@@ -37,6 +37,8 @@ std::vector<SFeatureUse> FeatureUses(const SPluginFacts& inFacts)
         choose("BYPASS", inFacts.mOutputs > 0,
                inFacts.mBypasses ? "It bypasses itself when it is told to." : "It does not bypass itself.",
                "It makes no sound."),
+        choose("PROGRAMS", inFacts.mPrograms.size() >= 2,
+               fmt::format("It has {} programs.", inFacts.mPrograms.size()), "It has no choice of programs."),
         choose("OUTPUT_NAMES", inFacts.mOutputPorts.size() > 1, "It has more outputs than the main one.",
                "It has no output but the main one."),
     };

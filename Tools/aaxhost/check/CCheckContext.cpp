@@ -90,12 +90,29 @@ std::uint32_t CSequence::Next() noexcept
     return mState;
 }
 
-std::vector<std::string> AutomatableParameters(CInstance& inInstance)
+namespace
 {
-    const std::string bypass = inInstance.MasterBypassID();
+bool IsPlugins(const SParameterInfo& inInfo)
+{
+    return std::ranges::all_of(
+        inInfo.mID, [](char c) { return c >= '0' && c <= '9'; });
+}
+} // namespace
+
+std::vector<std::string> PluginParameters(CInstance& inInstance)
+{
     std::vector<std::string> list;
     for (const SParameterInfo& info : inInstance.ListParameters())
-        if (info.mAutomatable && info.mID != bypass)
+        if (IsPlugins(info))
+            list.push_back(info.mID);
+    return list;
+}
+
+std::vector<std::string> AutomatableParameters(CInstance& inInstance)
+{
+    std::vector<std::string> list;
+    for (const SParameterInfo& info : inInstance.ListParameters())
+        if (IsPlugins(info) && info.mAutomatable)
             list.push_back(info.mID);
     return list;
 }

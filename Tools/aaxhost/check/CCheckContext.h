@@ -69,7 +69,9 @@ private:
     std::uint32_t mState;
 };
 
-/** The identifiers of the parameters that a host may automate: those of the wrapped plug-in. */
+/** The identifiers of the wrapped plug-in's parameters, by their index: not those that modules add. */
+std::vector<std::string> PluginParameters(CInstance& inInstance);
+/** Those of them that a host may automate. */
 std::vector<std::string> AutomatableParameters(CInstance& inInstance);
 /** As above; skips the check where there are none. */
 std::vector<std::string> NeededParameters(CInstance& inInstance);

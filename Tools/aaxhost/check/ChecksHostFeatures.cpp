@@ -24,7 +24,8 @@ SFinding ParameterSync(CCheckContext& ioContext)
         (void)instance->Parameters().GetParameterNormalizedValue(id.c_str(), &value); // it is in the list
         return value;
     };
-    for (const std::string& id : NeededParameters(*instance))
+    (void)NeededParameters(*instance);
+    for (const std::string& id : PluginParameters(*instance))
     {
         const double value = told(id) < 0.5 ? 0.75 : 0.25;
         (void)instance->UpdateParameter(id, value);
@@ -63,7 +64,7 @@ SFinding ValueTexts(CCheckContext& ioContext)
     CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
     bool hasText = false;
     std::int32_t index = 0;
-    for (const std::string& id : NeededParameters(*instance))
+    for (const std::string& id : PluginParameters(*instance))
     {
         const std::string written = WrittenDirectly(direct.Plugin(), index++);
         CHostString shown;
@@ -139,6 +140,82 @@ SFinding Gestures(CCheckContext& ioContext)
             return SFinding::Failed(fmt::format("The editor is closed, and the host still takes {} for held.",
                                                 NameOfParameter(*instance, info.mID)));
     return SFinding::Passed();
+}
+
+// ---- Programs
+
+constexpr const char* kProgramID = "Program";
+
+void ChooseProgram(CDirectRig& ioRig, std::int32_t inProgram)
+{
+    for (const std::int32_t opcode : {effBeginSetProgram, effSetProgram, effEndSetProgram})
+        (void)ioRig.Plugin().Dispatch(opcode, 0, opcode == effSetProgram ? inProgram : 0);
+}
+
+double ProgramValue(std::int32_t inProgram, std::int32_t inPrograms)
+{
+    return static_cast<double>(inProgram) / (inPrograms - 1);
+}
+
+/** @return what the first of its names that the host sees otherwise is; empty when there is none. */
+std::string OtherProgramName(CInstance& ioInstance, CDrivenPlugin& ioPlugin, std::int32_t inPrograms)
+{
+    for (std::int32_t i = 0; i < inPrograms; ++i)
+    {
+        const std::string name = ioPlugin.Text(effGetProgramNameIndexed, i);
+        CHostString shown;
+        (void)ioInstance.Parameters().GetParameterStringFromValue(kProgramID, ProgramValue(i, inPrograms),
+                                                                  &shown, 255); // it is in the list
+        if (IsPlain(name) && !name.empty() && shown.Get() != name)
+            return fmt::format("Program {} is called '{}', and by the plug-in '{}'.", i, shown.Get(), name);
+    }
+    return {};
+}
+
+SFinding Programs(CCheckContext& ioContext)
+{
+    ioContext.NeedFeature("PROGRAMS");
+    constexpr std::int32_t most = 128; // are looked at
+    const SServices services = ServicesOf(ioContext);
+    const SStart start = StartOf(ioContext);
+    CDirectRig direct(ioContext, services, start);
+    const std::int32_t programs = direct.Plugin().Effect().numPrograms;
+    if (programs < 2)
+        return SFinding::Skipped("The plug-in has no choice of programs.");
+    const auto instance = ioContext.MakeInstance();
+    const SParameterInfo last = instance->ListParameters().back();
+    if (last.mID != kProgramID || last.mSteps != programs || !last.mDiscrete)
+        return SFinding::Failed(
+            fmt::format("The plug-in has {} programs, and the last parameter is '{}' with {} steps.",
+                        programs, last.mID, last.mSteps));
+    if (const std::string other = OtherProgramName(*instance, direct.Plugin(), std::min(programs, most));
+        !other.empty())
+        return SFinding::Failed(other);
+    const std::int32_t chosen = direct.Plugin().Dispatch(effGetProgram) == 1 ? 0 : 1; // the last may be empty
+    const auto plain = [](auto& rig) { rig.Play(1.0); };
+    return Compare({[&]
+                    {
+                        return HearPlugin(ioContext, services, start,
+                                          [&](CDirectRig& rig)
+                                          {
+                                              ChooseProgram(rig, chosen);
+                                              plain(rig);
+                                          });
+                    },
+                    [&] { return HearPlugin(ioContext, services, start, plain); },
+                    [&]
+                    {
+                        return HearModule(ioContext,
+                                          [&](CRig& rig)
+                                          {
+                                              (void)rig.Instance().UpdateParameter(
+                                                  kProgramID, ProgramValue(chosen, programs));
+                                              (void)DeliverAll(rig.Instance()); // seen in what is heard
+                                              plain(rig);
+                                          });
+                    },
+                    "Another program changes nothing that it renders and saves.",
+                    "With another program the module is not as the plug-in called directly that has it"});
 }
 
 // ---- Bypass
@@ -246,6 +323,7 @@ std::span<const SCheck> HostFeatureChecks()
          "says.",
          1, &ParameterProperties},
         {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1, &Gestures},
+        {"features.programs", "PROGRAMS: the last parameter chooses the plug-in's programs.", 1, &Programs},
         {"features.bypass", "BYPASS: the input is passed on, as late as the plug-in's output.", 1, &Bypass},
         {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,
          &OutputNames},

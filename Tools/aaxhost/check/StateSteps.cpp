@@ -31,7 +31,7 @@ void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState&
 void MoveAll(CInstance& ioInstance, std::uint32_t inSeed)
 {
     CSequence sequence(inSeed);
-    for (const std::string& id : AutomatableParameters(ioInstance))
+    for (const std::string& id : PluginParameters(ioInstance))
     {
         const double value = 0.1 + 0.8 * sequence.Fraction();
         (void)ioInstance.SetParameter(
@@ -43,14 +43,14 @@ void MoveAll(CInstance& ioInstance, std::uint32_t inSeed)
 std::vector<double> Values(CInstance& inInstance)
 {
     std::vector<double> values;
-    for (const std::string& id : AutomatableParameters(inInstance))
+    for (const std::string& id : PluginParameters(inInstance))
         values.push_back(ValueOf(inInstance, id));
     return values;
 }
 
 void SetValues(CInstance& ioInstance, const std::vector<double>& inValues)
 {
-    const auto ids = AutomatableParameters(ioInstance);
+    const auto ids = PluginParameters(ioInstance);
     for (std::size_t i = 0; i < std::min(ids.size(), inValues.size()); ++i)
         if (ValueOf(ioInstance, ids[i]) != inValues[i])
             (void)ioInstance.UpdateParameter(ids[i], inValues[i]); // refusals show in another check
@@ -59,7 +59,7 @@ void SetValues(CInstance& ioInstance, const std::vector<double>& inValues)
 
 std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore)
 {
-    const auto ids = AutomatableParameters(inInstance);
+    const auto ids = PluginParameters(inInstance);
     const auto now = Values(inInstance);
     for (std::size_t i = 0; i < inBefore.size(); ++i)
         if (i >= now.size())

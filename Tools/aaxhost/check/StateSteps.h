@@ -20,7 +20,7 @@ void MoveAll(CInstance& ioInstance, std::uint32_t inSeed);
 
 /** What a chunk restores, and single precision, may differ. */
 inline constexpr double kSameValue = 1e-4;
-/** The plug-in's own values, in the order of `AutomatableParameters`. */
+/** The plug-in's own values, in the order of `PluginParameters`. */
 std::vector<double> Values(CInstance& inInstance);
 /** Gives the instance those that differ from its own, as automation does. */
 void SetValues(CInstance& ioInstance, const std::vector<double>& inValues);
