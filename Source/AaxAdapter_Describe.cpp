@@ -9,6 +9,7 @@
 #include "Source/StemLayout.h"
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
+#include "Source/plugins/ProductOptions.h"
 
 #include <array>
 #include <memory>
@@ -67,12 +68,18 @@ AAX_SInstrumentSetupInfo SetupInfoOf(const CVst2Plugin& inPlugin, const char* in
     return info;
 }
 
+std::uint32_t CategoryOf(CVst2Plugin& inPlugin)
+{
+    if (kCategory != 0)
+        return static_cast<std::uint32_t>(kCategory);
+    return inPlugin.IsInstrument() ? kAAX_CategorySoftwareInstrument : kAAX_CategoryEffect;
+}
+
 AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inPlugin)
 {
-    const bool isInstrument = inPlugin.IsInstrument();
     const char* const name = inPlugin.GetName();
     AAX_Result result = outDescriptor.AddName(name);
-    result |= outDescriptor.AddCategory(isInstrument ? kAAX_CategorySoftwareInstrument : kAAX_CategoryEffect);
+    result |= outDescriptor.AddCategory(CategoryOf(inPlugin));
     result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, SetupInfoOf(inPlugin, name));
     const SInstanceFactories factories = ProductInstanceFactories();
     result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(factories.mMakeParameters),

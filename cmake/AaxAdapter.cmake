@@ -20,7 +20,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake)
 
 function(add_aax_adapter name)
     _aaxadapter_list_options(switches SWITCH)
-    _aaxadapter_list_options(values REQUIRED TEXT NUMBER)
+    _aaxadapter_list_options(values REQUIRED TEXT NUMBER CHOICE)
     _aaxadapter_list_options(lists LIST)
     cmake_parse_arguments(PARSE_ARGV 1 arg "${switches}" "${values}" "${lists}")
     _aaxadapter_check_arguments()

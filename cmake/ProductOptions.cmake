@@ -5,19 +5,20 @@
 #     for its comment, and the value in a product, in vst2probe and in the tests' product that decides nothing;
 #   - of one that is PROBED, what vst2probe is told when it tries the plug-in: `--keyword-in-lower-case`.
 #
-#   _aaxadapter_option(KEYWORD kind default "help" [PROBED] [EXAMPLE value] [CONSTANT name MEANING line...])
+#   _aaxadapter_option(KEYWORD kind default "help" [PROBED] [EXAMPLE value] [CHOICES word=number...]
+#                      [CONSTANT name MEANING line...])
 #
-# The kind is REQUIRED or TEXT, NUMBER (an int32_t, of which the sentence about a wrong one names an EXAMPLE), SWITCH or
-# LIST (one or more words).
+# The kind is REQUIRED or TEXT, NUMBER (an int32_t, of which the sentence about a wrong one names an EXAMPLE), CHOICE (one of
+# the CHOICES; none of them is 0), SWITCH or LIST (one or more words).
 include_guard(GLOBAL)
 
 function(_aaxadapter_option keyword kind default help)
-    cmake_parse_arguments(PARSE_ARGV 4 arg "PROBED" "EXAMPLE;CONSTANT" "MEANING")
+    cmake_parse_arguments(PARSE_ARGV 4 arg "PROBED" "EXAMPLE;CONSTANT" "CHOICES;MEANING")
     set_property(GLOBAL APPEND PROPERTY _aaxadapter_options ${keyword})
     foreach(field kind default help)
         set_property(GLOBAL PROPERTY _aaxadapter_${keyword}_${field} "${${field}}")
     endforeach()
-    foreach(field PROBED EXAMPLE CONSTANT MEANING)
+    foreach(field PROBED EXAMPLE CHOICES CONSTANT MEANING)
         set_property(GLOBAL PROPERTY _aaxadapter_${keyword}_${field} "${arg_${field}}")
     endforeach()
 endfunction()
@@ -36,9 +37,17 @@ function(_aaxadapter_list_options out)
     set(${out} "${found}" PARENT_SCOPE)
 endfunction()
 
-# What an option's row says: its kind, default, help, PROBED, EXAMPLE, CONSTANT and MEANING as variables option_….
+# The number that a word stands for among CHOICES; nothing where it is none of them.
+function(_aaxadapter_number_of_choice out word)
+    set(choices ${ARGN})
+    list(FILTER choices INCLUDE REGEX "^${word}=")
+    string(REGEX REPLACE "^[^=]*=" "" number "${choices}")
+    set(${out} "${number}" PARENT_SCOPE)
+endfunction()
+
+# What an option's row says: its kind, default, help, PROBED, EXAMPLE, CHOICES, CONSTANT and MEANING as variables option_….
 macro(_aaxadapter_read_option keyword)
-    foreach(field kind default help PROBED EXAMPLE CONSTANT MEANING)
+    foreach(field kind default help PROBED EXAMPLE CHOICES CONSTANT MEANING)
         get_property(option_${field} GLOBAL PROPERTY _aaxadapter_${keyword}_${field})
     endforeach()
 endmacro()
@@ -59,6 +68,11 @@ _aaxadapter_option(PORTS_FROM_COUNTS SWITCH OFF "Ports of a plug-in that describ
 _aaxadapter_option(MIDI_INPUT SWITCH OFF "A MIDI input although the plug-in announces none" PROBED
     CONSTANT kMidiInput MEANING
     "The description has a MIDI input even where the plug-in has not said that it takes MIDI.")
+_aaxadapter_option(CATEGORY CHOICE "" "Where hosts list it; otherwise as what the plug-in says that it is"
+    CHOICES eq=0x1 dynamics=0x2 pitch=0x4 reverb=0x8 delay=0x10 modulation=0x20 harmonic=0x40 noise-reduction=0x80
+    dither=0x100 sound-field=0x200 instrument=0x800 effect=0x2000
+    CONSTANT kCategory MEANING
+    "The category in the description; 0: software instrument or wrapped plug-in, as the plug-in says.")
 _aaxadapter_option(FEATURES LIST "" "What it does beyond the required: ALL, or names of cmake/ProductFeatures.cmake")
 _aaxadapter_option(RT_GUARD SWITCH OFF "Count what should not happen while a block is rendered, for a beta")
 _aaxadapter_option(NO_PROBE SWITCH OFF "Do not try while building whether the plug-in loads")

@@ -9,6 +9,7 @@ set(rows # each option, and what shows it
     "ENTRY_VERSION=2300|\"product id\",[^}]*\"value\": 2300," # the plug-in's number is what it was told
     "PORTS_FROM_COUNTS=ON|\"output stem format\",[^}]*\"stereo\""
     "MIDI_INPUT=ON|\"node\": \"local input\""
+    "CATEGORY=noise-reduction|\"categories\": . ?128"
     "FEATURES=MIDI_OUTPUT|\"node\": \"local output\""
     "RT_GUARD=ON|Real-time guard, [1-9]"
     "NO_PROBE=ON|\"effects\"" # vst2probe would have stopped the build

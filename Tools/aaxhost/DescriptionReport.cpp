@@ -2,6 +2,7 @@
 
 #include "Tools/aaxhost/host/HostNames.h"
 
+#include <bit>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <iterator>
@@ -14,12 +15,24 @@ using Text = std::back_insert_iterator<std::string>;
 
 std::string NameOfCategory(std::uint32_t inCategory)
 {
-    switch (inCategory)
-    {
-    case kAAX_CategorySoftwareInstrument: return "software instrument";
-    case kAAX_CategoryEffect: return "effect";
-    default: return fmt::format("0x{:X}", inCategory);
-    }
+    // By bit.
+    constexpr const char* kNames[] = {"EQ",
+                                      "dynamics",
+                                      "pitch shift",
+                                      "reverb",
+                                      "delay",
+                                      "modulation",
+                                      "harmonic",
+                                      "noise reduction",
+                                      "dither",
+                                      "sound field",
+                                      "hardware generator",
+                                      "software instrument",
+                                      "wrapped plug-in",
+                                      "effect"};
+    const bool isOne = std::has_single_bit(inCategory);
+    const auto bit = static_cast<std::size_t>(std::countr_zero(inCategory));
+    return isOne && bit < std::size(kNames) ? kNames[bit] : fmt::format("0x{:X}", inCategory);
 }
 
 std::string NameOfProcPtr(AAX_CProcPtrID inID)

@@ -77,6 +77,7 @@ void CPluginInspector::ReadIdentity()
     mFacts.mUniqueId = effect.uniqueID;
     mFacts.mVersion = effect.version;
     mFacts.mFlags = effect.flags;
+    mFacts.mKind = static_cast<std::int32_t>(mPlugin.Dispatch(effGetPlugCategory));
     mFacts.mInputs = std::clamp(effect.numInputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.mOutputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.mSendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");

@@ -104,6 +104,7 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"outputPorts", PortsToJson(inFacts.mOutputPorts)},
                    {"portListCut", inFacts.mPortListCut},
                    {"flags", inFacts.mFlags},
+                   {"plugCategory", inFacts.mKind},
                    {"flagNames", inFacts.FlagNames()},
                    {"editor", inFacts.HasFlag(effFlagsHasEditor)},
                    {"chunk", inFacts.HasFlag(effFlagsProgramChunks)},
@@ -138,6 +139,7 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     outFacts.mOutputPorts = PortsFromJson(inJson.at("outputPorts"));
     inJson.at("portListCut").get_to(outFacts.mPortListCut);
     inJson.at("flags").get_to(outFacts.mFlags);
+    inJson.at("plugCategory").get_to(outFacts.mKind);
     inJson.at("latencyWhenLoaded").get_to(outFacts.mLatencyWhenLoaded);
     inJson.at("latencyAtStart").get_to(outFacts.mLatencyAtStart);
     inJson.at("latencyAfterFirstBlock").get_to(outFacts.mLatencyAfterFirstBlock);

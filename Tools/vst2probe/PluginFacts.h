@@ -38,6 +38,7 @@ struct SPluginFacts
     bool mDescribesParameters = false; // by their properties, or as not to be automated
     std::vector<std::string> mPrograms;
     std::int32_t mFlags = 0;             // VstAEffectFlags
+    std::int32_t mKind = 0;              // as it answers effGetPlugCategory
     std::int32_t mLatencyWhenLoaded = 0; // samples
     std::int32_t mLatencyAtStart = 0;    // opened and switched on
     std::int32_t mLatencyAfterFirstBlock = 0;

@@ -1,5 +1,7 @@
 #include "Tools/vst2probe/ProductChoice.h"
 
+#include "Tools/vst2probe/CategoryGuess.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -98,6 +100,8 @@ std::string SProductChoice::CmakeCall() const
                                      : fmt::format("\n    {:<16} {}", option.mKeyword, value);
         }
     }
+    if (!mCategory.empty())
+        call += fmt::format("\n    # CATEGORY       {}", mCategory);
     return call + fmt::format("\n    {:<16} ALL)", kFeaturesKeyword);
 }
 
@@ -131,6 +135,7 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
     for (const SProbedOption& option : ProbedOptions())
         choice.mOptions[option.mKeyword] = option.mChoose(inResult);
     choice.mFeatures = FeatureUses(facts);
+    choice.mCategory = GuessCategory(facts);
     return choice;
 }
 

@@ -17,6 +17,7 @@ struct SProductChoice
     std::string mManufacturerId;
     std::map<std::string, SOptionChoice> mOptions; // each of ProbedOptions(), by its keyword
     std::vector<SFeatureUse> mFeatures;            // all; the product has them all
+    std::string mCategory;                         // a guess, which is no part of the call; may be empty
 
     std::int32_t Value(const char* inKeyword) const { return mOptions.at(inKeyword).mValue; }
     /** @return the finished call, in several lines. */

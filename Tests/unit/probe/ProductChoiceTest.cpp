@@ -1,6 +1,7 @@
 #include "Tools/vst2probe/ProductChoice.h"
 #include "Interfaces/VST2/AEffect.h"
 #include "Source/plugins/ProductFeatures.h"
+#include "Tools/vst2probe/CategoryGuess.h"
 #include "Tools/vst2probe/Report.h"
 
 #include <gtest/gtest.h>
@@ -109,7 +110,23 @@ TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
               "    ENTRY_VERSION    2400\n"
               "    PORTS_FROM_COUNTS\n"
               "    MIDI_INPUT\n"
+              "    # CATEGORY       reverb\n"
               "    FEATURES         ALL)");
+}
+
+TEST(ProductChoice, TheCategoryIsGuessedByWhatItIsAndThenByItsName)
+{
+    SPluginFacts facts;
+    for (const auto& [kind, name, guess] : {std::tuple(1, "Tape ECHO", "delay"),
+                                            {2, "Tape Echo", "instrument"},
+                                            {6, "Box", "reverb"},
+                                            {0, "Comp EQ", "dynamics"},
+                                            {1, "Box", ""}})
+    {
+        facts.mKind = kind;
+        facts.mName = name;
+        EXPECT_EQ(GuessCategory(facts), guess) << name;
+    }
 }
 
 TEST(ProductChoice, ConfigureArgumentsSetBackWhatAnEarlierProductLeft)
