@@ -90,7 +90,10 @@ private:
     /** Whether the plug-in has the value that the host knows as this one. */
     bool IsPluginValue(AAX_CParamID inId, long inIndex, float inValue) const;
     /** @return nothing where the plug-in has no text for it, or is asked too early or late. */
-    std::optional<std::string> ValueText(AAX_CParamID inId, double inValue) const;
+    std::optional<std::string> ValueText(AAX_CParamID inId, long inIndex, double inValue) const;
+    /** Of one of the plug-in's parameters. */
+    AAX_Result GiveValueText(AAX_CParamID inId, long inIndex, double inValue, AAX_IString* outText,
+                             std::int32_t inMaxLength) const;
 
     CTransportTime mTransportTime;
     CMidiOutput mMidiOutput;

@@ -128,55 +128,60 @@ bool CFeaturedParameters::IsPluginValue(AAX_CParamID inId, long inIndex, float i
            GetParameterNormalizedValue(inId, &told) == kAAX_Success && inValue == static_cast<float>(told);
 }
 
-std::optional<std::string> CFeaturedParameters::ValueText(AAX_CParamID inId, double inValue) const
+std::optional<std::string> CFeaturedParameters::ValueText(AAX_CParamID inId, long inIndex,
+                                                          double inValue) const
 {
-    const long index = PluginParameterIndex(inId);
-    if (!kProductFeatures.mValueTexts || index < 0)
-        return std::nullopt;
     const auto value = static_cast<float>(inValue);
     std::optional<std::string> text;
     (void)AAX_Contained( // a plug-in that throws here has no text
         [&]
         {
-            if (!IsPluginValue(inId, index, value))
-                text = mValueTexts.TextOf(static_cast<std::size_t>(index), value);
-            else if (std::string own = ReadValueText(*Plugin(), index); !own.empty())
-                mValueTexts.Note(static_cast<std::size_t>(index), value, text.emplace(std::move(own)));
+            if (!IsPluginValue(inId, inIndex, value))
+                text = mValueTexts.TextOf(static_cast<std::size_t>(inIndex), value);
+            else if (std::string own = ReadValueText(*Plugin(), inIndex); !own.empty())
+                mValueTexts.Note(static_cast<std::size_t>(inIndex), value, text.emplace(std::move(own)));
             return kAAX_Success;
         });
     return text;
+}
+
+AAX_Result CFeaturedParameters::GiveValueText(AAX_CParamID inId, long inIndex, double inValue,
+                                              AAX_IString* outText, std::int32_t inMaxLength) const
+{
+    return AAX_Contained(
+        [&]
+        {
+            if (const auto text = ValueText(inId, inIndex, inValue); text && outText != nullptr)
+            {
+                outText->Set(ShortenedText(*text, inMaxLength).c_str());
+                return kAAX_Success;
+            }
+            const AAX_Result result =
+                AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
+            if (result == kAAX_Success)
+                mValueTexts.NoteNumber(static_cast<std::size_t>(inIndex), outText->Get());
+            return result;
+        });
 }
 
 AAX_Result CFeaturedParameters::GetParameterStringFromValue(AAX_CParamID inId, double inValue,
                                                             AAX_IString* outText,
                                                             std::int32_t inMaxLength) const
 {
-    return AAX_Contained(
-        [&]
-        {
-            if (const std::optional<std::string> text = ValueText(inId, inValue); text && outText != nullptr)
-            {
-                const auto most = static_cast<std::size_t>(std::max(inMaxLength, 0));
-                outText->Set(CleanText(FirstCharacters(*text, most)).c_str()); // without the blank at a cut
-                return kAAX_Success;
-            }
-            const AAX_Result result =
-                AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
-            const long index = PluginParameterIndex(inId);
-            if (kProductFeatures.mValueTexts && index >= 0 && result == kAAX_Success)
-                mValueTexts.NoteNumber(static_cast<std::size_t>(index), outText->Get());
-            return result;
-        });
+    const long index = kProductFeatures.mValueTexts ? PluginParameterIndex(inId) : -1;
+    if (index < 0)
+        return AaxAdapter_Parameters::GetParameterStringFromValue(inId, inValue, outText, inMaxLength);
+    return GiveValueText(inId, index, inValue, outText, inMaxLength);
 }
 
 AAX_Result CFeaturedParameters::GetParameterValueString(AAX_CParamID inId, AAX_IString* outText,
                                                         std::int32_t inMaxLength) const
 {
+    const long index = kProductFeatures.mValueTexts ? PluginParameterIndex(inId) : -1;
     double value = 0.0;
-    if (!kProductFeatures.mValueTexts || PluginParameterIndex(inId) < 0 ||
-        GetParameterNormalizedValue(inId, &value) != kAAX_Success)
+    if (index < 0 || GetParameterNormalizedValue(inId, &value) != kAAX_Success)
         return AaxAdapter_Parameters::GetParameterValueString(inId, outText, inMaxLength);
-    return GetParameterStringFromValue(inId, value, outText, inMaxLength);
+    return GiveValueText(inId, index, value, outText, inMaxLength);
 }
 
 AAX_Result CFeaturedParameters::GetParameterValueFromString(AAX_CParamID inId, double* outValue,

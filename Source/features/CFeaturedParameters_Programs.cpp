@@ -54,7 +54,7 @@ void CFeaturedParameters::FollowPrograms()
     const std::optional<double> value = mPrograms.TakeReport();
     if (!value)
         return;
-    (void)AAX_CEffectParameters::SetParameterNormalizedValue(CPrograms::kID, *value); // the host may refuse
+    (void)SetParameterNormalizedValue(CPrograms::kID, *value); // the host may refuse
     UpdateParameters();
 }
 

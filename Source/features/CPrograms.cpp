@@ -33,9 +33,7 @@ public:
     {
         if (outText == nullptr)
             return false;
-        const std::string name = mPrograms.Name(std::lround(inValue));
-        const auto most = static_cast<std::size_t>(std::max(inMaxNumChars, 0));
-        *outText = AAX_CString(CleanText(FirstCharacters(name, most)).c_str()); // without the blank at a cut
+        *outText = AAX_CString(ShortenedText(mPrograms.Name(std::lround(inValue)), inMaxNumChars).c_str());
         return true;
     }
     bool StringToValue(const AAX_CString& inText, float* outValue) const override

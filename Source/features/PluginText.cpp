@@ -43,10 +43,24 @@ constexpr bool IsControl(char inCharacter) noexcept
 {
     return static_cast<std::uint8_t>(inCharacter) < 0x20 || inCharacter == 0x7F;
 }
+
+constexpr bool IsPlain(char inCharacter) noexcept { return inCharacter >= ' ' && inCharacter <= '~'; }
+
+constexpr std::string_view Trimmed(std::string_view inText) noexcept
+{
+    while (inText.starts_with(' '))
+        inText.remove_prefix(1);
+    while (inText.ends_with(' '))
+        inText.remove_suffix(1);
+    return inText;
+}
 } // namespace
 
 std::string CleanText(std::string_view inText)
 {
+    // Nearly all are plain, and hosts ask for many.
+    if (std::ranges::all_of(inText, IsPlain))
+        return std::string(Trimmed(inText));
     std::string text;
     text.reserve(inText.size());
     while (!inText.empty())
@@ -59,9 +73,7 @@ std::string CleanText(std::string_view inText)
         inText.remove_prefix(std::max<std::size_t>(size, 1));
     }
     std::ranges::replace_if(text, IsControl, ' ');
-    const std::size_t begin = text.find_first_not_of(' ');
-    return begin == std::string::npos ? std::string()
-                                      : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+    return std::string(Trimmed(text));
 }
 
 std::string_view FirstCharacters(std::string_view inText, std::size_t inMostBytes) noexcept
@@ -70,4 +82,12 @@ std::string_view FirstCharacters(std::string_view inText, std::size_t inMostByte
     while (size > 0 && size < inText.size() && (ByteAt(inText, size) & 0xC0U) == 0x80U)
         --size; // it would cut a character
     return inText.substr(0, size);
+}
+
+std::string ShortenedText(std::string inText, std::int32_t inMostBytes)
+{
+    const auto most = static_cast<std::size_t>(std::max(inMostBytes, 0));
+    if (inText.size() > most)
+        inText.resize(Trimmed(FirstCharacters(inText, most)).size()); // it begins with no blank
+    return inText;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,9 @@
  * marks, and spaces at both ends are gone. No longer than the text.
  */
 std::string CleanText(std::string_view inText);
+
+/** A clean text in at most so many bytes, without a blank at the cut; a negative number counts as 0. */
+std::string ShortenedText(std::string inText, std::int32_t inMostBytes);
 
 /** As many whole characters of it as have room in so many bytes. */
 std::string_view FirstCharacters(std::string_view inText, std::size_t inMostBytes) noexcept;

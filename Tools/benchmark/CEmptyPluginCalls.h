@@ -27,6 +27,14 @@ public:
     {
         (void)mHost(mAccess->mEffectAt(inInstance), audioMasterAutomate, inParameter, 0, nullptr, 0.0F); // 0
     }
+    /** The text of a parameter's value and its unit, as a host asks for them. */
+    void WriteText(int inInstance, std::int32_t inParameter) const
+    {
+        AEffect& effect = *mAccess->mEffectAt(inInstance);
+        char text[64];
+        for (const std::int32_t opcode : {effGetParamDisplay, effGetParamLabel})
+            (void)effect.dispatcher(&effect, opcode, inParameter, 0, text, 0.0F); // always writes
+    }
 
 private:
     struct SImageCloser

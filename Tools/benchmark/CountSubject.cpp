@@ -1,3 +1,4 @@
+#include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/benchmark/CBenchRig.h"
 #include "Tools/benchmark/CEmptyPluginCalls.h"
@@ -152,12 +153,36 @@ void CountAutomation()
 
 void CountCreation()
 {
-    setenv(kEmptyPluginParameters, "100", 1);
-    CBenchRig rig(kPlainModule, kEmptyPlugin);
-    Count("create and delete parameters=100", 1,
-          [&]
-          { (void)CInstance::Create(rig.Module(), CBenchRig::kRate); }); // the rig has one: it can be made
+    const auto count =
+        [](const char* inParameters, const char* inFeatures, const std::filesystem::path& inModule)
+    {
+        setenv(kEmptyPluginParameters, inParameters, 1);
+        CBenchRig rig(inModule, kEmptyPlugin);
+        Count(std::string("create and delete ") + inFeatures + "parameters=" + inParameters, 1,
+              [&] {
+                  (void)CInstance::Create(rig.Module(), CBenchRig::kRate);
+              }); // the rig has one: it can be made
+        unsetenv(kEmptyPluginParameters);
+    };
+    count("100", "", kPlainModule);
+    count("1000", "", kPlainModule);
+    count("1000", "features=ALL ", kAllFeaturesModule);
+}
+
+/** The text of a value through the module, beside what the plug-in's own two calls take. */
+void CountTexts()
+{
+    setenv(kEmptyPluginParameters, "1", 1);
+    CBenchRig rig(kAllFeaturesModule, kEmptyPlugin);
     unsetenv(kEmptyPluginParameters);
+    const CEmptyPluginCalls plugin(rig.Bundle().SourceVst());
+    CHostString text;
+    CountEach(
+        "text of a value features=ALL",
+        [&] { (void)rig.Instance().Parameters().GetParameterValueString("00000", &text, 31); });
+    CountEach("plain text of a value", [&] { plugin.WriteText(0, 0); });
+    if (text.Text() != "0.50 dB")
+        throw std::runtime_error("the text is not the plug-in's");
 }
 
 /** Saving and loading, beside one plain copy of as many bytes: what is copied, the C library copies. */
@@ -194,6 +219,7 @@ int main()
         CountCallbacks(64);
         CountCallbacks(1000);
         CountCreation();
+        CountTexts();
         CountState();
         return 0;
     }
