@@ -67,6 +67,7 @@ TEST_P(State, ANewProcessSoundsLikeTheOneThatWasSaved)
     ASSERT_EQ(shown.mExit, 0) << shown.mErrors;
     EXPECT_NE(shown.mOutput.find("Complete Controls State"), std::string::npos);
     EXPECT_NE(shown.mOutput.find("00001            0.6"), std::string::npos) << shown.mOutput;
+    EXPECT_NE(shown.mOutput.find("on for a fresh instance, off when"), std::string::npos) << shown.mOutput;
     EXPECT_EQ(shown.mOutput.find("trailer: program") != std::string::npos, GetParam().mHasChunk)
         << shown.mOutput;
 }

@@ -80,19 +80,38 @@ int Load(const SStateOptions& inOptions)
     return kExitSuccess;
 }
 
+/** What a host's compare light shows of a fresh instance, and once it has the state. */
+COutcome<SDone> ShowCompareLight(const SSubject& inSubject, const SInstanceState& inState)
+{
+    const auto fresh = IsAsSaved(*inSubject.mInstance, inState);
+    if (!fresh)
+        return fresh.Problem();
+    if (auto given = GiveState(*inSubject.mModule, *inSubject.mInstance, inState); !given)
+        return given;
+    if (auto answered = RunCycle(*inSubject.mInstance); !answered)
+        return answered;
+    const auto loaded = IsAsSaved(*inSubject.mInstance, inState);
+    if (!loaded)
+        return loaded.Problem();
+    const auto light = [](bool isSame) { return isSame ? "off" : "on"; };
+    fmt::print("Compare light: {} for a fresh instance, {} when it has this state\n", light(*fresh),
+               light(*loaded));
+    return SDone{};
+}
+
 int Show(const SStateOptions& inOptions)
 {
     const auto state = ReadStateFile(inOptions.mFile);
     if (!state)
         return Fail(state.Problem());
-    CHostLog log;
-    const auto module = CModule::Open(inOptions.mModule, log);
-    if (!module)
-        return Fail(module.Problem());
-    if (const auto own = CheckProduct(**module, *state); !own)
+    SSubject subject;
+    if (const auto opened = Open(inOptions, subject); !opened)
+        return Fail(opened.Problem());
+    if (const auto own = CheckProduct(*subject.mModule, *state); !own)
         return Fail(own.Problem());
     fmt::print("{}", StateReport(*state));
-    return kExitSuccess;
+    const auto shown = ShowCompareLight(subject, *state);
+    return shown ? kExitSuccess : Fail(shown.Problem());
 }
 } // namespace
 

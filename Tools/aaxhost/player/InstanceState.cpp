@@ -119,3 +119,18 @@ COutcome<SDone> GiveState(const CModule& inModule, CInstance& inInstance, const 
                                         NameOfFourCharCode(chunk.Record().mChunkID), NameOfResult(result))};
     return SDone{};
 }
+
+COutcome<bool> IsAsSaved(CInstance& inInstance, const SInstanceState& inState)
+{
+    const CStage stage("its state was being compared");
+    bool isSame = true;
+    for (const CStateChunk& chunk : inState.mChunks)
+    {
+        AAX_CBoolean isEqual = 0;
+        if (const AAX_Result result = inInstance.Parameters().CompareActiveChunk(&chunk.Record(), &isEqual))
+            return SProblem{fmt::format("The chunk {} cannot be compared: CompareActiveChunk answered {}.",
+                                        NameOfFourCharCode(chunk.Record().mChunkID), NameOfResult(result))};
+        isSame = isSame && isEqual != 0;
+    }
+    return isSame;
+}

@@ -54,6 +54,8 @@ struct SInstanceState
 COutcome<SInstanceState> TakeState(const CModule& inModule, CInstance& inInstance);
 /** Refuses another product's state with a sentence that names both. */
 COutcome<SDone> CheckProduct(const CModule& inModule, const SInstanceState& inState);
+/** Whether the instance says of every chunk that it is as saved: where not, a host's compare light is on. */
+COutcome<bool> IsAsSaved(CInstance& inInstance, const SInstanceState& inState);
 /** Gives the chunks back in their order; what the module asks for meanwhile is answered in the next cycle.
  * Refuses another product's. */
 COutcome<SDone> GiveState(const CModule& inModule, CInstance& inInstance, const SInstanceState& inState);
