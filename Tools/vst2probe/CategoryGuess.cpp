@@ -63,10 +63,12 @@ constexpr SWord kWords[] = {
     {"decoder", "sound-field"},
 };
 
-bool HasWord(const std::string& inName, std::string_view inLowered)
+bool HasWord(std::string_view inName, std::string_view inLowered)
 {
-    const auto lower = [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); };
-    return !std::ranges::search(inName, inLowered, {}, lower).empty();
+    const auto isSame = [](char inByte, char inWord)
+    { return std::tolower(static_cast<unsigned char>(inByte)) == inWord; };
+    return std::search(inName.begin(), inName.end(), inLowered.begin(), inLowered.end(), isSame) !=
+           inName.end();
 }
 } // namespace
 
