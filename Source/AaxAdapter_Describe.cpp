@@ -75,13 +75,31 @@ std::uint32_t CategoryOf(CVst2Plugin& inPlugin)
     return inPlugin.IsInstrument() ? kAAX_CategorySoftwareInstrument : kAAX_CategoryEffect;
 }
 
+AAX_Result DescribeComponents(AAX_IEffectDescriptor& outDescriptor, AAX_SInstrumentSetupInfo& ioInfo,
+                              std::span<const SComponentChoice> inComponents)
+{
+    AAX_Result result = kAAX_Success;
+    for (const auto& [stems, id] : inComponents)
+    {
+        ioInfo.mInputStemFormat = stems.mInput;
+        ioInfo.mOutputStemFormat = stems.mOutput;
+        ioInfo.mPluginID = id;
+        result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, ioInfo);
+    }
+    return result;
+}
+
 AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inPlugin)
 {
     const char* const name = inPlugin.GetName();
     AAX_Result result = outDescriptor.AddName(name);
     result |= outDescriptor.AddCategory(CategoryOf(inPlugin));
-    result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, SetupInfoOf(inPlugin, name));
     const SInstanceFactories factories = ProductInstanceFactories();
+    AAX_SInstrumentSetupInfo info = SetupInfoOf(inPlugin, name);
+    if (factories.mListComponents == nullptr)
+        result |= AAX_CInstrumentParameters::StaticDescribe(&outDescriptor, info);
+    else
+        result |= DescribeComponents(outDescriptor, info, factories.mListComponents(inPlugin));
     result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(factories.mMakeParameters),
                                        kAAX_ProcPtrEffectParameters);
     result |= outDescriptor.AddProcPtr(reinterpret_cast<void*>(factories.mMakeEditor), kAAX_ProcPtrEffectGUI);
@@ -91,7 +109,7 @@ AAX_Result DescribeEffect(AAX_IEffectDescriptor& outDescriptor, CVst2Plugin& inP
 
 SInstanceFactories PlainInstanceFactories() noexcept
 {
-    return {&AaxAdapter_Parameters::Create, &CAaxEditor::Create, nullptr};
+    return {&AaxAdapter_Parameters::Create, &CAaxEditor::Create, nullptr, nullptr};
 }
 
 AAX_Result GetEffectDescriptions(AAX_ICollection* outCollection)

@@ -154,11 +154,12 @@ void AaxAdapter_Parameters::LoadWrappedPlugin()
     mPlugin = mVst2Host.LoadPlugin(path.data());
     if (mPlugin != nullptr)
     {
+        PluginLoaded();
         // Again, although loading has done it: some plug-ins drop the rate and block size sent before they
         // are open.
         mPlugin->Initialize(kBlockSizeFrames, mSampleRate);
         const std::optional<SDescribedShape> described = RememberedDescription();
-        const SDescribedShape shape = described ? *described : ShapeOf(*mPlugin);
+        SDescribedShape shape = described ? *described : ShapeOf(*mPlugin);
         PluginStarted(shape);
         mLatency = PluginLatency();
         PrepareChannels(shape);
@@ -192,11 +193,15 @@ void AaxAdapter_Parameters::PrepareChannels(const SDescribedShape& inShape)
     const AEffect& effect = *mPlugin->GetEffect();
     mHasInputNode = inShape.mHasInputNode;
     mHostOutputChannels = inShape.mOutputChannels;
-    mDirectOutputs = effect.processReplacing != nullptr ? mHostOutputChannels : kNoneDirect;
+    const bool isDirect =
+        effect.processReplacing != nullptr && inShape.mSecondOutput == ESecondChannel::kHosts;
+    mDirectOutputs = isDirect ? mHostOutputChannels : kNoneDirect;
     // With a nonsensical count it counts as grown, and its blocks are silent.
     const auto sensible = [](std::int32_t inChannels) { return inChannels <= kMaxChannels ? inChannels : 0; };
-    mInputs.Prepare(inShape.mInputChannels, sensible(effect.numInputs), kBlockSizeFrames);
-    mOutputs.Prepare(inShape.mOutputChannels, sensible(effect.numOutputs), kBlockSizeFrames);
+    mInputs.Prepare(inShape.mInputChannels, sensible(effect.numInputs), kBlockSizeFrames,
+                    inShape.mSecondInput);
+    mOutputs.Prepare(inShape.mOutputChannels, sensible(effect.numOutputs), kBlockSizeFrames,
+                     inShape.mSecondOutput);
 }
 
 void AaxAdapter_Parameters::AddPluginParameters()

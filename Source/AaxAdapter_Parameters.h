@@ -112,8 +112,11 @@ protected:
 
     // ---- Where a product's features (Source/features/) come in. Main thread.
 
-    /** The plug-in is loaded and switched on. @param inShape what the host was told of it. */
-    virtual void PluginStarted(const SDescribedShape& /*inShape*/) {}
+    /** The plug-in is loaded and going to be switched on once more. */
+    virtual void PluginLoaded() {}
+    /** It is switched on. @param ioShape what the host was told of it, which may be another for this
+     * instance. */
+    virtual void PluginStarted(SDescribedShape& /*ioShape*/) {}
     /** It is going to be switched off. */
     virtual void PluginEnds() {}
     virtual bool IsAutomatable(long /*inIndex*/) const { return true; }

@@ -78,7 +78,7 @@ void AaxAdapter_Parameters::RenderFitted(AAX_SInstrumentRenderInfo& ioInfo, SFra
                          mOutputs.Extend(ioInfo.mAudioOutputs, inFrames.mFirst), inFrames.mCount);
     }
     // Afterwards: the host may have it work in place.
-    SilenceOutputs(ioInfo, canRender ? std::max(effect.numOutputs, 0) : 0, inFrames);
+    SilenceOutputs(ioInfo, canRender ? mOutputs.HostChannelsOf(std::max(effect.numOutputs, 0)) : 0, inFrames);
 }
 
 void AaxAdapter_Parameters::RenderInParts(AAX_SInstrumentRenderInfo& ioInfo)

@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 class AAX_IEffectGUI;
 class AAX_IEffectParameters;
 class CVst2Plugin;
+struct SComponentChoice;
 
 /**
  * What makes a module one maker's product, beside the options of ProductOptions.h. A product's generated
@@ -39,6 +41,9 @@ struct SInstanceFactories
     /** Names an output by its first channel, counted from 0, and their number; null: as its port. */
     void (*mNameOutput)(const CVst2Plugin& inPlugin, long inFirstChannel, long inChannels,
                         std::span<char> outName);
+    /** The components to describe, at least one, each with an identifier of its own; null: one for the
+     * plug-in's own main stems. */
+    std::vector<SComponentChoice> (*mListComponents)(CVst2Plugin& inPlugin);
 };
 
 /** Those that the product registers: one of the two below. */

@@ -23,9 +23,13 @@ bool SendsMidi(const CVst2Plugin& inPlugin)
 SDescribedShape ShapeOf(const CVst2Plugin& inPlugin)
 {
     const SStemLayout layout = StemLayoutOfPorts(inPlugin.InputPorts(), inPlugin.OutputPorts());
-    return {layout.InputChannelCount(), layout.OutputChannelCount(),
-            inPlugin.AcceptedMidiAtLoad() || kMidiInput, kProductFeatures.mMidiOutput && SendsMidi(inPlugin),
-            AAX_StemChannelCount(layout.mOutputStem)};
+    return {layout.InputChannelCount(),
+            layout.OutputChannelCount(),
+            inPlugin.AcceptedMidiAtLoad() || kMidiInput,
+            kProductFeatures.mMidiOutput && SendsMidi(inPlugin),
+            AAX_StemChannelCount(layout.mOutputStem),
+            ESecondChannel::kHosts,
+            ESecondChannel::kHosts};
 }
 
 void RememberDescription(const SDescribedShape& inShape)

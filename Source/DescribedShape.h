@@ -1,4 +1,6 @@
 #pragma once
+#include "Source/CChannelExtension.h"
+
 #include <optional>
 
 class CVst2Plugin;
@@ -11,6 +13,9 @@ struct SDescribedShape
     bool mHasInputNode = false;
     bool mHasOutputNode = false;
     long mMainOutputChannels = 0; // of the main output stem alone
+    // Of an instance whose main stems are not as wide as the plug-in's main ports.
+    ESecondChannel mSecondInput = ESecondChannel::kHosts;
+    ESecondChannel mSecondOutput = ESecondChannel::kHosts;
 };
 
 /** What a copy of the plug-in is described as. */

@@ -26,6 +26,21 @@ struct SStemLayout
     long OutputChannelCount() const noexcept;
 };
 
+/** Formats of the main stems of a component. */
+struct SStemPair
+{
+    std::int32_t mInput = AAX_eStemFormat_None;
+    std::int32_t mOutput = AAX_eStemFormat_None;
+    bool operator==(const SStemPair&) const = default;
+};
+
+/** What makes a component of the description another than the first. */
+struct SComponentChoice
+{
+    SStemPair mStems;
+    std::uint32_t mPlugInID = 0;
+};
+
 /**
  * The first port of each direction gives the main stems. A direction without a usable first port takes the
  * other's format; with neither both are AAX_eStemFormat_None. Each further output port is an auxiliary stem.

@@ -9,7 +9,8 @@
 #                      [CONSTANT name MEANING line...])
 #
 # The kind is REQUIRED or TEXT, NUMBER (an int32_t, of which the sentence about a wrong one names an EXAMPLE), CHOICE (one of
-# the CHOICES; none of them is 0), SWITCH or LIST (one or more words).
+# the CHOICES; none of them is 0), SWITCH or LIST (one or more words; where there are CHOICES, up to seven of these, and its
+# constant has four bits of each, the first lowest).
 include_guard(GLOBAL)
 
 function(_aaxadapter_option keyword kind default help)
@@ -37,12 +38,25 @@ function(_aaxadapter_list_options out)
     set(${out} "${found}" PARENT_SCOPE)
 endfunction()
 
-# The number that a word stands for among CHOICES; nothing where it is none of them.
-function(_aaxadapter_number_of_choice out word)
-    set(choices ${ARGN})
-    list(FILTER choices INCLUDE REGEX "^${word}=")
-    string(REGEX REPLACE "^[^=]*=" "" number "${choices}")
-    set(${out} "${number}" PARENT_SCOPE)
+# The number that words stand for among CHOICES; nothing where one of them is none, or stands there twice.
+function(_aaxadapter_number_of_choices out words)
+    set(sum 0)
+    set(shift 0)
+    foreach(word IN LISTS words)
+        set(choices ${ARGN})
+        list(FILTER choices INCLUDE REGEX "^${word}=")
+        set(same ${words})
+        list(FILTER same INCLUDE REGEX "^${word}$")
+        list(LENGTH same times)
+        if(NOT choices OR times GREATER 1)
+            set(${out} "" PARENT_SCOPE)
+            return()
+        endif()
+        string(REGEX REPLACE "^[^=]*=" "" number "${choices}")
+        math(EXPR sum "${sum} | (${number} << ${shift})")
+        math(EXPR shift "${shift} + 4")
+    endforeach()
+    set(${out} "${sum}" PARENT_SCOPE)
 endfunction()
 
 # What an option's row says: its kind, default, help, PROBED, EXAMPLE, CHOICES, CONSTANT and MEANING as variables option_….
@@ -73,6 +87,11 @@ _aaxadapter_option(CATEGORY CHOICE "" "Where hosts list it; otherwise as what th
     dither=0x100 sound-field=0x200 instrument=0x800 effect=0x2000
     CONSTANT kCategory MEANING
     "The category in the description; 0: software instrument or wrapped plug-in, as the plug-in says.")
+_aaxadapter_option(STEMS LIST "" "Main stems that it is offered for; otherwise those of the plug-in's first ports"
+    CHOICES mono=1 mono-stereo=2 stereo=3
+    CONSTANT kStems MEANING
+    "Main stems of the components in the description, four bits each, the first lowest: 1 mono, 2 mono into stereo, 3"
+    "stereo. 0: one component, as the plug-in's first ports are.")
 _aaxadapter_option(FEATURES LIST "" "What it does beyond the required: ALL, or names of cmake/ProductFeatures.cmake")
 _aaxadapter_option(RT_GUARD SWITCH OFF "Count what should not happen while a block is rendered, for a beta")
 _aaxadapter_option(NO_PROBE SWITCH OFF "Do not try while building whether the plug-in loads")

@@ -250,6 +250,40 @@ struct VstMidiSysexEvent
 };
 static_assert(sizeof(VstMidiSysexEvent) == 48 && offsetof(VstMidiSysexEvent, sysexDump) == 32);
 
+/** The kinds of arrangements of speakers that have no speakers of their own to name. */
+enum VstSpeakerArrangementType : std::int32_t
+{
+    kSpeakerArrMono = 0,
+    kSpeakerArrStereo = 1
+};
+/** Of one speaker. */
+enum VstSpeakerType : std::int32_t
+{
+    kSpeakerM = 0,
+    kSpeakerL = 1,
+    kSpeakerR = 2
+};
+
+struct VstSpeakerProperties
+{
+    float azimuth;
+    float elevation;
+    float radius;
+    float reserved;
+    char name[64];
+    std::int32_t type; // VstSpeakerType
+    char future[28];
+};
+static_assert(sizeof(VstSpeakerProperties) == 112);
+
+struct VstSpeakerArrangement
+{
+    std::int32_t type; // VstSpeakerArrangementType
+    std::int32_t numChannels;
+    VstSpeakerProperties speakers[8];
+};
+static_assert(sizeof(VstSpeakerArrangement) == 904);
+
 /** A list of events; the array really holds `numEvents` pointers. */
 struct VstEvents
 {

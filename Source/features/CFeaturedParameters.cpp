@@ -1,6 +1,7 @@
 #include "Source/features/CFeaturedParameters.h"
 
 #include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
+#include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Source/AaxAdapter_Parameters_Steps.h"
 #include "Source/DescribedShape.h"
 #include "Source/IAttachedEditor.h"
@@ -9,6 +10,7 @@
 #include "Source/features/ParameterProperties.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/ProductFeatures.h"
+#include "Source/plugins/ProductOptions.h"
 
 #include <algorithm>
 #include <string_view>
@@ -71,17 +73,29 @@ CFeaturedParameters::~CFeaturedParameters()
 
 // ---- The life of the plug-in
 
-void CFeaturedParameters::PluginStarted(const SDescribedShape& inShape)
+void CFeaturedParameters::PluginLoaded()
 {
+    if (kStems == 0)
+        return;
+    SStemPair told;
+    (void)Controller()->GetInputStemFormat(&told.mInput); // a host that does not tell has the first component
+    (void)Controller()->GetOutputStemFormat(&told.mOutput);
+    mStems.Choose(told, *Plugin());
+}
+
+void CFeaturedParameters::PluginStarted(SDescribedShape& ioShape)
+{
+    if (kStems != 0)
+        mStems.Fit(ioShape, *Plugin()->GetEffect());
     mTransportTime.SetSampleRate(static_cast<double>(SampleRate()));
-    if (inShape.mHasOutputNode && !mMidiOutput.IsPrepared())
+    if (ioShape.mHasOutputNode && !mMidiOutput.IsPrepared())
         mMidiOutput.Prepare();
     if (kProductFeatures.mHostAnswers)
         (void)Plugin()->Dispatch(effStartProcess); // the interface gives the result no meaning
     mBypassesItself = kProductFeatures.mBypass && Plugin()->CanDo("bypass");
     mMostAtOnce.store(kBlockSizeFrames, std::memory_order_relaxed);
-    mBypass.Configure(static_cast<double>(SampleRate()), static_cast<std::int32_t>(inShape.mInputChannels),
-                      static_cast<std::int32_t>(inShape.mMainOutputChannels));
+    mBypass.Configure(static_cast<double>(SampleRate()), static_cast<std::int32_t>(ioShape.mInputChannels),
+                      static_cast<std::int32_t>(ioShape.mMainOutputChannels));
     mAnswersAutomation = kProductFeatures.mParameterProperties &&
                          AnswersAutomation(*Plugin(), std::min(Plugin()->GetNumParameters(), kMaxParameters));
 }

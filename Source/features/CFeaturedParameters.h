@@ -4,6 +4,7 @@
 #include "Source/features/CGestures.h"
 #include "Source/features/CMidiOutput.h"
 #include "Source/features/CPrograms.h"
+#include "Source/features/CStems.h"
 #include "Source/features/CSysexInput.h"
 #include "Source/features/CTransportTime.h"
 #include "Source/features/CValueTexts.h"
@@ -60,7 +61,8 @@ public:
     void EndGestures() { mGestures.EndAll(); }
 
 private:
-    void PluginStarted(const SDescribedShape& inShape) override;
+    void PluginLoaded() override;
+    void PluginStarted(SDescribedShape& ioShape) override;
     void PluginEnds() override;
     bool IsAutomatable(long inIndex) const override;
     void DescribeParameter(long inIndex, AAX_IParameter& ioParameter) const override;
@@ -101,6 +103,7 @@ private:
     std::string mDirectory; // of the plug-in file
     mutable CValueTexts mValueTexts;
     CGestures mGestures;
+    CStems mStems;
     CPrograms mPrograms;
     CBypass mBypass;
     // Frames of a block; larger ones are rendered in parts. None are whole once the bypass was on. The main

@@ -10,6 +10,7 @@ set(rows # each option, and what shows it
     "PORTS_FROM_COUNTS=ON|\"output stem format\",[^}]*\"stereo\""
     "MIDI_INPUT=ON|\"node\": \"local input\""
     "CATEGORY=noise-reduction|\"categories\": . ?128"
+    "STEMS=mono-stereo|\"input stem format\",[^}]*\"mono\""
     "FEATURES=MIDI_OUTPUT|\"node\": \"local output\""
     "RT_GUARD=ON|Real-time guard, [1-9]"
     "NO_PROBE=ON|\"effects\"" # vst2probe would have stopped the build

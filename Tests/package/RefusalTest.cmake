@@ -41,6 +41,7 @@ foreach(row
         "${good} VERSION 1.100|the first up to 9999, the others up to 99"
         "SOURCE_VST \"a\\\\;b\" EFFECT_ID com.example.a MANUFACTURER_ID Mkr1|would be taken for two, and so would the plug-in's"
         "${good} FEATURES TIME TEMPO|FEATURES 'TEMPO' is none"
+        "${good} STEMS mono mono|STEMS 'mono mono' is none; write mono, mono-stereo or stereo, each once"
         "${good} CATEGORY verb|CATEGORY 'verb' is none; write eq, dynamics"
         "${good} ENTRY_VERSION 4294967296|has to be a number up to 2147483647")
     string(REGEX REPLACE "\\|.*" "" arguments "${row}")

@@ -231,7 +231,8 @@ int Render(const SRenderOptions& inOptions)
     const auto module = CModule::Open(inOptions.mModule, log);
     if (!module)
         return Fail(module.Problem());
-    const auto instance = CInstance::Create(**module, material->mRate, {.mAnswers = inOptions.mAnswers});
+    const auto instance = CInstance::Create(**module, material->mRate,
+                                            {.mAnswers = inOptions.mAnswers, .mStems = inOptions.mStems});
     if (!instance)
         return Fail(instance.Problem());
     const auto settings = ChooseParameters(**instance, inOptions, material->mAutomation);
@@ -341,6 +342,9 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     command
         ->add_option("--bypass-at", options->mBypassAt, "SECONDS: switch the master bypass on at that time")
         ->check(NumberFrom(0.0, 86400.0));
+    command->add_option(
+        "--stems", options->mStems,
+        "Main stems of the track, as described: mono, mono-stereo, stereo; otherwise the first");
     AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return Render(*options); }; });
 }

@@ -32,6 +32,7 @@ struct SRenderOptions
     std::vector<std::string> mSets;        // PARAMETER=VALUE
     std::vector<std::string> mAutomations; // PARAMETER=FILE
     std::optional<double> mBypassAt;       // seconds
+    std::string mStems;                    // as `SInstanceOptions` has it
 };
 
 /** What the files that the options name hold. */

@@ -30,6 +30,12 @@ CModule& CCheckContext::Module()
 
 std::unique_ptr<CInstance> CCheckContext::MakeInstance(double inRate)
 {
+    // Where there are several components, stereo is most like the plug-in called directly.
+    const std::vector<SComponent>& components = Module().Effect().mComponents;
+    const auto isStereo = [](const SComponent& component)
+    { return NameOfStems(MainStemsOf(component)) == "stereo"; };
+    mInstanceOptions.mStems =
+        components.size() > 1 && std::ranges::any_of(components, isStereo) ? "stereo" : "";
     auto instance = CInstance::Create(Module(), inRate, mInstanceOptions);
     if (!instance)
         throw SCheckEnd{SFinding::Failed(instance.Problem().mSentence)};

@@ -37,3 +37,12 @@ void* FindProcPtr(const SEffect& inEffect, AAX_CProcPtrID inID)
                                     [=](const SProcPtr& entry) { return entry.mID == inID; });
     return found == inEffect.mProcPtrs.end() ? nullptr : found->mProc;
 }
+
+SMainStems MainStemsOf(const SComponent& inComponent)
+{
+    if (inComponent.mProcs.empty())
+        return {};
+    const PropertyList& properties = inComponent.mProcs.front().mProperties;
+    return {FindProperty(properties, kAAX_PropertyInputStemFormat).value_or(AAX_eStemFormat_None),
+            FindProperty(properties, kAAX_PropertyOutputStemFormat).value_or(AAX_eStemFormat_None)};
+}

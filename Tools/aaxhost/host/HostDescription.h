@@ -114,6 +114,16 @@ struct SDescription
     PropertyList mProperties;
 };
 
+/** Formats of a component's main stems. */
+struct SMainStems
+{
+    std::int32_t mInput = AAX_eStemFormat_None;
+    std::int32_t mOutput = AAX_eStemFormat_None;
+    bool operator==(const SMainStems&) const = default;
+};
+/** Of its first render procedure; none where it has no such. */
+SMainStems MainStemsOf(const SComponent& inComponent);
+
 std::optional<AAX_CPropertyValue> FindProperty(const PropertyList& inProperties, AAX_EProperty inProperty);
 /** Null when the effect registered no such procedure. */
 void* FindProcPtr(const SEffect& inEffect, AAX_CProcPtrID inID);

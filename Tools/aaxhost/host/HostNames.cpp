@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/host/HostNames.h"
 
+#include "Tools/aaxhost/host/HostDescription.h"
+
 #include "Interfaces/AAX/AAX_UIDs.h"
 #include "Interfaces/ACF/ACFInterfaces.h"
 #include "Tools/aaxhost/host/CHostAutomation.h"
@@ -83,6 +85,13 @@ std::string NameOfResult(AAX_Result inResult)
     if (inResult < -0x100000)
         return fmt::format("0x{:08X} ({})", static_cast<std::uint32_t>(inResult), MeaningOfResult(inResult));
     return fmt::format("{} ({})", inResult, MeaningOfResult(inResult));
+}
+
+std::string NameOfStems(const SMainStems& inStems)
+{
+    const std::string input = NameOfStemFormat(inStems.mInput);
+    const std::string output = NameOfStemFormat(inStems.mOutput);
+    return input == output ? input : input + "-" + output;
 }
 
 std::string NameOfStemFormat(std::int32_t inFormat)

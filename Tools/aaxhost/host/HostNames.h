@@ -6,6 +6,7 @@
 #include <string_view>
 
 enum class EAnswers;
+struct SMainStems;
 
 /** Readable forms of the interfaces' numbers, for the log and for messages. */
 
@@ -15,6 +16,8 @@ std::string NameOfUid(const acfUID& inId);
 std::string NameOfResult(AAX_Result inResult);
 /** "stereo", "none" or the number and channel count of another format. */
 std::string NameOfStemFormat(std::int32_t inFormat);
+/** "mono", "mono-stereo", "stereo"; others by both formats, with a hyphen. */
+std::string NameOfStems(const SMainStems& inStems);
 /** The four characters in quotes, or a hexadecimal number when they are not printable. */
 std::string NameOfFourCharCode(AAX_CTypeID inCode);
 std::string NameOfMidiNodeType(std::int32_t inType);

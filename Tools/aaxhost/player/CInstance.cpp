@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace
 {
@@ -24,9 +25,20 @@ ACFPtr<Interface> MakeObject(const SEffect& inEffect, AAX_CProcPtrID inProc, con
     return ACFPtr<Interface>::Query(object.Get(), inIid);
 }
 
-std::int32_t StemFormat(const SProcessProc& inProc, AAX_EProperty inProperty)
+/** @param inStems by name; empty: the first component. */
+COutcome<const SComponent*> FindComponent(const SEffect& inEffect, const std::string& inStems)
 {
-    return FindProperty(inProc.mProperties, inProperty).value_or(AAX_eStemFormat_None);
+    if (inEffect.mComponents.empty() || inEffect.mComponents.front().mProcs.empty())
+        return SProblem{"The module describes no component with a render procedure."};
+    std::vector<std::string> names;
+    for (const SComponent& component : inEffect.mComponents)
+    {
+        names.push_back(NameOfStems(MainStemsOf(component)));
+        if (!component.mProcs.empty() && (inStems.empty() || names.back() == inStems))
+            return &component;
+    }
+    return SProblem{fmt::format("The module describes no component for the stems '{}'; it has {}.", inStems,
+                                fmt::join(names, ", "))};
 }
 } // namespace
 
@@ -58,23 +70,22 @@ COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double
 COutcome<SDone> CInstance::Begin(double inSampleRate, const SInstanceOptions& inOptions)
 {
     const SEffect& effect = mModule.Effect();
-    if (effect.mComponents.empty() || effect.mComponents.front().mProcs.empty())
-        return SProblem{"The module describes no component with a render procedure."};
-    mComponent = effect.mComponents.front();
-    const SProcessProc& proc = mComponent.mProcs.front();
-    mProcess = proc.mProcess;
-    const std::int32_t inputFormat = StemFormat(proc, kAAX_PropertyInputStemFormat);
-    const std::int32_t outputFormat = StemFormat(proc, kAAX_PropertyOutputStemFormat);
-    mInputChannels = AAX_StemChannelCount(inputFormat);
-    mMainOutputChannels = AAX_StemChannelCount(outputFormat);
+    const auto component = FindComponent(effect, inOptions.mStems);
+    if (!component)
+        return component.Problem();
+    mComponent = **component;
+    mProcess = mComponent.mProcs.front().mProcess;
+    const SMainStems stems = MainStemsOf(mComponent);
+    mInputChannels = AAX_StemChannelCount(stems.mInput);
+    mMainOutputChannels = AAX_StemChannelCount(stems.mOutput);
     mOutputChannels = mMainOutputChannels;
     for (const SAuxStem& stem : mComponent.mAuxStems)
         mOutputChannels += AAX_StemChannelCount(stem.mFormat);
 
     SControllerState& controller = mHost->Controller().State();
     controller.mEffectID = effect.mID;
-    controller.mInputStemFormat = inputFormat;
-    controller.mOutputStemFormat = outputFormat;
+    controller.mInputStemFormat = stems.mInput;
+    controller.mOutputStemFormat = stems.mOutput;
     mHost->SetSampleRate(inSampleRate);
     mHost->Automation().SetAnswers(inOptions.mAnswers);
 

@@ -31,6 +31,7 @@ struct SInstanceOptions
 {
     EAnswers mAnswers = EAnswers::Late;  // to what the instance asks for
     bool mBeginsWithCoefficients = true; // else the first `FinishUpdates` has them sent
+    std::string mStems{};                // of the component, as `NameOfStems` says; empty: the first's
 };
 
 /**
