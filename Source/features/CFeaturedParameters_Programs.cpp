@@ -95,7 +95,7 @@ AAX_Result CFeaturedParameters::CompareActiveChunk(const AAX_SPlugInChunk* inChu
             saved.AddDouble(CPrograms::kID, static_cast<double>(mPrograms.Current()));
             const auto size = static_cast<std::size_t>(saved.GetChunkDataSize());
             std::vector<AAX_SPlugInChunk> whole(1 + size / sizeof(AAX_SPlugInChunk) + 1);
-            whole.front() = *inChunk;
+            whole.front().mChunkID = inChunk->mChunkID;
             const AAX_Result result = saved.GetChunkData(whole.data());
             return result == kAAX_Success
                        ? AaxAdapter_Parameters::CompareActiveChunk(whole.data(), outIsEqual)
