@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <dlfcn.h>
 #include <fstream>
 #include <memory>
 #include <set>
@@ -162,5 +163,20 @@ TEST(Description, InstancesShareNothingAndTheModuleKnowsWhenItMayGo)
     first = SProblem{};
     second = SProblem{};
     EXPECT_EQ((*module)->LiveObjects(), 0);
+}
+
+TEST(Description, AModuleThatGoesAheadOfItsObjectsStaysLoaded)
+{
+    const CModuleBundle bundle(kPlainModule, kDelayPlugin);
+    CHostLog log;
+    auto module = CModule::Open(bundle.Path().string(), log);
+    ASSERT_TRUE(module) << module.Problem().mSentence;
+    const auto make =
+        reinterpret_cast<IACFUnknown* (*)()>(FindProcPtr((*module)->Effect(), kAAX_ProcPtrEffectParameters));
+    const auto inModule = reinterpret_cast<void*>((*module)->Entries().mShutdown);
+    const ACFPtr<IACFUnknown> object(make());
+    module = SProblem{};
+    Dl_info info{};
+    EXPECT_NE(dladdr(inModule, &info), 0);
 }
 } // namespace

@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/check/CallWatch.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 #include <tuple>
 #include <utility>
 
@@ -169,6 +170,38 @@ TEST_F(RendererTest, ATailEndsAfterASecondOfSilenceWhateverTheBlockOrAtItsLimit)
             EXPECT_EQ(taken, frames);
             EXPECT_EQ(end->mIsSilent, silent);
         }
+}
+
+TEST_F(RendererTest, WhatIsNoNumberIsNoSilence)
+{
+    mJob.mPlaying = false;
+    SAudio input;
+    input.mChannels.assign(1, std::vector<float>(151));
+    input.mChannels.front().back() = std::numeric_limits<float>::quiet_NaN();
+    mJob.mInput = &input;
+    mJob.mFrames = 5;
+    mJob.mMostTailFrames = 5000;
+    const auto end =
+        RenderOffline(*mInstance, mJob, [](std::span<const float* const>, std::int32_t) { return SDone{}; });
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->mFrames, 151 + 1000);
+}
+
+TEST(RenderCall, APrivateFieldHasRoomForAllOfItsBytes)
+{
+    SComponent component;
+    for (const std::uint32_t size : {1U, 8U, 9U})
+    {
+        SField& field = component.mFields.emplace_back();
+        field.mIndex = static_cast<AAX_CFieldIndex>(component.mFields.size() - 1);
+        field.mKind = EFieldKind::PrivateData;
+        field.mSize = size;
+    }
+    CHostLog log;
+    CHostTransport transport(log);
+    const SRenderCall call(component, 0, 0, log, transport);
+    for (const SRenderCall::SBlock& block : call.mBlocks)
+        EXPECT_GE(block.mWords.size() * sizeof(block.mWords.front()), block.mSize);
 }
 
 TEST_F(RendererTest, TheHostAllocatesNothingDuringARenderCall)
