@@ -73,7 +73,7 @@ VstIntPtr Dispatch(AEffect* inEffect, std::int32_t inOpcode, std::int32_t inInde
         std::snprintf(static_cast<char*>(inPointer), 8, "%.2f",
                       static_cast<double>(plugin.mParameters[static_cast<std::size_t>(inIndex)]));
         return 1;
-    case effGetParamLabel: std::strcpy(static_cast<char*>(inPointer), "dB"); return 1;
+    case effGetParamLabel: std::memcpy(inPointer, "dB", sizeof("dB")); return 1;
     case effGetInputProperties:
     case effGetOutputProperties: return DescribePin(inIndex, inPointer);
     case effCanDo: return CanDo(static_cast<const char*>(inPointer)) ? 1 : 0;
