@@ -54,6 +54,15 @@ constexpr std::string_view Trimmed(std::string_view inText) noexcept
         inText.remove_suffix(1);
     return inText;
 }
+
+/** As many whole characters of it as have room in so many bytes. */
+std::string_view FirstCharacters(std::string_view inText, std::size_t inMostBytes) noexcept
+{
+    std::size_t size = std::min(inText.size(), inMostBytes);
+    while (size > 0 && size < inText.size() && (ByteAt(inText, size) & 0xC0U) == 0x80U)
+        --size; // it would cut a character
+    return inText.substr(0, size);
+}
 } // namespace
 
 std::string CleanText(std::string_view inText)
@@ -74,14 +83,6 @@ std::string CleanText(std::string_view inText)
     }
     std::ranges::replace_if(text, IsControl, ' ');
     return std::string(Trimmed(text));
-}
-
-std::string_view FirstCharacters(std::string_view inText, std::size_t inMostBytes) noexcept
-{
-    std::size_t size = std::min(inText.size(), inMostBytes);
-    while (size > 0 && size < inText.size() && (ByteAt(inText, size) & 0xC0U) == 0x80U)
-        --size; // it would cut a character
-    return inText.substr(0, size);
 }
 
 std::string ShortenedText(std::string inText, std::int32_t inMostBytes)

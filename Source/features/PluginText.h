@@ -12,6 +12,3 @@ std::string CleanText(std::string_view inText);
 
 /** A clean text in at most so many bytes, without a blank at the cut; a negative number counts as 0. */
 std::string ShortenedText(std::string inText, std::int32_t inMostBytes);
-
-/** As many whole characters of it as have room in so many bytes. */
-std::string_view FirstCharacters(std::string_view inText, std::size_t inMostBytes) noexcept;

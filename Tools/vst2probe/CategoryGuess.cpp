@@ -25,7 +25,6 @@ struct SWord
 
 /** The first that a name has decides: "reverb delay" is a reverb, "multiband compressor eq" dynamics. */
 constexpr SWord kWords[] = {
-    {"reverb", "reverb"},
     {"verb", "reverb"},
     {"plate", "reverb"},
     {"hall", "reverb"},
@@ -35,7 +34,6 @@ constexpr SWord kWords[] = {
     {"noise reduc", "noise-reduction"},
     {"dither", "dither"},
     {"dyna", "dynamics"},
-    {"compress", "dynamics"},
     {"limiter", "dynamics"},
     {"maxim", "dynamics"},
     {"expander", "dynamics"},
@@ -57,7 +55,6 @@ constexpr SWord kWords[] = {
     {"tube", "harmonic"},
     {"saturat", "harmonic"},
     {"crush", "harmonic"},
-
     {"pan", "sound-field"},
     {"encoder", "sound-field"},
     {"decoder", "sound-field"},
