@@ -1,12 +1,14 @@
-#include "Tests/integration/CVirtualDisplay.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/integration/ToolRun.h"
-#include "Tools/aaxhost/window/CHostWindow.h"
+#include "Tools/aaxhost/check/CCheckContext.h"
+#include "Tools/aaxhost/check/CheckSummary.h"
+#include "Tools/aaxhost/window/CVirtualDisplay.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <cstdlib>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -22,24 +24,15 @@ constexpr bool kIsSanitized = true;
 constexpr bool kIsSanitized = false;
 #endif
 
-/** One run of `aaxhost check`, on demand with an X server beside it where one is installed. */
+/** One run of `aaxhost check`. */
 struct SCheckRun
 {
     SCheckRun(const fs::path& inModule, const fs::path& inPlugin,
-              const std::vector<std::string>& inArguments = {}, bool inWithDisplay = false,
-              const fs::path& inFeatures = {})
+              const std::vector<std::string>& inArguments = {}, const fs::path& inFeatures = {})
         : mBundle(inModule, inPlugin)
     {
         if (!inFeatures.empty())
             fs::copy_file(inFeatures, mBundle.SourceVst().replace_filename("features.txt"));
-        if (inWithDisplay && CVirtualDisplay::IsInstalled())
-        {
-            EXPECT_EQ(mDisplay.Start(), "");
-            auto window = CHostWindow::Create("keeps the server");
-            EXPECT_TRUE(window);
-            if (window)
-                mKeepsServer = std::move(*window);
-        }
         std::vector<std::string> command = {AAXHOST, "check", mBundle.Path().string(), "--json",
                                             File("json")};
         command.insert(command.end(), inArguments.begin(), inArguments.end());
@@ -59,17 +52,17 @@ struct SCheckRun
                 names.insert(check["name"].get<std::string>());
         return names;
     }
-    std::string ReasonOf(const std::string& inName) const
+    std::string ReasonOf(const std::string& inName) const { return Told(inName, "reason"); }
+    /** Something that is told of a check. */
+    std::string Told(const std::string& inName, const char* inWhat) const
     {
         for (const auto& check : mResults.value("checks", nlohmann::json::array()))
             if (check["name"] == inName)
-                return check["reason"].get<std::string>();
+                return check.value(inWhat, "");
         return "no such check";
     }
 
     CModuleBundle mBundle;
-    CVirtualDisplay mDisplay;
-    std::unique_ptr<CHostWindow> mKeepsServer; // which ends with its last client, and checks come and go
     SToolRun mRun;
     nlohmann::json mResults;
 };
@@ -92,20 +85,20 @@ TEST_P(FaultyPlugin, MakesItsOwnChecksFailAndNoOther)
     const std::string plugin = faulty.mPlugin;
     if (kIsSanitized && (plugin == "Leak" || plugin == "Heap" || plugin == "Blocking"))
         GTEST_SKIP() << "the sanitizer has replaced what is watched here";
-    const bool needsDisplay = faulty.mFails.contains("editor.gestures");
-    if (needsDisplay && !CVirtualDisplay::IsInstalled())
+    if (faulty.mFails.contains("editor.gestures") && !CVirtualDisplay::IsInstalled())
         GTEST_SKIP() << "Xvfb is not installed";
     const bool hangs = faulty.mFails.contains("life-cycle.creates");
     std::vector<std::string> arguments = {"--strictness", "5"};
     if (hangs)
         arguments.insert(arguments.end(), {"--limit", "1"});
-    const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / ("faulty_" + plugin + ".so"), arguments,
-                        needsDisplay);
+    const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / ("faulty_" + plugin + ".so"), arguments);
     EXPECT_EQ(run.With("failed"), faulty.mFails) << run.mRun.mOutput << run.mRun.mErrors;
     EXPECT_EQ(run.mRun.mExit, 1);
     EXPECT_NE(run.ReasonOf(*faulty.mFails.begin()).find(faulty.mSaying), std::string::npos)
         << run.ReasonOf(*faulty.mFails.begin());
     EXPECT_NE(run.mRun.mOutput.find("Not fit to ship."), std::string::npos);
+    for (const std::string& name : faulty.mFails) // an identity is the product's and not the plug-in's
+        EXPECT_EQ(run.Told(name, "fault"), plugin == "Identity" ? "module" : "plug-in") << name;
     for (const std::string& name : hangs ? run.With("passed") : Names())
         EXPECT_TRUE(name.starts_with("description.")) << name << " is called good without an instance";
 }
@@ -138,9 +131,132 @@ INSTANTIATE_TEST_SUITE_P(
         SFaulty{"Blocking", {"rendering.locks", "rendering.system-calls"}, "The wrapped plug-in takes locks"},
         SFaulty{"Tempo", {"transport.moving-tempo", "transport.tempos"}, "SIGABRT"},
         SFaulty{"Memory", {"state.new-instance", "state.round-trip"}, "was saved at"},
+        SFaulty{
+            "Coarse", {"state.new-instance", "state.round-trip"}, "('soft'), and does not sound the same"},
         SFaulty{"Load", {"state.answers"}, "(Gain) is at 0."},
         SFaulty{"Chunk", {"state.damaged", "state.random", "state.truncated"}, "SIGABRT"}),
     [](const testing::TestParamInfo<SFaulty>& inInfo) { return std::string(inInfo.param.mPlugin); });
+
+TEST(Check, WhatIsSaidOfAPluginIsNotWhatItsNumbersSay)
+{
+    struct SRow
+    {
+        const char* mPlugin;
+        const char* mCheck;
+        const char* mResult;
+        const char* mFault;
+        const char* mSaying;
+        bool mHasFeatures = false;
+    };
+    for (const SRow& row :
+         {SRow{"Switch", "state.round-trip", "passed", "", "('soft') and comes back at 0.0000 ('soft')."},
+          SRow{"Switch", "state.new-instance", "passed", "", "('soft') and comes back at 0.0000 ('soft')."},
+          SRow{"HasPrograms", "state.round-trip", "failed", "module",
+               "the feature PROGRAM_FIRST mends that."},
+          SRow{"HasPrograms", "state.round-trip", "passed", "", "", true},
+          SRow{"LateLatency", "rendering.late-latency", "failed", "module",
+               "The feature LATENCY tells the host."},
+          SRow{"LateLatency", "rendering.late-latency", "passed", "", "and the host is told 144.", true}})
+    {
+        SCOPED_TRACE(std::string(row.mPlugin) + (row.mHasFeatures ? " with all features" : ""));
+        const SCheckRun run(row.mHasFeatures ? kAllFeaturesModule : kPlainModule,
+                            fs::path(FAULTY_PLUGINS) / fmt::format("faulty_{}.so", row.mPlugin),
+                            {"--only", row.mCheck});
+        EXPECT_EQ(run.Told(row.mCheck, "result"), row.mResult);
+        EXPECT_EQ(run.Told(row.mCheck, "fault"), row.mFault);
+        EXPECT_NE(run.ReasonOf(row.mCheck).find(row.mSaying), std::string::npos) << run.ReasonOf(row.mCheck);
+    }
+}
+
+TEST(Check, WithoutADisplayNobodyKnowsWhetherAnEditorIsFit)
+{
+    setenv("DISPLAY", ":65000", 1);
+    for (const auto& [plugin, result, says] :
+         {std::tuple{kSynthPlugin, "unseen", "Not known to be fit: There is no X server"},
+          std::tuple{kDelayPlugin, "skipped", "Not known to be fit: nothing was checked."}})
+    {
+        const SCheckRun run(kPlainModule, plugin, {"--only", "editor.opens"});
+        EXPECT_EQ(run.mRun.mExit, 3) << run.mRun.mOutput;
+        EXPECT_EQ(run.Told("editor.opens", "result"), result);
+        EXPECT_NE(run.mRun.mOutput.find(says), std::string::npos) << run.mRun.mOutput;
+    }
+    unsetenv("DISPLAY");
+}
+
+/** What is true of instances of a module only: they have a parameter that the plug-in does not. */
+bool IsOfModule(CCheckContext& ioContext) { return !ioContext.MakeInstance()->MasterBypassID().empty(); }
+
+TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
+{
+    static const CModuleBundle bundle(kPlainModule, kDelayPlugin);
+    const auto crash = [](CCheckContext&) -> SFinding
+    {
+        const fs::path mark = bundle.Path() / "tried";
+        if (fs::exists(mark))
+            return SFinding::Passed();
+        std::ofstream(mark) << "once";
+        std::abort();
+    };
+    struct SRow
+    {
+        SCheck mCheck;
+        EVerdict mVerdict;
+        EFault mFault;
+        const char* mReason;
+    };
+    const SRow rows[] = {
+        {{"life-cycle.module", "", 1,
+          [](CCheckContext& context)
+          { return IsOfModule(context) ? SFinding::Failed("It does.") : SFinding::Passed(); }},
+         EVerdict::Failed,
+         EFault::Module,
+         "It does."},
+        {{"life-cycle.worse", "", 1,
+          [](CCheckContext& context)
+          { return IsOfModule(context) ? SFinding::Failed("It does.") : SFinding::Warning("A little."); }},
+         EVerdict::Failed,
+         EFault::Module,
+         "It does."},
+        {{"life-cycle.both", "", 1, [](CCheckContext&) { return SFinding::Warning("It does."); }},
+         EVerdict::Warning,
+         EFault::Plugin,
+         "It does."},
+        {{"life-cycle.unknown", "", 1,
+          [](CCheckContext& context)
+          { return IsOfModule(context) ? SFinding::Warning("It does.") : SFinding::Skipped("Nothing."); }},
+         EVerdict::Warning,
+         EFault::Unknown,
+         "It does."},
+        {{"description.both", "", 1, [](CCheckContext&) { return SFinding::Failed("It does."); }},
+         EVerdict::Failed,
+         EFault::Module,
+         "It does."},
+        {{"life-cycle.always", "", 1, [](CCheckContext&) -> SFinding { std::abort(); }},
+         EVerdict::Failed,
+         EFault::Plugin,
+         "It crashed: Aborted, SIGABRT."},
+        {{"life-cycle.once", "", 1, crash},
+         EVerdict::Unstable,
+         EFault::Module,
+         "First: It crashed: Aborted, SIGABRT. Then: passed."},
+    };
+    SCheckJob job;
+    job.mModule = bundle.Path().string();
+    for (const SRow& row : rows)
+        job.mChecks.push_back(&row.mCheck);
+    const auto results = RunChecks(job);
+    ASSERT_EQ(results.size(), std::size(rows));
+    for (std::size_t i = 0; i < results.size(); ++i)
+    {
+        SCOPED_TRACE(rows[i].mCheck.mName);
+        EXPECT_EQ(results[i].mFinding.mVerdict, rows[i].mVerdict);
+        EXPECT_EQ(results[i].mFinding.mReason, rows[i].mReason);
+        EXPECT_EQ(results[i].mFault, rows[i].mFault);
+    }
+    EXPECT_EQ(CountsInWords(results), "7 checks: 5 failed (4 only through the module, 1 the plug-in's own), "
+                                      "1 of them unstable, 2 warnings.");
+    EXPECT_EQ(FitnessOf(results), EFitness::NotFit);
+}
 
 TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
 {
@@ -176,12 +292,13 @@ TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
         const fs::path plugin = fs::path(FAULTY_PLUGINS) / fmt::format("faulty_{}.so", row.mPlugin);
         if (row.mIsOfAny)
             arguments = {"--only", row.mCheck};
-        const SCheckRun claimed(kOptionsModule, plugin, arguments, true, claims);
+        const SCheckRun claimed(kOptionsModule, plugin, arguments, claims);
         EXPECT_EQ(claimed.With("failed"), Names{row.mCheck}) << claimed.mRun.mOutput;
         EXPECT_EQ(claimed.With("passed"), Names());
+        EXPECT_EQ(claimed.Told(row.mCheck, "fault"), "module");
         EXPECT_NE(claimed.ReasonOf(row.mCheck).find(row.mSaying), std::string::npos)
             << claimed.ReasonOf(row.mCheck);
-        const SCheckRun built(kAllFeaturesModule, plugin, arguments, true, claims);
+        const SCheckRun built(kAllFeaturesModule, plugin, arguments, claims);
         EXPECT_EQ(built.With("passed"), Names{row.mCheck}) << built.mRun.mOutput;
         EXPECT_EQ(built.With("failed"), Names());
     }
@@ -193,10 +310,10 @@ TEST(Check, BothExamplesPass)
          {std::pair{kSynthPlugin, "skipped"}, std::pair{kDelayPlugin, "passed"}})
     {
         SCOPED_TRACE(plugin);
-        const SCheckRun run(kPlainModule, plugin, {}, true);
+        const SCheckRun run(kPlainModule, plugin);
         EXPECT_EQ(run.With("failed"), Names()) << run.mRun.mOutput;
         EXPECT_EQ(run.With("warning"), Names()) << run.mRun.mOutput;
-        EXPECT_EQ(run.mRun.mExit, 0) << run.mRun.mErrors;
+        EXPECT_EQ(run.mRun.mExit, CVirtualDisplay::IsInstalled() || plugin == kDelayPlugin ? 0 : 3);
         EXPECT_TRUE(run.With(latency).contains("rendering.latency"));
         EXPECT_GE(run.mResults["checks"].size(), 100U);
         const bool hasEditor = CVirtualDisplay::IsInstalled() && plugin == kSynthPlugin;
@@ -216,7 +333,7 @@ TEST_P(RealPlugin, PassesAtStrictnessFive)
     if (kIsSanitized && plugin.filename().string().starts_with("Dragonfly"))
         GTEST_SKIP()
             << "it reads on behind a state that does not end in a zero, and the sanitizer ends the process";
-    const SCheckRun run(kOptionsModule, plugin, {}, true);
+    const SCheckRun run(kOptionsModule, plugin);
     EXPECT_EQ(run.With("failed"), Names()) << run.mRun.mOutput;
     EXPECT_EQ(run.mRun.mExit, 0) << run.mRun.mErrors;
 }

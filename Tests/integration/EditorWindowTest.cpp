@@ -1,6 +1,6 @@
-#include "Tests/integration/CVirtualDisplay.h"
 #include "Tests/integration/OpenedEditor.h"
 #include "Tests/integration/ToolRun.h"
+#include "Tools/aaxhost/window/CVirtualDisplay.h"
 #include "Tools/aaxhost/window/SPicture.h"
 
 #include <gtest/gtest.h>

@@ -62,6 +62,9 @@ TEST(Layering, IncludesGoDownOnly)
         {"Tools/aaxhost/check/",
          {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/",
           "Source/guard/ForbiddenFunctions.h"}},
+        // The plug-in called directly in a module's place.
+        {"Tools/aaxhost/direct/",
+         {aax[0], aax[1], "Interfaces/VST2/", "Tools/aaxhost/", "Tools/vst2driver/"}},
         {"Tools/aaxhost/bench/", {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/"}},
         // What the module is compared with: the plug-in called directly, and nothing of the module's.
         {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/vst2driver/"}},

@@ -1,12 +1,14 @@
 #include "Tools/aaxhost/CommandOptions.h"
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
-#include "Tools/aaxhost/check/CheckRunner.h"
+#include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/report/CheckReport.h"
+#include "Tools/aaxhost/window/CVirtualDisplay.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fmt/format.h>
 #include <memory>
 #include <optional>
@@ -53,7 +55,9 @@ public:
         if (group != mGroup)
             fmt::print("{}{}\n", mGroup.empty() ? "" : "\n", group);
         mGroup = group;
-        const std::string& reason = inResult.mFinding.mReason;
+        std::string reason = inResult.mFinding.mReason;
+        if (const std::string fault = FaultInWords(inResult); !fault.empty())
+            reason += fmt::format(" ({})", fault);
         fmt::print("  {:<8} {:<{}}{}{}\n", NameOfVerdict(inResult.mFinding.mVerdict), inResult.mCheck->mName,
                    reason.empty() ? 0 : kNameWidth, reason.empty() ? "" : " ", reason);
         std::fflush(stdout); // as it comes, also into a pipe
@@ -66,6 +70,29 @@ private:
     std::string_view mGroup;
     std::size_t mDone = 0;
 };
+
+int ExitFor(EFitness inFitness)
+{
+    switch (inFitness)
+    {
+    case EFitness::Fit: return kExitSuccess;
+    case EFitness::NotFit: return kExitFailure;
+    case EFitness::Unknown: break;
+    }
+    return kExitUnknown;
+}
+
+/** For the editors, where there is none and one can be had. */
+void StartDisplay(const SCheckJob& inJob, CVirtualDisplay& ioDisplay)
+{
+    const bool isWanted =
+        std::ranges::any_of(inJob.mChecks, [](const SCheck* check)
+                            { return check->Group() == "editor" || check->Group() == "features"; });
+    if (!isWanted || std::getenv("DISPLAY") != nullptr || !CVirtualDisplay::IsInstalled())
+        return;
+    if (const std::string problem = ioDisplay.Start(); !problem.empty())
+        fmt::print(stderr, "Editors cannot be looked at: {}.\n", problem);
+}
 
 int Check(const SCheckOptions& inOptions)
 {
@@ -81,6 +108,8 @@ int Check(const SCheckOptions& inOptions)
         if (std::ranges::find(inOptions.mOnly, check.mName) != inOptions.mOnly.end())
             job.mChecks.push_back(&check);
 
+    CVirtualDisplay display;
+    StartDisplay(job, display);
     CResultPrinter printer(job.mChecks.size());
     const auto results = RunChecks(job, [&](const SCheckResult& result) { printer.Print(result); });
     printer.Finish();
@@ -90,8 +119,8 @@ int Check(const SCheckOptions& inOptions)
     if (!inOptions.mReport.empty())
         if (const auto written = WriteText(inOptions.mReport, ReportPage(job, results)); !written)
             return Fail(written.Problem());
-    fmt::print("\n{}\n", ClosingLine(results));
-    return CountVerdicts(results).mFailed == 0 ? kExitSuccess : kExitFailure;
+    fmt::print("\n{} {}\n", CountsInWords(results), FitnessInWords(results));
+    return ExitFor(FitnessOf(results));
 }
 
 CLI::Validator CheckName()
@@ -110,8 +139,11 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
 {
     auto options = std::make_shared<SCheckOptions>();
     CLI::App* command = ioApp.add_subcommand("check", "Say whether a module is fit to ship");
-    command->footer("Each check runs in a process of its own. Exit code: 0 where none failed, 1 otherwise, 2 "
-                    "for wrong usage.");
+    command->footer(
+        "Each check runs in a process of its own; one that does not pass is repeated with the plug-in "
+        "alone, to say whose fault it is. Editors are opened on a display of their own where DISPLAY "
+        "names none and Xvfb is installed. Exit code: 0 where the module is fit to ship, 1 where it is "
+        "not, 2 for wrong usage, 3 where it could not be told.");
     CLI::Option* module = command->add_option("MODULE", options->mModule, "Bundle folder or module file");
     command
         ->add_option("--strictness", options->mStrictness,

@@ -8,6 +8,7 @@
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1; // a failed check, a refused module, an unreadable file
 inline constexpr int kExitUsage = 2;   // wrong usage
+inline constexpr int kExitUnknown = 3; // whether it would fail could not be told
 
 class CInstance;
 

@@ -1,8 +1,8 @@
 #include "Tools/support/ChildRun.h"
 
-#include "Tools/support/CTemporaryFolder.h"
 #include "Tools/support/WriteAll.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -40,22 +40,41 @@ bool IsWhole(const std::string& inBytes)
 }
 } // namespace
 
+CChildRun::CChildRun(const std::function<std::string()>& inWork, double inSeconds)
+    : mDeadline(Clock::now() +
+                std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(inSeconds))),
+      mChild([&](int inReport) { DoSilently(inWork, inReport, mHome.Path()); })
+{
+}
+
+std::optional<SChildEnd> CChildRun::TakeEnd(std::chrono::milliseconds inLongest)
+{
+    const auto until = std::min(mDeadline, Clock::now() + inLongest);
+    while (!mIsClosed && !IsWhole(mBytes))
+    {
+        const std::optional<std::string> more = mChild.Read(until);
+        if (more)
+            mBytes += *more;
+        else if (Clock::now() < until)
+            mIsClosed = true;
+        else
+            break;
+    }
+    if (IsWhole(mBytes))
+        return SChildEnd{SChildEnd::EKind::Finished, 0, mBytes.substr(sizeof(Length))};
+    SChildEnd end = mChild.Wait(until);
+    if (end.mKind == SChildEnd::EKind::Limit && Clock::now() < mDeadline)
+        return std::nullopt;
+    return end;
+}
+
 SChildEnd RunInChild(const std::function<std::string()>& inWork, double inSeconds)
 try
 {
-    const CTemporaryFolder home;
-    const auto deadline =
-        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(inSeconds));
-    CChildProcess child([&](int inReport) { DoSilently(inWork, inReport, home.Path()); });
-    std::string bytes;
-    while (!IsWhole(bytes))
-    {
-        const std::optional<std::string> more = child.Read(deadline);
-        if (!more)
-            return child.Wait(deadline);
-        bytes += *more;
-    }
-    return {SChildEnd::EKind::Finished, 0, bytes.substr(sizeof(Length))};
+    CChildRun run(inWork, inSeconds);
+    while (true)
+        if (auto end = run.TakeEnd(std::chrono::hours(1)))
+            return *end;
 }
 catch (const std::exception&)
 {

@@ -180,6 +180,12 @@ bool CDrivenPlugin::SetChunk(std::int32_t inScope, std::span<char> inChunk)
     return Dispatch(effSetChunk, inScope, static_cast<VstIntPtr>(inChunk.size()), inChunk.data()) != 0;
 }
 
+void CDrivenPlugin::ReserveEvents(std::size_t inCount)
+{
+    mEvents.reserve(inCount);
+    mEventList.reserve(inCount + sizeof(VstEvents) / sizeof(VstIntPtr));
+}
+
 void CDrivenPlugin::SendEvents(std::span<const SPluginEvent> inEvents)
 {
     if (inEvents.empty())

@@ -82,6 +82,8 @@ public:
 
     /** For the next block. They stay alive until others are sent. Sends nothing where there are none. */
     void SendEvents(std::span<const SPluginEvent> inEvents);
+    /** From now on sending as many allocates nothing. */
+    void ReserveEvents(std::size_t inCount);
     /** What it is told of the transport; Process() moves the position on. */
     VstTimeInfo& Time() { return mTime; }
     /** Whether it has asked for that. */

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -19,6 +20,40 @@ void Memory(CPlainEffect& ioEffect)
             ioEffect.Set(index, 0.0F);
         return 1;
     };
+}
+
+/** Has its gain loud or soft and nothing between, and says which; what it saves is one of the two. */
+void Switch(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
+    {
+        const float value = ioEffect.Get(kGain);
+        if (inCall.mOpcode == effGetParamDisplay && inCall.mIndex == kGain)
+        {
+            std::strcpy(static_cast<char*>(inCall.mPointer), value >= 0.5F ? "loud" : "soft");
+            return 1;
+        }
+        if (inCall.mOpcode != effGetChunk)
+            return ioEffect.Answer(inCall);
+        ioEffect.Set(kGain, value >= 0.5F ? 1.0F : 0.0F);
+        const VstIntPtr size = ioEffect.Answer(inCall);
+        ioEffect.Set(kGain, value);
+        return size;
+    };
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        const float value = ioEffect.Get(kGain);
+        ioEffect.Set(kGain, value >= 0.5F ? 1.0F : 0.1F);
+        ioEffect.Render(inBlock);
+        ioEffect.Set(kGain, value);
+    };
+}
+
+/** Saves its gain as loud or soft, and writes nothing else; one hears what lies between. */
+void Coarse(CPlainEffect& ioEffect)
+{
+    Switch(ioEffect);
+    ioEffect.mOnBlock = nullptr;
 }
 
 /** Loads its state in two steps, and moves a value in the second: when it is next asked for its state. */

@@ -1,6 +1,6 @@
-#include "Tests/integration/CVirtualDisplay.h"
 #include "Tests/unit/gui/ParentView.h"
 #include "Tools/aaxhost/window/CHostWindow.h"
+#include "Tools/aaxhost/window/CVirtualDisplay.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/check/CCheckContext.h"
 
+#include "Tools/aaxhost/check/CDirectRig.h"
+#include "Tools/aaxhost/direct/DirectModule.h"
 #include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -11,8 +13,12 @@
 #include <fstream>
 #include <limits>
 
-CCheckContext::CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers)
-    : mModulePath(std::move(inModulePath)), mStrictness(inStrictness), mInstanceOptions{.mAnswers = inAnswers}
+CCheckContext::CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers,
+                             ESubject inSubject)
+    : mModulePath(std::move(inModulePath)),
+      mStrictness(inStrictness),
+      mSubject(inSubject),
+      mInstanceOptions{.mAnswers = inAnswers, .mTellsValues = inSubject == ESubject::PluginAlone}
 {
 }
 
@@ -24,6 +30,8 @@ CModule& CCheckContext::Module()
         if (!module)
             throw SCheckEnd{SFinding::Failed(module.Problem().mSentence)};
         mModule = std::move(*module);
+        if (mSubject == ESubject::PluginAlone)
+            UnwrapPlugin(*mModule, ServicesOf(*this));
     }
     return *mModule;
 }
@@ -144,7 +152,8 @@ double ValueOf(CInstance& inInstance, const std::string& inID)
     AAX_CTypeID chunk = 0;
     std::uint32_t size = 0;
     // Without chunks there is nothing to bring up to date.
-    if (inInstance.Parameters().GetChunkIDFromIndex(0, &chunk) == kAAX_Success)
+    if (!inInstance.Options().mTellsValues &&
+        inInstance.Parameters().GetChunkIDFromIndex(0, &chunk) == kAAX_Success)
         (void)inInstance.Parameters().GetChunkSize(chunk, &size);
     (void)inInstance.Parameters().GetParameterNormalizedValue(inID.c_str(), &value); // stays not a number
     return value;

@@ -10,6 +10,13 @@
 
 inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choose another
 
+/** What stands behind the instances that a check makes. */
+enum class ESubject
+{
+    Module,
+    PluginAlone // called directly, described as the module does
+};
+
 /**
  * What a check works on: a module, opened when it is first asked for, and instances of it.
  *
@@ -18,7 +25,8 @@ inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choo
 class CCheckContext
 {
 public:
-    CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers = EAnswers::Late);
+    CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers = EAnswers::Late,
+                  ESubject inSubject = ESubject::Module);
     CCheckContext(const CCheckContext&) = delete;
     CCheckContext& operator=(const CCheckContext&) = delete;
 
@@ -49,6 +57,7 @@ public:
 private:
     std::string mModulePath;
     int mStrictness;
+    ESubject mSubject;
     SInstanceOptions mInstanceOptions;
     CHostLog mLog;
     std::unique_ptr<CModule> mModule; // goes before the log that it writes into
@@ -77,7 +86,7 @@ std::vector<std::string> AutomatableParameters(CInstance& inInstance);
 std::vector<std::string> NeededParameters(CInstance& inInstance);
 /** "'00003' (Cutoff)". */
 std::string NameOfParameter(CInstance& inInstance, const std::string& inID);
-/** The value as the module tells it after it was asked for its state, which is when it looks at the plug-in's
+/** The value as a module tells it after it was asked for its state, which is when it looks at the plug-in's
  * own values; not a number where it does not tell. */
 double ValueOf(CInstance& inInstance, const std::string& inID);
 /** Answers what waits until nothing does. @return false when it never ends. */

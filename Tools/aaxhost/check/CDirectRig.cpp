@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <fmt/format.h>
-#include <string_view>
 #include <utility>
 
 namespace
@@ -199,39 +198,7 @@ std::optional<VstIntPtr> CDirectRig::Answer(const SHostCall& inCall)
         if (!mServices.mSizes)
             return std::nullopt;
         return TakeSize(inCall.mIndex, inCall.mValue);
-    default: return mServices.mAnswers ? AnswerQuestion(inCall) : std::nullopt;
-    }
-}
-
-std::optional<VstIntPtr> CDirectRig::AnswerQuestion(const SHostCall& inCall)
-{
-    const auto* const question = static_cast<const char*>(inCall.mPointer);
-    const std::pair<std::string_view, bool> abilities[] = {
-        {"sendVstEvents", true},
-        {"sendVstMidiEvent", true},
-        {"sendVstTimeInfo", true},
-        {"startStopProcess", true},
-        {"receiveVstEvents", mServices.mTakesMidi},
-        {"receiveVstMidiEvent", mServices.mTakesMidi},
-        {"sizeWindow", mServices.mSizes},
-        {"supplyIdle", mServices.mIdleTime},
-    };
-    switch (inCall.mOpcode)
-    {
-    case audioMasterGetSampleRate: return static_cast<VstIntPtr>(kCheckRate);
-    case audioMasterGetBlockSize: return CDrivenPlugin::kMaxFrames;
-    case audioMasterGetCurrentProcessLevel:
-        return mIsRendering ? kVstProcessLevelRealtime : kVstProcessLevelUser;
-    case audioMasterGetAutomationState: return kVstAutomationOff;
-    case audioMasterGetLanguage: return kVstLangEnglish;
-    case audioMasterGetDirectory: return reinterpret_cast<VstIntPtr>(mFolder.data());
-    case audioMasterCanDo:
-        return question != nullptr &&
-                       std::ranges::find(abilities, std::pair<std::string_view, bool>(question, true)) !=
-                           std::end(abilities)
-                   ? 1
-                   : 0;
-    default: return std::nullopt;
+    default: return AnswerQuestion({mServices, kCheckRate, mIsRendering, mFolder}, inCall);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/direct/HostAbilities.h"
 #include "Tools/aaxhost/host/CHostTransport.h"
 #include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/aaxhost/window/CHostWindow.h"
@@ -13,15 +14,6 @@
 #include <string>
 #include <vector>
 
-/** What a host does for a plug-in beyond the least: one for each feature of a product that is about it. */
-struct SServices
-{
-    bool mWholeTime = false; // every field of the time record, and what of it is valid
-    bool mAnswers = false;   // to questions about the host
-    bool mIdleTime = false;
-    bool mSizes = false; // for the editor
-    bool mTakesMidi = false;
-};
 /** Those that the product's features promise. */
 SServices ServicesOf(CCheckContext& ioContext);
 
@@ -72,7 +64,6 @@ public:
 
 private:
     std::optional<VstIntPtr> Answer(const SHostCall& inCall);
-    std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall);
     VstIntPtr TakeEvents(const VstEvents& inEvents);
     VstIntPtr TakeSize(std::int32_t inWidth, VstIntPtr inHeight);
     void WriteTime();

@@ -3,10 +3,11 @@
 #include "Tools/aaxhost/check/CCheckContext.h"
 #include "Tools/support/ChildRun.h"
 
-#include <algorithm>
+#include <chrono>
 #include <exception>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -16,11 +17,11 @@ constexpr std::string_view kCreates = "life-cycle.creates";
 /** Nor anything of its group where this one finds no editor, which takes a while to be sure of. */
 constexpr std::string_view kEditorOpens = "editor.opens";
 
-SFinding RunHere(const SCheck& inCheck, const SCheckJob& inJob)
+SFinding RunHere(const SCheck& inCheck, const SCheckJob& inJob, ESubject inSubject)
 {
     try
     {
-        CCheckContext context(inJob.mModule, inJob.mStrictness, inJob.mAnswers);
+        CCheckContext context(inJob.mModule, inJob.mStrictness, inJob.mAnswers, inSubject);
         return inCheck.mRun(context);
     }
     catch (const SCheckEnd& end)
@@ -63,10 +64,151 @@ SFinding FindingOf(const SChildEnd& inEnd, double inLimit)
     return SFinding::Failed("No process could be started for the check.");
 }
 
-std::string Counted(int inCount, const char* inOne, const char* inMany)
+/** What the module itself says is not the plug-in's, and whether it gives what a feature promises is found by
+ * comparing it with the plug-in. */
+bool IsAboutModule(const SCheck& inCheck)
 {
-    return inCount == 0 ? std::string() : fmt::format("{} {}", inCount, inCount == 1 ? inOne : inMany);
+    return inCheck.Group() == "description" || inCheck.Group() == "features";
 }
+
+bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
+{
+    const auto weight = [](EVerdict verdict)
+    {
+        switch (verdict)
+        {
+        case EVerdict::Warning: return 1;
+        case EVerdict::Failed:
+        case EVerdict::Unstable: return 2;
+        default: return 0;
+        }
+    };
+    return weight(inVerdict) > weight(inOther);
+}
+
+/** One check on its way: through the module, once more where that did not end, and with the plug-in alone
+ * where it did not pass. */
+class CCheckTask
+{
+public:
+    CCheckTask(const SCheck& inCheck, const SCheckJob& inJob) : mJob(inJob)
+    {
+        mResult.mCheck = &inCheck;
+        Start(ESubject::Module);
+    }
+
+    const SCheckResult& Result() const noexcept { return mResult; }
+    /** Goes on as far as it can within a moment. @return whether all is done. */
+    bool Advance(std::chrono::milliseconds inLongest)
+    {
+        const std::optional<SChildEnd> end =
+            mRun ? mRun->TakeEnd(inLongest) : std::optional(SChildEnd()); // no process was to be had
+        if (!end)
+            return false;
+        mRun.reset();
+        const SFinding finding = FindingOf(*end, Limit());
+        if (mSubject == ESubject::PluginAlone)
+            return TakeAlone(finding);
+        return TakeFinding(finding, end->mKind == SChildEnd::EKind::Finished);
+    }
+
+private:
+    double Limit() const
+    {
+        return mJob.mLimitSeconds > 0.0 ? mJob.mLimitSeconds : LimitSeconds(mJob.mStrictness);
+    }
+
+    void Start(ESubject inSubject)
+    {
+        mSubject = inSubject;
+        try
+        {
+            mRun.emplace([this] { return Packed(RunHere(*mResult.mCheck, mJob, mSubject)); }, Limit());
+        }
+        catch (const std::exception&)
+        {
+            mRun.reset(); // no folder, pipe or process
+        }
+    }
+
+    /** On a machine under load, or by an accident of time, a sound check may crash or hang. */
+    bool TakeFinding(const SFinding& inFinding, bool inHasEnded)
+    {
+        if (mFirst)
+        {
+            const std::string& now = inFinding.mReason;
+            mResult.mFinding =
+                inFinding == *mFirst
+                    ? inFinding
+                    : SFinding{EVerdict::Unstable, fmt::format("First: {} Then: {}", mFirst->mReason,
+                                                               now.empty() ? "passed." : now)};
+        }
+        else if (!inHasEnded)
+        {
+            mFirst = inFinding;
+            Start(ESubject::Module);
+            return false;
+        }
+        else
+            mResult.mFinding = inFinding;
+        if (!IsWorseThan(mResult.mFinding.mVerdict, EVerdict::Passed))
+            return true;
+        mResult.mFault = EFault::Module;
+        if (IsAboutModule(*mResult.mCheck))
+            return true;
+        Start(ESubject::PluginAlone);
+        return false;
+    }
+
+    bool TakeAlone(const SFinding& inFinding)
+    {
+        mResult.mAlone = inFinding;
+        if (inFinding.mVerdict == EVerdict::Skipped || inFinding.mVerdict == EVerdict::Unseen)
+            mResult.mFault = EFault::Unknown;
+        else if (!IsWorseThan(mResult.mFinding.mVerdict, inFinding.mVerdict))
+            mResult.mFault = EFault::Plugin;
+        return true;
+    }
+
+    const SCheckJob& mJob;
+    SCheckResult mResult;
+    ESubject mSubject = ESubject::Module;
+    std::optional<SFinding> mFirst; // of a run that did not end
+    std::optional<CChildRun> mRun;
+};
+
+/** What stands in the way of checks, as far as others have found it. */
+class CObstacles
+{
+public:
+    void Hear(const SCheckResult& inResult)
+    {
+        const std::string_view name = inResult.mCheck->mName;
+        const EVerdict verdict = inResult.mFinding.mVerdict;
+        const bool hasFailed = verdict == EVerdict::Failed || verdict == EVerdict::Unstable;
+        if (name == kOpens && hasFailed)
+            mAll = SFinding::Skipped("The module does not open.");
+        else if (name == kCreates && hasFailed)
+            mAll = SFinding::Skipped("The module gives no instance.");
+        else if (name == kEditorOpens && (verdict == EVerdict::Skipped || verdict == EVerdict::Unseen))
+            mEditors = inResult.mFinding;
+    }
+    /** What comes of a check without running it; nothing where nothing is in its way. */
+    std::optional<SFinding> Before(const SCheck& inCheck) const
+    {
+        return mAll || inCheck.Group() != "editor" ? mAll : mEditors;
+    }
+    /** Others wait for what comes of it. */
+    static bool MayBe(const SCheck& inCheck)
+    {
+        const std::string_view name = inCheck.mName;
+        return name == kOpens || name == kCreates || name == kEditorOpens;
+    }
+
+private:
+    std::optional<SFinding> mAll;
+    std::optional<SFinding> mEditors;
+};
 } // namespace
 
 double LimitSeconds(int inStrictness) { return 20.0 * (1 + inStrictness); }
@@ -83,83 +225,39 @@ std::vector<const SCheck*> ChecksFor(int inStrictness)
 std::vector<SCheckResult> RunChecks(const SCheckJob& inJob,
                                     const std::function<void(const SCheckResult&)>& inDone)
 {
-    const double limit = inJob.mLimitSeconds > 0.0 ? inJob.mLimitSeconds : LimitSeconds(inJob.mStrictness);
+    std::vector<std::optional<SCheckResult>> found(inJob.mChecks.size());
+    std::vector<std::pair<std::size_t, std::unique_ptr<CCheckTask>>> running;
     std::vector<SCheckResult> results;
-    std::string obstacle;
-    std::string editorObstacle;
-    for (const SCheck* check : inJob.mChecks)
+    CObstacles obstacles;
+    std::size_t next = 0;
+    bool isHeldUp = false;
+    while (results.size() < found.size())
     {
-        SCheckResult& result = results.emplace_back();
-        result.mCheck = check;
-        if (!obstacle.empty())
-            result.mFinding = SFinding::Skipped(obstacle);
-        else if (!editorObstacle.empty() && check->Group() == FindCheck(kEditorOpens)->Group())
-            result.mFinding = SFinding::Skipped(editorObstacle);
-        else
-            result.mFinding =
-                FindingOf(RunInChild([&] { return Packed(RunHere(*check, inJob)); }, limit), limit);
-        if (result.mFinding.mVerdict == EVerdict::Failed)
+        for (; next < found.size() && std::ssize(running) < inJob.mJobs && !isHeldUp; ++next)
         {
-            if (check->mName == kOpens)
-                obstacle = "The module does not open.";
-            else if (check->mName == kCreates)
-                obstacle = "The module gives no instance.";
+            const SCheck& check = *inJob.mChecks[next];
+            if (const auto obstacle = obstacles.Before(check))
+                found[next] = SCheckResult{&check, *obstacle, EFault::None, {}};
+            else
+                running.emplace_back(next, std::make_unique<CCheckTask>(check, inJob));
+            isHeldUp = !found[next] && CObstacles::MayBe(check);
         }
-        if (check->mName == kEditorOpens && result.mFinding.mVerdict == EVerdict::Skipped)
-            editorObstacle = result.mFinding.mReason;
-        if (inDone)
-            inDone(result);
+        // With one job there is nothing else to do than to wait for it.
+        const std::chrono::milliseconds longest(running.size() == 1 ? 100 : 2);
+        std::erase_if(running,
+                      [&](const auto& entry)
+                      {
+                          const auto& [index, task] = entry;
+                          if (!task->Advance(longest))
+                              return false;
+                          found[index] = task->Result();
+                          obstacles.Hear(task->Result());
+                          isHeldUp = isHeldUp && !CObstacles::MayBe(*task->Result().mCheck);
+                          return true;
+                      });
+        for (; results.size() < found.size() && found[results.size()];
+             inDone ? inDone(results.back()) : void())
+            results.push_back(*found[results.size()]);
     }
     return results;
-}
-
-SCheckCounts CountVerdicts(const std::vector<SCheckResult>& inResults)
-{
-    SCheckCounts counts;
-    for (const SCheckResult& result : inResults)
-        switch (result.mFinding.mVerdict)
-        {
-        case EVerdict::Passed: ++counts.mPassed; break;
-        case EVerdict::Warning: ++counts.mWarnings; break;
-        case EVerdict::Failed: ++counts.mFailed; break;
-        case EVerdict::Skipped: ++counts.mSkipped; break;
-        }
-    return counts;
-}
-
-std::string ClosingLine(const std::vector<SCheckResult>& inResults)
-{
-    const SCheckCounts counts = CountVerdicts(inResults);
-    std::string parts;
-    for (const std::string& part :
-         {Counted(counts.mFailed, "failed", "failed"), Counted(counts.mWarnings, "warning", "warnings"),
-          Counted(counts.mSkipped, "skipped", "skipped"), Counted(counts.mPassed, "passed", "passed")})
-        if (!part.empty())
-            parts += (parts.empty() ? "" : ", ") + part;
-    return fmt::format("{}: {}. {}", Counted(static_cast<int>(inResults.size()), "check", "checks"), parts,
-                       counts.mFailed > 0    ? "Not fit to ship."
-                       : counts.mPassed == 0 ? "Nothing was checked."
-                                             : "Fit to ship.");
-}
-
-std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults)
-{
-    const SCheckCounts counts = CountVerdicts(inResults);
-    nlohmann::ordered_json json;
-    json["module"] = inJob.mModule;
-    json["strictness"] = inJob.mStrictness;
-    json["passed"] = counts.mPassed;
-    json["warnings"] = counts.mWarnings;
-    json["failed"] = counts.mFailed;
-    json["skipped"] = counts.mSkipped;
-    json["checks"] = nlohmann::ordered_json::array();
-    for (const SCheckResult& result : inResults)
-        json["checks"].push_back({{"name", result.mCheck->mName},
-                                  {"group", result.mCheck->Group()},
-                                  {"description", result.mCheck->mDescription},
-                                  {"strictness", result.mCheck->mStrictness},
-                                  {"result", NameOfVerdict(result.mFinding.mVerdict)},
-                                  {"reason", result.mFinding.mReason}});
-    // Plug-ins put what they like into their texts.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
 }

@@ -3,13 +3,25 @@
 #include "Tools/aaxhost/host/CHostAutomation.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+/** Where a finding that is no pass comes from. */
+enum class EFault
+{
+    None, // it passed, or there was nothing to look at
+    Module,
+    Plugin, // it does so without the module
+    Unknown // with the plug-in alone it could not be told
+};
 
 struct SCheckResult
 {
     const SCheck* mCheck = nullptr;
     SFinding mFinding;
+    EFault mFault = EFault::None;
+    std::optional<SFinding> mAlone; // of the same check with the plug-in alone, where it was run
 };
 
 struct SCheckJob
@@ -19,6 +31,7 @@ struct SCheckJob
     std::vector<const SCheck*> mChecks; // in the order in which they run
     double mLimitSeconds = 0.0;         // for each; 0: as long as the strictness allows
     EAnswers mAnswers = EAnswers::Late; // of the host, but for the checks that try every kind
+    int mJobs = 1;                      // checks at a time
 };
 
 /** As long as a check may take at a strictness. */
@@ -27,24 +40,12 @@ double LimitSeconds(int inStrictness);
 std::vector<const SCheck*> ChecksFor(int inStrictness);
 
 /**
- * Runs each check in a process of its own. One that crashes or takes too long has failed and ends nothing
- * else; where the module does not even open, or gives no instance, the rest is skipped.
+ * Runs each check in a process of its own. One that crashes or takes too long is run once more, has failed
+ * where it comes to the same and is unstable where not, and ends nothing else; where the module does not even
+ * open, or gives no instance, the rest is skipped. One that does not pass is repeated with the plug-in alone,
+ * but for those that are about what the module itself says.
  *
- * @param inDone hears each result as soon as it is there.
+ * @param inDone hears each result in the order of the checks, as soon as it and those ahead of it are there.
  */
 std::vector<SCheckResult> RunChecks(const SCheckJob& inJob,
                                     const std::function<void(const SCheckResult&)>& inDone = {});
-
-/** How many of each verdict, by its number. */
-struct SCheckCounts
-{
-    int mPassed = 0;
-    int mWarnings = 0;
-    int mFailed = 0;
-    int mSkipped = 0;
-};
-SCheckCounts CountVerdicts(const std::vector<SCheckResult>& inResults);
-/** "62 checks: 58 passed, 1 warning, 3 skipped. Fit to ship." */
-std::string ClosingLine(const std::vector<SCheckResult>& inResults);
-/** The machine's form of it; the same bytes for the same results. */
-std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults);

@@ -9,7 +9,7 @@ namespace
 {
 SFinding ObjectAlone(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     for (int i = 0; i < 3; ++i)
     {
@@ -25,7 +25,7 @@ SFinding ObjectAlone(CCheckContext& ioContext)
 
 SFinding OpensEditor(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     const auto view = OpenView(*instance, *window);
     NeedEditor(*view);
@@ -39,7 +39,7 @@ SFinding OpensEditor(CCheckContext& ioContext)
 
 SFinding ReopensEditor(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     const int times = ioContext.Scaled(2, 30);
     for (int i = 0; i < times; ++i)
@@ -53,7 +53,7 @@ SFinding ReopensEditor(CCheckContext& ioContext)
 
 SFinding DeletedOpen(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     auto instance = ioContext.MakeInstance();
     {
         const auto view = OpenView(*instance, *window);
@@ -77,7 +77,7 @@ SFinding DeletedOpen(CCheckContext& ioContext)
 
 SFinding WindowTaken(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     const auto view = OpenView(*instance, *window);
     NeedEditor(*view);
@@ -95,7 +95,7 @@ SFinding WindowTaken(CCheckContext& ioContext)
 
 SFinding Gestures(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     CRig rig(ioContext);
     CInstance& instance = rig.Instance();
     {
@@ -117,7 +117,7 @@ SFinding Gestures(CCheckContext& ioContext)
 
 SFinding ChangesNothing(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     const auto before = instance->ListParameters();
     {
@@ -135,7 +135,7 @@ SFinding ChangesNothing(CCheckContext& ioContext)
 
 SFinding WhileRendering(CCheckContext& ioContext)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     CRig rig(ioContext);
     rig.Feed(Noise(0.25F));
     CRenderThread render([&] { rig.RenderBlock(128); });
@@ -152,8 +152,8 @@ SFinding WhileRendering(CCheckContext& ioContext)
 
 SFinding Two(CCheckContext& ioContext)
 {
-    const auto firstWindow = NeedWindow();
-    const auto secondWindow = NeedWindow();
+    const auto firstWindow = NeedWindow(ioContext);
+    const auto secondWindow = NeedWindow(ioContext);
     const auto first = ioContext.MakeInstance();
     const auto second = ioContext.MakeInstance();
     auto firstView = OpenView(*first, *firstWindow);

@@ -352,9 +352,9 @@ SViewSize RectangleOf(CDrivenPlugin& ioPlugin)
 
 /** Opens the editor of the plug-in called directly for some beats. @return the last size that it asked for
  * or took by itself. */
-std::optional<SViewSize> SizeChange(CDirectRig& ioRig, int inBeats)
+std::optional<SViewSize> SizeChange(CCheckContext& ioContext, CDirectRig& ioRig, int inBeats)
 {
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     CDrivenPlugin& plugin = ioRig.Plugin();
     (void)plugin.Dispatch(effEditOpen, 0, 0, window->View()); // whether it opens shows in its size
     window->Show();
@@ -378,13 +378,13 @@ SFinding Resize(CCheckContext& ioContext)
 {
     ioContext.NeedFeature("RESIZE");
     constexpr int beats = 20;
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     std::optional<SViewSize> expected;
     {
         CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
         if ((direct.Plugin().Effect().flags & effFlagsHasEditor) == 0)
             return SFinding::Skipped("The plug-in has no editor.");
-        expected = SizeChange(direct, beats);
+        expected = SizeChange(ioContext, direct, beats);
     }
     if (!expected)
         return SFinding::Skipped("Its editor kept its size.");

@@ -121,10 +121,10 @@ SFinding ParameterProperties(CCheckContext& ioContext)
     return says ? SFinding::Passed() : SFinding::Skipped("The plug-in says nothing of its parameters.");
 }
 
-SFinding Gestures(CCheckContext& ioContext)
+SFinding WholeGestures(CCheckContext& ioContext)
 {
     ioContext.NeedFeature("GESTURES");
-    const auto window = NeedWindow();
+    const auto window = NeedWindow(ioContext);
     const auto instance = ioContext.MakeInstance();
     {
         const auto view = OpenView(*instance, *window);
@@ -322,7 +322,8 @@ std::span<const SCheck> HostFeatureChecks()
          "PARAMETER_PROPERTIES: parameters have the steps that the plug-in says, and are automated as it "
          "says.",
          1, &ParameterProperties},
-        {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1, &Gestures},
+        {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1,
+         &WholeGestures},
         {"features.programs", "PROGRAMS: the last parameter chooses the plug-in's programs.", 1, &Programs},
         {"features.bypass", "BYPASS: the input is passed on, as late as the plug-in's output.", 1, &Bypass},
         {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,

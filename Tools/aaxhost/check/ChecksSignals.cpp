@@ -1,3 +1,4 @@
+#include "Tools/aaxhost/check/CDirectRig.h"
 #include "Tools/aaxhost/check/CRig.h"
 
 #include <algorithm>
@@ -155,7 +156,9 @@ std::vector<double> ImpulseResponse(CCheckContext& ioContext, std::int64_t inFra
 
 SFinding Latency(CCheckContext& ioContext)
 {
-    const std::int32_t reported = ioContext.MakeInstance()->Host().Controller().State().mSignalLatency;
+    CRig first(ioContext);
+    first.RenderSeconds(0.1); // some know it only then
+    const std::int32_t reported = first.Instance().Host().Controller().State().mSignalLatency;
     if (reported < 0)
         return SFinding::Failed(fmt::format("The reported latency is {} samples.", reported));
     const auto response = ImpulseResponse(ioContext, std::max(8192, reported + 4096));
@@ -164,9 +167,9 @@ SFinding Latency(CCheckContext& ioContext)
     const double peak = std::abs(*loudest);
     if (!(peak > 1e-5))
         return SFinding::Skipped("The plug-in lets no impulse through.");
-    const auto first =
+    const auto begin =
         std::ranges::find_if(response, [=](double sample) { return std::abs(sample) > 0.001 * peak; });
-    const auto arrival = static_cast<std::int32_t>(first - response.begin());
+    const auto arrival = static_cast<std::int32_t>(begin - response.begin());
     const auto top = static_cast<std::int32_t>(loudest - response.begin());
     // A filter with a linear phase rings before its peak; everything else begins at the latency.
     if (std::abs(top - reported) <= 1 || std::abs(arrival - reported) <= 1)
@@ -186,16 +189,26 @@ SFinding Latency(CCheckContext& ioContext)
                      "The plug-in spreads an impulse, so its start says nothing about a latency.");
 }
 
-SFinding LatencySteady(CCheckContext& ioContext)
+SFinding LateLatency(CCheckContext& ioContext)
 {
+    constexpr double seconds = 0.3;
+    CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
+    const std::int32_t atStart = direct.Plugin().Effect().initialDelay;
+    direct.Play(seconds);
+    const std::int32_t latency = direct.Plugin().Effect().initialDelay;
+    if (latency == atStart)
+        return SFinding::Passed();
     CRig rig(ioContext);
-    const std::int32_t before = rig.Instance().Host().Controller().State().mSignalLatency;
-    rig.Play(0.3);
-    const std::int32_t after = rig.Instance().Host().Controller().State().mSignalLatency;
-    return before == after
-               ? SFinding::Passed()
-               : SFinding::Warning(fmt::format("The latency changes from {} to {} samples while it renders.",
-                                               before, after));
+    rig.Play(seconds);
+    const std::int32_t told = rig.Instance().Host().Controller().State().mSignalLatency;
+    constexpr double longest = 10.0; // seconds; beyond that it is a plug-in's mistake
+    if (told == latency || latency < 0 || latency > longest * kCheckRate)
+        return SFinding::Passed(fmt::format(
+            "It becomes {} samples with the first blocks, and the host is told {}.", latency, told));
+    return SFinding::Failed(
+        fmt::format("The plug-in's latency becomes {} samples while it renders, and the host "
+                    "is told {}: its track is out of time. The feature LATENCY tells the host.",
+                    latency, told));
 }
 
 SFinding DifferentChannels(CCheckContext& ioContext)
@@ -232,8 +245,8 @@ std::span<const SCheck> SignalChecks()
         {"rendering.level", "Ordinary material does not come out far above full scale.", 2, &Level},
         {"rendering.one-channel", "Sound in one input channel only is rendered.", 2, &DifferentChannels},
         {"rendering.latency", "The reported latency is the one that an impulse shows.", 2, &Latency},
-        {"rendering.latency-steady", "The latency stays the same while blocks are rendered.", 2,
-         &LatencySteady},
+        {"rendering.late-latency", "A latency that the plug-in knows late is the one that the host is told.",
+         2, &LateLatency},
     };
     return kChecks;
 }

@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/KeptValues.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -32,8 +33,7 @@ SFinding RoundTrip(CCheckContext& ioContext)
     Give(ioContext, instance, saved);
     rig.Render(64);
     (void)DeliverAll(instance);
-    const std::string difference = Compare(instance, values);
-    return difference.empty() ? SFinding::Passed() : SFinding::Failed(difference);
+    return KeptOrLost(ioContext, instance, saved, values, "");
 }
 
 SFinding NewInstance(CCheckContext& ioContext)
@@ -46,8 +46,7 @@ SFinding NewInstance(CCheckContext& ioContext)
     Give(ioContext, rig.Instance(), saved);
     rig.Render(64);
     (void)DeliverAll(rig.Instance());
-    const std::string difference = Compare(rig.Instance(), values);
-    return difference.empty() ? SFinding::Passed() : SFinding::Failed("In a new instance: " + difference);
+    return KeptOrLost(ioContext, rig.Instance(), saved, values, "In a new instance: ");
 }
 
 SFinding StaysAfterAnswers(CCheckContext& ioContext)

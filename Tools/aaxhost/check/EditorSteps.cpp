@@ -1,10 +1,26 @@
 #include "Tools/aaxhost/check/EditorSteps.h"
 
-std::unique_ptr<CHostWindow> NeedWindow()
+#include "Tools/vst2driver/CDrivenPlugin.h"
+
+namespace
+{
+const char kNoEditor[] = "The plug-in has no editor.";
+
+/** By its own account, before it is opened; true where it cannot be asked. */
+bool MayHaveEditor(CCheckContext& ioContext)
+{
+    CDrivenPlugin plugin(kHostVersion);
+    return !plugin.Load(ioContext.Module().PluginPath()).empty() || !plugin.Enter().empty() ||
+           (plugin.Effect().flags & effFlagsHasEditor) != 0;
+}
+} // namespace
+
+std::unique_ptr<CHostWindow> NeedWindow(CCheckContext& ioContext)
 {
     auto window = CHostWindow::Create("check");
     if (!window)
-        throw SCheckEnd{SFinding::Skipped(window.Problem().mSentence)};
+        throw SCheckEnd{MayHaveEditor(ioContext) ? SFinding::Unseen(window.Problem().mSentence)
+                                                 : SFinding::Skipped(kNoEditor)};
     return std::move(*window);
 }
 
@@ -29,5 +45,5 @@ void NeedEditor(CEditorView& ioView)
     for (int i = 0; i < beats && ioView.Size().IsEmpty(); ++i)
         Tick(ioView, 1);
     if (ioView.Size().IsEmpty())
-        throw SCheckEnd{SFinding::Skipped("The plug-in has no editor.")};
+        throw SCheckEnd{SFinding::Skipped(kNoEditor)};
 }

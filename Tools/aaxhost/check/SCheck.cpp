@@ -11,6 +11,8 @@ const char* NameOfVerdict(EVerdict inVerdict) noexcept
     case EVerdict::Warning: return "warning";
     case EVerdict::Failed: return "failed";
     case EVerdict::Skipped: return "skipped";
+    case EVerdict::Unseen: return "unseen";
+    case EVerdict::Unstable: return "unstable";
     }
     return "";
 }

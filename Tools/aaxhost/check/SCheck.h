@@ -10,9 +10,11 @@ enum class EVerdict
     Passed,
     Warning, // nothing that breaks a session, yet worth a look
     Failed,
-    Skipped // there was nothing to look at; the reason says what is missing
+    Skipped, // there was nothing to look at; the reason says what is missing
+    Unseen,  // there may be something to look at, but not on this machine
+    Unstable // failed in one run and did not, or otherwise, in the next; the reason says both
 };
-/** "passed", "warning", "failed", "skipped". */
+/** "passed", "warning", "failed", "skipped", "unseen", "unstable". */
 const char* NameOfVerdict(EVerdict inVerdict) noexcept;
 
 /** What one check found. */
@@ -20,11 +22,13 @@ struct SFinding
 {
     EVerdict mVerdict = EVerdict::Passed;
     std::string mReason; // a sentence; empty when there is nothing to say
+    bool operator==(const SFinding&) const = default;
 
     static SFinding Passed(std::string inReason = {}) { return {EVerdict::Passed, std::move(inReason)}; }
     static SFinding Warning(std::string inReason) { return {EVerdict::Warning, std::move(inReason)}; }
     static SFinding Failed(std::string inReason) { return {EVerdict::Failed, std::move(inReason)}; }
     static SFinding Skipped(std::string inReason) { return {EVerdict::Skipped, std::move(inReason)}; }
+    static SFinding Unseen(std::string inReason) { return {EVerdict::Unseen, std::move(inReason)}; }
 };
 
 /** Thrown by helpers in the middle of a check: it ends with this finding. Never leaves the check library. */

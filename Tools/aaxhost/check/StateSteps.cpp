@@ -57,16 +57,27 @@ void SetValues(CInstance& ioInstance, const std::vector<double>& inValues)
     (void)ioInstance.FinishUpdates();
 }
 
-std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore)
+std::vector<SMoved> MovedParameters(CInstance& inInstance, const std::vector<double>& inBefore)
 {
     const auto ids = PluginParameters(inInstance);
     const auto now = Values(inInstance);
+    std::vector<SMoved> moved;
     for (std::size_t i = 0; i < inBefore.size(); ++i)
+    {
+        const auto index = static_cast<std::int32_t>(i);
         if (i >= now.size())
-            return SMoved{"A parameter that is gone", inBefore[i], std::numeric_limits<double>::quiet_NaN()};
+            moved.push_back(
+                {index, "A parameter that is gone", inBefore[i], std::numeric_limits<double>::quiet_NaN()});
         else if (!(std::abs(now[i] - inBefore[i]) <= kSameValue))
-            return SMoved{NameOfParameter(inInstance, ids[i]), inBefore[i], now[i]};
-    return std::nullopt;
+            moved.push_back({index, NameOfParameter(inInstance, ids[i]), inBefore[i], now[i]});
+    }
+    return moved;
+}
+
+std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore)
+{
+    const auto moved = MovedParameters(inInstance, inBefore);
+    return moved.empty() ? std::nullopt : std::optional(moved.front());
 }
 
 std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow)

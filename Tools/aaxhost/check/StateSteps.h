@@ -27,11 +27,14 @@ void SetValues(CInstance& ioInstance, const std::vector<double>& inValues);
 
 struct SMoved
 {
+    std::int32_t mIndex = 0;
     std::string mName;
     double mBefore = 0.0;
     double mNow = 0.0; // not a number for a parameter that is gone
 };
-/** The first parameter that is elsewhere now. */
+/** The parameters that are elsewhere now. */
+std::vector<SMoved> MovedParameters(CInstance& inInstance, const std::vector<double>& inBefore);
+/** The first of them. */
 std::optional<SMoved> FirstMoved(CInstance& inInstance, const std::vector<double>& inBefore);
 /** @return where the second state has other bytes, in words; empty where it has the same. */
 std::string OtherBytes(const SInstanceState& inBefore, const SInstanceState& inNow);

@@ -24,6 +24,7 @@ public:
     /** What the module's entry points get. */
     IACFUnknown* Unknown() noexcept { return this; }
     const SDescription& Description() const noexcept { return *mDescription; }
+    SDescription& EditDescription() noexcept { return *mDescription; }
     /** References to this object that the module holds. */
     int References() const noexcept { return mReferences; }
     CHostLog& Log() noexcept { return mLog; }

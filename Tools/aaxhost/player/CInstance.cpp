@@ -69,6 +69,7 @@ COutcome<std::unique_ptr<CInstance>> CInstance::Create(CModule& inModule, double
 
 COutcome<SDone> CInstance::Begin(double inSampleRate, const SInstanceOptions& inOptions)
 {
+    mOptions = inOptions;
     const SEffect& effect = mModule.Effect();
     const auto component = FindComponent(effect, inOptions.mStems);
     if (!component)

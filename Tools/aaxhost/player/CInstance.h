@@ -32,6 +32,7 @@ struct SInstanceOptions
     EAnswers mAnswers = EAnswers::Late;  // to what the instance asks for
     bool mBeginsWithCoefficients = true; // else the first `FinishUpdates` has them sent
     std::string mStems{};                // of the component, as `NameOfStems` says; empty: the first's
+    bool mTellsValues = false;           // at any time, and not only once it was asked for its state
 };
 
 /**
@@ -56,6 +57,7 @@ public:
     /** Null until `OpenGUI`. */
     AAX_IACFEffectGUI* GUI() noexcept { return mGUI.Get(); }
     const SComponent& Component() const noexcept { return mComponent; }
+    const SInstanceOptions& Options() const noexcept { return mOptions; }
 
     /** Makes the editor and initialises it; it gets no view container yet. */
     COutcome<SDone> OpenGUI();
@@ -98,6 +100,7 @@ private:
     COutcome<SDone> Begin(double inSampleRate, const SInstanceOptions& inOptions);
 
     CModule& mModule;
+    SInstanceOptions mOptions;
     SComponent mComponent;
     AAX_CProcessProc mProcess = nullptr;
     std::int32_t mInputChannels = 0;

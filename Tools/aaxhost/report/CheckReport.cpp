@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/report/CheckReport.h"
 
+#include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/ReportStyle.h"
 #include "Tools/aaxhost/report/Spectrum.h"
@@ -36,23 +37,32 @@ std::string TitleOf(const SCheckJob& inJob, const SReportIdentity& inIdentity)
     return (path.has_filename() ? path : path.parent_path()).stem().string();
 }
 
+const char* ColourOf(EFitness inFitness)
+{
+    switch (inFitness)
+    {
+    case EFitness::Fit: return "passed";
+    case EFitness::NotFit: return "failed";
+    case EFitness::Unknown: break;
+    }
+    return "warning";
+}
+
 std::string Verdict(const std::vector<SCheckResult>& inResults)
 {
     const SCheckCounts counts = CountVerdicts(inResults);
-    const bool isFit = counts.mFailed == 0 && counts.mPassed > 0;
     std::string bar;
-    for (const auto& [name, count] : {std::pair<const char*, int>{"failed", counts.mFailed},
-                                      {"warning", counts.mWarnings},
-                                      {"skipped", counts.mSkipped},
-                                      {"passed", counts.mPassed}})
+    for (const auto& [name, count] :
+         {std::pair<const char*, int>{"failed", counts.mFailed + counts.mUnstable},
+          {"warning", counts.mWarnings},
+          {"skipped", counts.mSkipped + counts.mUnseen},
+          {"passed", counts.mPassed}})
         if (count > 0)
             bar += fmt::format("<span class=\"{}\" style=\"flex:{}\"></span>", name, count);
-    const std::string line = ClosingLine(inResults);
-    const auto end = line.find(". ");
     return fmt::format("<div class=\"verdict {}\"><strong>{}</strong><div class=\"tally\" "
-                       "aria-hidden=\"true\">{}</div>{}.</div>\n",
-                       isFit ? "passed" : "failed", Escaped(line.substr(end + 2)), bar,
-                       Escaped(line.substr(0, end)));
+                       "aria-hidden=\"true\">{}</div>{}</div>\n",
+                       ColourOf(FitnessOf(inResults)), Escaped(FitnessInWords(inResults)), bar,
+                       Escaped(CountsInWords(inResults)));
 }
 
 std::string Findings(const std::vector<SCheckResult>& inResults);
@@ -75,16 +85,22 @@ std::string Header(const SCheckJob& inJob, const std::vector<SCheckResult>& inRe
     return html + "</dl>\n</header>\n";
 }
 
-/** What needs a look, before everything else; nothing when there is none. */
+/** What needs a look, before everything else, what only the module does first; nothing when there is none. */
 std::string Findings(const std::vector<SCheckResult>& inResults)
 {
-    std::string items;
-    for (const EVerdict verdict : {EVerdict::Failed, EVerdict::Warning})
+    std::vector<const SCheckResult*> list;
+    for (const EVerdict verdict : {EVerdict::Unstable, EVerdict::Failed, EVerdict::Warning})
         for (const SCheckResult& result : inResults)
             if (result.mFinding.mVerdict == verdict)
-                items += fmt::format(
-                    "<li><span class=\"mark {0}\">{0}</span><div>{1} <code>{2}</code></div></li>\n",
-                    NameOfVerdict(verdict), Escaped(result.mFinding.mReason), Escaped(result.mCheck->mName));
+                list.push_back(&result);
+    std::stable_partition(list.begin(), list.end(),
+                          [](const auto* result) { return result->mFault == EFault::Module; });
+    std::string items;
+    for (const SCheckResult* const result : list)
+        items += fmt::format("<li><span class=\"mark {0}\">{0}</span><div>{1} <em>{2}</em> <code>{3}</code>"
+                             "</div></li>\n",
+                             NameOfVerdict(result->mFinding.mVerdict), Escaped(result->mFinding.mReason),
+                             Escaped(FaultInWords(*result)), Escaped(result->mCheck->mName));
     return items.empty() ? items : "<ul class=\"findings\">\n" + items + "</ul>\n";
 }
 
@@ -152,7 +168,8 @@ std::string Checks(const std::vector<SCheckResult>& inResults)
                             "class=\"said\">{2}<p class=\"what\">{3}</p></div></li>\n",
                             verdict, Escaped(result.mCheck->mName),
                             reason.empty() ? std::string()
-                                           : fmt::format("<p class=\"why\">{}</p>", Escaped(reason)),
+                                           : fmt::format("<p class=\"why\">{} <em>{}</em></p>",
+                                                         Escaped(reason), Escaped(FaultInWords(result))),
                             Escaped(result.mCheck->mDescription));
     }
     return group.empty() ? Note("No check was run.") : html + "</ul>\n";
@@ -394,8 +411,8 @@ std::string ReportPage(const SCheckJob& inJob, const std::vector<SCheckResult>& 
     return fmt::format("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
                        "<title>{}: {}</title>\n<style>{}</style>\n</head>\n<body>\n<main>\n",
-                       Escaped(TitleOf(inJob, inMaterial.mIdentity)),
-                       CountVerdicts(inResults).mFailed == 0 ? "checked" : "not fit to ship", kReportStyle) +
+                       Escaped(TitleOf(inJob, inMaterial.mIdentity)), Escaped(FitnessInWords(inResults)),
+                       kReportStyle) +
            Header(inJob, inResults, inMaterial.mIdentity) +
            Section("Stems and buses", Stems(inMaterial.mIdentity)) + Section("Checks", Checks(inResults)) +
            Section("Test signals", Signals(inMaterial.mSignals)) +

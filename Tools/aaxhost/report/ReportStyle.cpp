@@ -51,7 +51,7 @@ ul.checks li + li { border-top: 1px solid var(--rule); }
 ul.checks p { margin: 0; font-size: .9375rem; } ul.checks .why { color: var(--ink); font-weight: 500; } ul.checks .what { color: var(--soft); }
 .mark { font-size: .8125rem; font-weight: 600; border-radius: 1rem; padding: .1rem .65rem; justify-self: start; }
 .mark.passed { color: var(--good); background: var(--good-wash); } .mark.warning { color: var(--fair); background: var(--fair-wash); }
-.mark.failed { color: var(--bad); background: var(--bad-wash); } .mark.skipped { color: var(--none); background: var(--none-wash); }
+.mark.failed, .mark.unstable { color: var(--bad); background: var(--bad-wash); } .mark.skipped, .mark.unseen { color: var(--none); background: var(--none-wash); }
 .pair { display: grid; margin-top: 1rem; grid-template-columns: repeat(auto-fill, minmax(min(26rem, 100%), 1fr)); gap: 1rem; }
 figure { margin: 0; padding: 1rem; background: var(--card); border: 1px solid var(--rule); border-radius: .6rem; min-width: 0; }
 figcaption { font-size: .875rem; margin-bottom: .5rem; }

@@ -3,7 +3,11 @@
 
 #include <sys/types.h>
 
-/** An X server of its own without a screen; DISPLAY names it until it ends with this object. */
+/**
+ * An X server of its own without a screen; DISPLAY names it until it ends with this object.
+ *
+ * Threads: one at a time.
+ */
 class CVirtualDisplay
 {
 public:
@@ -18,4 +22,5 @@ public:
 
 private:
     pid_t mServer = 0;
+    void* mConnection = nullptr; // the server would end with its last client, and windows come and go
 };

@@ -1,10 +1,11 @@
-#include "Tests/integration/CVirtualDisplay.h"
+#include "Tools/aaxhost/window/CVirtualDisplay.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 
+#include <X11/Xlib.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -36,7 +37,9 @@ CVirtualDisplay::~CVirtualDisplay()
 {
     if (mServer <= 0)
         return;
-    (void)unsetenv("DISPLAY"); // cannot fail for a name like this
+    if (mConnection != nullptr)
+        (void)XCloseDisplay(static_cast<Display*>(mConnection)); // it is gone either way
+    (void)unsetenv("DISPLAY");                                   // cannot fail for a name like this
     (void)kill(mServer, SIGTERM);
     (void)waitpid(mServer, nullptr, 0);
 }
@@ -68,5 +71,6 @@ std::string CVirtualDisplay::Start()
     if (number.empty())
         return failed != 0 ? std::strerror(failed) : "Xvfb does not start";
     (void)setenv("DISPLAY", (":" + number).c_str(), 1); // cannot fail for a name like this
-    return {};
+    mConnection = XOpenDisplay(nullptr);
+    return mConnection != nullptr ? "" : "Xvfb takes no connection";
 }
