@@ -238,7 +238,7 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
         {{"life-cycle.once", "", 1, crash},
          EVerdict::Unstable,
          EFault::Module,
-         "First: It crashed: Aborted, SIGABRT. Then: passed."},
+         "First: It crashed: Aborted, SIGABRT. Then, in run 2: passed."},
     };
     SCheckJob job;
     job.mModule = bundle.Path().string();
@@ -346,6 +346,8 @@ TEST(Check, CommandLineIsTakenAtItsWord)
 {
     const CModuleBundle bundle(kPlainModule, kDelayPlugin);
     const std::string module = bundle.Path().string();
+    const auto file = [&](const char* name) { return (bundle.Path().parent_path() / name).string(); };
+    std::ofstream(file("skip")) << "# known\n\n rendering.b?unds  \trounding <1> \r\nmidi\n";
     struct SRow
     {
         std::vector<std::string> mArguments;
@@ -356,6 +358,19 @@ TEST(Check, CommandLineIsTakenAtItsWord)
          {SRow{{module, "--only", "rendering.bounds", "--only", "state.sizes"},
                0,
                "2 checks: 2 passed. Fit to ship."},
+          SRow{{module, "--only", "state", "--only", "transport.t*", "--jobs", "2", "--repeat", "2"},
+               0,
+               "15 checks: 15 passed. Fit to ship."},
+          SRow{{module, "--only", "*.bounds", "--only", "state.sizes", "--skip", "@" + file("skip")},
+               0,
+               "Left out: rounding <1>\n"},
+          SRow{{module, "--skip", "@/nowhere"}, 2, "The file '/nowhere' cannot be read."},
+          SRow{{module, module, "--only", "state.sizes", "--quiet"},
+               0,
+               "1 check: 1 passed. Fit to ship.\n\n== "},
+          SRow{{module, module, "--json", file("json")}, 2, "--json and --report take one module"},
+          SRow{{module, "--only", "state.sizes", "--in-process"}, 0, "passed   state.sizes"},
+          SRow{{module, "--in-process"}, 2, "--in-process takes one check"},
           SRow{{module, "--only", "rendering.beauty"}, 2, "There is no check 'rendering.beauty'"},
           SRow{{"/nowhere.aaxplugin", "--only", "description.opens"},
                1,
@@ -371,6 +386,28 @@ TEST(Check, CommandLineIsTakenAtItsWord)
             << run.mOutput << run.mErrors;
         EXPECT_EQ(run.mOutput.find('\r'), std::string::npos) << "no progress bar in a pipe";
     }
+}
+
+TEST(Check, ABuildServerReadsWhatFailedAndWhatWasLeftOut)
+{
+    const CModuleBundle sound(kPlainModule, kDelayPlugin);
+    const CModuleBundle broken(kPlainModule, fs::path(FAULTY_PLUGINS) / "faulty_Load.so");
+    const fs::path page = sound.Path().parent_path() / "junit.xml";
+    const SToolRun run = RunTool({AAXHOST, "check", sound.Path(), broken.Path(), "--only", "state.answers",
+                                  "--only", "state.same-*", "--skip", "state.same-sound", "--junit", page});
+    EXPECT_EQ(run.mExit, 1) << run.mOutput << run.mErrors;
+    const std::string xml = Contents(page);
+    const std::string suites[] = {
+        fmt::format(R"(<testsuite name="{}" tests="4" failures="0" errors="0" skipped="1")",
+                    sound.Path().string()),
+        fmt::format(R"(<testsuite name="{}" tests="4" failures="1" errors="0" skipped="1")",
+                    broken.Path().string())};
+    for (const std::string& part :
+         {suites[0], suites[1], std::string(R"(<skipped message="Left out."/>)"),
+          std::string(R"(<failure type="failed" message="With a host that answers at-once, )"),
+          std::string("(the plug-in's own: it does so without the module)\"/></testcase>"),
+          std::string("<system-out>warning: A state that was loaded")})
+        EXPECT_NE(xml.find(part), std::string::npos) << part << " is not in\n" << xml;
 }
 
 TEST(Report, NamesEveryCheckAndFetchesNothing)

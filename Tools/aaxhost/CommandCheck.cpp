@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/report/CheckReport.h"
+#include "Tools/aaxhost/report/JUnitReport.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
 #include "Tools/support/CWholeFile.h"
 
@@ -15,16 +16,28 @@
 
 namespace
 {
+enum class ESaid
+{
+    Findings, // and the verdict
+    Results,
+    All // also what each check looks at, and what the plug-in alone does
+};
+
 struct SCheckOptions
 {
-    std::string mModule;
-    int mStrictness = 5;
+    std::vector<std::string> mModules;
+    SCheckJob mJob; // but for the module and the checks
     bool mList = false;
     std::vector<std::string> mOnly;
-    double mLimit = 0.0; // seconds; 0: as the strictness has it
-    EAnswers mAnswers = EAnswers::Late;
+    std::vector<std::string> mSkip;
+    bool mQuiet = false;
+    bool mVerbose = false;
+    bool mHere = false;
     std::string mJson;
+    std::string mJUnit;
     std::string mReport;
+
+    ESaid Said() const { return mQuiet ? ESaid::Findings : mVerbose ? ESaid::All : ESaid::Results; }
 };
 
 constexpr int kNameWidth = 30;
@@ -46,11 +59,23 @@ int ListChecks()
 class CResultPrinter
 {
 public:
-    explicit CResultPrinter(std::size_t inTotal) : mProgress(static_cast<double>(inTotal)) {}
+    CResultPrinter(std::size_t inTotal, ESaid inSaid) : mProgress(static_cast<double>(inTotal)), mSaid(inSaid)
+    {
+    }
 
     void Print(const SCheckResult& inResult)
     {
         mProgress.Hide();
+        if (mSaid != ESaid::Findings || inResult.mFault != EFault::None)
+            PrintLines(inResult);
+        std::fflush(stdout); // as it comes, also into a pipe
+        mProgress.Show(static_cast<double>(++mDone));
+    }
+    void Finish() { mProgress.Hide(); }
+
+private:
+    void PrintLines(const SCheckResult& inResult)
+    {
         const std::string_view group = inResult.mCheck->Group();
         if (group != mGroup)
             fmt::print("{}{}\n", mGroup.empty() ? "" : "\n", group);
@@ -60,16 +85,28 @@ public:
             reason += fmt::format(" ({})", fault);
         fmt::print("  {:<8} {:<{}}{}{}\n", NameOfVerdict(inResult.mFinding.mVerdict), inResult.mCheck->mName,
                    reason.empty() ? 0 : kNameWidth, reason.empty() ? "" : " ", reason);
-        std::fflush(stdout); // as it comes, also into a pipe
-        mProgress.Show(static_cast<double>(++mDone));
+        if (mSaid != ESaid::All)
+            return;
+        fmt::print("           {} {:.3f} s\n", inResult.mCheck->mDescription, inResult.mSeconds);
+        if (inResult.mAlone)
+            fmt::print("           The plug-in alone: {}. {}\n", NameOfVerdict(inResult.mAlone->mVerdict),
+                       inResult.mAlone->mReason);
     }
-    void Finish() { mProgress.Hide(); }
 
-private:
     CProgressBar mProgress;
+    const ESaid mSaid;
     std::string_view mGroup;
     std::size_t mDone = 0;
 };
+
+/** A module that may be unfit is worse than one that is fit. */
+EFitness Worse(EFitness inOne, EFitness inOther)
+{
+    for (const EFitness worse : {EFitness::NotFit, EFitness::Unknown})
+        if (inOne == worse || inOther == worse)
+            return worse;
+    return EFitness::Fit;
+}
 
 int ExitFor(EFitness inFitness)
 {
@@ -88,50 +125,99 @@ void StartDisplay(const SCheckJob& inJob, CVirtualDisplay& ioDisplay)
     const bool isWanted =
         std::ranges::any_of(inJob.mChecks, [](const SCheck* check)
                             { return check->Group() == "editor" || check->Group() == "features"; });
-    if (!isWanted || std::getenv("DISPLAY") != nullptr || !CVirtualDisplay::IsInstalled())
+    if (!isWanted || std::getenv("DISPLAY") != nullptr || // ours, too
+        !CVirtualDisplay::IsInstalled())
         return;
     if (const std::string problem = ioDisplay.Start(); !problem.empty())
         fmt::print(stderr, "Editors cannot be looked at: {}.\n", problem);
+}
+
+/** What the command line says of a module's checks. */
+COutcome<SCheckJob> JobOf(const SCheckOptions& inOptions, const std::string& inModule)
+{
+    SCheckJob job = inOptions.mJob;
+    job.mModule = inModule;
+    const auto only = ReadCheckPatterns(inOptions.mOnly);
+    if (!only)
+        return only.Problem();
+    auto leftOut = ReadCheckPatterns(inOptions.mSkip);
+    if (!leftOut)
+        return leftOut.Problem();
+    job.mLeftOut = std::move(*leftOut);
+    for (const SCheck& check : AllChecks()) // in their own order, each once
+        if (only->empty() ? check.mStrictness <= job.mStrictness : FindPattern(*only, check) != nullptr)
+            job.mChecks.push_back(&check);
+    return job;
+}
+
+/** For a debugger, in this process. */
+int CheckHere(const SCheckJob& inJob)
+{
+    if (inJob.mChecks.size() != 1)
+        return FailUsage("--in-process takes one check: name it with --only.");
+    const SFinding finding = RunCheckHere(*inJob.mChecks.front(), inJob);
+    fmt::print("{:<8} {} {}\n", NameOfVerdict(finding.mVerdict), inJob.mChecks.front()->mName,
+               finding.mReason);
+    return finding.mVerdict == EVerdict::Failed ? kExitFailure : kExitSuccess;
+}
+
+SCheckedModule CheckModule(const SCheckJob& inJob, ESaid inSaid)
+{
+    CResultPrinter printer(inJob.mChecks.size(), inSaid);
+    SCheckedModule checked{inJob,
+                           RunChecks(inJob, [&](const SCheckResult& result) { printer.Print(result); })};
+    printer.Finish();
+    return checked;
+}
+
+COutcome<SDone> WriteFiles(const SCheckOptions& inOptions, const std::vector<SCheckedModule>& inModules)
+{
+    const SCheckedModule& first = inModules.front();
+    if (!inOptions.mJson.empty())
+        if (const auto written = WriteText(inOptions.mJson, ResultsAsJson(first.mJob, first.mResults));
+            !written)
+            return written;
+    if (!inOptions.mJUnit.empty())
+        if (const auto written = WriteText(inOptions.mJUnit, JUnitReport(inModules)); !written)
+            return written;
+    if (!inOptions.mReport.empty())
+        if (const auto written = WriteText(inOptions.mReport, ReportPage(first.mJob, first.mResults));
+            !written)
+            return written;
+    return SDone{};
 }
 
 int Check(const SCheckOptions& inOptions)
 {
     if (inOptions.mList)
         return ListChecks();
-    for (const std::string& file : {inOptions.mJson, inOptions.mReport})
+    if (inOptions.mModules.size() > 1 && !(inOptions.mJson + inOptions.mReport).empty())
+        return FailUsage("--json and --report take one module; --junit takes several.");
+    for (const std::string& file : {inOptions.mJson, inOptions.mJUnit, inOptions.mReport})
         if (const auto writable = CheckWritable(file); !writable)
             return Fail(writable.Problem());
-    SCheckJob job{inOptions.mModule, inOptions.mStrictness, {}, inOptions.mLimit, inOptions.mAnswers};
-    if (inOptions.mOnly.empty())
-        job.mChecks = ChecksFor(inOptions.mStrictness);
-    for (const SCheck& check : AllChecks()) // in their own order, each once
-        if (std::ranges::find(inOptions.mOnly, check.mName) != inOptions.mOnly.end())
-            job.mChecks.push_back(&check);
-
     CVirtualDisplay display;
-    StartDisplay(job, display);
-    CResultPrinter printer(job.mChecks.size());
-    const auto results = RunChecks(job, [&](const SCheckResult& result) { printer.Print(result); });
-    printer.Finish();
-    if (!inOptions.mJson.empty())
-        if (const auto written = WriteText(inOptions.mJson, ResultsAsJson(job, results)); !written)
-            return Fail(written.Problem());
-    if (!inOptions.mReport.empty())
-        if (const auto written = WriteText(inOptions.mReport, ReportPage(job, results)); !written)
-            return Fail(written.Problem());
-    fmt::print("\n{} {}\n", CountsInWords(results), FitnessInWords(results));
-    return ExitFor(FitnessOf(results));
-}
-
-CLI::Validator CheckName()
-{
-    const auto check = [](const std::string& text)
+    std::vector<SCheckedModule> modules;
+    EFitness fitness = EFitness::Fit;
+    for (const std::string& module : inOptions.mModules)
     {
-        return FindCheck(text) != nullptr
-                   ? std::string()
-                   : fmt::format("There is no check '{}'; --list names them all.", text);
-    };
-    return CLI::Validator(check, "");
+        const auto job = JobOf(inOptions, module);
+        if (!job)
+            return FailUsage(job.Problem().mSentence);
+        if (inOptions.mHere)
+            return CheckHere(*job);
+        StartDisplay(*job, display);
+        if (inOptions.mModules.size() > 1)
+            fmt::print("{}== {}\n\n", modules.empty() ? "" : "\n", module);
+        modules.push_back(CheckModule(*job, inOptions.Said()));
+        const auto& results = modules.back().mResults;
+        fmt::print("\n{} {}\n", CountsInWords(results), FitnessInWords(results));
+        fitness = Worse(fitness, FitnessOf(results));
+    }
+    if (inOptions.mJob.mSeed != 0)
+        fmt::print("Seed: {}\n", inOptions.mJob.mSeed);
+    const auto written = WriteFiles(inOptions, modules);
+    return written ? ExitFor(fitness) : Fail(written.Problem());
 }
 } // namespace
 
@@ -144,20 +230,50 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
         "alone, to say whose fault it is. Editors are opened on a display of their own where DISPLAY "
         "names none and Xvfb is installed. Exit code: 0 where the module is fit to ship, 1 where it is "
         "not, 2 for wrong usage, 3 where it could not be told.");
-    CLI::Option* module = command->add_option("MODULE", options->mModule, "Bundle folder or module file");
-    command
-        ->add_option("--strictness", options->mStrictness,
-                     "1, done in seconds, to 10, which takes minutes (5)")
-        ->check(WholeNumberFrom(kLowestStrictness, kHighestStrictness));
+    SCheckJob& job = options->mJob;
+    CLI::Option* module = command->add_option("MODULE", options->mModules, "Bundle folders or module files");
+    command->add_option("--strictness", job.mStrictness, "1, done in seconds, to 10, which takes minutes (5)")
+        ->check(WholeNumberFrom(kLowestStrictness, kHighestStrictness))
+        ->envname("AAXHOST_CHECK_STRICTNESS");
     command->add_flag("--list", options->mList, "Name every check with its lowest strictness, and run none");
-    command->add_option("--only", options->mOnly, "NAME: run this check only, whatever its strictness")
-        ->allow_extra_args(false)
-        ->check(CheckName());
     command
-        ->add_option("--limit", options->mLimit, "Seconds that a check may take; otherwise by the strictness")
-        ->check(NumberFrom(0.1, 86400.0));
-    AddAnswersOption(*command, options->mAnswers);
+        ->add_option(
+            "--only", options->mOnly,
+            "CHECK: run these only, whatever their strictness; a name, a group, either with *, or @FILE "
+            "with one a line")
+        ->allow_extra_args(false);
+    command
+        ->add_option(
+            "--skip", options->mSkip,
+            "CHECK: leave these out; as --only, and what stands behind one in a file is the reason, which "
+            "is shown")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--limit", job.mLimitSeconds,
+                     "Seconds that a check may take; otherwise by the strictness")
+        ->check(NumberFrom(0.1, 86400.0))
+        ->envname("AAXHOST_CHECK_LIMIT");
+    command->add_option("--jobs", job.mJobs, "Checks that run at a time (1)")
+        ->check(WholeNumberFrom(1, 256))
+        ->envname("AAXHOST_CHECK_JOBS");
+    command
+        ->add_option("--repeat", job.mRepeats,
+                     "Run each check so often; one that ends otherwise is unstable (1)")
+        ->check(WholeNumberFrom(1, 1000));
+    command->add_option("--seed", job.mSeed, "Where all that is chosen by chance begins (0)")
+        ->check(WholeNumberFrom(0, 1000000));
+    AddAnswersOption(*command, job.mAnswers);
+    CLI::Option* const quiet =
+        command->add_flag("--quiet", options->mQuiet, "Print what did not pass, and the verdict");
+    command
+        ->add_flag("--verbose", options->mVerbose,
+                   "Print what each check looks at, and what the plug-in alone does")
+        ->excludes(quiet);
+    command->add_flag("--in-process", options->mHere,
+                      "For a debugger: run one check in this process, which ends where the plug-in crashes");
     command->add_option("--json", options->mJson, "File to write with the results for a machine");
+    command->add_option("--junit", options->mJUnit,
+                        "File to write with the results as build servers read them");
     command->add_option("--report", options->mReport, "HTML page to write for a person");
     command->callback(
         [options, module, &outAction]

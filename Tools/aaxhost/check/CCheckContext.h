@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/player/CInstance.h"
 #include "Tools/aaxhost/player/CModule.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -63,11 +64,16 @@ private:
     std::unique_ptr<CModule> mModule; // goes before the log that it writes into
 };
 
-/** Numbers that look random and are the same in every run. */
+/** Numbers that look random and are the same in every run with the same seed. */
 class CSequence
 {
 public:
-    explicit CSequence(std::uint32_t inSeed = 1) : mState(inSeed * 2654435761U + 1U) {}
+    explicit CSequence(std::uint32_t inSeed = 1)
+        : mState(std::max((inSeed + 1000U * gSeed) * 2654435761U + 1U, 1U))
+    {
+    }
+    /** For the sequences that are made from now on. */
+    static void SetSeed(std::uint32_t inSeed) noexcept { gSeed = inSeed; }
     std::uint32_t Next() noexcept;
     /** 0 up to inCount - 1. */
     std::uint32_t Below(std::uint32_t inCount) noexcept { return Next() % inCount; }
@@ -75,6 +81,7 @@ public:
     double Fraction() noexcept { return Next() / 4294967296.0; }
 
 private:
+    static inline std::uint32_t gSeed = 0;
     std::uint32_t mState;
 };
 

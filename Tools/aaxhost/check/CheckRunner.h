@@ -1,7 +1,9 @@
 #pragma once
+#include "Tools/aaxhost/check/CheckSelection.h"
 #include "Tools/aaxhost/check/SCheck.h"
 #include "Tools/aaxhost/host/CHostAutomation.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -19,9 +21,10 @@ enum class EFault
 struct SCheckResult
 {
     const SCheck* mCheck = nullptr;
-    SFinding mFinding;
+    SFinding mFinding{};
     EFault mFault = EFault::None;
-    std::optional<SFinding> mAlone; // of the same check with the plug-in alone, where it was run
+    std::optional<SFinding> mAlone{}; // of the same check with the plug-in alone, where it was run
+    double mSeconds = 0.0;            // that it took
 };
 
 struct SCheckJob
@@ -32,6 +35,9 @@ struct SCheckJob
     double mLimitSeconds = 0.0;         // for each; 0: as long as the strictness allows
     EAnswers mAnswers = EAnswers::Late; // of the host, but for the checks that try every kind
     int mJobs = 1;                      // checks at a time
+    int mRepeats = 1;                   // runs of each check
+    std::uint32_t mSeed = 0;            // of all that is chosen by chance
+    std::vector<SCheckPattern> mLeftOut{};
 };
 
 /** As long as a check may take at a strictness. */
@@ -39,11 +45,14 @@ double LimitSeconds(int inStrictness);
 /** The checks of a strictness, or those named, whatever theirs is. */
 std::vector<const SCheck*> ChecksFor(int inStrictness);
 
+/** Runs one check in this process: for a debugger. */
+SFinding RunCheckHere(const SCheck& inCheck, const SCheckJob& inJob);
+
 /**
  * Runs each check in a process of its own. One that crashes or takes too long is run once more, has failed
- * where it comes to the same and is unstable where not, and ends nothing else; where the module does not even
- * open, or gives no instance, the rest is skipped. One that does not pass is repeated with the plug-in alone,
- * but for those that are about what the module itself says.
+ * where it comes to the same and is unstable where not, as one that ends otherwise when it is repeated, and
+ * ends nothing else; where the module does not even open, or gives no instance, the rest is skipped. One that
+ * does not pass is repeated with the plug-in alone, but for those that are about what the module itself says.
  *
  * @param inDone hears each result in the order of the checks, as soon as it and those ahead of it are there.
  */

@@ -113,6 +113,7 @@ std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult
     nlohmann::ordered_json json;
     json["module"] = inJob.mModule;
     json["strictness"] = inJob.mStrictness;
+    json["seed"] = inJob.mSeed;
     json["verdict"] = FitnessInWords(inResults);
     json["passed"] = counts.mPassed;
     json["warnings"] = counts.mWarnings;
