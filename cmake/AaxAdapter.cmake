@@ -10,7 +10,7 @@
 # Where it is not for another system, the build has vst2probe load the plug-in as it lies in the bundle, and stops when
 # that fails.
 #
-# The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
+# add_aax_adapter_check(MyPlugin) makes a test of it. The product is the target MyPlugin and the bundle ${CMAKE_BINARY_DIR}/modules/MyPlugin.aaxplugin, which
 # `cmake --install DIR --component MyPlugin --prefix TO` copies.
 include_guard(GLOBAL)
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
@@ -79,6 +79,26 @@ function(_aaxadapter_name_features file)
     else()
         file(REMOVE ${file})
     endif()
+endfunction()
+
+# A test of CTest that fails where a product is not fit to ship, and counts as skipped where that cannot be told:
+#
+#   add_aax_adapter_check(MyPlugin [argument of `aaxhost check`...])
+#
+# What it finds stands in ${CMAKE_BINARY_DIR}/checks, MyPlugin.xml for build servers and MyPlugin.html for people.
+function(add_aax_adapter_check name)
+    if(CMAKE_CROSSCOMPILING)
+        return()
+    endif()
+    if(NOT TARGET AaxAdapter::aaxhost)
+        message(FATAL_ERROR "add_aax_adapter_check(${name}): there is no aaxhost to check the product with; install the "
+            "libraries that it is made of.")
+    endif()
+    set(results ${CMAKE_BINARY_DIR}/checks)
+    file(MAKE_DIRECTORY ${results})
+    add_test(NAME ${name}.check COMMAND AaxAdapter::aaxhost check ${CMAKE_BINARY_DIR}/modules/${name}.aaxplugin
+        --quiet --junit ${results}/${name}.xml --report ${results}/${name}.html ${ARGN})
+    set_tests_properties(${name}.check PROPERTIES SKIP_RETURN_CODE 3)
 endfunction()
 
 # "Mkr1" -> 0x4D6B7231

@@ -43,7 +43,7 @@ if(PROJECT_IS_TOP_LEVEL)
     # What a maker needs, and so all that has to be built before the package is installed.
     add_custom_target(aaxadapter_package DEPENDS ${libraries})
     if(TARGET aaxhost)
-        install(TARGETS aaxhost RUNTIME DESTINATION bin COMPONENT AaxAdapter)
+        install(TARGETS aaxhost EXPORT AaxAdapterTargets RUNTIME DESTINATION bin COMPONENT AaxAdapter)
         add_dependencies(aaxadapter_package aaxhost vst2probe)
     endif()
     # What is in the libraries and the two programs; the programs' other libraries are shared ones of the system, or free
