@@ -231,6 +231,10 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
          EVerdict::Failed,
          EFault::Module,
          "It does."},
+        {{"features.crash", "", 1, [](CCheckContext&) -> SFinding { std::abort(); }},
+         EVerdict::Failed,
+         EFault::Unknown,
+         "It crashed: Aborted, SIGABRT."},
         {{"life-cycle.always", "", 1, [](CCheckContext&) -> SFinding { std::abort(); }},
          EVerdict::Failed,
          EFault::Plugin,
@@ -253,7 +257,7 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
         EXPECT_EQ(results[i].mFinding.mReason, rows[i].mReason);
         EXPECT_EQ(results[i].mFault, rows[i].mFault);
     }
-    EXPECT_EQ(CountsInWords(results), "7 checks: 5 failed (4 only through the module, 1 the plug-in's own), "
+    EXPECT_EQ(CountsInWords(results), "8 checks: 6 failed (4 only through the module, 1 the plug-in's own), "
                                       "1 of them unstable, 2 warnings.");
     EXPECT_EQ(FitnessOf(results), EFitness::NotFit);
 }

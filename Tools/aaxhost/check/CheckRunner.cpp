@@ -66,11 +66,13 @@ SFinding FindingOf(const SChildEnd& inEnd, double inLimit)
     return SFinding::Failed("No process could be started for the check.");
 }
 
+constexpr std::string_view kFeatures = "features";
+
 /** What the module itself says is not the plug-in's, and whether it gives what a feature promises is found by
  * comparing it with the plug-in. */
 bool IsAboutModule(const SCheck& inCheck)
 {
-    return inCheck.Group() == "description" || inCheck.Group() == "features";
+    return inCheck.Group() == "description" || inCheck.Group() == kFeatures;
 }
 
 bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
@@ -147,8 +149,9 @@ private:
                                 fmt::format("First: {} Then, in run {}: {}", words(mResult.mFinding), mRuns,
                                             words(inFinding))};
         }
-        // On a machine under load, or by an accident of time, a sound check may crash or hang.
-        const int runs = std::max(mJob.mRepeats, inHasEnded && mRuns == 1 ? 1 : 2);
+        // On a machine under load, or by an accident of time, a sound check may not pass.
+        const bool isSuspect = IsWorseThan(mResult.mFinding.mVerdict, EVerdict::Passed);
+        const int runs = std::max(mJob.mRepeats, isSuspect ? 2 : 1);
         if (mResult.mFinding.mVerdict != EVerdict::Unstable && mRuns < runs)
         {
             Start(ESubject::Module);
@@ -158,7 +161,12 @@ private:
             return true;
         mResult.mFault = EFault::Module;
         if (IsAboutModule(*mResult.mCheck))
+        {
+            // It may have been the plug-in alone, with which the module is compared.
+            if (!inHasEnded && mResult.mCheck->Group() == kFeatures)
+                mResult.mFault = EFault::Unknown;
             return true;
+        }
         Start(ESubject::PluginAlone);
         return false;
     }

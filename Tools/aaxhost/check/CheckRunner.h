@@ -49,10 +49,10 @@ std::vector<const SCheck*> ChecksFor(int inStrictness);
 SFinding RunCheckHere(const SCheck& inCheck, const SCheckJob& inJob);
 
 /**
- * Runs each check in a process of its own. One that crashes or takes too long is run once more, has failed
- * where it comes to the same and is unstable where not, as one that ends otherwise when it is repeated, and
- * ends nothing else; where the module does not even open, or gives no instance, the rest is skipped. One that
- * does not pass is repeated with the plug-in alone, but for those that are about what the module itself says.
+ * Runs each check in a process of its own, so that one that crashes or takes too long has failed and ends
+ * nothing else. One that does not pass is run once more, and is unstable where it ends otherwise; then it is
+ * repeated with the plug-in alone, but for those that are about what the module itself says. Where the module
+ * does not even open, or gives no instance, the rest is skipped.
  *
  * @param inDone hears each result in the order of the checks, as soon as it and those ahead of it are there.
  */

@@ -359,7 +359,10 @@ AAX_Result CDirectEffect::SetChunk(AAX_CTypeID id, const AAX_SPlugInChunk* chunk
     std::vector<char> data = DataOf(*chunk);
     ++mChanges;
     if (KeepsChunks())
-        return mPlugin->SetChunk(0, data) ? kAAX_Success : kAAX_ErrorChunkSize;
+    {
+        (void)mPlugin->SetChunk(0, data); // answered with anything
+        return kAAX_Success;
+    }
     std::vector<float> values(data.size() / sizeof(float));
     std::memcpy(values.data(), data.data(), values.size() * sizeof(float));
     for (std::int32_t i = 0; i < ParameterCount() && i < std::ssize(values); ++i)
