@@ -426,8 +426,8 @@ TEST(Report, NamesEveryCheckAndFetchesNothing)
             << check["name"];
     for (const char* forbidden : {"<script", "http://", "https://", "url(", "<link", "@import"})
         EXPECT_EQ(html.find(forbidden), std::string::npos) << forbidden;
-    for (const char* part :
-         {"reported latency, 64 samples", "level as rendered", "Impulse at -6 dB: spectrum"})
+    for (const char* part : {"reported latency, 64 samples", "level as rendered",
+                             "Impulse at -6 dB: spectrum", "Once more: <code>aaxhost check "})
         EXPECT_NE(html.find(part), std::string::npos) << part;
     EXPECT_NE(html.find("the plug-in alone"), std::string::npos) << "the plug-in alone could not be measured";
 }

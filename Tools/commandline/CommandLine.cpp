@@ -24,9 +24,11 @@ std::string Proposal(const std::vector<std::string>& inNearest, const std::strin
 }
 } // namespace
 
+std::string ProgramVersion(const std::string& inProgram) { return inProgram + " " + TOOLS_VERSION; }
+
 void AddVersionFlag(CLI::App& ioApp, const std::string& inProgram)
 {
-    ioApp.set_version_flag("--version", inProgram + " " + TOOLS_VERSION, "Print the version and exit");
+    ioApp.set_version_flag("--version", ProgramVersion(inProgram), "Print the version and exit");
     for (CLI::App* const command : ioApp.get_subcommands(nullptr))
         AddVersionFlag(*command, inProgram);
 }

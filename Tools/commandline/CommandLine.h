@@ -11,6 +11,9 @@ class ParseError;
 /** Gives the program and all of its commands `--version`; comes after the commands were added. */
 void AddVersionFlag(CLI::App& ioApp, const std::string& inProgram);
 
+/** "aaxhost 0.1.0" */
+std::string ProgramVersion(const std::string& inProgram);
+
 /** The names of the commands that stand directly below. */
 std::vector<std::string> CommandNames(const CLI::App& inApp);
 

@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/ReportStyle.h"
+#include "Tools/aaxhost/report/RunFacts.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 
 #include <algorithm>
@@ -80,6 +81,7 @@ std::string Header(const SCheckJob& inJob, const std::vector<SCheckResult>& inRe
             Fact("Product and plug-in code", inIdentity.mProductCode == inIdentity.mPluginCode
                                                  ? inIdentity.mPluginCode
                                                  : inIdentity.mProductCode + ", " + inIdentity.mPluginCode) +
+            Fact("Plug-in version", inIdentity.mVersion) +
             Fact("Reported latency", fmt::format("{} samples", inIdentity.mLatency));
     html += Fact("Strictness", fmt::format("{} of {}", inJob.mStrictness, kHighestStrictness));
     return html + "</dl>\n</header>\n";
@@ -148,31 +150,65 @@ std::string Stems(const SReportIdentity& inIdentity)
     return Figure("As the host sees them", "<div class=\"stems\">\n" + svg + "</svg>\n</div>\n");
 }
 
+std::string Check(const SCheckResult& inResult)
+{
+    const std::string& reason = inResult.mFinding.mReason;
+    const std::string why =
+        fmt::format("<p class=\"why\">{} <em>{}</em></p>", Escaped(reason), Escaped(FaultInWords(inResult)));
+    return fmt::format("<li><span class=\"mark {0}\">{0}</span><code>{1}</code><div "
+                       "class=\"said\">{2}<p class=\"what\">{3} <small>{4:.2f} s</small></p></div></li>\n",
+                       NameOfVerdict(inResult.mFinding.mVerdict), Escaped(inResult.mCheck->mName),
+                       reason.empty() ? std::string() : why, Escaped(inResult.mCheck->mDescription),
+                       inResult.mSeconds);
+}
+
+std::string Heading(std::string_view inGroup)
+{
+    std::string heading(inGroup == "midi" ? "MIDI" : inGroup);
+    std::ranges::replace(heading, '-', ' ');
+    return heading;
+}
+
+/** A group after the other: open what did not pass, folded the rest. */
 std::string Checks(const std::vector<SCheckResult>& inResults)
 {
     std::string html;
-    std::string_view group;
-    for (const SCheckResult& result : inResults)
+    for (auto begin = inResults.begin(); begin != inResults.end();)
     {
-        if (result.mCheck->Group() != group)
-        {
-            html += group.empty() ? "" : "</ul>\n";
-            group = result.mCheck->Group();
-            std::string heading(group == "midi" ? "MIDI" : group);
-            std::ranges::replace(heading, '-', ' ');
-            html += fmt::format("<h3>{}</h3>\n<ul class=\"checks\">\n", heading);
-        }
-        const char* const verdict = NameOfVerdict(result.mFinding.mVerdict);
-        const std::string& reason = result.mFinding.mReason;
-        html += fmt::format("<li><span class=\"mark {0}\">{0}</span><code>{1}</code><div "
-                            "class=\"said\">{2}<p class=\"what\">{3}</p></div></li>\n",
-                            verdict, Escaped(result.mCheck->mName),
-                            reason.empty() ? std::string()
-                                           : fmt::format("<p class=\"why\">{} <em>{}</em></p>",
-                                                         Escaped(reason), Escaped(FaultInWords(result))),
-                            Escaped(result.mCheck->mDescription));
+        const std::string_view group = begin->mCheck->Group();
+        const auto end =
+            std::find_if(begin, inResults.end(),
+                         [&](const SCheckResult& result) { return result.mCheck->Group() != group; });
+        std::string open;
+        std::string folded;
+        for (auto result = begin; result != end; ++result)
+            (result->mFault == EFault::None ? folded : open) += Check(*result);
+        html += fmt::format("<h3>{}</h3>\n", Heading(group));
+        if (!open.empty())
+            html += fmt::format("<ul class=\"checks\">\n{}</ul>\n", open);
+        if (!folded.empty())
+            html += fmt::format("<details><summary>{} passed or skipped</summary>\n<ul class=\"checks\">\n"
+                                "{}</ul>\n</details>\n",
+                                std::count_if(begin, end,
+                                              [](const SCheckResult& result)
+                                              { return result.mFault == EFault::None; }),
+                                folded);
+        begin = end;
     }
-    return group.empty() ? Note("No check was run.") : html + "</ul>\n";
+    return html.empty() ? Note("No check was run.") : html;
+}
+
+/** How to have it again. */
+std::string Run(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults)
+{
+    const SRunFacts facts = RunFactsOf(inJob);
+    double seconds = 0.0;
+    for (const SCheckResult& result : inResults)
+        seconds += result.mSeconds;
+    return "<dl class=\"facts\">\n" + Fact("Module", inJob.mModule) + Fact("Checked", facts.mDate) +
+           Fact("With", facts.mTool) + Fact("On", facts.mMachine) +
+           Fact("The checks took", fmt::format("{:.1f} s", seconds)) + "</dl>\n<p>Once more: <code>" +
+           Escaped(facts.mCommand) + "</code></p>\n";
 }
 
 std::vector<STick> SecondTicks(double inSeconds)
@@ -419,7 +455,7 @@ std::string ReportPage(const SCheckJob& inJob, const std::vector<SCheckResult>& 
            Section("Latency", Latency(inMaterial, inResults)) +
            Section("Automation", Automation(inMaterial.mAutomation)) +
            Section("Cost", Cost(inMaterial.mCost)) + Section("Parameters", Parameters(inMaterial.mIdentity)) +
-           Section("Editor", Editor(inMaterial.mEditor)) +
+           Section("Editor", Editor(inMaterial.mEditor)) + Section("This run", Run(inJob, inResults)) +
            "<footer>Written by <code>aaxhost check --report</code>.</footer>\n</main>\n</body>\n</html>\n";
 }
 

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportStem, mName, mChannels)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportParameter, mID, mName, mDefault, mText, mSteps, mAutomatable)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportIdentity, mProblem, mName, mManufacturer, mEffectID,
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportIdentity, mProblem, mName, mManufacturer, mEffectID, mVersion,
                                    mManufacturerCode, mProductCode, mPluginCode, mInputs, mOutputs, mAuxStems,
                                    mMidiNodes, mLatency, mParameters)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSignal, mTitle, mSeconds, mLowest, mHighest, mSpectrum)
@@ -85,6 +85,7 @@ SReportIdentity Identity(const std::string& inModule)
     identity.mName = product.mName;
     identity.mManufacturer = module.Description().mManufacturerName;
     identity.mEffectID = product.mEffectID;
+    identity.mVersion = fmt::format("{}", module.Description().mPackageVersion);
     identity.mManufacturerCode = NameOfFourCharCode(product.mManufacturerID);
     identity.mProductCode = NameOfFourCharCode(product.mProductID);
     identity.mPluginCode = NameOfFourCharCode(product.mPlugInID);

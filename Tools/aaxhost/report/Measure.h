@@ -28,6 +28,7 @@ struct SReportIdentity
     std::string mName;
     std::string mManufacturer;
     std::string mEffectID;
+    std::string mVersion; // the plug-in's own number
     std::string mManufacturerCode;
     std::string mProductCode;
     std::string mPluginCode;

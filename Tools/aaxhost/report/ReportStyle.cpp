@@ -34,6 +34,7 @@ code { font: .875em/1.4 ui-monospace, "SF Mono", Menlo, Consolas, "DejaVu Sans M
 .verdict strong { display: block; font-size: 1.4rem; line-height: 1.3; letter-spacing: -0.01em; }
 .verdict.passed { background: var(--good-wash); border-color: var(--good); }
 .verdict.failed { background: var(--bad-wash); border-color: var(--bad); }
+.verdict.warning { background: var(--fair-wash); border-color: var(--fair); } .verdict.warning strong { color: var(--fair); }
 .verdict.passed strong { color: var(--good); } .verdict.failed strong { color: var(--bad); }
 .tally { display: flex; height: .5rem; border-radius: .25rem; overflow: hidden; margin: .9rem 0 .35rem; gap: 2px; }
 .tally span { display: block; min-width: 3px; }
@@ -49,6 +50,7 @@ ul.checks { list-style: none; margin: 0; padding: 0; background: var(--card); bo
 ul.checks li { display: grid; grid-template-columns: 6.2rem minmax(0, 16rem) minmax(0, 1fr); gap: .1rem 1rem; padding: .6rem 1rem; align-items: baseline; }
 ul.checks li + li { border-top: 1px solid var(--rule); }
 ul.checks p { margin: 0; font-size: .9375rem; } ul.checks .why { color: var(--ink); font-weight: 500; } ul.checks .what { color: var(--soft); }
+details { margin: .5rem 0; } summary { cursor: pointer; color: var(--soft); } details[open] summary { margin-bottom: .5rem; }
 .mark { font-size: .8125rem; font-weight: 600; border-radius: 1rem; padding: .1rem .65rem; justify-self: start; }
 .mark.passed { color: var(--good); background: var(--good-wash); } .mark.warning { color: var(--fair); background: var(--fair-wash); }
 .mark.failed, .mark.unstable { color: var(--bad); background: var(--bad-wash); } .mark.skipped, .mark.unseen { color: var(--none); background: var(--none-wash); }

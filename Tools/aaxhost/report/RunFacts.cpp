@@ -1,0 +1,68 @@
+#include "Tools/aaxhost/report/RunFacts.h"
+
+#include "Tools/aaxhost/check/CheckRunner.h"
+#include "Tools/aaxhost/host/HostNames.h"
+#include "Tools/commandline/CommandLine.h"
+
+#include <ctime>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <fstream>
+
+#include <sys/utsname.h>
+
+namespace
+{
+/** As Linux names it; empty elsewhere. */
+std::string ProcessorName()
+{
+    std::ifstream file("/proc/cpuinfo");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with("model name"))
+            if (const auto colon = line.find(": "); colon != std::string::npos)
+                return line.substr(colon + 2);
+    return {};
+}
+
+std::string MachineName()
+{
+    utsname names{};
+    if (uname(&names) != 0)
+        return {};
+    const std::string processor = ProcessorName();
+    return fmt::format("{} {}, {}", names.sysname, names.release,
+                       processor.empty() ? names.machine : processor);
+}
+
+/** As a shell takes it for one word. */
+std::string Quoted(const std::string& inText)
+{
+    std::string text = "'";
+    for (const char letter : inText)
+        text += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
+    return text + "'";
+}
+
+std::string CommandOf(const SCheckJob& inJob)
+{
+    std::string command =
+        fmt::format("aaxhost check {} --strictness {} --seed {} --answers {}", Quoted(inJob.mModule),
+                    inJob.mStrictness, inJob.mSeed, NameOfAnswers(inJob.mAnswers));
+    if (inJob.mLimitSeconds > 0.0)
+        command += fmt::format(" --limit {}", inJob.mLimitSeconds);
+    if (inJob.mRepeats > 1)
+        command += fmt::format(" --repeat {}", inJob.mRepeats);
+    if (inJob.mChecks != ChecksFor(inJob.mStrictness))
+        for (const SCheck* const check : inJob.mChecks)
+            command += fmt::format(" --only {}", check->mName);
+    for (const SCheckPattern& pattern : inJob.mLeftOut)
+        command += " --skip " + Quoted(pattern.mPattern);
+    return command;
+}
+} // namespace
+
+SRunFacts RunFactsOf(const SCheckJob& inJob)
+{
+    return {ProgramVersion("aaxhost"), fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))),
+            MachineName(), CommandOf(inJob)};
+}
