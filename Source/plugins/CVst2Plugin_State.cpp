@@ -5,8 +5,8 @@
 
 namespace
 {
-constexpr std::int32_t kBank = 0;    // index of the chunk opcodes
-constexpr std::int32_t kProgram = 1; // index of the chunk opcodes
+constexpr std::int32_t kBankChunk = 0;    // index of the chunk opcodes
+constexpr std::int32_t kProgramChunk = 1; // index of the chunk opcodes
 /** Far above what any plug-in has; keeps a nonsensical count from becoming a huge allocation. */
 constexpr long kMaxStateParameters = 1L << 20;
 /** A program of more bytes is a plug-in's mistake. */
@@ -35,20 +35,21 @@ void CVst2Plugin::RequestChunk(std::int32_t inScope, void*& outChunk, long& outS
 
 long CVst2Plugin::GetChunkSize()
 {
-    RequestChunk(kBank, mChunk, mChunkSize);
+    RequestChunk(kBankChunk, mChunk, mChunkSize);
     return mChunkSize;
 }
 
 void* CVst2Plugin::GetChunk()
 {
-    RequestChunk(kBank, mChunk, mChunkSize);
+    RequestChunk(kBankChunk, mChunk, mChunkSize);
     return mChunk;
 }
 
 void CVst2Plugin::SetChunk(void* inData, long inSize)
 {
     if (mEffect != nullptr && IsBlock(inData, inSize))
-        (void)Dispatch(effSetChunk, kBank, inSize, inData); // plug-ins don't agree on what the result means
+        (void)Dispatch(effSetChunk, kBankChunk, inSize,
+                       inData); // plug-ins don't agree on what the result means
 }
 
 void* CVst2Plugin::GetState(long& outSize)
@@ -59,7 +60,7 @@ void* CVst2Plugin::GetState(long& outSize)
     if (GotChunk())
     {
         void* chunk = nullptr;
-        RequestChunk(kProgram, chunk, outSize);
+        RequestChunk(kProgramChunk, chunk, outSize);
         outSize = outSize <= kMaxProgramSize ? outSize : 0;
         return chunk;
     }
@@ -75,7 +76,7 @@ void CVst2Plugin::SetState(void* inData, long inSize)
         return;
     if (GotChunk())
     {
-        (void)Dispatch(effSetChunk, kProgram, inSize,
+        (void)Dispatch(effSetChunk, kProgramChunk, inSize,
                        inData); // plug-ins don't agree on what the result means
         return;
     }

@@ -176,14 +176,14 @@ COutcome<SDone> WriteFiles(const SCheckOptions& inOptions, const std::vector<SCh
     if (!inOptions.mJson.empty())
         if (const auto written = WriteText(inOptions.mJson, ResultsAsJson(first.mJob, first.mResults));
             !written)
-            return written;
+            return written.Problem();
     if (!inOptions.mJUnit.empty())
         if (const auto written = WriteText(inOptions.mJUnit, JUnitReport(inModules)); !written)
-            return written;
+            return written.Problem();
     if (!inOptions.mReport.empty())
         if (const auto written = WriteText(inOptions.mReport, ReportPage(first.mJob, first.mResults));
             !written)
-            return written;
+            return written.Problem();
     return SDone{};
 }
 

@@ -30,10 +30,15 @@ CModule& CCheckContext::Module()
         if (!module)
             throw SCheckEnd{SFinding::Failed(module.Problem().mSentence)};
         mModule = std::move(*module);
-        if (mSubject == ESubject::PluginAlone)
-            UnwrapPlugin(*mModule, ServicesOf(*this));
+        UnwrapWhereAlone(*mModule);
     }
     return *mModule;
+}
+
+void CCheckContext::UnwrapWhereAlone(CModule& ioModule)
+{
+    if (mSubject == ESubject::PluginAlone)
+        UnwrapPlugin(ioModule, ServicesOf(*this));
 }
 
 std::unique_ptr<CInstance> CCheckContext::MakeInstance(double inRate)

@@ -36,6 +36,9 @@ public:
     CHostLog& Log() noexcept { return mLog; }
     /** Opens it on the first call; ends the check as failed when it does not open. */
     CModule& Module();
+    /** For a module that a check opens for itself: its instances become the plug-in's, where that is the
+     * subject. */
+    void UnwrapWhereAlone(CModule& ioModule);
     /** All instances must be gone. */
     void CloseModule() { mModule.reset(); }
     /** Of the instances that are made from now on. */

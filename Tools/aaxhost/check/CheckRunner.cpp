@@ -72,7 +72,7 @@ constexpr std::string_view kFeatures = "features";
  * comparing it with the plug-in. */
 bool IsAboutModule(const SCheck& inCheck)
 {
-    return inCheck.Group() == "description" || inCheck.Group() == kFeatures;
+    return inCheck.mIsAboutModule || inCheck.Group() == "description" || inCheck.Group() == kFeatures;
 }
 
 bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)

@@ -40,6 +40,7 @@ SFinding MissingInterfaces(CCheckContext& ioContext)
         if (!module)
             return SFinding::Failed(module.Problem().mSentence);
         log.SwitchOff(id);
+        ioContext.UnwrapWhereAlone(**module);
         const auto instance = CInstance::Create(**module, kCheckRate);
         if (!instance)
             continue; // to refuse is right
@@ -164,7 +165,7 @@ std::span<const SCheck> RobustnessChecks()
 {
     static constexpr SCheck kChecks[] = {
         {"robustness.host-refuses", "A host that refuses a call during the description is survived.", 3,
-         &HostRefuses},
+         &HostRefuses, true},
         {"robustness.missing-interfaces", "A host without controller, automation or transport is survived.",
          3, &MissingInterfaces},
         {"robustness.null-arguments", "Calls with missing arguments come back.", 3, &NullArguments},

@@ -44,6 +44,8 @@ struct SCheck
     const char* mDescription; // one sentence
     int mStrictness;          // 1 to 10: the lowest at which it runs
     SFinding (*mRun)(CCheckContext&);
+    bool mIsAboutModule =
+        false; // it looks at no instance, and so at nothing that the plug-in alone does as well
 
     std::string_view Group() const
     {

@@ -4,15 +4,17 @@
 #include "Tools/aaxhost/direct/CDirectEffect.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace
 {
 /** Of the module that is unwrapped. A host's factories and procedures are functions without a context. */
 SUnwrapped gUnwrapped;
 
-IACFUnknown* MakeEffect() { return (new CDirectEffect(gUnwrapped))->GetUnknown(); } // owned by its references
+/** Their references own them. */
+IACFUnknown* MakeEffect() { return std::make_unique<CDirectEffect>(gUnwrapped).release()->GetUnknown(); }
 
-IACFUnknown* MakeEditor() { return (new CDirectEditor)->GetUnknown(); } // as above
+IACFUnknown* MakeEditor() { return std::make_unique<CDirectEditor>().release()->GetUnknown(); }
 
 void Process(void* const inBegin[], const void* inEnd)
 {
@@ -37,7 +39,7 @@ void UnwrapPlugin(CModule& ioModule, const SServices& inServices)
     gUnwrapped = {ioModule.PluginPath(), inServices};
     SField own;
     own.mKind = EFieldKind::PrivateData;
-    own.mSize = sizeof(CDirectEffect*);
+    own.mSize = sizeof(void*); // to the effect
     SEffect& effect = ioModule.Host().EditDescription().mEffects.front();
     for (const SComponent& component : effect.mComponents)
         for (const SField& field : component.mFields)
