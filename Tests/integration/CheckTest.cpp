@@ -2,6 +2,7 @@
 #include "Tests/integration/ToolRun.h"
 #include "Tools/aaxhost/check/CCheckContext.h"
 #include "Tools/aaxhost/check/CheckSummary.h"
+#include "Tools/aaxhost/check/Explanation.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
 
 #include <fmt/format.h>
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <sstream>
 #include <string>
 
 namespace
@@ -376,6 +378,9 @@ TEST(Check, CommandLineIsTakenAtItsWord)
           SRow{{module, "--only", "state.sizes", "--in-process"}, 0, "passed   state.sizes"},
           SRow{{module, "--in-process"}, 2, "--in-process takes one check"},
           SRow{{module, "--only", "rendering.beauty"}, 2, "There is no check 'rendering.beauty'"},
+          SRow{{"--explain", "rendering.beauty"}, 2, "There is no check 'rendering.beauty'"},
+          SRow{{"--explain", "transport.l*"}, 0, "transport.loop, from strictness 3\n  A short loop does"},
+          SRow{{module, "--markdown"}, 2, "--markdown requires --explain"},
           SRow{{"/nowhere.aaxplugin", "--only", "description.opens"},
                1,
                "There is no module at '/nowhere.aaxplugin'."},
@@ -390,6 +395,36 @@ TEST(Check, CommandLineIsTakenAtItsWord)
             << run.mOutput << run.mErrors;
         EXPECT_EQ(run.mOutput.find('\r'), std::string::npos) << "no progress bar in a pipe";
     }
+}
+
+TEST(Explanations, AreOfEveryCheckAndOfNoOther)
+{
+    for (const SCheck& check : AllChecks())
+    {
+        SCOPED_TRACE(check.mName);
+        const SExplanation* const explanation = FindExplanation(check.mName);
+        ASSERT_NE(explanation, nullptr);
+        for (const std::string part : {explanation->mDoes, explanation->mMatters, explanation->mMend})
+            EXPECT_TRUE(part.ends_with('.')) << "a part is missing or breaks off: '" << part << "'";
+    }
+    Names names;
+    for (const SExplanation& explanation : AllExplanations())
+    {
+        EXPECT_NE(FindCheck(explanation.mCheck), nullptr) << explanation.mCheck;
+        EXPECT_TRUE(names.insert(explanation.mCheck).second) << explanation.mCheck << " is explained twice";
+    }
+}
+
+TEST(Explanations, FitATerminalAndAreTheDocumentsPage)
+{
+    std::istringstream lines(RunTool({AAXHOST, "check", "--explain", "*"}).mOutput);
+    std::size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 100U) << line;
+    EXPECT_GT(count, 5 * AllChecks().size());
+    const fs::path page = fs::path(AAXADAPTER_SOURCE_DIR) / "docs" / "checks.md";
+    EXPECT_EQ(RunTool({AAXHOST, "check", "--explain", "*", "--markdown"}).mOutput, Contents(page))
+        << "Make it anew: aaxhost check --explain '*' --markdown > docs/checks.md";
 }
 
 TEST(Check, ABuildServerReadsWhatFailedAndWhatWasLeftOut)

@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
 #include "Tools/aaxhost/check/CheckSummary.h"
+#include "Tools/aaxhost/check/ExplanationText.h"
 #include "Tools/aaxhost/report/CheckReport.h"
 #include "Tools/aaxhost/report/JUnitReport.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
@@ -28,6 +29,8 @@ struct SCheckOptions
     std::vector<std::string> mModules;
     SCheckJob mJob; // but for the module and the checks
     bool mList = false;
+    std::vector<std::string> mExplain;
+    bool mMarkdown = false;
     std::vector<std::string> mOnly;
     std::vector<std::string> mSkip;
     bool mQuiet = false;
@@ -52,6 +55,23 @@ int ListChecks()
         group = check.Group();
         fmt::print("  {:<{}} {:>2}  {}\n", check.mName, kNameWidth, check.mStrictness, check.mDescription);
     }
+    return kExitSuccess;
+}
+
+int ExplainChecks(const SCheckOptions& inOptions)
+{
+    const auto patterns = ReadCheckPatterns(inOptions.mExplain);
+    if (!patterns)
+        return FailUsage(patterns.Problem().mSentence);
+    std::vector<const SCheck*> checks;
+    for (const SCheck& check : AllChecks())
+        if (FindPattern(*patterns, check) != nullptr)
+            checks.push_back(&check);
+    if (inOptions.mMarkdown)
+        fmt::print("{}", ExplainedOnPage(checks));
+    else
+        for (const SCheck* const check : checks)
+            fmt::print("{}{}", check == checks.front() ? "" : "\n", ExplainedInWords(*check));
     return kExitSuccess;
 }
 
@@ -191,6 +211,8 @@ int Check(const SCheckOptions& inOptions)
 {
     if (inOptions.mList)
         return ListChecks();
+    if (!inOptions.mExplain.empty())
+        return ExplainChecks(inOptions);
     if (inOptions.mModules.size() > 1 && !(inOptions.mJson + inOptions.mReport).empty())
         return FailUsage("--json and --report take one module; --junit takes several.");
     for (const std::string& file : {inOptions.mJson, inOptions.mJUnit, inOptions.mReport})
@@ -236,6 +258,15 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
         ->check(WholeNumberFrom(kLowestStrictness, kHighestStrictness))
         ->envname("AAXHOST_CHECK_STRICTNESS");
     command->add_flag("--list", options->mList, "Name every check with its lowest strictness, and run none");
+    CLI::Option* const explain =
+        command
+            ->add_option(
+                "--explain", options->mExplain,
+                "CHECK: say what it does, why it matters and how to mend what it finds, and run none; "
+                "as --only")
+            ->allow_extra_args(false);
+    command->add_flag("--markdown", options->mMarkdown, "Explain on a page; docs/checks.md is that of '*'")
+        ->needs(explain);
     command
         ->add_option(
             "--only", options->mOnly,
@@ -278,7 +309,7 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
     command->callback(
         [options, module, &outAction]
         {
-            if (!options->mList && module->count() == 0)
+            if (!options->mList && options->mExplain.empty() && module->count() == 0)
                 throw CLI::RequiredError("MODULE");
             outAction = [options] { return Check(*options); };
         });
