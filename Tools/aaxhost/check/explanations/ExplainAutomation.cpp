@@ -15,8 +15,8 @@ std::span<const SExplanation> AutomationExplanations()
          "The module refuses only what went wrong inside: an exception out of setParameter or getParameter, "
          "as a rule for an index or a value at the end of the range. Catch it in the plug-in."},
         {"automation.settles",
-         "Sets each parameter to 0.75 and answers what the module asks of the host, up to 20 cycles; "
-         "something still waits after that where it fails.",
+         "Sets each parameter to 0.75 and answers what the module asks of the host, in up to 20 cycles. It "
+         "fails where something still waits after them.",
          "An exchange that never ends fills the undo list, keeps the song marked as changed and the "
          "processor busy.",
          "Do not call audioMasterAutomate from setParameter: it is for what the musician does in the editor. "
@@ -36,15 +36,17 @@ std::span<const SExplanation> AutomationExplanations()
          "frames later.",
          "Hosts send automation as soon as the instance is there. If the plug-in starts once more, the song "
          "begins with the wrong sound.",
-         "Loading a program or the defaults in effMainsChanged, effStartProcess or the first "
-         "processReplacing overwrites what setParameter brought. Do that in effOpen, and there only."},
+         "Loading a program or the defaults in effStartProcess, in the first processReplacing or in a thread "
+         "that effOpen has started overwrites what setParameter brought. Do it in effOpen itself, and there "
+         "only."},
         {"automation.no-touch-left",
          "Moves each parameter to 0.3, plays 0.1 seconds, answers the host's part, and counts touches and "
          "releases: as many of both, and no parameter touched.",
          "A parameter that stays touched is held by a ghost: its automation never plays again.",
-         "Follow each audioMasterBeginEdit with an audioMasterEndEdit of the same index, in setParameter "
-         "too, or better call neither there. Editors end their edits when the mouse is let go outside and "
-         "when they close."},
+         "Without the feature GESTURES the module touches and releases around each value. With it, an "
+         "audioMasterBeginEdit touches until the audioMasterEndEdit of the same index: call both, in "
+         "setParameter too, or better neither there. Editors end their edits when the mouse is let go "
+         "outside and when they close."},
         {"automation.dense",
          "Moves one parameter after the other along a sine in front of each of 200 to 5,000 blocks of 16 "
          "frames, by the strictness, and looks for broken samples and crashes.",

@@ -21,8 +21,9 @@ std::span<const SExplanation> DescriptionExplanations()
         {"description.names",
          "Looks whether effect and package have a name; a manufacturer without one is a warning.",
          "The musician finds the plug-in in a menu by its name and, in many hosts, below its maker.",
-         "Answer effGetEffectName and effGetVendorString with a text that ends in a zero, and do so before "
-         "effOpen: the description asks a plug-in that is not open yet."},
+         "Answer effGetVendorString, and effGetEffectName, with a text that ends in a zero, before effOpen: "
+         "the description asks a plug-in that is not open yet. One without an effect name gets a stand-in "
+         "from the module, which passes here and looks odd in a menu."},
         {"description.category", "Looks whether the effect is in at least one category.",
          "Hosts sort their menus by category; one without any may be listed nowhere.",
          "The module says instrument where the plug-in has effFlagsIsSynth among its flags, and effect "
@@ -58,8 +59,8 @@ std::span<const SExplanation> DescriptionExplanations()
          "Counts the module's objects before there is an instance, and the host's objects that a closed "
          "module still holds; both have to be 0.",
          "What is left behind after a scan keeps the module in memory and may crash the host when it quits.",
-         "The objects are the module's, not the plug-in's. It fails where the description is cut short, as "
-         "by an exception out of the plug-in's entry function or its first answers: look for that first."},
+         "The objects are the module's and the plug-in never sees them. If the checks above pass, tell the "
+         "maker of the adapter, with the plug-in and the options of the product."},
     };
     return kTexts;
 }

@@ -8,9 +8,9 @@ std::span<const SExplanation> FeatureExplanations()
          "until the plug-in called directly sounds different at the two. The module has to sound sample for "
          "sample as that.",
          "With TIME, delays and arpeggiators follow the song.",
-         "Skipped where no setting depends on the tempo. If it fails, look whether features.txt names TIME "
-         "and the module was built with it, and whether the plug-in keeps the pointer of audioMasterGetTime "
-         "over a block: ask in each processReplacing."},
+         "Ask audioMasterGetTime in each processReplacing, with the flags of what you need, and keep no "
+         "pointer to the answer. A plug-in that asks once, in effMainsChanged or on another thread, follows "
+         "by chance. Skipped where no setting depends on the tempo."},
         {"features.latency",
          "Plays a second, moves all parameters, plays another, and compares after each what the host was "
          "told with initialDelay of the plug-in called directly; a negative one, or more than 10 seconds, "
@@ -22,9 +22,9 @@ std::span<const SExplanation> FeatureExplanations()
          "Plays 2 seconds with the plug-in called directly, once with answers to its questions and once "
          "without. Where the two differ in sound or chunk, the module has to be as the first, bit for bit.",
          "With HOST_ANSWERS, plug-ins that ask for rate, block size or vendor work as in hosts they know.",
-         "Build the product with the feature. If it has it, the plug-in asks at a time when the module "
-         "cannot know yet, inside its entry function above all: ask in effOpen or effMainsChanged, and again "
-         "when effSetSampleRate comes."},
+         "The plug-in may ask when the module cannot know yet, inside its entry function above all: ask in "
+         "effOpen or effMainsChanged, and again when effSetSampleRate comes. If the bundle is not what was "
+         "built, features.txt in it promises what the module has not got: build anew."},
         {"features.idle",
          "Plays 2 seconds with the plug-in called directly, with and without the effIdle that it asks for by "
          "audioMasterNeedIdle. Where the two differ, the module has to be as the first, bit for bit.",
@@ -58,8 +58,9 @@ std::span<const SExplanation> FeatureExplanations()
          "bytes have to be as where effSetProgram came ahead of effSetChunk, called directly. Skipped with "
          "less than two programs, without a chunk, or where the order makes no difference.",
          "With PROGRAM_FIRST, edits that were made after choosing a program are not lost with the song.",
-         "Build the product with the feature. For other hosts, too: leave the values alone in effSetProgram "
-         "where the program is the present one."},
+         "A program that is chosen late, by a thread or in the first block after effSetProgram, still "
+         "overwrites the chunk: load it before effSetProgram returns. For hosts of VST 2 too, leave the "
+         "values alone in effSetProgram where the program is the present one."},
     };
     return kTexts;
 }

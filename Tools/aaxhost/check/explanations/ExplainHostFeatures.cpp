@@ -7,9 +7,9 @@ std::span<const SExplanation> HostFeatureExplanations()
          "Sets each parameter to 0.75 or 0.25, reads it back within 0.00001, moves it twice by 0.0625 "
          "relatively, and looks whether it is 0.125 higher.",
          "With PARAMETER_SYNC, endless knobs on a surface go on from where the parameter is.",
-         "Build the product with the feature. If it has it, getParameter does not answer with what "
-         "setParameter took: a plug-in that rounds to steps cannot pass for these values, and --skip with "
-         "that reason is right."},
+         "The module tells what the host set until the plug-in says otherwise: a plug-in that calls "
+         "audioMasterAutomate inside setParameter, with a rounded value, changes it. Report only what the "
+         "musician moves in the editor."},
         {"features.value-texts",
          "Compares each parameter's text with what the plug-in called directly writes in effGetParamDisplay, "
          "with a blank and effGetParamLabel. Texts that are empty, not plain ASCII, or with blanks at the "

@@ -6,7 +6,7 @@ std::span<const SExplanation> LifeCycleExplanations()
         {"life-cycle.creates", "Makes one instance at 48,000 Hz and looks whether it has an output channel.",
          "It is what happens when a musician inserts the plug-in. If it fails, nothing else can be checked.",
          "The plug-in crashed, hung or refused in its entry function, effSetSampleRate, effSetBlockSize, "
-         "effOpen or effMainsChanged. All four come twice, rate and size before effOpen too: accept that. A "
+         "effOpen or effMainsChanged. The last four come twice, in this order: accept a second effOpen. A "
          "dialogue, a licence server or a wait for the network in effOpen shows here as a hang."},
         {"life-cycle.channels",
          "Makes an instance, renders a block of 64 frames and compares its output channels with those of the "
@@ -58,8 +58,8 @@ std::span<const SExplanation> LifeCycleExplanations()
          "instance made last that setParameter, effSetChunk or processReplacing uses. Keep all of it behind "
          "AEffect's object or user pointer."},
         {"life-cycle.any-order",
-         "Makes four instances and deletes the first, then two from the middle; those that are left play "
-         "0.05 seconds after each.",
+         "Makes four instances and deletes the first, then the middle one of the three, then the last; those "
+         "that are left play 0.05 seconds after each.",
          "Tracks are deleted in any order. Instances rarely go as they came.",
          "An effClose that frees what all instances share, the first or the last one's tables say, takes it "
          "from the others. Count the users, and free with the last."},

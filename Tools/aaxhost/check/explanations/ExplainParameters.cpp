@@ -12,9 +12,9 @@ std::span<const SExplanation> ParameterExplanations()
         {"parameters.names",
          "Looks for parameters without a name and for two of one name. Both are warnings.",
          "In a list of automation lanes two of the same name cannot be told apart.",
-         "Answer effGetParamName for every index below numParams. Texts that were cut to the interface's 8 "
-         "characters are often the same: hosts take longer ones, so write the whole name. Leave no blank "
-         "ones for reserved indexes."},
+         "Answer effGetParamName for every index below numParams. Names that were cut to the 8 characters of "
+         "the interface are often the same: the module takes up to 255, so put what differs first or write "
+         "the whole name. Leave no blank ones for reserved indexes."},
         {"parameters.short-names",
          "Asks for each parameter's name for displays of 1, 4, 8, 16 and 31 characters and looks whether one "
          "is empty.",
@@ -33,15 +33,16 @@ std::span<const SExplanation> ParameterExplanations()
          "Renders half a second of silence and compares each parameter with its start, within 0.00001.",
          "A parameter that moves by itself marks the song as changed and, while automation is written, "
          "writes itself into it.",
-         "The plug-in loads or chooses a program late, in effMainsChanged, in its first processReplacing or "
-         "from a thread, or uses a parameter as a meter. Settle all values before effOpen returns, and show "
-         "meters in the editor only."},
+         "The plug-in loads or chooses a program late, in its first processReplacing, in effIdle or in a "
+         "thread that effOpen has started, or it uses a parameter as a meter. Settle all values before "
+         "effOpen returns, and show meters in the editor only."},
         {"parameters.steps",
          "Asks for each parameter's number of steps. One that cannot be told fails; a single step is a "
          "warning.",
          "Hosts and surfaces divide a knob's way by it.",
-         "Without the feature PARAMETER_PROPERTIES the number is the module's. With it, it is yours: in "
-         "effGetParameterProperties set minInteger below maxInteger where you set the flag for them."},
+         "The number is the module's, also with the feature PARAMETER_PROPERTIES, which passes on from 2 "
+         "steps only. What shows here is an effGetParameterProperties that crashes or throws while the "
+         "instance is made: fill the record at ptr and return 1, or return 0."},
         {"parameters.set-and-get",
          "Sets 8 to 4,096 parameters, by the strictness, to 0, 0.25, 0.5 and 1 and reads them back: a number "
          "outside 0 to 1 fails; a 0 or a 1 that comes back more than 0.00001 off is a warning.",
@@ -60,9 +61,9 @@ std::span<const SExplanation> ParameterExplanations()
          "Asks for each parameter's present text for 4, 8 and 31 characters: empty ones and control "
          "characters fail.",
          "The text stands on control surfaces, which show control characters as garbage.",
-         "With the feature VALUE_TEXTS the text comes from effGetParamDisplay and effGetParamLabel: end both "
-         "with a zero, within the plug-in's own buffer, and leave out line ends and tabs. Without it the "
-         "text is the module's."},
+         "Without the feature VALUE_TEXTS the text is a number of the module's. With it, it comes from "
+         "effGetParamDisplay and effGetParamLabel, control characters made blanks; what remains to go wrong "
+         "is a crash: end both texts with a zero and write no more than 255 characters."},
         {"parameters.unknown",
          "Reads and sets the parameters \"nobody\", \"99999\", \"-0001\", \"00000x\" and one of a long name. "
          "Reading has to fail, and no real parameter may move by more than 0.00001.",

@@ -92,7 +92,7 @@ std::span<const SExplanation> RenderingExplanations()
          "small buffers first.",
          "Take all memory in effOpen, effSetBlockSize or effMainsChanged. In processReplacing and "
          "effProcessEvents look for std::vector that grows, std::string, std::function, new voices, and "
-         "temporary arrays of sampleFrames. Run a debugger with a breakpoint on malloc in processReplacing."},
+         "temporary arrays of sampleFrames. A breakpoint on malloc while processReplacing runs finds it."},
         {"rendering.locks",
          "Counts locks that may have to wait, in the same blocks as rendering.allocations; in the blocks "
          "after a parameter has moved the plug-in's warn only.",
@@ -109,8 +109,8 @@ std::span<const SExplanation> RenderingExplanations()
          "clock_nanosleep a wait. Move the work to a thread of your own that looks by itself, and stream "
          "samples ahead of their use."},
         {"rendering.keeps-up",
-         "Plays one second of the test material in blocks of 256 frames and takes the processor time of all "
-         "threads; more than a second is a warning.",
+         "Plays 0.2 seconds of the test material to settle, then one second in blocks of 256 frames, and "
+         "takes the processor time of all threads for it; more than a second is a warning.",
          "What takes longer than it plays cannot be played, on this machine, with these settings.",
          "Look first for denormal numbers, which cost a hundred times as much: set the processor's "
          "flush-to-zero flag in processReplacing, and put it back. Then for debug builds, and tables that "

@@ -16,8 +16,8 @@ std::span<const SExplanation> RobustnessExplanations()
          "Without a controller the sample rate is not known, and effSetSampleRate comes with 0: keep a rate "
          "of your own then, instead of dividing by 0 in effOpen or effMainsChanged."},
         {"robustness.null-arguments",
-         "Calls eleven questions of the parameters with a null pointer for the answer or for the identifier, "
-         "\"00000\" being the first parameter. Each has to come back.",
+         "Calls eleven operations of the parameters with a null pointer for the answer or for the "
+         "identifier, \"00000\" being the first parameter. Each has to come back.",
          "A host's mistake should be an error code and not the end of the session.",
          "The module answers most by itself; a crash here is mostly one that the plug-in has in its start, "
          "so look at life-cycle.creates first."},

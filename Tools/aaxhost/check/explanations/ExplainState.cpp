@@ -22,17 +22,17 @@ std::span<const SExplanation> StateExplanations()
          "Sets all parameters at random, saves, loads into a new instance and compares after 64 frames, as "
          "state.round-trip does.",
          "Songs are opened on another day, in another process.",
-         "What passes in state.round-trip and not here lives outside of the chunk: in a static variable, in "
-         "a file, or in a value that effMainsChanged or the first block sets back to its default after "
-         "effSetChunk."},
+         "What passes in state.round-trip and not here lives outside of the chunk, in a static variable or a "
+         "file, or is set back to its default by a fresh instance after effSetChunk: in its first "
+         "processReplacing, or by a thread that effOpen has started."},
         {"state.answers",
          "Loads a state with a host that answers at once, late, or only the last request, and looks whether "
          "a value has moved by more than 0.0001, or the saved bytes have changed, when all is answered.",
          "After a load the host sets each parameter to the value that it has just read. The state must "
          "survive that.",
-         "Here setParameter follows effSetChunk with values of single precision. A setParameter that moves "
-         "other parameters with it (a mode, a macro, links) undoes what the chunk restored; so does one that "
-         "rounds: leave everything alone where the value is the present one."},
+         "Finish effSetChunk inside the call: a plug-in that loads in two steps, and moves values when it is "
+         "next asked or in a thread, ends elsewhere. setParameter with the saved values may come before and "
+         "after it, so a mode or a macro must not move other parameters where its value is the present one."},
         {"state.same-again",
          "Sets all parameters at random and saves twice without a change in between; other bytes are a "
          "warning.",
@@ -53,9 +53,9 @@ std::span<const SExplanation> StateExplanations()
         {"state.compares",
          "Saves every chunk and asks at once whether the instance differs from it; \"yes\" is a warning.",
          "Hosts light their compare button by this.",
-         "The module compares the values that getParameter tells now with the saved ones. A plug-in whose "
-         "values move by themselves, meters among them, or that answers another number the second time, "
-         "lights it for ever."},
+         "The module compares the values that getParameter tells now with those in the controls chunk; the "
+         "plug-in's own chunk always counts as unchanged. A parameter that is a meter, or a getParameter "
+         "that answers another number the second time, lights the button for ever."},
         {"state.threads",
          "Saves and loads 10 to 500 times, by the strictness, while another thread renders blocks of 128 "
          "frames of noise, and looks for broken samples and crashes.",

@@ -52,8 +52,9 @@ std::span<const SExplanation> TransportExplanations()
         {"transport.no-answers",
          "Has the host's transport refuse every question, plays 0.1 seconds and looks for broken samples.",
          "Hosts have no transport while they preview, scan or bounce a clip.",
-         "audioMasterGetTime may answer null, or a record of zeros: go on with a tempo of 120, and look at "
-         "the flags before tempo and position are used."},
+         "The plug-in's time record stands still or holds zeros then, and other hosts answer "
+         "audioMasterGetTime with null: go on with a tempo of 120, and look at the flags before tempo and "
+         "position are used."},
     };
     return kTexts;
 }
