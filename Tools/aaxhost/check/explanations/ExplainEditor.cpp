@@ -35,7 +35,8 @@ std::span<const SExplanation> EditorExplanations()
          "Then effEditClose, effMainsChanged and effClose come at once. Close the editor in effClose too if "
          "it is still open, and post nothing to the window that is handled after the plug-in is gone."},
         {"editor.gestures",
-         "Opens the editor, sets every parameter to 0.4 by automation, plays 0.1 seconds, closes the editor "
+         "Opens the editor, sets every parameter to 0.4 as a knob of the host does, plays 0.1 seconds, "
+         "closes the editor "
          "and counts the beginnings and ends of edits: as many of both.",
          "An edit without an end holds the control: its automation does not play any more.",
          "Call audioMasterBeginEdit and audioMasterEndEdit in pairs, around what the mouse does only. An "
