@@ -4,17 +4,16 @@
 #include "Tools/aaxhost/direct/CDirectEffect.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace
 {
 /** Of the module that is unwrapped. A host's factories and procedures are functions without a context. */
 SUnwrapped gUnwrapped;
 
-/** Their references own them. */
-IACFUnknown* MakeEffect() { return std::make_unique<CDirectEffect>(gUnwrapped).release()->GetUnknown(); }
+// Their references own them.
+IACFUnknown* MakeEffect() { return static_cast<AAX_IACFEffectParameters*>(new CDirectEffect(gUnwrapped)); }
 
-IACFUnknown* MakeEditor() { return std::make_unique<CDirectEditor>().release()->GetUnknown(); }
+IACFUnknown* MakeEditor() { return static_cast<AAX_IACFEffectGUI*>(new CDirectEditor); }
 
 void Process(void* const inBegin[], const void* inEnd)
 {
