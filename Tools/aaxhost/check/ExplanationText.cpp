@@ -44,20 +44,19 @@ std::string Introduction()
                 "own strictness on, and many do more of the same at a higher one: \"4 to 200 by the "
                 "strictness\" "
                 "is 4 at strictness 1 and 200 at 10.") +
-           Item(
-               "**Results.** *passed*; *failed*, which a musician may lose work or sound by; *warning*, "
-               "which "
-               "breaks no session; *skipped*, where the plug-in has nothing to look at; *unseen*, where this "
-               "machine could not look (an editor without a display); *unstable*, where a check that crashed "
-               "or hung ended otherwise when it was repeated.") +
+           Item("**Results.** *passed*; *failed*, which a musician may lose work or sound by; *warning*, "
+                "which breaks no session; *skipped*, where the plug-in has nothing to look at; *unseen*, "
+                "where this "
+                "machine could not look (an editor without a display); *unstable*, where a check that did "
+                "not pass "
+                "ended otherwise when it was tried once more.") +
            Item("**Whose it is.** What does not pass is repeated with the plug-in called directly. \"The "
                 "plug-in's own\" means that the plug-in does so without the module, too, and is to be mended "
                 "in it. \"Only through the module\" is a matter of the product's options and features, or of "
                 "the module. The checks of the description are about the module, and those of the features "
                 "compare it with the plug-in already: these two groups are not repeated.") +
            Item("**Exit codes.** 0: fit to ship. 1: not fit, something failed or was unstable. 2: wrong "
-                "usage. "
-                "3: not known, nothing was checked or something was unseen. Warnings do not count.") +
+                "usage. 3: not known, nothing was checked or something was unseen. Warnings do not count.") +
            Item("**Where it ends for all.** Where the module does not open, or gives no instance, the checks "
                 "that need one are skipped. A crash or a time beyond the limit fails the check in which it "
                 "happened, whatever that check is about: `--in-process --only CHECK` runs it under a "
