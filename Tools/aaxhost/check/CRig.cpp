@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <fmt/format.h>
 #include <numbers>
 
@@ -80,7 +81,7 @@ CRig::CRig(CCheckContext& inContext, double inRate)
       mInputs(mCall->mInputs.size()),
       mOutputs(mCall->mOutputs.size()),
       mRecording(mOutputs.size()),
-      mInputCopy(SRenderCall::kBufferFrames),
+      mInputCopies(mInputs.size(), std::vector<float>(SRenderCall::kBufferFrames)),
       mSource(Silence())
 {
     for (std::size_t i = 0; i < mInputs.size(); ++i)
@@ -137,8 +138,8 @@ void CRig::RenderBlock(std::int32_t inFrames)
         if (!mDirty)
             std::fill_n(output.Frames(), inFrames, 0.0F);
     }
-    if (!mInputs.empty())
-        std::copy_n(mInputs.front().Frames(), inFrames, mInputCopy.begin());
+    for (std::size_t i = 0; i < mInputs.size(); ++i)
+        std::copy_n(mInputs[i].Frames(), inFrames, mInputCopies[i].begin());
     mCall->mFrames = inFrames;
     mCall->mClock = mPosition;
     mInstance->Render(*mCall);
@@ -152,11 +153,9 @@ void CRig::RenderBlock(std::int32_t inFrames)
 
 void CRig::LookAtOutputs(std::int32_t inFrames)
 {
-    if (!mInPlace && !mInputs.empty())
-        for (std::int32_t i = 0; i < inFrames; ++i)
-            mWroteInput =
-                mWroteInput || std::bit_cast<std::uint32_t>(mInputs.front().Frames()[i]) !=
-                                   std::bit_cast<std::uint32_t>(mInputCopy[static_cast<std::size_t>(i)]);
+    for (std::size_t channel = 0; channel < mInputs.size() && !mInPlace; ++channel)
+        mWroteInput = mWroteInput || std::memcmp(mInputs[channel].Frames(), mInputCopies[channel].data(),
+                                                 static_cast<std::size_t>(inFrames) * sizeof(float)) != 0;
     for (std::size_t channel = 0; channel < mOutputs.size(); ++channel)
     {
         const float* const frames = mCall->mOutputs[channel];

@@ -122,7 +122,7 @@ private:
     std::vector<SBuffer> mInputs;
     std::vector<SBuffer> mOutputs;
     std::vector<std::vector<float>> mRecording;
-    std::vector<float> mInputCopy;
+    std::vector<std::vector<float>> mInputCopies; // channel-major
     SignalSource mSource;
     std::int64_t mPosition = 0;
     std::int64_t mNextTimer = 0;
