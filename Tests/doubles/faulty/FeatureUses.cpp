@@ -118,6 +118,33 @@ void HasPrograms(CPlainEffect& ioEffect)
     ioEffect.Before(effSetProgram, [&ioEffect] { ioEffect.Set(kGain, 0.8F); });
 }
 
+/** Has two programs, the second one softer. */
+void TwoPrograms(CPlainEffect& ioEffect)
+{
+    ioEffect.Effect()->numPrograms = 2;
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        if (inCall.mOpcode == effSetProgram)
+            ioEffect.Set(kGain, inCall.mValue == 1 ? 0.4F : 0.8F);
+        return ioEffect.Answer(inCall);
+    };
+}
+
+/** Has five steps in each of its ranges. */
+void Steps(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall) -> VstIntPtr
+    {
+        if (inCall.mOpcode != effGetParameterProperties)
+            return ioEffect.Answer(inCall);
+        auto& properties = *static_cast<VstParameterProperties*>(inCall.mPointer);
+        properties.flags = kVstParameterUsesIntegerMinMax;
+        properties.minInteger = 0;
+        properties.maxInteger = 4;
+        return 1;
+    };
+}
+
 /** Writes its values with a unit. */
 void WritesUnits(CPlainEffect& ioEffect)
 {

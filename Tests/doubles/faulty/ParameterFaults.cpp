@@ -3,7 +3,10 @@
 
 #include <array>
 #include <atomic>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
+#include <stdexcept>
 
 // What goes wrong with the values of parameters and the gestures that move them.
 namespace faults
@@ -64,5 +67,61 @@ void Shared(CPlainEffect& ioEffect)
     };
     ioEffect.Effect()->getParameter = [](AEffect*, std::int32_t inIndex)
     { return inIndex >= 0 && inIndex < 2 ? values[static_cast<std::size_t>(inIndex)].load() : 0.0F; };
+}
+
+/** Looks a value up in a table that has no place for 1, the end of the range. */
+void Table(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnSet = [&ioEffect](std::int32_t inIndex, float inValue)
+    {
+        if (inValue == 1.0F)
+            throw std::out_of_range("table");
+        ioEffect.Set(inIndex, inValue);
+    };
+}
+
+/** Trusts its host to give it values of 0 to 1. */
+void Trusts(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnSet = [&ioEffect](std::int32_t inIndex, float inValue)
+    {
+        if (!(inValue >= 0.0F && inValue <= 1.0F))
+            std::abort();
+        ioEffect.Set(inIndex, inValue);
+    };
+}
+
+/** Never reaches the ends of its range. */
+void Ends(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnSet = [&ioEffect](std::int32_t inIndex, float inValue)
+    { ioEffect.Set(inIndex, 0.05F + 0.9F * inValue); };
+}
+
+/** Takes the root of what is negative where one parameter is below the other, and never forgets it. */
+void Root(CPlainEffect& ioEffect)
+{
+    const auto level = std::make_shared<std::atomic<float>>(1.0F);
+    ioEffect.mOnSet = [&ioEffect, level](std::int32_t inIndex, float inValue)
+    {
+        ioEffect.Set(inIndex, inValue);
+        *level = 0.5F * (*level + std::sqrt(ioEffect.Get(kGain) - ioEffect.Get(kBalance) - 0.01F));
+    };
+    ioEffect.mOnBlock = [&ioEffect, level](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        inBlock.mOutputs[0][0] *= std::isnan(level->load()) ? level->load() : 1.0F;
+    };
+}
+
+/** Gives both of its parameters one name. */
+void Names(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        SCall call = inCall;
+        call.mIndex = inCall.mOpcode == effGetParamName ? 0 : inCall.mIndex;
+        return ioEffect.Answer(call);
+    };
 }
 } // namespace faults

@@ -1,8 +1,10 @@
+#include "Tests/doubles/faulty/CBlankEditor.h"
 #include "Tests/doubles/faulty/CPlainEffect.h"
 
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -128,6 +130,93 @@ void Static(CPlainEffect& ioEffect)
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         if (!isReady)
+            std::abort();
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Writes into each state how many were saved. */
+void Counts(CPlainEffect& ioEffect)
+{
+    static char saved = 0;
+    ioEffect.mOnCall = [&ioEffect, chunk = std::vector<char>()](const SCall& inCall) mutable
+    {
+        SCall call = inCall;
+        call.mValue -= inCall.mOpcode == effSetChunk && inCall.mValue > 0 ? 1 : 0;
+        const VstIntPtr result = ioEffect.Answer(call);
+        if (inCall.mOpcode != effGetChunk || result <= 0)
+            return result;
+        void** const data = static_cast<void**>(inCall.mPointer);
+        chunk.assign(static_cast<const char*>(*data), static_cast<const char*>(*data) + result);
+        chunk.push_back(++saved);
+        *data = chunk.data();
+        return result + 1;
+    };
+}
+
+/** Has more to save each time that it is asked. */
+void Grows(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnCall = [&ioEffect, chunk = std::vector<char>()](const SCall& inCall) mutable
+    {
+        if (inCall.mOpcode != effGetChunk)
+            return ioEffect.Answer(inCall);
+        chunk.push_back('+');
+        *static_cast<void**>(inCall.mPointer) = chunk.data();
+        return static_cast<VstIntPtr>(chunk.size());
+    };
+}
+
+/** Rounds its gain as soon as it is saved. */
+void Rounds(CPlainEffect& ioEffect)
+{
+    ioEffect.Before(
+        effGetChunk, [&ioEffect] { ioEffect.Set(kGain, ioEffect.Get(kGain) >= 0.5F ? 0.75F : 0.25F); });
+}
+
+/** Keeps what it is set to with the thread that sets it: another one renders with what nobody has set. */
+void Threads(CPlainEffect& ioEffect)
+{
+    ioEffect.SetEditor(std::make_unique<CBlankEditor>());
+    static thread_local bool isOfThread = false;
+    const auto isSet = std::make_shared<std::atomic<bool>>(false);
+    ioEffect.Before(effSetChunk, [isSet] { *isSet = isOfThread = true; });
+    ioEffect.mOnSet = [&ioEffect, isSet](std::int32_t inIndex, float inValue)
+    {
+        ioEffect.Set(inIndex, inValue);
+        *isSet = isOfThread = true;
+    };
+    ioEffect.mOnBlock = [&ioEffect, isSet](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        if (*isSet && !isOfThread)
+            inBlock.mOutputs[0][0] = std::numeric_limits<float>::quiet_NaN();
+    };
+}
+
+/** Has slots for ten instances, and frees none. */
+void Slots(CPlainEffect& ioEffect)
+{
+    static int taken = 0;
+    ioEffect.mOnBlock = [&ioEffect, slot = taken++](const SBlock& inBlock)
+    {
+        constexpr int slots = 10;
+        if (slot >= slots)
+            std::abort();
+        ioEffect.Render(inBlock);
+    };
+}
+
+/** Frees what all instances share with the last of them, and makes it for the first one only. */
+void Last(CPlainEffect& ioEffect)
+{
+    static int alive = 0;
+    static bool isThere = true;
+    ++alive;
+    ioEffect.mOnClose = [] { isThere = isThere && --alive > 0; };
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        if (!isThere)
             std::abort();
         ioEffect.Render(inBlock);
     };
