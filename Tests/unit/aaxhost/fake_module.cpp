@@ -8,9 +8,12 @@
  * Each MIDI packet goes out again; a program change as a system exclusive message of so many data bytes.
  *
  * The environment variable FAKE_MODULE_FAULT makes it misbehave: startup, register, nodefinition, noeffect,
- * noprocess, nofactory, noparameters, initialize, throw, hugefield, nooutput, echo (asks for each value that
- * it gets), latency (tells another one when its timer is woken); with the packets that go out: late, empty,
- * early, shortened, endless.
+ * noprocess, nofactory, noparameters, initialize, throw, hugefield, twofields, nostem, twonames (two
+ * parameters of one name), left (an object outlives its instance), kept (an object of the host's), renamed
+ * (each time that it is opened), trusting (that the host has every interface), twice (crashes when
+ * initialised so), returned (more than it took), exchange (asks for values when its timer is woken and when
+ * it gets them), nooutput, echo (asks for each value that it gets), latency (tells another one when its timer
+ * is woken); with the packets that go out: late, empty, early, shortened, endless.
  */
 #include "Interfaces/AAX/AAX_IACFDescription.h"
 #include "Interfaces/AAX/AAX_IACFHost.h"
@@ -50,17 +53,25 @@ public:
     {
         if (Fault("initialize"))
             return kAAX_ErrorNullObject;
+        if (Fault("twice") && mController)
+            std::abort();
         mAutomation = ACFPtr<AAX_IACFAutomationDelegate>::Query(hostContext, IID_IAAXAutomationDelegateV1);
         mController = ACFPtr<AAX_IACFController>::Query(hostContext, IID_IAAXControllerV1);
-        return mAutomation && mController ? mController->SetSignalLatency(64) : kAAX_ErrorNullObject;
+        return (mAutomation && mController) || Fault("trusting") ? mController->SetSignalLatency(64)
+                                                                 : kAAX_ErrorNullObject;
     }
     AAX_Result Uninitialize() override
     {
+        for (int i = 0; mController && i < 3 && Fault("returned"); ++i)
+            mController->Release();
         mAutomation.Reset();
         mController.Reset();
         return kAAX_Success;
     }
-    AAX_Result GetNumberOfParameters(std::int32_t* count) const override { return Answer(count, 1); }
+    AAX_Result GetNumberOfParameters(std::int32_t* count) const override
+    {
+        return Answer(count, Fault("twonames") ? 2 : 1);
+    }
     AAX_Result GetParameterIndex(AAX_CParamID id, std::int32_t* index) const override
     {
         return IsLevel(id) ? Answer(index, 0) : kAAX_ErrorUnknownParameter;
@@ -87,7 +98,8 @@ public:
     {
         mPending = value;
         Note(std::string(id).append(" ").append(std::to_string(std::lround(100.0 * value))).append("%"));
-        return Fault("echo") ? mAutomation->PostSetValueRequest(id, value) : kAAX_Success;
+        return Fault("echo") || Fault("exchange") ? mAutomation->PostSetValueRequest(id, value)
+                                                  : kAAX_Success;
     }
     AAX_Result UpdateParameterTouch(AAX_CParamID id, AAX_CBoolean touched) override
     {
@@ -149,7 +161,12 @@ public:
     AAX_Result SetChunk(AAX_CTypeID, const AAX_SPlugInChunk*) override { return No(); }
     AAX_Result CompareActiveChunk(const AAX_SPlugInChunk*, AAX_CBoolean*) const override { return No(); }
     AAX_Result GetNumberOfChanges(std::int32_t*) const override { return No(); }
-    AAX_Result TimerWakeup() override { return Fault("latency") ? mController->SetSignalLatency(3) : No(); }
+    AAX_Result TimerWakeup() override
+    {
+        if (Fault("exchange"))
+            return mAutomation->PostSetValueRequest(kLevel, 0.5);
+        return Fault("latency") ? mController->SetSignalLatency(3) : No();
+    }
     AAX_Result GetCurveData(AAX_CTypeID, const float*, std::uint32_t, float*) const override { return No(); }
     AAX_Result GetCustomData(AAX_CTypeID, std::uint32_t, void*, std::uint32_t*) const override
     {
@@ -181,6 +198,8 @@ private:
 
 IACFUnknown* CreateParameters()
 {
+    if (Fault("left"))
+        (void)new CFakeParameters; // nobody has it
     return Fault("noparameters") ? nullptr : static_cast<AAX_IACFEffectParameters*>(new CFakeParameters);
 }
 
@@ -275,15 +294,23 @@ void DescribeEffect(IACFComponentFactory& inFactory, AAX_IACFEffectDescriptor& o
     component->AddMIDINode(5, AAX_eMIDINodeType_Transport, "Transport", 0xFFFF);
     if (!Fault("nooutput"))
         component->AddMIDINode(6, AAX_eMIDINodeType_LocalOutput, "Out", 0xFFFF);
+    if (Fault("twofields"))
+        component->AddPrivateData(2, sizeof(void*), 0);
     if (Fault("hugefield"))
         component->AddPrivateData(0xFFFFFFFF, 4, 0);
     component->AddAuxOutputStem(0, AAX_eStemFormat_Mono, "Aux");
     properties->AddProperty(kAAX_PropertyInputStemFormat, AAX_eStemFormat_Mono);
-    properties->AddProperty(kAAX_PropertyOutputStemFormat, AAX_eStemFormat_Stereo);
+    if (!Fault("nostem"))
+        properties->AddProperty(kAAX_PropertyOutputStemFormat, AAX_eStemFormat_Stereo);
     if (!Fault("noprocess"))
         component->AddProcessProc_Native(RenderAll, properties.Get(), nullptr, nullptr, nullptr);
     outEffect.AddComponent(component.Get());
-    outEffect.AddName("Fake");
+    if (Fault("renamed"))
+        (void)setenv("FAKE_MODULE_FAULT", "", 1); // faultless when it is opened again
+    else
+        outEffect.AddName("Fake");
+    if (Fault("kept"))
+        properties->AddRef();
     if (!Fault("nofactory"))
         outEffect.AddProcPtr(reinterpret_cast<void*>(&CreateParameters), kAAX_ProcPtrEffectParameters);
 }
