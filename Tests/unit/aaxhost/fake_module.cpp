@@ -9,11 +9,11 @@
  *
  * The environment variable FAKE_MODULE_FAULT makes it misbehave: startup, register, nodefinition, noeffect,
  * noprocess, nofactory, noparameters, initialize, throw, hugefield, twofields, nostem, twonames (two
- * parameters of one name), left (an object outlives its instance), kept (an object of the host's), renamed
- * (each time that it is opened), trusting (that the host has every interface), twice (crashes when
- * initialised so), returned (more than it took), exchange (asks for values when its timer is woken and when
- * it gets them), nooutput, echo (asks for each value that it gets), latency (tells another one when its timer
- * is woken); with the packets that go out: late, empty, early, shortened, endless.
+ * parameters of one identifier), left (an object outlives its instance), kept (an object of the host's),
+ * renamed (nameless when it is opened first), trusting (that the host has every interface), twice (crashes
+ * when initialised so), returned (more than it took), exchange (asks for values when its timer is woken and
+ * when it gets them), nooutput, echo (asks for each value that it gets), latency (tells another one when its
+ * timer is woken); with the packets that go out: late, empty, early, shortened, endless.
  */
 #include "Interfaces/AAX/AAX_IACFDescription.h"
 #include "Interfaces/AAX/AAX_IACFHost.h"
