@@ -17,10 +17,11 @@ bool MayHaveEditor(CCheckContext& ioContext)
 
 std::unique_ptr<CHostWindow> NeedWindow(CCheckContext& ioContext)
 {
+    if (!MayHaveEditor(ioContext))
+        throw SCheckEnd{SFinding::Skipped(kNoEditor)};
     auto window = CHostWindow::Create("check");
     if (!window)
-        throw SCheckEnd{MayHaveEditor(ioContext) ? SFinding::Unseen(window.Problem().mSentence)
-                                                 : SFinding::Skipped(kNoEditor)};
+        throw SCheckEnd{SFinding::Unseen(window.Problem().mSentence)};
     return std::move(*window);
 }
 
