@@ -186,8 +186,7 @@ const std::vector<SFaulty>& FaultyPlugins()
                  "rendering.large-blocks", "rendering.odd-blocks", "rendering.writes-outputs",
                  "robustness.everything", "robustness.unusual-rates"},
                 "SIGABRT"},
-        SFaulty{
-            "Mean", {"rendering.empty-block"}, "after blocks of no frames", {}, {"rendering.empty-block"}},
+        SFaulty{"Mean", {"rendering.empty-block"}, "after blocks of no frames"},
         SFaulty{"Rates", {"rendering.rates"}, "at 176400 Hz", {"robustness.unusual-rates"}},
         SFaulty{"Inputs", {}, "writes into its input buffers", {"rendering.inputs-kept"}},
         SFaulty{"Clears", {"rendering.in-place"}, "The sound is another one"},

@@ -549,7 +549,8 @@ void CDirectEffect::Render(void* const* inSlots)
     WriteTime(InSlot<AAX_IMIDINode>(inSlots, fields, EFieldKind::MidiNode, AAX_eMIDINodeType_Transport));
     TakePackets(InSlot<AAX_IMIDINode>(inSlots, fields, EFieldKind::MidiNode));
     mIsRendering = true;
-    for (std::int32_t offset = 0; offset < *frames; offset += CDrivenPlugin::kMaxFrames)
+    // A block without frames is one all the same.
+    for (std::int32_t offset = 0; offset == 0 || offset < *frames; offset += CDrivenPlugin::kMaxFrames)
         RenderPiece(inputs, outputs, offset, std::min(*frames - offset, CDrivenPlugin::kMaxFrames));
     mIsRendering = false;
     for (std::int32_t i = static_cast<std::int32_t>(mOutputs.size()); i < mChannels.mOutputs; ++i)
