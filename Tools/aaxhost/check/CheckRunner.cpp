@@ -72,7 +72,8 @@ constexpr std::string_view kFeatures = "features";
  * comparing it with the plug-in. */
 bool IsAboutModule(const SCheck& inCheck)
 {
-    return inCheck.mIsAboutModule || inCheck.Group() == "description" || inCheck.Group() == kFeatures;
+    return inCheck.mAlone == EAlone::Nothing || inCheck.Group() == "description" ||
+           inCheck.Group() == kFeatures;
 }
 
 bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
@@ -178,6 +179,8 @@ private:
             mResult.mFault = EFault::Unknown;
         else if (!IsWorseThan(mResult.mFinding.mVerdict, inFinding.mVerdict))
             mResult.mFault = EFault::Plugin;
+        else if (mResult.mCheck->mAlone == EAlone::Accuses)
+            mResult.mFault = EFault::Unknown;
         return true;
     }
 

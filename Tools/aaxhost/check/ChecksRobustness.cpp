@@ -165,7 +165,7 @@ std::span<const SCheck> RobustnessChecks()
 {
     static constexpr SCheck kChecks[] = {
         {"robustness.host-refuses", "A host that refuses a call during the description is survived.", 3,
-         &HostRefuses, true},
+         &HostRefuses, EAlone::Nothing},
         {"robustness.missing-interfaces", "A host without controller, automation or transport is survived.",
          3, &MissingInterfaces},
         {"robustness.null-arguments", "Calls with missing arguments come back.", 3, &NullArguments},

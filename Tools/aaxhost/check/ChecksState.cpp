@@ -327,10 +327,10 @@ std::span<const SCheck> StateChecks()
         {"state.threads", "The state can be saved and loaded while another thread renders.", 4,
          &FromAnotherThread},
         {"state.foreign", "A chunk that is none of the plug-in's changes nothing.", 2, &Foreign},
-        {"state.truncated", "Cut-off states do no harm.", 4, &Truncated},
-        {"state.random", "Random bytes as a state do no harm.", 4, &Random},
-        {"state.damaged", "States with a wrong byte do no harm.", 5, &Damaged},
-        {"state.huge", "A state of 64 megabytes does no harm.", 8, &Huge},
+        {"state.truncated", "Cut-off states do no harm.", 4, &Truncated, EAlone::Accuses},
+        {"state.random", "Random bytes as a state do no harm.", 4, &Random, EAlone::Accuses},
+        {"state.damaged", "States with a wrong byte do no harm.", 5, &Damaged, EAlone::Accuses},
+        {"state.huge", "A state of 64 megabytes does no harm.", 8, &Huge, EAlone::Accuses},
     };
     return kChecks;
 }

@@ -54,7 +54,10 @@ std::string Introduction()
                 "plug-in's own\" means that the plug-in does so without the module, too, and is to be mended "
                 "in it. \"Only through the module\" is a matter of the product's options and features, or of "
                 "the module. The checks of the description are about the module, and those of the features "
-                "compare it with the plug-in already: these two groups are not repeated.") +
+                "compare it with the plug-in already: these two groups are not repeated. Where a damaged "
+                "state is "
+                "survived by the plug-in alone, or a comparison crashes, the check says that it could not be "
+                "told: the damage hits other bytes, and either of the two may have crashed.") +
            Item("**Exit codes.** 0: fit to ship. 1: not fit, something failed or was unstable. 2: wrong "
                 "usage. 3: not known, nothing was checked or something was unseen. Warnings do not count.") +
            Item("**Where it ends for all.** Where the module does not open, or gives no instance, the checks "

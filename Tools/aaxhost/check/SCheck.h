@@ -37,6 +37,14 @@ struct SCheckEnd
     SFinding mFinding;
 };
 
+/** What the same check with the plug-in alone says of whose fault a finding is. */
+enum class EAlone
+{
+    Decides,
+    Accuses, // where it fails, too; where it passes it says nothing, since states are damaged at other places
+    Nothing  // the check looks at no instance, and so at nothing that the plug-in alone does as well
+};
+
 /** One named check. */
 struct SCheck
 {
@@ -44,8 +52,7 @@ struct SCheck
     const char* mDescription; // one sentence
     int mStrictness;          // 1 to 10: the lowest at which it runs
     SFinding (*mRun)(CCheckContext&);
-    bool mIsAboutModule =
-        false; // it looks at no instance, and so at nothing that the plug-in alone does as well
+    EAlone mAlone = EAlone::Decides;
 
     std::string_view Group() const
     {
