@@ -175,11 +175,11 @@ private:
     bool TakeAlone(const SFinding& inFinding)
     {
         mResult.mAlone = inFinding;
-        if (inFinding.mVerdict == EVerdict::Skipped || inFinding.mVerdict == EVerdict::Unseen)
-            mResult.mFault = EFault::Unknown;
-        else if (!IsWorseThan(mResult.mFinding.mVerdict, inFinding.mVerdict))
+        const EVerdict verdict = inFinding.mVerdict;
+        if (!IsWorseThan(mResult.mFinding.mVerdict, verdict))
             mResult.mFault = EFault::Plugin;
-        else if (mResult.mCheck->mAlone == EAlone::Accuses)
+        else if (verdict == EVerdict::Skipped || verdict == EVerdict::Unseen ||
+                 mResult.mCheck->mAlone == EAlone::Accuses)
             mResult.mFault = EFault::Unknown;
         return true;
     }

@@ -296,7 +296,7 @@ AAX_Result CDirectEffect::GenerateCoefficients() { return kAAX_Success; }
 
 AAX_Result CDirectEffect::ResetFieldData(AAX_CFieldIndex field, void* data, std::uint32_t size) const
 {
-    const CDirectEffect* const self = this;
+    const void* const self = this;
     if (field == mUnwrapped.mEffectField && size == sizeof(self))
         std::memcpy(data, &self, size);
     return kAAX_Success;
@@ -311,9 +311,9 @@ std::vector<char> CDirectEffect::State() const
 {
     if (mPlugin == nullptr || KeepsChunks())
         return mPlugin != nullptr ? mPlugin->GetChunk(0) : std::vector<char>();
-    std::vector<float> values;
-    for (std::int32_t i = 0; i < ParameterCount(); ++i)
-        values.push_back(mPlugin->GetParameter(i));
+    std::vector<float> values(static_cast<std::size_t>(ParameterCount()));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = mPlugin->GetParameter(static_cast<std::int32_t>(i));
     std::vector<char> bytes(values.size() * sizeof(float));
     std::memcpy(bytes.data(), values.data(), bytes.size());
     return bytes;
