@@ -63,7 +63,7 @@ EFitness FitnessOf(const std::vector<SCheckResult>& inResults)
     const SCheckCounts counts = CountVerdicts(inResults);
     if (counts.mFailed + counts.mUnstable > 0)
         return EFitness::NotFit;
-    return counts.mUnseen > 0 || counts.mPassed == 0 ? EFitness::Unknown : EFitness::Fit;
+    return counts.mUnseen > 0 || counts.mPassed + counts.mWarnings == 0 ? EFitness::Unknown : EFitness::Fit;
 }
 
 std::string FitnessInWords(const std::vector<SCheckResult>& inResults)
