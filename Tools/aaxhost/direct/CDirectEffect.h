@@ -122,6 +122,8 @@ private:
     void RenderPiece(const float* const* inInputs, float* const* inOutputs, std::int32_t inOffset,
                      std::int32_t inFrames);
 
+    static constexpr std::size_t kMostEvents = 8192; // of a block; more than any check sends
+
     const SUnwrapped& mUnwrapped;
     std::string mFolder;
     ACFPtr<AAX_IACFController> mController;
