@@ -63,10 +63,7 @@ int ExplainChecks(const SCheckOptions& inOptions)
     const auto patterns = ReadCheckPatterns(inOptions.mExplain);
     if (!patterns)
         return FailUsage(patterns.Problem().mSentence);
-    std::vector<const SCheck*> checks;
-    for (const SCheck& check : AllChecks())
-        if (FindPattern(*patterns, check) != nullptr)
-            checks.push_back(&check);
+    const auto checks = MatchingChecks(*patterns);
     if (inOptions.mMarkdown)
         fmt::print("{}", ExplainedOnPage(checks));
     else
@@ -164,9 +161,7 @@ COutcome<SCheckJob> JobOf(const SCheckOptions& inOptions, const std::string& inM
     if (!leftOut)
         return leftOut.Problem();
     job.mLeftOut = std::move(*leftOut);
-    for (const SCheck& check : AllChecks()) // in their own order, each once
-        if (only->empty() ? check.mStrictness <= job.mStrictness : FindPattern(*only, check) != nullptr)
-            job.mChecks.push_back(&check);
+    job.mChecks = only->empty() ? ChecksFor(job.mStrictness) : MatchingChecks(*only);
     return job;
 }
 

@@ -91,8 +91,8 @@ bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
     return weight(inVerdict) > weight(inOther);
 }
 
-/** One check on its way: through the module, once more where that did not end, and with the plug-in alone
- * where it did not pass. */
+/** One check on its way: through the module, and where it did not pass, once more and with the plug-in alone.
+ */
 class CCheckTask
 {
 public:

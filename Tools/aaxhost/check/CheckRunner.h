@@ -42,7 +42,7 @@ struct SCheckJob
 
 /** As long as a check may take at a strictness. */
 double LimitSeconds(int inStrictness);
-/** The checks of a strictness, or those named, whatever theirs is. */
+/** Those that run at a strictness. */
 std::vector<const SCheck*> ChecksFor(int inStrictness);
 
 /** Runs one check in this process: for a debugger. */

@@ -62,3 +62,12 @@ const SCheckPattern* FindPattern(const std::vector<SCheckPattern>& inPatterns, c
                                             { return pattern.Matches(inCheck); });
     return found == inPatterns.end() ? nullptr : &*found;
 }
+
+std::vector<const SCheck*> MatchingChecks(const std::vector<SCheckPattern>& inPatterns)
+{
+    std::vector<const SCheck*> checks;
+    for (const SCheck& check : AllChecks())
+        if (FindPattern(inPatterns, check) != nullptr)
+            checks.push_back(&check);
+    return checks;
+}

@@ -21,5 +21,7 @@ struct SCheckPattern
  */
 COutcome<std::vector<SCheckPattern>> ReadCheckPatterns(const std::vector<std::string>& inArguments);
 
+/** The checks that they mean, in their own order, each once. */
+std::vector<const SCheck*> MatchingChecks(const std::vector<SCheckPattern>& inPatterns);
 /** The first that matches; null where none does. */
 const SCheckPattern* FindPattern(const std::vector<SCheckPattern>& inPatterns, const SCheck& inCheck);

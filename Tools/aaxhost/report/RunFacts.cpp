@@ -1,6 +1,5 @@
 #include "Tools/aaxhost/report/RunFacts.h"
 
-#include "Tools/aaxhost/check/CheckRunner.h"
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/commandline/CommandLine.h"
 
