@@ -89,8 +89,8 @@ void CVst2Plugin::ReadIdentity()
     RequestText(effGetEffectName, 0, mEffectName);
     RequestText(effGetVendorString, 0, mVendor);
     RequestText(effGetProductString, 0, mProduct);
-    if (mEffectName.front() == '\0')
-        CopyBounded(mEffectName, kNamelessEffect);
+    if (mEffectName.mRecord.front() == '\0')
+        CopyBounded(mEffectName.mRecord, kNamelessEffect);
     (void)Dispatch(effGetVstVersion); // some plug-ins take the question for the sign of a host of version 2
     mUniqueId = mEffect->uniqueID;
     mVersion = mEffect->version;
@@ -113,9 +113,9 @@ void CVst2Plugin::ReadShape()
 
 bool CVst2Plugin::CanDo(const char* inText) const
 {
-    Text question{}; // of its own: some plug-ins write into it
-    CopyBounded(question, inText);
-    return mEffect != nullptr && Dispatch(effCanDo, 0, 0, question.data()) == 1;
+    Text question; // of its own: some plug-ins write into it
+    CopyBounded(question.mRecord, inText);
+    return mEffect != nullptr && Dispatch(effCanDo, 0, 0, &question) == 1;
 }
 
 void CVst2Plugin::GetPortList()
@@ -222,7 +222,7 @@ void CVst2Plugin::ForgetEffect() noexcept
 
 void CVst2Plugin::RequestText(std::int32_t inOpcode, std::int32_t inIndex, Text& outText) const
 {
-    outText.fill('\0');
-    (void)Dispatch(inOpcode, inIndex, 0, outText.data()); // what counts is whether it wrote anything
-    outText.back() = '\0';
+    outText.mRecord.fill('\0');
+    (void)Dispatch(inOpcode, inIndex, 0, &outText); // what counts is whether it wrote anything
+    outText.mRecord.back() = '\0';
 }

@@ -3,6 +3,7 @@
 #include "Source/plugins/IPlugin.h"
 #include "Source/plugins/PresetRecord.h"
 #include "Source/plugins/SIOPortDef.h"
+#include "Source/plugins/SRoomyRecord.h"
 
 #include <array>
 #include <atomic>
@@ -78,8 +79,8 @@ public:
     }
 
     // Identity and shape
-    const char* GetName() override { return mEffectName.data(); }
-    const char* GetVendor() const { return mVendor.data(); }
+    const char* GetName() override { return mEffectName.mRecord.data(); }
+    const char* GetVendor() const { return mVendor.mRecord.data(); }
     long GetUniqueId() const { return mUniqueId; }
     long GetVersion() const { return mVersion; }
     std::span<const SIOPortDef> InputPorts() const { return mInputPorts; }
@@ -160,7 +161,7 @@ public:
     void ProcessEvents(VstEvents* inEvents);
 
     // Identity, parameters and programs
-    const char* GetProduct() const { return mProduct.data(); }
+    const char* GetProduct() const { return mProduct.mRecord.data(); }
     bool GetChannels(long& outInputs, long& outOutputs) override;
     const char* GetParameterDisplay(long inIndex) override;
     const char* GetParameterLabel(long inIndex) override;
@@ -217,7 +218,7 @@ public:
 
 private:
     static constexpr std::size_t kTextLength = 256;
-    using Text = std::array<char, kTextLength>;
+    using Text = SRoomyRecord<std::array<char, kTextLength>>;
 
     /** A VstEvents with room for kMaxEvents pointers. */
     struct SEventBlock
@@ -267,9 +268,9 @@ private:
     bool mExecutableLoaded = false;
     AEffect* mEffect = nullptr; // frees itself on effClose
     std::int32_t mState = kStateNew;
-    Text mEffectName{};
-    Text mVendor{};
-    Text mProduct{};
+    Text mEffectName;
+    Text mVendor;
+    Text mProduct;
     std::vector<SIOPortDef> mInputPorts;
     std::vector<SIOPortDef> mOutputPorts;
     // The three below: the plug-in's calls write on any thread; the render thread reads the first, the main
@@ -285,7 +286,7 @@ private:
     void* mChunk = nullptr; // the plug-in's memory
     long mChunkSize = 0;    // bytes
     std::unique_ptr<float[]> mStateBuffer;
-    Text mText{};
+    Text mText;
     bool mEditorOpen = false;
     bool mSwapBytes = false; // this machine's byte order is not the one of preset files
 };

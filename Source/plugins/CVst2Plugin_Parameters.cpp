@@ -1,7 +1,6 @@
 #include "Source/plugins/CVst2Plugin.h"
 
 #include "Source/plugins/CopyBounded.h"
-#include "Source/plugins/SRoomyRecord.h"
 
 #include <cmath>
 #include <cstdio>
@@ -89,15 +88,15 @@ const char* CVst2Plugin::GetMidiCategory(long inIndex)
         (void)Dispatch(effGetMidiProgramCategory, static_cast<std::int32_t>(inIndex), 0, &category);
         Terminate(category.mRecord.name);
     }
-    CopyBounded(mText, category.mRecord.name);
-    return mText.data();
+    CopyBounded(mText.mRecord, category.mRecord.name);
+    return mText.mRecord.data();
 }
 
 const char* CVst2Plugin::GetMidiProgram(long inIndex)
 {
-    mText.fill('\0');
+    mText.mRecord.fill('\0');
     if (mEffect == nullptr)
-        return mText.data();
+        return mText.mRecord.data();
     SRoomyRecord<MidiProgramName> answer = OmniProgram();
     (void)Dispatch(effGetMidiProgramName, static_cast<std::int32_t>(inIndex), 0, &answer);
     MidiProgramName& program = answer.mRecord;
@@ -112,11 +111,11 @@ const char* CVst2Plugin::GetMidiProgram(long inIndex)
         (void)Dispatch(effGetMidiProgramCategory, parent, 0, &category);
         Terminate(category.mRecord.name);
     }
-    (void)std::snprintf(mText.data(), mText.size(), " %s ; ? ; %d ; %d ; %s", category.mRecord.name,
-                        static_cast<signed char>(program.midiBankLsb),
+    (void)std::snprintf(mText.mRecord.data(), mText.mRecord.size(), " %s ; ? ; %d ; %d ; %s",
+                        category.mRecord.name, static_cast<signed char>(program.midiBankLsb),
                         static_cast<signed char>(program.midiBankMsb),
                         program.name); // two names of 64 always fit
-    return mText.data();
+    return mText.mRecord.data();
 }
 
 const char* CVst2Plugin::TextFor(std::int32_t inOpcode, long inIndex)
@@ -124,6 +123,6 @@ const char* CVst2Plugin::TextFor(std::int32_t inOpcode, long inIndex)
     if (mEffect != nullptr)
         RequestText(inOpcode, static_cast<std::int32_t>(inIndex), mText);
     else
-        mText.fill('\0');
-    return mText.data();
+        mText.mRecord.fill('\0');
+    return mText.mRecord.data();
 }

@@ -74,16 +74,22 @@ TEST(PluginLoad, IdentityIsReadWithItsDefaultsAndSigns)
     EXPECT_EQ(outputs, 65536);
 }
 
-TEST(PluginLoad, TextWithoutTerminatorEndsInsideItsBuffer)
+TEST(PluginLoad, TextsLongerThanTheirBufferEndInsideItAndHarmNothing)
 {
     ScriptedModule module;
-    module.Script().mTexts[{effGetEffectName, 0}] = std::string(255, 'n');
+    module.Script().mTexts[{effGetEffectName, 0}] = std::string(600, 'n');
+    module.Script().mTexts[{effGetProductString, 0}] = std::string(600, 'r');
+    module.Script().mShape.numInputs = 1;
+    module.Script().mInputPins = {{"Main", 0}};
     module.Script().mHooks[effGetParamName] = [](ScriptedEffect&, const SDispatch& inCall)
-    { std::fill_n(static_cast<char*>(inCall.mPointer), 256, 'p'); };
+    { std::fill_n(static_cast<char*>(inCall.mPointer), 1000, 'p'); };
     CVst2Host host;
     CVst2Plugin* const plugin = host.LoadPlugin(module.Path());
     ASSERT_NE(plugin, nullptr);
     EXPECT_EQ(std::string(plugin->GetName()), std::string(255, 'n'));
+    EXPECT_EQ(std::string(plugin->GetProduct()), std::string(255, 'r'));
+    EXPECT_STREQ(plugin->GetVendor(), "");
+    EXPECT_EQ(plugin->InputPorts().size(), 1U);
     EXPECT_EQ(std::string(plugin->GetParameterName(0)), std::string(255, 'p'));
     EXPECT_STREQ(plugin->GetParameterLabel(0), ""); // unanswered: nothing of the text before
 }
