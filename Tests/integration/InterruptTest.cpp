@@ -190,6 +190,14 @@ TEST(FullDisk, LeavesTheOldFileAndSaysSo)
     EXPECT_EQ(umount(disk.c_str()), 0);
 }
 
+TEST(UnreadOutput, IsNoCrashOfThePlugin)
+{
+    const CModuleBundle bundle(kPlainModule, Faulty("None"));
+    const SToolRun run = RunTool(
+        {"/bin/sh", "-c", R"((sleep 0.3; "$0" describe "$1"; echo $? >&2) | :)", AAXHOST, bundle.Path()});
+    EXPECT_EQ(run.mErrors, std::to_string(128 + SIGPIPE) + '\n');
+}
+
 TEST(CrashingPlugin, IsToldWithWhatWasBeingDone)
 {
 #ifdef AAXADAPTER_SANITIZED

@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -30,6 +31,8 @@ std::string HowItEnded(const SChildEnd& inEnd)
         return fmt::format("The plug-in ended the program (exit {}){}.", inEnd.mNumber, when);
     return fmt::format("The plug-in crashed ({}){}.", NameOfSignal(inEnd.mNumber), when);
 }
+
+constexpr int kExitOfSignals = 128;
 } // namespace
 
 int RunInOwnProcess(const std::function<int()>& inWork)
@@ -46,5 +49,8 @@ int RunInOwnProcess(const std::function<int()>& inWork)
     // Only the work tells its end in this way: a plug-in that ends the process with code 0 has done nothing.
     if (const auto exit = child.Read(kWithoutLimit))
         return exit->front();
-    return Fail({HowItEnded(child.Wait(kWithoutLimit))});
+    const SChildEnd end = child.Wait(kWithoutLimit);
+    if (end.mKind == SChildEnd::EKind::Signal && end.mNumber == SIGPIPE && IsOutputUnread())
+        return kExitOfSignals + SIGPIPE; // as a shell counts; nothing crashed
+    return Fail({HowItEnded(end)});
 }

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <iostream>
+#include <poll.h>
 #include <unistd.h>
 
 void HoldStandardStreams()
@@ -11,6 +12,12 @@ void HoldStandardStreams()
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(number, F_GETFD) == -1)
             (void)open("/dev/null", number == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+bool IsOutputUnread()
+{
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
 }
 
 bool IsOutputIncomplete()

@@ -7,6 +7,9 @@
  */
 void HoldStandardStreams();
 
+/** @return whether standard output is a pipe that nobody reads any more, as that into `head`. */
+bool IsOutputUnread();
+
 /** @return whether something that was printed did not arrive. */
 bool IsOutputIncomplete();
 
