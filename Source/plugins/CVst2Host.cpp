@@ -9,7 +9,6 @@
 #include "Source/plugins/ProductOptions.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <mutex>
 #include <optional>
@@ -102,50 +101,13 @@ long CVst2Host::GetEffectIndex(const AEffect* inEffect) const
     return inEffect == nullptr || found == mPlugins.end() ? -1 : std::distance(mPlugins.begin(), found);
 }
 
-void CVst2Host::SetMainListener(IMainHost* inListener)
-{
-    mListenerThread.store(std::this_thread::get_id());
-    mMainListener.store(inListener);
-    AwaitListenerCalls();
-}
+void CVst2Host::SetMainListener(IMainHost* inListener) { mListenerCalls.Replace(mMainListener, inListener); }
 
-void CVst2Host::SetEditListener(IEditHost* inListener)
-{
-    mListenerThread.store(std::this_thread::get_id());
-    mEditListener.store(inListener);
-    AwaitListenerCalls();
-}
+void CVst2Host::SetEditListener(IEditHost* inListener) { mListenerCalls.Replace(mEditListener, inListener); }
 
 void CVst2Host::SetCallAnswers(IHostCallAnswers* inAnswers)
 {
-    mListenerThread.store(std::this_thread::get_id());
-    mCallAnswers.store(inAnswers);
-    AwaitListenerCalls();
-}
-
-void CVst2Host::AwaitListenerCalls() noexcept
-{
-    // Only so long: a host may let a call of another thread wait for this one.
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
-    while (mListenerCalls.load() != 0 && std::chrono::steady_clock::now() < end)
-        std::this_thread::yield();
-}
-
-// Two stores pair with two loads here, all in one order (sequentially consistent). A caller stores the count
-// and then loads the listener. SetMainListener and its like store the listener and then load the
-// count. Whichever of the two stores comes second, the load behind it sees the other one. So a caller finds
-// the new listener, or it is counted and waited for.
-CVst2Host::CListenerCall::CListenerCall(CVst2Host& ioHost) noexcept
-    : mCalls(ioHost.mListenerThread.load() != std::this_thread::get_id() ? &ioHost.mListenerCalls : nullptr)
-{
-    if (mCalls != nullptr)
-        mCalls->fetch_add(1);
-}
-
-CVst2Host::CListenerCall::~CListenerCall()
-{
-    if (mCalls != nullptr)
-        mCalls->fetch_sub(1);
+    mListenerCalls.Replace(mCallAnswers, inAnswers);
 }
 
 void CVst2Host::SetSampleRate(float inHertz)
@@ -214,7 +176,7 @@ VstIntPtr CVst2Host::AnswerContained(CVst2Plugin* inPlugin, std::int32_t inOpcod
 
 std::optional<VstIntPtr> CVst2Host::AnswerAhead(const SHostCall& inCall)
 {
-    const CListenerCall call(*this);
+    const CListenerCalls::CCall call(mListenerCalls);
     IHostCallAnswers* const answers = mCallAnswers.load();
     return answers != nullptr ? answers->AnswerCall(inCall) : std::nullopt;
 }
@@ -250,7 +212,7 @@ VstIntPtr CVst2Host::Answer(CVst2Plugin* inPlugin, std::int32_t inOpcode, std::i
 
 void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
 {
-    const CListenerCall call(*this);
+    const CListenerCalls::CCall call(mListenerCalls);
     // The plug-in's own value counts, not the one that came with the call: that is not always normalised.
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr)
@@ -263,7 +225,7 @@ void CVst2Host::OnAutomate(CVst2Plugin* inPlugin, std::int32_t inIndex)
 
 void CVst2Host::OnGesture(EGesture inGesture, std::int32_t inIndex)
 {
-    const CListenerCall call(*this);
+    const CListenerCalls::CCall call(mListenerCalls);
     IEditHost* const editor = mEditListener.load();
     if (editor == nullptr)
         return;
@@ -282,7 +244,7 @@ unsigned long CVst2Host::MouseModsFor(EGesture inGesture) noexcept
         return kMouseModAlways;
     // Automation comes from the render call as well, which must not wait for the window system. Only the
     // listeners' own thread asks it; every other thread takes what was held down last.
-    if (mListenerThread.load() == std::this_thread::get_id())
+    if (mListenerCalls.IsListenerThread())
     {
         if (inGesture != EGesture::kDrag || mIsDragging.load())
             RefreshMouseMods();
@@ -302,7 +264,7 @@ void CVst2Host::RefreshMouseMods() noexcept { mMouseMods.store(getMouseMods()); 
 
 void CVst2Host::OnUpdateDisplay(CVst2Plugin* inPlugin)
 {
-    const CListenerCall call(*this);
+    const CListenerCalls::CCall call(mListenerCalls);
     IMainHost* const listener = mMainListener.load();
     if (listener != nullptr && inPlugin != nullptr && inPlugin->GetNumPrograms() >= 2)
         listener->UpdateParameters();

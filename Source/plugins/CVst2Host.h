@@ -1,5 +1,6 @@
 #pragma once
 #include "Interfaces/VST2/HostAnswers.h"
+#include "Source/plugins/ListenerCalls.h"
 #include "Source/plugins/SMidiMsg.h"
 
 #include <atomic>
@@ -7,7 +8,6 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <thread>
 #include <vector>
 
 class CVst2Host;
@@ -70,7 +70,7 @@ public:
     /** Answers ahead of this host; null for none, and else as with the listeners. */
     void SetCallAnswers(IHostCallAnswers* inAnswers);
     /** Whether this is the thread that set a listener last: the main thread of whoever listens. */
-    bool IsListenerThread() const noexcept { return mListenerThread.load() == std::this_thread::get_id(); }
+    bool IsListenerThread() const noexcept { return mListenerCalls.IsListenerThread(); }
     /**
      * Whether anybody sees the gestures that the edit listener hears; yes at first. Without a viewer nobody
      * asks the window system what is held down meanwhile.
@@ -122,21 +122,6 @@ private:
     };
     void OnGesture(EGesture inGesture, std::int32_t inIndex);
     unsigned long MouseModsFor(EGesture inGesture) noexcept;
-    void AwaitListenerCalls() noexcept;
-
-    /** Counts, while it lives, a call to a listener; not on the listeners' own thread, which never waits for
-     * itself. */
-    class CListenerCall
-    {
-    public:
-        explicit CListenerCall(CVst2Host& ioHost) noexcept;
-        CListenerCall(const CListenerCall&) = delete;
-        CListenerCall& operator=(const CListenerCall&) = delete;
-        ~CListenerCall();
-
-    private:
-        std::atomic<std::int32_t>* mCalls = nullptr;
-    };
 
     std::vector<std::unique_ptr<CVst2Plugin>> mPlugins;
     long mBlockSize = -1;      // frames
@@ -146,11 +131,10 @@ private:
     std::atomic<IMainHost*> mMainListener = nullptr;       // main thread writes, host callbacks read
     std::atomic<IEditHost*> mEditListener = nullptr;       // main thread writes, host callbacks read
     std::atomic<IHostCallAnswers*> mCallAnswers = nullptr; // main thread writes, host callbacks read
-    std::atomic<std::thread::id> mListenerThread{};        // that set a listener last; as above
-    std::atomic<std::int32_t> mListenerCalls = 0;          // host callbacks write, main thread reads
-    std::atomic<bool> mHasGestureViewer = true;            // main thread writes, host callbacks read
-    std::atomic<unsigned long> mMouseMods; // the listeners' thread writes, host callbacks read
-    std::atomic<bool> mIsDragging = false; // between begin and end of an edit; as above
+    CListenerCalls mListenerCalls;
+    std::atomic<bool> mHasGestureViewer = true; // main thread writes, host callbacks read
+    std::atomic<unsigned long> mMouseMods;      // the listeners' thread writes, host callbacks read
+    std::atomic<bool> mIsDragging = false;      // between begin and end of an edit; as above
     std::uint32_t mSerial = 0;
 };
 
