@@ -27,6 +27,8 @@
 
 namespace
 {
+static_assert(sizeof(CPluginParameter) <= 128); // plug-ins have thousands
+
 constexpr AAX_CFieldIndex kMasterBypassField = 0;
 constexpr AAX_CFieldIndex kGainField = 1;
 constexpr std::uint32_t kGainSteps = 55;

@@ -140,9 +140,13 @@ bool CPluginParameter::PutsOff() noexcept
 
 std::optional<float> CPluginParameter::Beat() noexcept
 {
-    if (!IsWaiting() || mQuietBeats.fetch_add(1, std::memory_order_relaxed) + 1 < kQuietBeats)
+    SWaiting waiting = mWaiting.load(std::memory_order_acquire);
+    if (waiting.mCount == 0 || mQuietBeats.fetch_add(1, std::memory_order_relaxed) + 1 < kQuietBeats)
         return std::nullopt;
-    (void)ChangeWaiting([](SWaiting& ioWaiting) { ioWaiting.mCount = ioWaiting.mSinceUpdate = 0; });
+    // Not what is asked or answered meanwhile: that changes what waits.
+    if (!mWaiting.compare_exchange_strong(waiting, {waiting.mMade, 0, 0}, std::memory_order_acq_rel,
+                                          std::memory_order_relaxed))
+        return std::nullopt;
     mQuietBeats.store(0, std::memory_order_relaxed);
     if (!mIsOwed.exchange(false, std::memory_order_acquire))
         return std::nullopt;

@@ -110,4 +110,3 @@ private:
     std::atomic<std::uint8_t> mQuietBeats{0};
     std::array<std::atomic<std::uint32_t>, kCapacity> mRequests; // a value and the low bits of its number
 };
-static_assert(sizeof(CPluginParameter) <= 128);

@@ -31,8 +31,8 @@ void CEffectRegistry::Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inP
     SSlot& slot = FreeSlot(mBuckets[BucketOf(inEffect)]);
     slot.mHost.store(inHost, std::memory_order_release);
     slot.mPlugin.store(inPlugin, std::memory_order_release);
-    slot.mOrder.store((static_cast<std::uint64_t>(inHostSerial) << 32) | ++mAdded, std::memory_order_release);
     slot.mEffect.store(inEffect, std::memory_order_release);
+    slot.mOrder.store((static_cast<std::uint64_t>(inHostSerial) << 32) | ++mAdded, std::memory_order_release);
 }
 
 void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
@@ -45,8 +45,11 @@ void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* in
 void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
 {
     const std::lock_guard lock(gWriters);
-    if (SSlot* const slot = FindSlot(inEffect, inPlugin))
-        slot->mEffect.store(nullptr, std::memory_order_release);
+    SSlot* const slot = FindSlot(inEffect, inPlugin);
+    if (slot == nullptr)
+        return;
+    slot->mOrder.store(kFree, std::memory_order_release);
+    slot->mEffect.store(nullptr, std::memory_order_release);
 }
 
 CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,

@@ -56,15 +56,21 @@ private:
     static constexpr std::size_t kBucketCount = 8192;
     /** In a slot's order, above every serial that hosts reach. */
     static constexpr std::uint64_t kClosing = std::uint64_t{1} << 63;
+    static constexpr std::uint64_t kFree = 0;
 
-    /** Written by one thread at a time, `effect` last and only `order` later on; readers check `effect`
-     * before and after the rest. */
+    /**
+     * Written by one thread at a time. No two additions have the same order, so that it seals the rest: it is
+     * stored last by an addition and first, as kFree, by a removal. A reader that loads it before and after
+     * the rest, the same both times, has the rest of that addition: were any of it a later one's, the load of
+     * that had acquired kFree as well, and the second load of the order could not miss it.
+     */
     struct SSlot
     {
         std::atomic<AEffect*> mEffect = nullptr; // null: free
         std::atomic<CVst2Host*> mHost = nullptr;
         std::atomic<CVst2Plugin*> mPlugin = nullptr;
-        std::atomic<std::uint64_t> mOrder = 0; // of the host and of the addition; kClosing is set at the end
+        std::atomic<std::uint64_t> mOrder =
+            kFree; // of the host and of the addition; kClosing is set at the end
         std::atomic<SSlot*> mNext = nullptr;
     };
 
@@ -104,13 +110,13 @@ inline CEffectRegistry::SOwner CEffectRegistry::Find(const AEffect* inEffect,
     for (const SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr;
          slot = slot->mNext.load(std::memory_order_acquire))
     {
+        const std::uint64_t before = slot->mOrder.load(std::memory_order_acquire);
         if (slot->mEffect.load(std::memory_order_acquire) != inEffect)
             continue;
         const SOwner candidate{slot->mHost.load(std::memory_order_acquire),
                                slot->mPlugin.load(std::memory_order_acquire)};
         const std::uint64_t order = slot->mOrder.load(std::memory_order_acquire);
-        // Read again: the slot may have passed to another effect in between.
-        const bool isWhole = slot->mEffect.load(std::memory_order_acquire) == inEffect;
+        const bool isWhole = order != kFree && ((order ^ before) & ~kClosing) == 0;
         if (isWhole && order < lowest && (inHost == nullptr || candidate.mHost == inHost))
         {
             owner = candidate;
