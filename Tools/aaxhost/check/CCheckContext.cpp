@@ -166,8 +166,7 @@ double ValueOf(CInstance& inInstance, const std::string& inID)
 
 bool DeliverAll(CInstance& inInstance)
 {
-    constexpr int rounds = 20; // a plug-in that echoes each value once needs two
-    for (int i = 0; i < rounds && inInstance.Host().Automation().PendingRequests() > 0; ++i)
+    for (int i = 0; i < kMostCycles && inInstance.Host().Automation().PendingRequests() > 0; ++i)
         (void)inInstance.RunCycle(); // what waits next tells
     return inInstance.Host().Automation().PendingRequests() == 0;
 }

@@ -99,5 +99,7 @@ std::string NameOfParameter(CInstance& inInstance, const std::string& inID);
 /** The value as a module tells it after it was asked for its state, which is when it looks at the plug-in's
  * own values; not a number where it does not tell. */
 double ValueOf(CInstance& inInstance, const std::string& inID);
-/** Answers what waits until nothing does. @return false when it never ends. */
+/** So many cycles of answers are long enough: a plug-in that echoes each value once needs two. */
+inline constexpr int kMostCycles = 20;
+/** Answers what waits until nothing does. @return false when that takes more than kMostCycles. */
 bool DeliverAll(CInstance& inInstance);

@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/check/CRig.h"
 
+#include "Tools/aaxhost/check/Figures.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -151,11 +153,36 @@ void CRig::RenderBlock(std::int32_t inFrames)
         mNode->Clear();
 }
 
+void CRig::LookAtInputs(std::int32_t inFrames)
+{
+    const auto sameBits = [](float a, float b)
+    { return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b); };
+    for (std::size_t channel = 0; channel < mInputs.size() && !mInPlace && mWrittenInput.empty(); ++channel)
+    {
+        const float* const frames = mInputs[channel].Frames();
+        int changed = 0;
+        for (std::int32_t i = 0; i < inFrames; ++i)
+            changed += sameBits(frames[i], mInputCopies[channel][static_cast<std::size_t>(i)]) ? 0 : 1;
+        if (changed > 0)
+            mWrittenInput = fmt::format("in a block of {} frames, {} of them in input {} of {}", inFrames,
+                                        changed, channel + 1, mInputs.size());
+    }
+}
+
+void CRig::LookAtSample(float inSample, std::size_t inChannel, std::int64_t inFrame)
+{
+    ++mBroken.mAll;
+    if (std::isfinite(inSample))
+        mPeak = std::max(mPeak, std::abs(inSample));
+    else if (mBroken.mSamples++ == 0)
+        mBroken.mFirst = fmt::format("{} in output {} at frame {} ({:.1f} ms)",
+                                     std::isnan(inSample) ? "not a number" : "an infinite sample",
+                                     inChannel + 1, inFrame, 1000.0 * static_cast<double>(inFrame) / mRate);
+}
+
 void CRig::LookAtOutputs(std::int32_t inFrames)
 {
-    for (std::size_t channel = 0; channel < mInputs.size() && !mInPlace; ++channel)
-        mWroteInput = mWroteInput || std::memcmp(mInputs[channel].Frames(), mInputCopies[channel].data(),
-                                                 static_cast<std::size_t>(inFrames) * sizeof(float)) != 0;
+    LookAtInputs(inFrames);
     for (std::size_t channel = 0; channel < mOutputs.size(); ++channel)
     {
         const float* const frames = mCall->mOutputs[channel];
@@ -164,14 +191,7 @@ void CRig::LookAtOutputs(std::int32_t inFrames)
             mUnwritten = fmt::format("In a block of {} frames, {} of them are not written in output {} of {}",
                                      inFrames, marks, channel + 1, mOutputs.size());
         for (std::int32_t i = 0; i < inFrames; ++i)
-        {
-            if (std::isfinite(frames[i]))
-                mPeak = std::max(mPeak, std::abs(frames[i]));
-            else if (mNonFinite.empty())
-                mNonFinite = fmt::format("{} in output {} at frame {}",
-                                         std::isnan(frames[i]) ? "not a number" : "an infinite sample",
-                                         channel + 1, mPosition + i);
-        }
+            LookAtSample(frames[i], channel, mPosition + i);
         if (mRecords)
             mRecording[channel].insert(mRecording[channel].end(), frames, frames + inFrames);
         const std::int32_t change = mOutputs[channel].FirstChange(inFrames);
@@ -207,6 +227,16 @@ float CRig::TakePeak() noexcept { return std::exchange(mPeak, 0.0F); }
 
 void CRig::ExpectFinite(const std::string& inWhen) const
 {
-    if (!mNonFinite.empty())
-        throw SCheckEnd{SFinding::Failed(fmt::format("The output has {} {}.", mNonFinite, inWhen))};
+    if (mBroken.mSamples > 0)
+        throw SCheckEnd{SFinding::Failed(fmt::format("The output has {} {}.", NonFinite(), inWhen))};
+}
+
+std::string CRig::NonFinite() const
+{
+    if (mBroken.mSamples == 0)
+        return {};
+    return mBroken.mFirst +
+           (mBroken.mSamples == 1
+                ? fmt::format(", the only broken one of {} samples,", mBroken.mAll)
+                : fmt::format(", the first of {} broken samples of {},", mBroken.mSamples, mBroken.mAll));
 }

@@ -88,13 +88,14 @@ public:
 
     /** The highest absolute finite sample since the last call. */
     float TakePeak() noexcept;
-    /** The first sample that was infinite or not a number, in words; empty when there was none. */
-    const std::string& NonFinite() const noexcept { return mNonFinite; }
-    void ForgetNonFinite() { mNonFinite.clear(); }
+    /** The first sample that was infinite or not a number, and how many there were, in words; empty when
+     * there was none. */
+    std::string NonFinite() const;
+    void ForgetNonFinite() { mBroken = {}; }
     /** The first write outside the frames of a block, in words; empty when there was none. */
     const std::string& Overrun() const noexcept { return mOverrun; }
-    /** The first block whose inputs were written to. */
-    bool WroteInput() const noexcept { return mWroteInput; }
+    /** The first block whose inputs were written to, in words; empty when there was none. */
+    const std::string& WrittenInput() const noexcept { return mWrittenInput; }
     /** Ends the check as failed when a sample was not finite. @param inWhen "at 96000 Hz", "with noise". */
     void ExpectFinite(const std::string& inWhen) const;
 
@@ -112,8 +113,18 @@ private:
         std::vector<float> mMemory;
     };
 
+    /** Samples that were infinite or not a number. */
+    struct SBroken
+    {
+        std::string mFirst;
+        std::int64_t mSamples = 0;
+        std::int64_t mAll = 0; // that were looked at
+    };
+
     void FillInputs(std::int32_t inFrames);
+    void LookAtInputs(std::int32_t inFrames);
     void LookAtOutputs(std::int32_t inFrames);
+    void LookAtSample(float inSample, std::size_t inChannel, std::int64_t inFrame);
 
     double mRate;
     std::unique_ptr<CInstance> mInstance;
@@ -130,8 +141,8 @@ private:
     bool mRecords = false;
     bool mInPlace = false;
     bool mDirty = false;
-    bool mWroteInput = false;
+    std::string mWrittenInput;
     std::string mUnwritten;
-    std::string mNonFinite;
+    SBroken mBroken;
     std::string mOverrun;
 };

@@ -11,12 +11,21 @@
 struct SWatchedCalls
 {
     std::array<int, kForbiddenKinds> mCounts{}; // what blocks is not counted: it shows as a system call
-    int mFreesOfNothing = 0;                    // of a null pointer, which does nothing
-    std::array<int, 8> mSystemCalls{};          // numbers of the first different ones
+    std::array<int, kForbiddenKinds> mRuns{};   // with any of a kind
+    std::array<std::string, kForbiddenKinds> mFirst{}; // of a kind: "malloc, called by a.so in Grow()"
+    int mFreesOfNothing = 0;                           // of a null pointer, which does nothing
+    std::array<int, 8> mSystemCalls{};                 // numbers of the first different ones
     std::size_t mSystemCallCount = 0;
+    int mSystemCallRuns = 0;     // with any
+    std::string mSystemCaller{}; // of the first: "a.so in Grow()"
 
     int& Of(EForbiddenKind inKind) noexcept { return mCounts[static_cast<std::size_t>(inKind)]; }
     int Of(EForbiddenKind inKind) const noexcept { return mCounts[static_cast<std::size_t>(inKind)]; }
+    int RunsWith(EForbiddenKind inKind) const noexcept { return mRuns[static_cast<std::size_t>(inKind)]; }
+    const std::string& FirstOf(EForbiddenKind inKind) const noexcept
+    {
+        return mFirst[static_cast<std::size_t>(inKind)];
+    }
     bool operator==(const SWatchedCalls&) const = default;
 };
 

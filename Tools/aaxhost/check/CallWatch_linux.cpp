@@ -5,8 +5,11 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <cxxabi.h>
 #include <fmt/format.h>
+#include <memory>
 #include <unwind.h>
 
 #include <dlfcn.h>
@@ -49,6 +52,22 @@ std::size_t gSegmentCount = 0;
 thread_local SCallWatch* gWatch = nullptr;
 thread_local bool gIsCounting = false;
 thread_local volatile char gSelector = kAllow;
+
+/** Where a call was made. */
+struct SSite
+{
+    const char* mFunction = nullptr; // that was called
+    std::uintptr_t mCaller = 0;      // behind the call; 0 where nobody can tell
+    std::uintptr_t mOwner = 0;       // behind the call of the side that it belongs to, on the way to it
+};
+
+/** The first calls of a side: of each kind, and of the system. */
+struct SSites
+{
+    std::array<SSite, kForbiddenKinds> mOfKind{};
+    SSite mOfSystem;
+};
+thread_local std::array<SSites, 3> gSites; // as in SCallWatch
 
 int CollectSegments(dl_phdr_info* inImage, std::size_t, void* inModuleFile)
 {
@@ -107,6 +126,8 @@ struct SWalk
     EOwner mOwner = EOwner::Other;
     int mFrames = 0;
     bool mSkipsHost = true; // until the function that replaces the C library's
+    std::uintptr_t mCallerPlace = 0;
+    std::uintptr_t mOwnerPlace = 0; // 0 where the owner has left no frame
 };
 
 // The functions that replace the C library's have a section of their own. The linker names its borders.
@@ -131,41 +152,62 @@ _Unwind_Reason_Code Step(_Unwind_Context* inContext, void* inData)
         walk.mSkipsHost = !IsInWatchedSection(_Unwind_GetIP(inContext));
         return _URC_NO_REASON;
     }
-    const EOwner owner = OwnerOf(_Unwind_GetIP(inContext));
+    const std::uintptr_t place = _Unwind_GetIP(inContext);
+    if (walk.mCallerPlace == 0)
+        walk.mCallerPlace = place;
+    const EOwner owner = OwnerOf(place);
     if (owner == EOwner::Other)
         return _URC_NO_REASON;
-    walk.mOwner =
-        owner == EOwner::Module && !IsForeignCall(_Unwind_GetIP(inContext)) ? EOwner::Plugin : owner;
+    const bool hasLeftNoFrame = owner == EOwner::Module && !IsForeignCall(place);
+    walk.mOwner = hasLeftNoFrame ? EOwner::Plugin : owner;
+    walk.mOwnerPlace = hasLeftNoFrame ? 0 : place;
     return _URC_END_OF_STACK;
 }
 
-/** Whose call it is. A stack that cannot be followed belongs to code that the plug-in brought. */
-SWatchedCalls& Blamed() noexcept
+/** Whose call it is. */
+struct SBlame
+{
+    SWatchedCalls& mCalls;
+    SSites& mSites;
+    SSite mSite;
+};
+
+/** A stack that cannot be followed belongs to code that the plug-in brought. */
+SBlame Blame(const char* inFunction) noexcept
 {
     SWalk walk;
     (void)_Unwind_Backtrace(&Step, &walk); // where it stops early, what was found holds
+    const SSite site{inFunction, walk.mOwnerPlace != 0 ? walk.mCallerPlace : 0, walk.mOwnerPlace};
     if (walk.mOwner == EOwner::Host)
-        return gWatch->mHost;
-    return walk.mOwner == EOwner::Module ? gWatch->mModule : gWatch->mPlugin;
+        return {gWatch->mHost, gSites[0], site};
+    return walk.mOwner == EOwner::Module ? SBlame{gWatch->mModule, gSites[1], site}
+                                         : SBlame{gWatch->mPlugin, gSites[2], site};
 }
 
 /** Has inNote write a call down for the side that makes it. */
 template <class Note>
-void WriteDown(Note inNote) noexcept
+void WriteDown(const char* inFunction, Note inNote) noexcept
 {
     if (!gIsCounting)
         return;
     gIsCounting = false; // following the stack may allocate
     const char selector = gSelector;
     gSelector = kAllow;
-    inNote(Blamed());
+    inNote(Blame(inFunction));
     gSelector = selector;
     gIsCounting = true;
 }
 
-void Count(EForbiddenKind inKind) noexcept
+void Add(const SBlame& inBlame, EForbiddenKind inKind) noexcept
 {
-    WriteDown([=](SWatchedCalls& calls) { ++calls.Of(inKind); });
+    if (inBlame.mCalls.Of(inKind)++ == 0)
+        inBlame.mSites.mOfKind[static_cast<std::size_t>(inKind)] = inBlame.mSite;
+}
+
+void Count(const char* inFunction, EForbiddenKind inKind) noexcept
+{
+    WriteDown(
+        inFunction, [=](const SBlame& blame) { Add(blame, inKind); });
 }
 
 /** Notes the call and has it made again. The run's later ones are not seen. */
@@ -177,7 +219,10 @@ IN_WATCHED_SECTION void OnSystemCall(int, siginfo_t* inInfo, void* inContext)
     auto* const context = static_cast<ucontext_t*>(inContext);
     if (gWatch != nullptr)
     {
-        SWatchedCalls& calls = Blamed();
+        const SBlame blame = Blame(nullptr);
+        SWatchedCalls& calls = blame.mCalls;
+        if (calls.mSystemCallRuns++ == 0)
+            blame.mSites.mOfSystem = blame.mSite;
         const auto end = calls.mSystemCalls.begin() + static_cast<std::ptrdiff_t>(calls.mSystemCallCount);
         if (calls.mSystemCallCount < calls.mSystemCalls.size() &&
             std::find(calls.mSystemCalls.begin(), end, inInfo->si_syscall) == end)
@@ -227,27 +272,27 @@ Function Real(const char* inName)
 
 WATCHED void* malloc(std::size_t inSize)
 {
-    Count(KindOf("malloc"));
+    Count("malloc", KindOf("malloc"));
     return __libc_malloc(inSize);
 }
 WATCHED void* calloc(std::size_t inCount, std::size_t inSize)
 {
-    Count(KindOf("calloc"));
+    Count("calloc", KindOf("calloc"));
     return __libc_calloc(inCount, inSize);
 }
 WATCHED void* realloc(void* inMemory, std::size_t inSize)
 {
-    Count(KindOf("realloc"));
+    Count("realloc", KindOf("realloc"));
     return __libc_realloc(inMemory, inSize);
 }
 WATCHED void* aligned_alloc(std::size_t inAlignment, std::size_t inSize)
 {
-    Count(KindOf("aligned_alloc"));
+    Count("aligned_alloc", KindOf("aligned_alloc"));
     return __libc_memalign(inAlignment, inSize);
 }
 WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_t inSize)
 {
-    Count(KindOf("posix_memalign"));
+    Count("posix_memalign", KindOf("posix_memalign"));
     void* const memory = __libc_memalign(inAlignment, inSize);
     if (memory == nullptr)
         return ENOMEM;
@@ -256,28 +301,89 @@ WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_
 }
 WATCHED void free(void* inMemory)
 {
-    WriteDown([=](SWatchedCalls& calls)
-              { ++(inMemory != nullptr ? calls.Of(KindOf("free")) : calls.mFreesOfNothing); });
+    WriteDown("free",
+              [=](const SBlame& blame)
+              {
+                  if (inMemory != nullptr)
+                      Add(blame, KindOf("free"));
+                  else
+                      ++blame.mCalls.mFreesOfNothing;
+              });
     __libc_free(inMemory);
 }
 WATCHED int pthread_mutex_lock(pthread_mutex_t* inMutex)
 {
     static const auto real = Real<int (*)(pthread_mutex_t*)>("pthread_mutex_lock");
-    Count(KindOf("pthread_mutex_lock"));
+    Count("pthread_mutex_lock", KindOf("pthread_mutex_lock"));
     return real(inMutex);
 }
 WATCHED int pthread_rwlock_rdlock(pthread_rwlock_t* inLock)
 {
     static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
-    Count(KindOf("pthread_rwlock_rdlock"));
+    Count("pthread_rwlock_rdlock", KindOf("pthread_rwlock_rdlock"));
     return real(inLock);
 }
 WATCHED int pthread_rwlock_wrlock(pthread_rwlock_t* inLock)
 {
     static const auto real = Real<int (*)(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
-    Count(KindOf("pthread_rwlock_wrlock"));
+    Count("pthread_rwlock_wrlock", KindOf("pthread_rwlock_wrlock"));
     return real(inLock);
 }
+
+namespace
+{
+using Counts = decltype(SWatchedCalls::mCounts);
+
+std::array<SWatchedCalls*, 3> SidesOf(SCallWatch& ioWatch)
+{
+    return {&ioWatch.mHost, &ioWatch.mModule, &ioWatch.mPlugin};
+}
+
+/** As a person writes it; as the linker has it where it is none of C++. */
+std::string Demangled(const char* inName)
+{
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(inName, nullptr, nullptr, &status), &std::free);
+    return status == 0 && name != nullptr ? name.get() : inName;
+}
+
+/** "a.so in Grow()", or with the place in the file, for addr2line, where the symbol is not exported. */
+std::string NameOfPlace(std::uintptr_t inReturn)
+{
+    const std::uintptr_t call = inReturn - 1;
+    Dl_info info{};
+    if (inReturn == 0 || dladdr(reinterpret_cast<void*>(call), &info) == 0 || info.dli_fname == nullptr)
+        return {};
+    const std::string_view path = info.dli_fname;
+    const std::string_view file = path.substr(path.rfind('/') + 1);
+    return info.dli_sname != nullptr
+               ? fmt::format("{} in {}", file, Demangled(info.dli_sname))
+               : fmt::format("{} at {:#x}", file, call - reinterpret_cast<std::uintptr_t>(info.dli_fbase));
+}
+
+/** "malloc, called by libstdc++.so.6 in operator new(unsigned long) for a.so in Grow()" */
+std::string NameOfSite(const SSite& inSite)
+{
+    const std::string caller = NameOfPlace(inSite.mCaller);
+    const std::string owner = NameOfPlace(inSite.mOwner);
+    return inSite.mFunction + (caller.empty() ? "" : ", called by " + caller) +
+           (owner.empty() || owner == caller ? "" : " for " + owner);
+}
+
+/** Notes what of a side there was in a run, and who made the first call of each kind. */
+void FinishRun(SWatchedCalls& ioCalls, const Counts& inEarlier, const SSites& inSites)
+{
+    for (std::size_t kind = 0; kind < kForbiddenKinds; ++kind)
+    {
+        ioCalls.mRuns[kind] += ioCalls.mCounts[kind] > inEarlier[kind] ? 1 : 0;
+        if (inSites.mOfKind[kind].mFunction != nullptr)
+            ioCalls.mFirst[kind] = NameOfSite(inSites.mOfKind[kind]);
+    }
+    if (inSites.mOfSystem.mOwner != 0)
+        ioCalls.mSystemCaller = NameOfPlace(inSites.mOfSystem.mOwner);
+}
+} // namespace
 
 void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std::function<void()>& inRun)
 {
@@ -295,6 +401,9 @@ void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std:
     sigaction(SIGSYS, &action, &before);
     SWalk warmUp;
     (void)_Unwind_Backtrace(&Step, &warmUp); // loads now what it would load later
+    std::array<Counts, 3> earlier{};
+    std::ranges::transform(SidesOf(ioWatch), earlier.begin(), &SWatchedCalls::mCounts);
+    gSites = {};
     gWatch = &ioWatch;
     const bool watchesSystemCalls = TurnDispatch(kDispatchOn);
     gIsCounting = true;
@@ -305,6 +414,8 @@ void WatchCalls(const std::string& inModuleFile, SCallWatch& ioWatch, const std:
     (void)TurnDispatch(kDispatchOff); // was on, or was never
     gWatch = nullptr;
     sigaction(SIGSYS, &before, nullptr);
+    for (std::size_t side = 0; side < gSites.size(); ++side)
+        FinishRun(*SidesOf(ioWatch)[side], earlier[side], gSites[side]);
 }
 
 std::string NameOfSystemCall(int inNumber)

@@ -1,4 +1,6 @@
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/Figures.h"
+#include "Tools/aaxhost/check/SoundDifference.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -26,9 +28,12 @@ SFinding Settles(CCheckContext& ioContext)
     {
         (void)instance->SetParameter(id, 0.75); // refusals show in another check
         if (!DeliverAll(*instance))
-            return SFinding::Failed(
-                fmt::format("Setting {} once starts an endless exchange of values with the host.",
-                            NameOfParameter(*instance, id)));
+            return SFinding::Failed(fmt::format(
+                "Setting {} once starts an endless exchange of values with the host: {} in {} cycles, and {} "
+                "wait.",
+                NameOfParameter(*instance, id),
+                Counted(static_cast<std::int64_t>(instance->Host().Automation().ValueRequests()), "request"),
+                kMostCycles, instance->Host().Automation().PendingRequests()));
     }
     return SFinding::Passed();
 }
@@ -127,8 +132,10 @@ SFinding NoTouchLeft(CCheckContext& ioContext)
                                                 NameOfParameter(instance, id)));
     const std::size_t touches = ioContext.Log().Count("PostTouchRequest");
     const std::size_t releases = ioContext.Log().Count("PostReleaseRequest");
-    return touches == releases ? SFinding::Passed()
-                               : SFinding::Failed("Touches and releases of parameters are not balanced.");
+    return touches == releases
+               ? SFinding::Passed()
+               : SFinding::Failed(fmt::format(
+                     "Touches and releases of parameters are not balanced: {} and {}.", touches, releases));
 }
 
 SFinding Accepted(CCheckContext& ioContext)
@@ -164,9 +171,11 @@ SFinding Dense(CCheckContext& ioContext)
                                        0.5 + 0.5 * std::sin(0.05 * block)); // refusals show in another check
         rig.Render(16);
     }
-    rig.ExpectFinite("while automation moves every 16 frames");
+    rig.ExpectFinite(fmt::format("while automation moves every 16 frames of {}", 16 * blocks));
     return SFinding::Passed();
 }
+
+constexpr double kSameSound = 1e-4; // relative to the louder one: -80 dB
 
 /** How far two recordings are apart, relative to the louder one. */
 double Difference(const CRig& inFirst, const CRig& inSecond)
@@ -199,15 +208,20 @@ SFinding Audible(CCheckContext& ioContext)
     CRig plain(ioContext);
     (void)NeededParameters(plain.Instance());
     render(plain, -1.0);
+    double largest = 0.0;
     for (const double value : {0.9, 0.1, 0.6})
     {
         CRig moved(ioContext);
         render(moved, value);
-        if (Difference(plain, moved) > 1e-4)
+        largest = std::max(largest, Difference(plain, moved));
+        if (largest > kSameSound)
             return SFinding::Passed();
     }
     return plain.TakePeak() > 0.0F
-               ? SFinding::Warning("No parameter makes an audible difference to the test material.")
+               ? SFinding::Warning(fmt::format(
+                     "No parameter makes an audible difference to the test material: all {} of them at 0.9, "
+                     "0.1 and 0.6 make one of {} to the sound, and {} would be heard.",
+                     NeededParameters(plain.Instance()).size(), InDecibels(largest), InDecibels(kSameSound)))
                : SFinding::Skipped("The plug-in makes no sound of the test material.");
 }
 
@@ -229,9 +243,15 @@ SFinding Repeatable(CCheckContext& ioContext)
     render(first);
     CRig second(ioContext);
     render(second);
-    return Difference(first, second) < 1e-4
-               ? SFinding::Passed()
-               : SFinding::Warning("The same automation, played twice, does not give the same sound.");
+    const double difference = Difference(first, second);
+    if (difference < kSameSound)
+        return SFinding::Passed();
+    const auto where = DifferenceOf(first.Recording(), second.Recording(), 0.0F);
+    return SFinding::Warning(
+        fmt::format("The same automation of {}, played twice, does not give the same sound but one that "
+                    "differs by {} of its level: {}.",
+                    NameOfParameter(first.Instance(), NeededParameters(first.Instance()).front()),
+                    InDecibels(difference), where ? InWords(*where) : std::string()));
 }
 
 SFinding StoppedTransport(CCheckContext& ioContext)

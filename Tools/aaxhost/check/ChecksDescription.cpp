@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CCheckContext.h"
+#include "Tools/aaxhost/check/Figures.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
 #include <algorithm>
@@ -45,7 +46,9 @@ SFinding Identity(CCheckContext& ioContext)
     if (effect.mID.empty())
         return SFinding::Failed("The effect has no identifier.");
     if (std::ranges::any_of(effect.mID, [](char c) { return c <= ' ' || c > '~'; }))
-        return SFinding::Failed("The effect's identifier has characters that are not printable ASCII.");
+        return SFinding::Failed(
+            fmt::format("The effect's identifier of {} has some that are not printable ASCII.",
+                        Counted(std::ssize(effect.mID), "character")));
     const PropertyList& properties = FirstComponent(effect).mProcs.front().mProperties;
     for (const AAX_EProperty property :
          {kAAX_PropertyManufacturerID, kAAX_PropertyProductID, kAAX_PropertyPluginID})
@@ -123,20 +126,31 @@ SFinding Stable(CCheckContext& ioContext)
 {
     const std::string first = Summary(ioContext.Module().Effect());
     ioContext.CloseModule();
-    return Summary(ioContext.Module().Effect()) == first
-               ? SFinding::Passed()
-               : SFinding::Failed("Opened a second time, the module describes itself in another way.");
+    const std::string second = Summary(ioContext.Module().Effect());
+    if (second == first)
+        return SFinding::Passed();
+    // The parts begin with a bar: what the host remembers is told from the first other part on.
+    const auto place = static_cast<std::size_t>(std::ranges::mismatch(first, second).in1 - first.begin());
+    const auto part = [place](const std::string& text)
+    {
+        const std::size_t bar = text.rfind('|', place);
+        const std::size_t begin = bar == std::string::npos ? 0 : bar + 1;
+        return text.substr(begin, text.find('|', begin) - begin);
+    };
+    return SFinding::Failed(fmt::format(
+        "Opened a second time, the module describes itself in another way: '{}' where it was '{}'.",
+        part(second), part(first)));
 }
 
 SFinding NothingLeft(CCheckContext& ioContext)
 {
     if (const int live = ioContext.Module().LiveObjects(); live != 0)
-        return SFinding::Failed(
-            fmt::format("{} objects of the module are alive before there is an instance.", live));
+        return SFinding::Failed(fmt::format("Before there is an instance, {} of the module {} alive.",
+                                            Counted(live, "object"), live == 1 ? "is" : "are"));
     ioContext.CloseModule();
     if (const int live = ioContext.Log().LiveObjects(); live != 0)
         return SFinding::Failed(
-            fmt::format("The closed module never gave back {} objects of the host.", live));
+            fmt::format("The closed module never gave back {} of the host.", Counted(live, "object")));
     return SFinding::Passed();
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
+#include "Tools/aaxhost/check/Figures.h"
 
 #include <cmath>
 #include <fmt/format.h>
@@ -32,8 +33,8 @@ SFinding OpensEditor(CCheckContext& ioContext)
     Tick(*view, 5);
     constexpr int largest = 8192; // no screen shows more
     if (view->Size().mWidth > largest || view->Size().mHeight > largest)
-        return SFinding::Failed(
-            fmt::format("The editor wants {} by {} pixels.", view->Size().mWidth, view->Size().mHeight));
+        return SFinding::Failed(fmt::format("The editor wants {} by {} pixels, more than {}.",
+                                            view->Size().mWidth, view->Size().mHeight, largest));
     return SFinding::Passed();
 }
 
@@ -68,8 +69,9 @@ SFinding DeletedOpen(CCheckContext& ioContext)
     instance.reset(); // with the editor still in the window
     window->HandleEvents(std::chrono::milliseconds(50));
     if (const int live = ioContext.Module().LiveObjects(); live != 0)
-        return SFinding::Failed(fmt::format(
-            "{} objects of the module outlive an instance that went with its editor open.", live));
+        return SFinding::Failed(
+            fmt::format("After an instance was deleted with its editor open, {} of the module {} left.",
+                        Counted(live, "object"), live == 1 ? "is" : "are"));
     CRig rig(ioContext);
     rig.Play(0.05);
     return SFinding::Passed();
@@ -110,9 +112,11 @@ SFinding Gestures(CCheckContext& ioContext)
     const std::size_t ended = ioContext.Log().Count("HandleParameterMouseUp");
     if (begun == ended)
         return SFinding::Passed();
-    return SFinding::Failed(begun > ended
-                                ? "The plug-in begins edits that it never ends, so a control stays held."
-                                : "The plug-in ends edits that it never began.");
+    return SFinding::Failed(
+        begun > ended ? fmt::format("The plug-in begins {} and ends {} of them, so a control stays held.",
+                                    Counted(static_cast<std::int64_t>(begun), "edit"), ended)
+                      : fmt::format("The plug-in ends {} and began {} of them.",
+                                    Counted(static_cast<std::int64_t>(ended), "edit"), begun));
 }
 
 SFinding ChangesNothing(CCheckContext& ioContext)

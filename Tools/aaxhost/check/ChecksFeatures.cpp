@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
 #include "Tools/aaxhost/check/Comparison.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
+#include "Tools/aaxhost/check/Figures.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 
 #include <algorithm>
@@ -180,9 +181,9 @@ SFinding ToldLatency(CCheckContext& ioContext)
         const std::int32_t latency = delay < 0 || delay > most ? 0 : delay;
         const std::int32_t told = rig.Instance().Host().Controller().State().mSignalLatency;
         if (told != latency)
-            return SFinding::Failed(fmt::format("{} the plug-in called directly has a latency of {} samples; "
+            return SFinding::Failed(fmt::format("{} the plug-in called directly has a latency of {}; "
                                                 "the host was told {}.",
-                                                when, latency, told));
+                                                when, InSamples(latency, kCheckRate), told));
         hasLatency = hasLatency || latency != 0;
         MoveAll(rig.Instance(), 52);
         direct.SetValues(Values(rig.Instance()));

@@ -137,7 +137,10 @@ SFinding WholeGestures(CCheckContext& ioContext)
         return SFinding::Skipped("The plug-in begins no edit by itself.");
     for (const SParameterInfo& info : instance->ListParameters())
         if (instance->Host().Automation().IsTouched(info.mID))
-            return SFinding::Failed(fmt::format("The editor is closed, and the host still takes {} for held.",
+            return SFinding::Failed(fmt::format("The editor is closed after {} begun and {} ended edits, and "
+                                                "the host still takes {} for held.",
+                                                ioContext.Log().Count("HandleParameterMouseDown"),
+                                                ioContext.Log().Count("HandleParameterMouseUp"),
                                                 NameOfParameter(*instance, info.mID)));
     return SFinding::Passed();
 }

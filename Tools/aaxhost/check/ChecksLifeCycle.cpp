@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/CallWatch.h"
+#include "Tools/aaxhost/check/Figures.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 
 #include <algorithm>
@@ -35,7 +36,9 @@ SFinding Deletes(CCheckContext& ioContext)
         const auto instance = ioContext.MakeInstance();
     }
     if (const int live = ioContext.Module().LiveObjects(); live != 0)
-        return SFinding::Failed(fmt::format("{} objects of the module outlive a deleted instance.", live));
+        return SFinding::Failed(
+            fmt::format("After one instance was made and deleted, {} of the module {} left.",
+                        Counted(live, "object"), live == 1 ? "is" : "are"));
     return SFinding::Passed();
 }
 
@@ -47,9 +50,11 @@ SFinding Repeats(CCheckContext& ioContext)
         CRig rig(ioContext);
         rig.Render(64);
     }
-    return ioContext.Module().LiveObjects() == 0
-               ? SFinding::Passed()
-               : SFinding::Failed("Deleted instances leave objects of the module behind.");
+    const int live = ioContext.Module().LiveObjects();
+    return live == 0 ? SFinding::Passed()
+                     : SFinding::Failed(
+                           fmt::format("After {} instances were made and deleted, {} of the module {} left.",
+                                       count, Counted(live, "object"), live == 1 ? "is" : "are"));
 }
 
 SFinding Memory(CCheckContext& ioContext)
@@ -73,6 +78,7 @@ SFinding Memory(CCheckContext& ioContext)
     makeAndDelete(partCount);
     constexpr std::size_t allowedBytes = std::size_t{16}
                                          << 10; // an instance; the smallest that is told from chance
+    const std::size_t atStart = ResidentBytes();
     for (int part = 0; part < parts; ++part)
     {
         const std::size_t before = ResidentBytes();
@@ -80,7 +86,12 @@ SFinding Memory(CCheckContext& ioContext)
         if (ResidentBytes() <= before + allowedBytes * static_cast<std::size_t>(partCount))
             return SFinding::Passed();
     }
-    return SFinding::Failed("The memory grows with every instance that is made and deleted.");
+    const auto grown = static_cast<double>(ResidentBytes()) - static_cast<double>(atStart);
+    const int made = parts * partCount;
+    return SFinding::Failed(
+        fmt::format("The memory grows by {} with every instance that is made and deleted: by {} with {} "
+                    "instances; {} each are allowed.",
+                    InBytes(grown / made), InBytes(grown), made, InBytes(static_cast<double>(allowedBytes))));
 }
 
 SFinding ManyInstances(CCheckContext& ioContext)
@@ -96,7 +107,7 @@ SFinding ManyInstances(CCheckContext& ioContext)
             rig->Render(256);
         }
     for (const auto& rig : rigs)
-        rig->ExpectFinite("with many instances at once");
+        rig->ExpectFinite(fmt::format("with {} instances at once", count));
     return SFinding::Passed();
 }
 
@@ -110,7 +121,7 @@ SFinding FiftyInstances(CCheckContext& ioContext)
         rigs.back()->Render(128);
     }
     for (const auto& rig : rigs)
-        rig->ExpectFinite("with 50 instances");
+        rig->ExpectFinite(fmt::format("with {} instances", count));
     return SFinding::Passed();
 }
 
@@ -170,9 +181,10 @@ SFinding Independent(CCheckContext& ioContext)
     (void)DeliverAll(*first);
     (void)DeliverAll(*second);
     for (std::size_t i = 0; i < ids.size(); ++i)
-        if (std::abs(ValueOf(*second, ids[i]) - before[i]) > 1e-6)
-            return SFinding::Failed(fmt::format("Setting {} of one instance changes it in another.",
-                                                NameOfParameter(*second, ids[i])));
+        if (const double now = ValueOf(*second, ids[i]); std::abs(now - before[i]) > 1e-6)
+            return SFinding::Failed(fmt::format(
+                "Setting the parameters of one instance changes {} in another, from {:.4f} to {:.4f}.",
+                NameOfParameter(*second, ids[i]), before[i], now));
     return StayDifferent(ioContext);
 }
 
@@ -180,13 +192,14 @@ SFinding AnyOrder(CCheckContext& ioContext)
 {
     std::vector<std::unique_ptr<CRig>> rigs;
     std::generate_n(std::back_inserter(rigs), 4, [&] { return std::make_unique<CRig>(ioContext); });
+    // Of four the first goes, then the second of those that are left, twice.
     for (const std::size_t goes : {std::size_t{0}, std::size_t{1}, std::size_t{1}})
     {
         rigs.erase(rigs.begin() + static_cast<std::ptrdiff_t>(goes));
         for (const auto& rig : rigs)
             rig->Play(0.05);
     }
-    rigs.front()->ExpectFinite("after other instances were deleted");
+    rigs.front()->ExpectFinite("after 3 other instances were deleted");
     return SFinding::Passed();
 }
 
@@ -197,7 +210,7 @@ SFinding Reopens(CCheckContext& ioContext)
         {
             CRig rig(ioContext);
             rig.Play(0.05);
-            rig.ExpectFinite("after the module was opened again");
+            rig.ExpectFinite(fmt::format("after the module was opened {} more times", i));
         }
         ioContext.CloseModule();
     }
@@ -209,8 +222,9 @@ SFinding References(CCheckContext& ioContext)
     const auto instance = ioContext.MakeInstance();
     CInstanceHost& host = instance->Host();
     (void)instance->Parameters().Uninitialize(); // as a host does before it lets the object go
-    if (host.References() < 0)
-        return SFinding::Failed("The instance gives back more references to the host than it took.");
+    if (const auto references = host.References(); references < 0)
+        return SFinding::Failed(fmt::format(
+            "The instance gives back more references to the host than it took: {} more.", -references));
     return SFinding::Passed();
 }
 
@@ -226,7 +240,7 @@ SFinding NotesLeftOn(CCheckContext& ioContext)
     }
     CRig next(ioContext);
     next.RenderSeconds(0.1);
-    next.ExpectFinite("after another instance was deleted with notes on");
+    next.ExpectFinite("after another instance was deleted with 60 notes on");
     return SFinding::Passed();
 }
 } // namespace

@@ -1,4 +1,5 @@
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/Figures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,9 +37,13 @@ SFinding NoteSounds(CCheckContext& ioContext)
     CRig rig(ioContext);
     rig.Send(0, 0x90, kNote, 110);
     rig.RenderSeconds(1.0);
-    return rig.TakePeak() > kAudible
+    const float peak = rig.TakePeak();
+    return peak > kAudible
                ? SFinding::Passed()
-               : SFinding::Warning("A note makes no sound with the settings that an instance starts with.");
+               : SFinding::Warning(fmt::format(
+                     "A note makes no sound with the settings that an instance starts with: in a second its "
+                     "peak is {}, and {} would be heard.",
+                     InDecibels(static_cast<double>(peak)), InDecibels(static_cast<double>(kAudible))));
 }
 
 SFinding NoteEnds(CCheckContext& ioContext)
@@ -48,15 +53,18 @@ SFinding NoteEnds(CCheckContext& ioContext)
     const float peak = NeedNote(rig);
     rig.Send(0, 0x80, kNote, 64);
     const int seconds = ioContext.Scaled(8, 60);
-    for (int second = 0; second < seconds; ++second)
+    const float silent = std::max(kAudible, 0.001F * peak);
+    float now = peak;
+    for (int second = 0; second < seconds && now > silent; ++second)
     {
-        (void)rig.TakePeak();
         rig.RenderSeconds(1.0);
-        const float now = rig.TakePeak();
-        if (now <= std::max(kAudible, 0.001F * peak))
-            return SFinding::Passed();
+        now = rig.TakePeak();
     }
-    return SFinding::Failed(fmt::format("A note still sounds {} seconds after it was released.", seconds));
+    if (now <= silent)
+        return SFinding::Passed();
+    return SFinding::Failed(
+        fmt::format("A note still sounds {} seconds after it was released, at {} where it had {}.", seconds,
+                    InDecibels(static_cast<double>(now)), InDecibels(static_cast<double>(peak))));
 }
 
 SFinding AllNotesOff(CCheckContext& ioContext)
@@ -93,8 +101,9 @@ SFinding Timing(CCheckContext& ioContext)
     const std::int64_t late = onset(300);
     if (late - early == 300)
         return SFinding::Passed();
-    return SFinding::Warning(
-        fmt::format("A note 300 frames later in its block sounds {} frames later.", late - early));
+    return SFinding::Warning(fmt::format("A note 300 frames later in its block sounds {} later; at the "
+                                         "block's first frame it begins after {}.",
+                                         InSamples(late - early, kCheckRate), InSamples(early, kCheckRate)));
 }
 
 SFinding Flood(CCheckContext& ioContext)

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <fmt/format.h>
 #include <limits>
+#include <map>
 #include <set>
 
 namespace
@@ -43,7 +44,8 @@ SFinding List(CCheckContext& ioContext)
     for (const SParameterInfo& info : list)
     {
         if (info.mID.empty() || info.mID.size() > 31)
-            return SFinding::Failed(fmt::format("The identifier '{}' has not 1 to 31 characters.", info.mID));
+            return SFinding::Failed(fmt::format("The identifier '{}' has {} characters, and not 1 to 31.",
+                                                info.mID, info.mID.size()));
         if (!ids.insert(info.mID).second)
             return SFinding::Failed(fmt::format("Two parameters have the identifier '{}'.", info.mID));
         if (!instance->HasParameter(info.mID))
@@ -56,13 +58,14 @@ SFinding List(CCheckContext& ioContext)
 SFinding ParameterNames(CCheckContext& ioContext)
 {
     const auto instance = ioContext.MakeInstance();
-    std::set<std::string> names;
+    std::map<std::string, std::string> firsts; // identifiers by name
     for (const SParameterInfo& info : instance->ListParameters())
     {
         if (info.mName.empty())
             return SFinding::Warning(fmt::format("The parameter '{}' has no name.", info.mID));
-        if (!names.insert(info.mName).second)
-            return SFinding::Warning(fmt::format("Two parameters are called '{}'.", info.mName));
+        if (const auto [first, isNew] = firsts.emplace(info.mName, info.mID); !isNew)
+            return SFinding::Warning(fmt::format("The parameters '{}' and '{}' are both called '{}'.",
+                                                 first->second, info.mID, info.mName));
     }
     return SFinding::Passed();
 }
@@ -108,13 +111,14 @@ SFinding AtRest(CCheckContext& ioContext)
     CRig rig(ioContext);
     CInstance& instance = rig.Instance();
     const auto before = instance.ListParameters();
-    rig.RenderSeconds(0.5);
+    constexpr double seconds = 0.5;
+    rig.RenderSeconds(seconds);
     (void)DeliverAll(instance); // the check of automation looks at whether it ends
     for (const SParameterInfo& info : before)
         if (std::abs(ValueOf(instance, info.mID) - info.mValue) > kRounding)
-            return SFinding::Failed(fmt::format("{} moves from {:.4f} to {:.4f} although nobody touches it.",
-                                                NameOfParameter(instance, info.mID), info.mValue,
-                                                ValueOf(instance, info.mID)));
+            return SFinding::Failed(fmt::format(
+                "{} moves from {:.4f} to {:.4f} in {} seconds although nobody touches it.",
+                NameOfParameter(instance, info.mID), info.mValue, ValueOf(instance, info.mID), seconds));
     return SFinding::Passed();
 }
 
@@ -180,10 +184,11 @@ SFinding Texts(CCheckContext& ioContext)
                     kAAX_Success ||
                 text.Length() == 0)
                 return SFinding::Failed(
-                    fmt::format("{} has no text for its value.", NameOfParameter(*instance, info.mID)));
+                    fmt::format("{} has no text for its value of {:.4f} in {} characters.",
+                                NameOfParameter(*instance, info.mID), info.mValue, length));
             if (std::ranges::any_of(text.Text(), [](char c) { return static_cast<unsigned char>(c) < ' '; }))
-                return SFinding::Failed(fmt::format("The text of {} has control characters.",
-                                                    NameOfParameter(*instance, info.mID)));
+                return SFinding::Failed(fmt::format("The text of {} at {:.4f} has control characters.",
+                                                    NameOfParameter(*instance, info.mID), info.mValue));
         }
     return SFinding::Passed();
 }
@@ -197,15 +202,17 @@ SFinding Unknown(CCheckContext& ioContext)
     {
         double value = 0.0;
         if (instance->Parameters().GetParameterNormalizedValue(id, &value) == kAAX_Success)
-            return SFinding::Failed(fmt::format("The identifier '{}' of no parameter has a value.", id));
+            return SFinding::Failed(
+                fmt::format("The identifier '{}' of no parameter has a value, {:.4f}.", id, value));
         (void)instance->Parameters().UpdateParameterNormalizedValue(id, 0.3, 0); // must change nothing
         (void)instance->Parameters().SetParameterNormalizedValue(id, 0.3);       // neither must this
     }
     (void)DeliverAll(*instance);
     for (const SParameterInfo& info : before)
         if (std::abs(ValueOf(*instance, info.mID) - info.mValue) > kRounding)
-            return SFinding::Failed(fmt::format("A value for an unknown identifier changed {}.",
-                                                NameOfParameter(*instance, info.mID)));
+            return SFinding::Failed(
+                fmt::format("A value of 0.3 for unknown identifiers changed {} from {:.4f} to {:.4f}.",
+                            NameOfParameter(*instance, info.mID), info.mValue, ValueOf(*instance, info.mID)));
     return SFinding::Passed();
 }
 
@@ -262,7 +269,7 @@ SFinding Extremes(CCheckContext& ioContext)
         for (const std::string& id : ids)
             (void)instance.SetParameter(id, value); // refusals show in another check
         rig.Play(0.2);
-        rig.ExpectFinite(fmt::format("with all parameters at {}", value));
+        rig.ExpectFinite(fmt::format("with all {} parameters at {}", ids.size(), value));
     }
     return SFinding::Passed();
 }
@@ -279,7 +286,8 @@ SFinding RandomSettings(CCheckContext& ioContext)
         for (const std::string& id : ids)
             (void)instance.SetParameter(id, sequence.Fraction()); // refusals show in another check
         rig.Play(0.04);
-        rig.ExpectFinite(fmt::format("with random settings number {}", round + 1));
+        rig.ExpectFinite(
+            fmt::format("with random settings number {} of {} parameters", round + 1, ids.size()));
     }
     return SFinding::Passed();
 }
@@ -301,7 +309,7 @@ SFinding SweepFromAnotherThread(CCheckContext& ioContext)
     }
     render.WaitForBlocks(2);
     render.Stop();
-    rig.ExpectFinite("while parameters move on another thread");
+    rig.ExpectFinite(fmt::format("while {} parameters move {} times on another thread", ids.size(), rounds));
     return SFinding::Passed();
 }
 

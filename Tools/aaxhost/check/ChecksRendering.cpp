@@ -1,5 +1,7 @@
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/CallWatch.h"
+#include "Tools/aaxhost/check/Figures.h"
+#include "Tools/aaxhost/check/SoundDifference.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,7 +46,7 @@ SFinding ChangingBlocks(CCheckContext& ioContext)
             rig.Send(0, i % 40 == 0 ? 0x90 : 0x80, 60, 100);
         rig.Render(static_cast<std::int32_t>(1 + sequence.Below(SRenderCall::kBufferFrames)));
     }
-    rig.ExpectFinite("while the block size changes");
+    rig.ExpectFinite(fmt::format("in {} blocks of changing size", blocks));
     return SFinding::Passed();
 }
 
@@ -86,8 +88,10 @@ SFinding InputsKept(CCheckContext& ioContext)
     if (rig.Inputs() == 0)
         return SFinding::Skipped("The plug-in has no inputs.");
     rig.Play(0.2);
-    return rig.WroteInput() ? SFinding::Warning("The plug-in writes into its input buffers.")
-                            : SFinding::Passed();
+    return rig.WrittenInput().empty()
+               ? SFinding::Passed()
+               : SFinding::Warning(
+                     fmt::format("The plug-in writes into its input buffers: {}.", rig.WrittenInput()));
 }
 
 SFinding WritesOutputs(CCheckContext& ioContext)
@@ -104,8 +108,6 @@ SFinding WritesOutputs(CCheckContext& ioContext)
     }
     return SFinding::Passed();
 }
-
-using Sound = std::vector<std::vector<float>>; // channel-major
 
 /** The same material whatever the blocks: noise, and notes that begin and end at frames of their own. */
 Sound SoundInBlocksOf(CCheckContext& ioContext, std::int32_t inBlock, std::int64_t inFrames)
@@ -135,43 +137,33 @@ Sound SoundInBlocksOf(CCheckContext& ioContext, std::int32_t inBlock, std::int64
     return rig.Recording();
 }
 
-/** @return where the second sound is another one, as far as it goes, in words; empty where it is the same. */
-std::string OtherSound(const Sound& inFirst, const Sound& inSecond)
-{
-    for (std::size_t channel = 0; channel < inSecond.size(); ++channel)
-        for (std::size_t i = 0; i < inSecond[channel].size(); ++i)
-            if (!(std::abs(inFirst[channel][i] - inSecond[channel][i]) <= 1e-4F))
-                return fmt::format("output {} is {:.5f} at frame {} where it is {:.5f}", channel + 1,
-                                   inSecond[channel][i], i, inFirst[channel][i]);
-    return {};
-}
+constexpr float kSameSample = 1e-4F; // -80 dB of full scale
+const char kNeverTheSame[] =
+    "The sound is never the same twice, so it was only looked at for broken samples.";
 
 SFinding LargeBlocks(CCheckContext& ioContext)
 {
     constexpr std::int32_t announced = 1024; // to the plug-in, which gets no larger block
     constexpr std::int64_t all = std::int64_t{3} * SRenderCall::kBufferFrames;
     const Sound sound = SoundInBlocksOf(ioContext, announced, all);
-    if (!OtherSound(sound, SoundInBlocksOf(ioContext, announced, all)).empty())
-        return SFinding::Passed(
-            "The sound is never the same twice, so it was only looked at for broken samples.");
+    if (DifferenceOf(sound, SoundInBlocksOf(ioContext, announced, all), kSameSample))
+        return SFinding::Passed(kNeverTheSame);
     for (const std::int32_t block : {2 * announced, SRenderCall::kBufferFrames})
-        if (const std::string other = OtherSound(sound, SoundInBlocksOf(ioContext, block, all));
-            !other.empty())
-            return SFinding::Failed(
-                fmt::format("In blocks of {} frames, {} in blocks of {}.", block, other, announced));
+        if (const auto other = DifferenceOf(sound, SoundInBlocksOf(ioContext, block, all), kSameSample))
+            return SFinding::Failed(fmt::format("In blocks of {} frames, {}; compared with blocks of {}.",
+                                                block, InWords(*other), announced));
     struct SPart
     {
         std::int32_t mBlock;
         std::int64_t mFrames;
     };
     for (const SPart& part : {SPart{1, 2048}, SPart{7, 4096}, SPart{1023, all}, SPart{1025, all}})
-        if (const std::string other =
-                OtherSound(sound, SoundInBlocksOf(ioContext, part.mBlock, part.mFrames));
-            !other.empty())
-            return SFinding::Warning(
-                fmt::format("The sound depends on the size of the blocks: in blocks of {} "
-                            "frames, {} in blocks of {}.",
-                            part.mBlock, other, announced));
+        if (const auto other =
+                DifferenceOf(sound, SoundInBlocksOf(ioContext, part.mBlock, part.mFrames), kSameSample))
+            return SFinding::Warning(fmt::format(
+                "The sound depends on the size of the blocks: in blocks of {} frames, {}; compared with "
+                "blocks of {}.",
+                part.mBlock, InWords(*other), announced));
     return SFinding::Passed();
 }
 
@@ -189,20 +181,13 @@ SFinding InPlace(CCheckContext& ioContext)
         rig->Play(0.2);
     }
     inPlace.ExpectFinite("when inputs and outputs are the same buffers");
-    const auto differ = [](const CRig& first, const CRig& second)
-    {
-        for (std::size_t channel = 0; channel < first.Recording().size(); ++channel)
-            for (std::size_t i = 0; i < first.Recording()[channel].size(); ++i)
-                if (std::abs(first.Recording()[channel][i] - second.Recording()[channel][i]) > 1e-4F)
-                    return true;
-        return false;
-    };
-    if (differ(apart, again))
-        return SFinding::Passed(
-            "The sound is never the same twice, so it was only looked at for broken samples.");
-    return differ(apart, inPlace)
-               ? SFinding::Failed("The sound is another one when inputs and outputs are the same buffers.")
-               : SFinding::Passed();
+    if (DifferenceOf(apart.Recording(), again.Recording(), kSameSample))
+        return SFinding::Passed(kNeverTheSame);
+    const auto difference = DifferenceOf(apart.Recording(), inPlace.Recording(), kSameSample);
+    return difference ? SFinding::Failed(fmt::format(
+                            "The sound is another one when inputs and outputs are the same buffers: {}.",
+                            InWords(*difference)))
+                      : SFinding::Passed();
 }
 
 SFinding SharedOutputs(CCheckContext& ioContext)
@@ -225,18 +210,19 @@ SFinding RepeatableSound(CCheckContext& ioContext)
         rig->Record();
         rig->Play(0.3);
     }
-    for (std::size_t channel = 0; channel < first.Outputs(); ++channel)
-        for (std::size_t i = 0; i < first.Recording()[channel].size(); ++i)
-            if (std::abs(first.Recording()[channel][i] - second.Recording()[channel][i]) > 1e-4F)
-                return SFinding::Warning(
-                    "Two instances make different sounds of the same material, so a bounce is "
-                    "never what was heard.");
+    if (const auto difference = DifferenceOf(first.Recording(), second.Recording(), kSameSample))
+        return SFinding::Warning(fmt::format("Two instances make different sounds of the same material, so a "
+                                             "bounce is never what was heard: {}.",
+                                             InWords(*difference)));
     return SFinding::Passed();
 }
+
+constexpr std::int32_t kWatchedFrames = 256;
 
 /** What rendering does that it should not: by itself, and in the blocks after a parameter has moved. */
 struct SWatches
 {
+    int mBlocks = 0; // of each
     SCallWatch mSteady;
     SCallWatch mMoving;
 };
@@ -253,7 +239,7 @@ SWatches Watch(CCheckContext& ioContext)
     rig.Play(0.2);
     SWatches watches;
     SRenderCall& call = rig.Call();
-    call.mFrames = 256;
+    call.mFrames = kWatchedFrames;
     const auto render = [&](int block, SCallWatch& watch)
     {
         if (rig.Midi() != nullptr)
@@ -265,6 +251,7 @@ SWatches Watch(CCheckContext& ioContext)
         WatchCalls(moduleFile, watch, [&] { instance.Render(call); });
     };
     const int blocks = ioContext.Scaled(50, 2000);
+    watches.mBlocks = blocks;
     for (int block = 0; block < blocks; ++block)
         render(block, watches.mSteady);
     for (int block = 0; block < blocks && !ids.empty(); ++block)
@@ -276,17 +263,17 @@ SWatches Watch(CCheckContext& ioContext)
     return watches;
 }
 
-/** @param inDoes says in words what one side did; empty when it did nothing. */
+/** @param inDoes says in words what one side did in a number of blocks; empty when it did nothing. */
 template <class Does>
 SFinding Judge(const SWatches& inWatches, Does inDoes)
 {
     for (const SCallWatch* watch : {&inWatches.mSteady, &inWatches.mMoving})
-        if (const std::string what = inDoes(watch->mModule); !what.empty())
+        if (const std::string what = inDoes(watch->mModule, inWatches.mBlocks); !what.empty())
             return SFinding::Failed(fmt::format("The module itself {} while it renders.", what));
-    if (const std::string what = inDoes(inWatches.mSteady.mPlugin); !what.empty())
+    if (const std::string what = inDoes(inWatches.mSteady.mPlugin, inWatches.mBlocks); !what.empty())
         return SFinding::Failed(
             fmt::format("The wrapped plug-in {} while it renders; the module itself does not.", what));
-    if (const std::string what = inDoes(inWatches.mMoving.mPlugin); !what.empty())
+    if (const std::string what = inDoes(inWatches.mMoving.mPlugin, inWatches.mBlocks); !what.empty())
         return SFinding::Warning(
             fmt::format("In the block after a parameter has moved, the wrapped plug-in {}; the "
                         "module itself does not.",
@@ -294,15 +281,32 @@ SFinding Judge(const SWatches& inWatches, Does inDoes)
     return SFinding::Passed();
 }
 
+/** "in 12 of 50 blocks of 256 frames" */
+std::string InBlocks(int inBlocks, int inAll)
+{
+    return fmt::format("in {} of {} blocks of {} frames", inBlocks, inAll, kWatchedFrames);
+}
+
+/** "takes locks 12 times in 12 of 50 blocks of 256 frames (pthread_mutex_lock, called by a.so in Lock())" */
+std::string CallsInWords(const SWatchedCalls& inCalls, EForbiddenKind inKind, const char* inDoes,
+                         int inBlocks)
+{
+    const int count = inCalls.Of(inKind);
+    return count == 0 ? std::string()
+                      : fmt::format("{} {} {} ({})", inDoes, Counted(count, "time"),
+                                    InBlocks(inCalls.RunsWith(inKind), inBlocks), inCalls.FirstOf(inKind));
+}
+
 SFinding Allocations(CCheckContext& ioContext)
 {
     return Judge(
         Watch(ioContext),
-        [](const SWatchedCalls& calls)
+        [](const SWatchedCalls& calls, int blocks)
         {
-            using enum EForbiddenKind;
-            return calls.Of(kAllocation) + calls.Of(kRelease) > 0 ? "allocates or frees memory"
-                                                                  : std::string();
+            const std::string taken =
+                CallsInWords(calls, EForbiddenKind::kAllocation, "allocates memory", blocks);
+            const std::string given = CallsInWords(calls, EForbiddenKind::kRelease, "frees memory", blocks);
+            return taken + (taken.empty() || given.empty() ? "" : " and ") + given;
         });
 }
 
@@ -310,9 +314,9 @@ SFinding Locks(CCheckContext& ioContext)
 {
     return Judge(
         Watch(ioContext),
-        [](const SWatchedCalls& calls) {
-            return calls.Of(EForbiddenKind::kLock) > 0 ? "takes locks that it may have to wait for"
-                                                       : std::string();
+        [](const SWatchedCalls& calls, int blocks) {
+            return CallsInWords(calls, EForbiddenKind::kLock, "takes locks that it may have to wait for",
+                                blocks);
         });
 }
 
@@ -320,14 +324,17 @@ SFinding SystemCalls(CCheckContext& ioContext)
 {
     return Judge(
         Watch(ioContext),
-        [](const SWatchedCalls& calls)
+        [](const SWatchedCalls& calls, int blocks)
         {
             std::vector<std::string> names;
             for (std::size_t i = 0; i < calls.mSystemCallCount; ++i)
                 names.push_back(NameOfSystemCall(calls.mSystemCalls[i]));
             std::ranges::sort(names);
-            return names.empty() ? std::string()
-                                 : fmt::format("makes system calls ({})", fmt::join(names, ", "));
+            const std::string caller = calls.mSystemCaller.empty() ? "" : ", first by " + calls.mSystemCaller;
+            return names.empty()
+                       ? std::string()
+                       : fmt::format("makes system calls {} ({}{})", InBlocks(calls.mSystemCallRuns, blocks),
+                                     fmt::join(names, ", "), caller);
         });
 }
 
@@ -337,11 +344,16 @@ SFinding KeepsUp(CCheckContext& ioContext)
     rig.Play(0.2);
     const auto processorSeconds = [] { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; };
     constexpr double seconds = 1.0;
+    constexpr std::int32_t block = 256;
     const double before = processorSeconds();
-    rig.Play(seconds, 256);
-    return processorSeconds() - before < seconds
+    rig.Play(seconds, block);
+    const double used = processorSeconds() - before;
+    return used < seconds
                ? SFinding::Passed()
-               : SFinding::Warning("A block takes longer to compute than to play on this machine.");
+               : SFinding::Warning(fmt::format(
+                     "A block takes longer to compute than to play on this machine: {} seconds in blocks of "
+                     "{} frames take {:.2f} seconds of processor time.",
+                     seconds, block, used));
 }
 
 SFinding LongRun(CCheckContext& ioContext)

@@ -1,6 +1,7 @@
 #include "Interfaces/AAX/AAX_UIDs.h"
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/Figures.h"
 #include "Tools/aaxhost/host/CHostString.h"
 
 #include <algorithm>
@@ -26,9 +27,12 @@ SFinding HostRefuses(CCheckContext& ioContext)
         const auto module = CModule::Open(ioContext.ModulePath(), log);
         (void)module; // to refuse is right, and so is to do without
     }
-    return ioContext.Module().LiveObjects() == 0
+    const int live = ioContext.Module().LiveObjects();
+    return live == 0
                ? SFinding::Passed()
-               : SFinding::Failed("After a host refused a call, objects of the module are left.");
+               : SFinding::Failed(fmt::format("After a host refused each of {}, {} of the module {} left.",
+                                              Counted(std::ssize(names), "call"), Counted(live, "object"),
+                                              live == 1 ? "is" : "are"));
 }
 
 SFinding MissingInterfaces(CCheckContext& ioContext)
@@ -100,7 +104,8 @@ SFinding UnusualRates(CCheckContext& ioContext)
         CRig rig(ioContext, rate);
         rig.Play(0.05);
         if (!rig.NonFinite().empty()) // no session runs at these, so it breaks none
-            return SFinding::Warning(fmt::format("At {} Hz the output has {}.", rate, rig.NonFinite()));
+            return SFinding::Warning(
+                fmt::format("At {} Hz the output has {} in 0.05 seconds.", rate, rig.NonFinite()));
     }
     return SFinding::Passed();
 }
@@ -108,11 +113,18 @@ SFinding UnusualRates(CCheckContext& ioContext)
 SFinding TimerWithoutSound(CCheckContext& ioContext)
 {
     const auto instance = ioContext.MakeInstance();
-    for (int i = 0; i < 200; ++i)
+    constexpr int calls = 200;
+    for (int i = 0; i < calls; ++i)
         (void)instance->Parameters().TimerWakeup(); // a host goes on whatever it answers
     return DeliverAll(*instance)
                ? SFinding::Passed()
-               : SFinding::Failed("Timer calls alone start an endless exchange with the host.");
+               : SFinding::Failed(fmt::format(
+                     "{} timer calls alone start an endless exchange with the host: {} in {} cycles, and {} "
+                     "wait.",
+                     calls,
+                     Counted(static_cast<std::int64_t>(instance->Host().Automation().ValueRequests()),
+                             "request"),
+                     kMostCycles, instance->Host().Automation().PendingRequests()));
 }
 
 SFinding InitialisedTwice(CCheckContext& ioContext)
@@ -156,7 +168,7 @@ SFinding EverythingAtOnce(CCheckContext& ioContext)
     }
     render.WaitForBlocks(2);
     render.Stop();
-    rig.ExpectFinite("while everything goes on at once");
+    rig.ExpectFinite(fmt::format("while everything goes on at once, in {} rounds", rounds));
     return SFinding::Passed();
 }
 } // namespace

@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/Figures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,7 +26,10 @@ SFinding SilenceStaysQuiet(CCheckContext& ioContext)
     constexpr float quiet = 0.001F; // -60 dB
     if (peak <= quiet)
         return SFinding::Passed();
-    return SFinding::Warning("Without input or notes the plug-in makes a sound of its own above -60 dB.");
+    return SFinding::Warning(fmt::format("Without input or notes the plug-in makes a sound of its own, of {} "
+                                         "at its peak; below {} it would be silence.",
+                                         InDecibels(static_cast<double>(peak)),
+                                         InDecibels(static_cast<double>(quiet))));
 }
 
 SFinding ReturnsToSilence(CCheckContext& ioContext)
@@ -39,14 +43,20 @@ SFinding ReturnsToSilence(CCheckContext& ioContext)
     const float loud = rig.TakePeak();
     rig.Feed(Silence());
     const int seconds = ioContext.Scaled(10, 60);
-    for (int second = 0; second < seconds; ++second)
+    const float silent = std::max({0.0001F, 0.001F * loud, 2.0F * idle});
+    float peak = loud;
+    for (int second = 0; second < seconds && peak > silent; ++second)
     {
         rig.RenderSeconds(1.0);
-        if (rig.TakePeak() <= std::max({0.0001F, 0.001F * loud, 2.0F * idle}))
-            return SFinding::Passed();
+        peak = rig.TakePeak();
     }
+    if (peak <= silent)
+        return SFinding::Passed();
     return SFinding::Warning(
-        fmt::format("{} seconds after the input ended the plug-in still sounds.", seconds));
+        fmt::format("{} seconds after the input ended the plug-in still sounds, at {} where it had {}; "
+                    "below {} it would be silence.",
+                    seconds, InDecibels(static_cast<double>(peak)), InDecibels(static_cast<double>(loud)),
+                    InDecibels(static_cast<double>(silent))));
 }
 
 SFinding FullScale(CCheckContext& ioContext)
@@ -83,7 +93,7 @@ SFinding Denormals(CCheckContext& ioContext)
     NeedInputs(rig);
     rig.Feed(Noise(1e-39F));
     rig.RenderSeconds(0.3);
-    rig.ExpectFinite("with denormal numbers at the inputs");
+    rig.ExpectFinite("with denormal numbers of up to 1e-39 at the inputs");
     return SFinding::Passed();
 }
 
@@ -92,16 +102,18 @@ SFinding Survives(CCheckContext& ioContext, float inPoison, const char* inWhat)
 {
     CRig rig(ioContext);
     NeedInputs(rig);
+    constexpr std::int32_t poisoned = 64; // frames
     rig.Feed(Constant(inPoison));
-    rig.Render(64);
+    rig.Render(poisoned);
     rig.Feed(Noise(0.25F));
     rig.RenderSeconds(1.0);
     rig.ForgetNonFinite();
     rig.RenderSeconds(0.5);
     return rig.NonFinite().empty()
                ? SFinding::Passed()
-               : SFinding::Warning(fmt::format(
-                     "After {} at the inputs the plug-in never gives a good sample again.", inWhat));
+               : SFinding::Warning(fmt::format("After {} frames of {} at the inputs and a second of noise "
+                                               "the output has {} in the half second after it.",
+                                               poisoned, inWhat, rig.NonFinite()));
 }
 
 SFinding Infinities(CCheckContext& ioContext)
@@ -128,8 +140,11 @@ SFinding Level(CCheckContext& ioContext)
     rig.Play(1.0);
     const float peak = rig.TakePeak();
     constexpr float loud = 8.0F; // +18 dB over full scale from material at -12 dB
-    return peak <= loud ? SFinding::Passed()
-                        : SFinding::Warning("Material at -12 dB comes out more than 18 dB above full scale.");
+    return peak <= loud
+               ? SFinding::Passed()
+               : SFinding::Warning(fmt::format(
+                     "Material at {} comes out at {}, more than {} above full scale.", InDecibels(0.25),
+                     InDecibels(static_cast<double>(peak)), InDecibels(static_cast<double>(loud))));
 }
 
 /** The impulse response of the first channels, from the impulse on; what sounds anyway is taken off. */
@@ -160,7 +175,7 @@ SFinding Latency(CCheckContext& ioContext)
     first.RenderSeconds(0.1); // some know it only then
     const std::int32_t reported = first.Instance().Host().Controller().State().mSignalLatency;
     if (reported < 0)
-        return SFinding::Failed(fmt::format("The reported latency is {} samples.", reported));
+        return SFinding::Failed(fmt::format("The reported latency is {}.", InSamples(reported, kCheckRate)));
     const auto response = ImpulseResponse(ioContext, std::max(8192, reported + 4096));
     const auto loudest =
         std::ranges::max_element(response, {}, [](double sample) { return std::abs(sample); });
@@ -175,16 +190,17 @@ SFinding Latency(CCheckContext& ioContext)
     if (std::abs(top - reported) <= 1 || std::abs(arrival - reported) <= 1)
         return SFinding::Passed();
     if (reported > 0)
-        return SFinding::Failed(
-            fmt::format("The plug-in reports a latency of {} samples, and an impulse arrives after {}.",
-                        reported, arrival));
+        return SFinding::Failed(fmt::format(
+            "The plug-in reports a latency of {}, and an impulse arrives after {}, with its peak after {}.",
+            InSamples(reported, kCheckRate), InSamples(arrival, kCheckRate), InSamples(top, kCheckRate)));
     double energy = 0.0;
     for (const double sample : response)
         energy += sample * sample;
     // One clear impulse that comes late is a delay; a reverberation or an echo is meant to come late.
     return peak * peak > 0.9 * energy
-               ? SFinding::Warning(fmt::format(
-                     "No latency is reported, yet an impulse comes out whole after {} samples.", top))
+               ? SFinding::Warning(fmt::format("No latency is reported, yet an impulse comes out after {}, "
+                                               "with {:.0f} % of its energy in one sample.",
+                                               InSamples(top, kCheckRate), 100.0 * peak * peak / energy))
                : SFinding::Passed(
                      "The plug-in spreads an impulse, so its start says nothing about a latency.");
 }
@@ -203,12 +219,12 @@ SFinding LateLatency(CCheckContext& ioContext)
     const std::int32_t told = rig.Instance().Host().Controller().State().mSignalLatency;
     constexpr double longest = 10.0; // seconds; beyond that it is a plug-in's mistake
     if (told == latency || latency < 0 || latency > longest * kCheckRate)
-        return SFinding::Passed(fmt::format(
-            "It becomes {} samples with the first blocks, and the host is told {}.", latency, told));
+        return SFinding::Passed(fmt::format("It becomes {} with the first blocks, and the host is told {}.",
+                                            InSamples(latency, kCheckRate), told));
     return SFinding::Failed(
-        fmt::format("The plug-in's latency becomes {} samples while it renders, and the host "
+        fmt::format("The plug-in's latency becomes {} while it renders, and the host "
                     "is told {}: its track is out of time. The feature LATENCY tells the host.",
-                    latency, told));
+                    InSamples(latency, kCheckRate), told));
 }
 
 SFinding DifferentChannels(CCheckContext& ioContext)

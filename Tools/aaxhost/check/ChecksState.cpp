@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/KeptValues.h"
+#include "Tools/aaxhost/check/SoundDifference.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -84,10 +85,12 @@ SFinding SameAgain(CCheckContext& ioContext)
     MoveAll(rig.Instance(), 24);
     const SInstanceState first = Take(ioContext, rig.Instance());
     const SInstanceState second = Take(ioContext, rig.Instance());
-    return OtherBytes(first, second).empty()
+    const std::string other = OtherBytes(first, second);
+    return other.empty()
                ? SFinding::Passed()
-               : SFinding::Warning(
-                     "Saved twice without a change, the state is not the same: sessions look changed.");
+               : SFinding::Warning(fmt::format(
+                     "Saved twice without a change, the state is not the same, so sessions look changed: {}.",
+                     other));
 }
 
 SFinding SavedBytes(CCheckContext& ioContext)
@@ -97,9 +100,10 @@ SFinding SavedBytes(CCheckContext& ioContext)
     const SInstanceState saved = Take(ioContext, *first);
     const auto second = ioContext.MakeInstance();
     Give(ioContext, *second, saved);
-    return OtherBytes(saved, Take(ioContext, *second)).empty()
-               ? SFinding::Passed()
-               : SFinding::Warning("A state that was loaded and saved again has other bytes.");
+    const std::string other = OtherBytes(saved, Take(ioContext, *second));
+    return other.empty() ? SFinding::Passed()
+                         : SFinding::Warning(fmt::format(
+                               "A state that was loaded and saved again has other bytes: {}.", other));
 }
 
 SFinding SameSound(CCheckContext& ioContext)
@@ -117,10 +121,9 @@ SFinding SameSound(CCheckContext& ioContext)
         rig->Record();
         rig->Play(0.2);
     }
-    for (std::size_t channel = 0; channel < second.Outputs(); ++channel)
-        for (std::size_t i = 0; i < second.Recording()[channel].size(); ++i)
-            if (std::abs(second.Recording()[channel][i] - third.Recording()[channel][i]) > 1e-3F)
-                return SFinding::Warning("Two instances with the same state do not sound the same.");
+    if (const auto difference = DifferenceOf(second.Recording(), third.Recording(), 1e-3F))
+        return SFinding::Warning(fmt::format("Two instances with the same state do not sound the same: {}.",
+                                             InWords(*difference)));
     return SFinding::Passed();
 }
 
@@ -136,7 +139,7 @@ SFinding FromAnotherThread(CCheckContext& ioContext)
         Give(ioContext, instance, round % 2 == 0 ? Take(ioContext, instance) : start);
     render.WaitForBlocks(2);
     render.Stop();
-    rig.ExpectFinite("while the state is saved and loaded on another thread");
+    rig.ExpectFinite(fmt::format("while the state is loaded {} times on another thread", rounds));
     return SFinding::Passed();
 }
 
@@ -167,7 +170,7 @@ CStateChunk CopyOf(const CStateChunk& inChunk, std::size_t inSize)
 
 /** The instance works again as soon as it gets a good state. */
 SFinding Recovers(CCheckContext& ioContext, CRig& ioRig, const SInstanceState& inGood,
-                  const std::vector<double>& inValues)
+                  const std::vector<double>& inValues, int inBroken)
 {
     Give(ioContext, ioRig.Instance(), inGood);
     ioRig.Render(64);
@@ -179,8 +182,9 @@ SFinding Recovers(CCheckContext& ioContext, CRig& ioRig, const SInstanceState& i
     if (!Compare(fresh.Instance(), inValues).empty())
         return SFinding::Passed();
     const std::string difference = Compare(ioRig.Instance(), inValues);
-    return difference.empty() ? SFinding::Passed()
-                              : SFinding::Failed("After broken states a good one: " + difference);
+    return difference.empty()
+               ? SFinding::Passed()
+               : SFinding::Failed(fmt::format("After {} broken states a good one: ", inBroken) + difference);
 }
 
 SFinding Truncated(CCheckContext& ioContext)
@@ -197,7 +201,7 @@ SFinding Truncated(CCheckContext& ioContext)
                         return CopyOf(chunk, chunk.Data().size() * static_cast<std::size_t>(cut) /
                                                  static_cast<std::size_t>(cuts + 1));
                     });
-    return Recovers(ioContext, rig, good, values);
+    return Recovers(ioContext, rig, good, values, cuts + 1);
 }
 
 SFinding Random(CCheckContext& ioContext)
@@ -217,7 +221,7 @@ SFinding Random(CCheckContext& ioContext)
                             byte = static_cast<std::byte>(sequence.Below(256));
                         return chunk;
                     });
-    return Recovers(ioContext, rig, good, values);
+    return Recovers(ioContext, rig, good, values, rounds);
 }
 
 SFinding Damaged(CCheckContext& ioContext)
@@ -238,7 +242,7 @@ SFinding Damaged(CCheckContext& ioContext)
                         static_cast<std::byte>(sequence.Below(256));
                 return damaged;
             });
-    return Recovers(ioContext, rig, good, values);
+    return Recovers(ioContext, rig, good, values, rounds);
 }
 
 SFinding Foreign(CCheckContext& ioContext)
@@ -247,7 +251,8 @@ SFinding Foreign(CCheckContext& ioContext)
     rig.Render(64);
     (void)DeliverAll(rig.Instance());
     const auto before = Values(rig.Instance());
-    CStateChunk chunk(64);
+    constexpr std::size_t bytes = 64;
+    CStateChunk chunk(bytes);
     chunk.Record().mChunkID = 0x6E6F6E65;                                    // "none"
     (void)rig.Instance().Parameters().SetChunk(0x6E6F6E65, &chunk.Record()); // must change nothing
     rig.Render(64);
@@ -255,7 +260,9 @@ SFinding Foreign(CCheckContext& ioContext)
     const std::string difference = Compare(rig.Instance(), before);
     return difference.empty()
                ? SFinding::Passed()
-               : SFinding::Failed("A chunk that is none of the plug-in's changed it: " + difference);
+               : SFinding::Failed(
+                     fmt::format("A chunk 'none' of {} bytes, which is none of the plug-in's, changed it: {}",
+                                 bytes, difference));
 }
 
 SFinding Huge(CCheckContext& ioContext)
@@ -287,9 +294,11 @@ SFinding Sizes(CCheckContext& ioContext)
         if (parameters.GetChunk(id, &chunk.Record()) != kAAX_Success)
             return SFinding::Failed(fmt::format("The chunk {} cannot be saved.", NameOfFourCharCode(id)));
         const auto behind = chunk.Room().subspan(size);
-        if (std::ranges::any_of(behind, [](std::byte byte) { return byte != std::byte{0xA5}; }))
-            return SFinding::Failed(
-                fmt::format("The chunk {} is longer than the size that was told.", NameOfFourCharCode(id)));
+        const auto isWritten = [](std::byte byte) { return byte != std::byte{0xA5}; };
+        if (const auto written = std::ranges::count_if(behind, isWritten); written > 0)
+            return SFinding::Failed(fmt::format("The chunk {} is longer than the {} bytes that were told: of "
+                                                "the {} bytes behind them {} were written.",
+                                                NameOfFourCharCode(id), size, margin, written));
     }
     return SFinding::Passed();
 }
@@ -303,8 +312,9 @@ SFinding Compares(CCheckContext& ioContext)
         AAX_CBoolean isEqual = 0;
         if (instance->Parameters().CompareActiveChunk(&chunk.Record(), &isEqual) == kAAX_Success &&
             isEqual == 0)
-            return SFinding::Warning(fmt::format("Right after it was saved, the chunk {} counts as changed.",
-                                                 NameOfFourCharCode(chunk.Record().mChunkID)));
+            return SFinding::Warning(
+                fmt::format("Right after it was saved, the chunk {} of {} bytes counts as changed.",
+                            NameOfFourCharCode(chunk.Record().mChunkID), chunk.Data().size()));
     }
     return SFinding::Passed();
 }

@@ -28,7 +28,8 @@ SFinding MovingTempo(CCheckContext& ioContext)
         rig.Transport().mTempo = 1.0 + 998.0 * i / blocks;
         rig.Render(128);
     }
-    rig.ExpectFinite("while the tempo rises");
+    rig.ExpectFinite(
+        fmt::format("while the tempo rises from 1 to 999 beats per minute in {} blocks", blocks));
     return SFinding::Passed();
 }
 
@@ -63,7 +64,7 @@ SFinding Jumps(CCheckContext& ioContext)
         rig.Transport().mSamplePosition = static_cast<std::int64_t>(sequence.Next());
         rig.Play(0.02);
     }
-    rig.ExpectFinite("while the position jumps");
+    rig.ExpectFinite(fmt::format("while the position jumps {} times", jumps));
     return SFinding::Passed();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/CDirectRig.h"
+#include "Tools/aaxhost/check/SoundDifference.h"
 #include "Tools/aaxhost/check/StateSteps.h"
 
 #include <cstdlib>
@@ -11,8 +12,6 @@
 
 inline constexpr const char* kUnsteady =
     "The plug-in does not do the same twice, so there is nothing to compare with.";
-
-using Sound = std::vector<std::vector<float>>; // channel-major
 
 /** What came of a performance. */
 struct SHeard

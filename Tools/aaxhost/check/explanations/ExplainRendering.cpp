@@ -92,7 +92,8 @@ std::span<const SExplanation> RenderingExplanations()
          "small buffers first.",
          "Take all memory in effOpen, effSetBlockSize or effMainsChanged. In processReplacing and "
          "effProcessEvents look for std::vector that grows, std::string, std::function, new voices, and "
-         "temporary arrays of sampleFrames. A breakpoint on malloc while processReplacing runs finds it."},
+         "temporary arrays of sampleFrames. The sentence names who made the first call; an address in the "
+         "plug-in's file is what addr2line takes."},
         {"rendering.locks",
          "Counts locks that may have to wait, in the same blocks as rendering.allocations; in the blocks "
          "after a parameter has moved the plug-in's warn only.",
