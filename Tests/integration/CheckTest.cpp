@@ -206,6 +206,13 @@ TEST(Check, CommandLineIsTakenAtItsWord)
                0,
                "1 check: 1 passed. Fit to ship.\n\n== "},
           SRow{{module, module, "--json", file("json")}, 2, "--json and --report take one module"},
+          SRow{{module, "--only", "rendering.odd-blocks", "--blocks", "64,128"},
+               3,
+               "--blocks names none that this check goes through."},
+          SRow{{module, "--blocks", "64,0", "--only", "state.sizes"}, 2, "'0' is not a whole number from 1"},
+          SRow{{module, "--rates", "96000,fast", "--only", "state.sizes"},
+               2,
+               "'fast' is not a number from 1000"},
           SRow{{module, "--only", "state.sizes", "--in-process"}, 0, "passed   state.sizes"},
           SRow{{module, "--in-process"}, 2, "--in-process takes one check"},
           SRow{{module, "--only", "rendering.beauty"}, 2, "There is no check 'rendering.beauty'"},
@@ -226,6 +233,25 @@ TEST(Check, CommandLineIsTakenAtItsWord)
             << run.mOutput << run.mErrors;
         EXPECT_EQ(run.mOutput.find('\r'), std::string::npos) << "no progress bar in a pipe";
     }
+}
+
+TEST(Check, GoesThroughTheRatesAndBlocksThatItIsAskedFor)
+{
+    const fs::path plugins = FAULTY_PLUGINS; // one that fails above 100 kHz, and one in odd blocks
+    const fs::path page = fs::path(testing::TempDir()) / "sizes.html";
+    const SCheckRun rates(kPlainModule, plugins / "faulty_Rates.so",
+                          {"--only", "rendering.rates", "--rates", "48000,96000", "--report", page});
+    EXPECT_EQ(rates.With("passed"), CheckNames{"rendering.rates"}) << rates.mRun.mOutput;
+    EXPECT_EQ(rates.mResults["rates"], nlohmann::json({48000.0, 96000.0}));
+    EXPECT_NE(Contents(page).find("--rates 48000,96000"), std::string::npos) << "the run cannot be repeated";
+    const SCheckRun blocks(kPlainModule, plugins / "faulty_Pairs.so",
+                           {"--only", "rendering.bounds", "--blocks", "64,512"});
+    EXPECT_EQ(blocks.With("passed"), CheckNames{"rendering.bounds"}) << blocks.mRun.mOutput;
+    EXPECT_EQ(blocks.mResults["blocks"], nlohmann::json({64, 512}));
+    setenv("AAXHOST_CHECK_BLOCKS", "64,511", 1);
+    const SCheckRun odd(kPlainModule, plugins / "faulty_Pairs.so", {"--only", "rendering.bounds"});
+    unsetenv("AAXHOST_CHECK_BLOCKS");
+    EXPECT_EQ(odd.With("failed"), CheckNames{"rendering.bounds"}) << odd.mRun.mOutput;
 }
 
 TEST(Explanations, AreOfEveryCheckAndOfNoOther)

@@ -273,7 +273,8 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
             "--skip", options->mSkip,
             "CHECK: leave these out; as --only, and what stands behind one in a file is the reason, which "
             "is shown")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->envname("AAXHOST_CHECK_SKIP");
     command
         ->add_option("--limit", job.mLimitSeconds,
                      "Seconds that a check may take; otherwise by the strictness")
@@ -285,9 +286,27 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
     command
         ->add_option("--repeat", job.mRepeats,
                      "Run each check so often; one that ends otherwise is unstable (1)")
-        ->check(WholeNumberFrom(1, 1000));
+        ->check(WholeNumberFrom(1, 1000))
+        ->envname("AAXHOST_CHECK_REPEAT");
     command->add_option("--seed", job.mSeed, "Where all that is chosen by chance begins (0)")
-        ->check(WholeNumberFrom(0, 1000000));
+        ->check(WholeNumberFrom(0, 1000000))
+        ->envname("AAXHOST_CHECK_SEED");
+    command
+        ->add_option("--rates", job.mSizes.mRates,
+                     "Sample rates in Hz, with commas between, for the checks that go through several; "
+                     "otherwise each has its own")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(NumberFrom(1000.0, 1000000.0))
+        ->envname("AAXHOST_CHECK_RATES");
+    command
+        ->add_option("--blocks", job.mSizes.mBlocks,
+                     "Sizes of blocks in frames, with commas between, for the checks that go through "
+                     "several; otherwise each has its own")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(WholeNumberFrom(1, SRenderCall::kBufferFrames))
+        ->envname("AAXHOST_CHECK_BLOCKS");
     AddAnswersOption(*command, job.mAnswers);
     CLI::Option* const quiet =
         command->add_flag("--quiet", options->mQuiet, "Print what did not pass, and the verdict");

@@ -14,10 +14,11 @@
 #include <limits>
 
 CCheckContext::CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers,
-                             ESubject inSubject)
+                             ESubject inSubject, SSizes inSizes)
     : mModulePath(std::move(inModulePath)),
       mStrictness(inStrictness),
       mSubject(inSubject),
+      mSizes(std::move(inSizes)),
       mInstanceOptions{.mAnswers = inAnswers, .mTellsValues = inSubject == ESubject::PluginAlone}
 {
 }
@@ -60,6 +61,39 @@ int CCheckContext::Scaled(int inLow, int inHigh) const
     const double part =
         static_cast<double>(mStrictness - kLowestStrictness) / (kHighestStrictness - kLowestStrictness);
     return static_cast<int>(std::lround(inLow * std::pow(static_cast<double>(inHigh) / inLow, part)));
+}
+
+bool IsSessionRate(double inRate)
+{
+    const double rates[] = {44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0};
+    return std::ranges::find(rates, inRate) != std::end(rates);
+}
+
+namespace
+{
+template <class Value>
+std::vector<Value> Chosen(std::vector<Value> inTable, std::vector<Value> inAsked, bool (*inAre)(Value),
+                          const char* inOption)
+{
+    if (inAsked.empty())
+        return inTable;
+    std::erase_if(inAsked, [=](Value value) { return inAre != nullptr && !inAre(value); });
+    if (inAsked.empty())
+        throw SCheckEnd{
+            SFinding::Skipped(fmt::format("{} names none that this check goes through.", inOption))};
+    return inAsked;
+}
+} // namespace
+
+std::vector<double> CCheckContext::Rates(std::vector<double> inTable, bool (*inAre)(double)) const
+{
+    return Chosen(std::move(inTable), mSizes.mRates, inAre, "--rates");
+}
+
+std::vector<std::int32_t> CCheckContext::Blocks(std::vector<std::int32_t> inTable,
+                                                bool (*inAre)(std::int32_t)) const
+{
+    return Chosen(std::move(inTable), mSizes.mBlocks, inAre, "--blocks");
 }
 
 bool CCheckContext::TakesMidi()

@@ -4,6 +4,7 @@
 #include "Tools/aaxhost/player/CModule.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,11 +12,22 @@
 
 inline constexpr double kCheckRate = 48000.0; // Hz, where a check does not choose another
 
+/** One of those that sessions run at, from 44.1 to 192 kHz. */
+bool IsSessionRate(double inRate);
+inline bool IsUnusualRate(double inRate) { return !IsSessionRate(inRate); }
+
 /** What stands behind the instances that a check makes. */
 enum class ESubject
 {
     Module,
     PluginAlone // called directly, described as the module does
+};
+
+/** What the checks that go through several rates or block sizes go through; empty: each its own table. */
+struct SSizes
+{
+    std::vector<double> mRates;        // Hz
+    std::vector<std::int32_t> mBlocks; // frames, 1 to SRenderCall::kBufferFrames
 };
 
 /**
@@ -27,7 +39,7 @@ class CCheckContext
 {
 public:
     CCheckContext(std::string inModulePath, int inStrictness, EAnswers inAnswers = EAnswers::Late,
-                  ESubject inSubject = ESubject::Module);
+                  ESubject inSubject = ESubject::Module, SSizes inSizes = {});
     CCheckContext(const CCheckContext&) = delete;
     CCheckContext& operator=(const CCheckContext&) = delete;
 
@@ -45,6 +57,14 @@ public:
     SInstanceOptions& InstanceOptions() noexcept { return mInstanceOptions; }
     /** Ends the check as failed when there is none to be had. */
     std::unique_ptr<CInstance> MakeInstance(double inRate = kCheckRate);
+    /**
+     * The rates that a check goes through: those of its table, or where others were asked for, these.
+     * @param inAre which of the others are this check's; skips it where none is.
+     */
+    std::vector<double> Rates(std::vector<double> inTable, bool (*inAre)(double)) const;
+    /** The sizes of blocks, likewise. */
+    std::vector<std::int32_t> Blocks(std::vector<std::int32_t> inTable,
+                                     bool (*inAre)(std::int32_t) = nullptr) const;
     /** From inLow at strictness 1 to inHigh at 10, in equal ratios. */
     int Scaled(int inLow, int inHigh) const;
 
@@ -62,6 +82,7 @@ private:
     std::string mModulePath;
     int mStrictness;
     ESubject mSubject;
+    SSizes mSizes;
     SInstanceOptions mInstanceOptions;
     CHostLog mLog;
     std::unique_ptr<CModule> mModule; // goes before the log that it writes into

@@ -1,6 +1,5 @@
 #include "Tools/aaxhost/check/CheckRunner.h"
 
-#include "Tools/aaxhost/check/CCheckContext.h"
 #include "Tools/support/ChildRun.h"
 
 #include <algorithm>
@@ -23,7 +22,7 @@ SFinding RunHere(const SCheck& inCheck, const SCheckJob& inJob, ESubject inSubje
     try
     {
         CSequence::SetSeed(inJob.mSeed);
-        CCheckContext context(inJob.mModule, inJob.mStrictness, inJob.mAnswers, inSubject);
+        CCheckContext context(inJob.mModule, inJob.mStrictness, inJob.mAnswers, inSubject, inJob.mSizes);
         return inCheck.mRun(context);
     }
     catch (const SCheckEnd& end)

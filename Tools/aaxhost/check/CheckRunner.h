@@ -1,4 +1,5 @@
 #pragma once
+#include "Tools/aaxhost/check/CCheckContext.h"
 #include "Tools/aaxhost/check/CheckSelection.h"
 #include "Tools/aaxhost/check/SCheck.h"
 #include "Tools/aaxhost/host/CHostAutomation.h"
@@ -37,6 +38,7 @@ struct SCheckJob
     int mJobs = 1;                      // checks at a time
     int mRepeats = 1;                   // runs of each check
     std::uint32_t mSeed = 0;            // of all that is chosen by chance
+    SSizes mSizes{};
     std::vector<SCheckPattern> mLeftOut{};
 };
 

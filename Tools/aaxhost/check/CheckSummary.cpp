@@ -114,6 +114,10 @@ std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult
     json["module"] = inJob.mModule;
     json["strictness"] = inJob.mStrictness;
     json["seed"] = inJob.mSeed;
+    if (!inJob.mSizes.mRates.empty())
+        json["rates"] = inJob.mSizes.mRates;
+    if (!inJob.mSizes.mBlocks.empty())
+        json["blocks"] = inJob.mSizes.mBlocks;
     json["verdict"] = FitnessInWords(inResults);
     json["passed"] = counts.mPassed;
     json["warnings"] = counts.mWarnings;

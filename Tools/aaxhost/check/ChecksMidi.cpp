@@ -190,7 +190,7 @@ SFinding BlockEdges(CCheckContext& ioContext)
 {
     NeedMidi(ioContext);
     CRig rig(ioContext);
-    for (const std::int32_t frames : {1, 7, 64, 1024})
+    for (const std::int32_t frames : ioContext.Blocks({1, 7, 64, 1024}))
     {
         rig.Send(0, 0x90, kNote, 100);
         rig.Send(static_cast<std::uint32_t>(frames - 1), 0x80, kNote, 0);

@@ -4,6 +4,7 @@
 #include "Tools/aaxhost/check/SoundDifference.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <ctime>
 #include <fmt/format.h>
@@ -12,10 +13,14 @@
 
 namespace
 {
+bool IsPowerOfTwo(std::int32_t inFrames) { return std::has_single_bit(static_cast<std::uint32_t>(inFrames)); }
+bool IsNoPowerOfTwo(std::int32_t inFrames) { return !IsPowerOfTwo(inFrames); }
+
 SFinding BlockSizes(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
-    for (const std::int32_t block : {1, 2, 4, 16, 32, 64, 128, 256, 512, 1024, 2048, 4096})
+    for (const std::int32_t block :
+         ioContext.Blocks({1, 2, 4, 8, 16, 32, 64, 128, 256, 512, 1024, 2048, 4096}, &IsPowerOfTwo))
     {
         rig.Play(block < 16 ? 0.02 : 0.1, block);
         rig.ExpectFinite(fmt::format("with blocks of {} frames", block));
@@ -26,7 +31,8 @@ SFinding BlockSizes(CCheckContext& ioContext)
 SFinding OddBlocks(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
-    for (const std::int32_t block : {3, 7, 31, 63, 65, 127, 333, 441, 511, 777, 1023, 1025, 2047, 4095})
+    for (const std::int32_t block : ioContext.Blocks(
+             {3, 7, 31, 63, 65, 127, 333, 441, 511, 777, 1023, 1025, 2047, 4095}, &IsNoPowerOfTwo))
     {
         rig.Play(block < 16 ? 0.02 : 0.05, block);
         rig.ExpectFinite(fmt::format("with blocks of {} frames", block));
@@ -64,7 +70,8 @@ SFinding EmptyBlock(CCheckContext& ioContext)
 
 SFinding Rates(CCheckContext& ioContext)
 {
-    for (const double rate : {44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0})
+    for (const double rate :
+         ioContext.Rates({44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0}, &IsSessionRate))
     {
         CRig rig(ioContext, rate);
         rig.Play(0.1);
@@ -77,7 +84,7 @@ SFinding Bounds(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
     for (const std::int32_t block :
-         {1, 2, 3, 15, 16, 17, 64, 100, 333, 512, 1000, 1023, 1024, 1025, 2048, 4095, 4096})
+         ioContext.Blocks({1, 2, 3, 15, 16, 17, 64, 100, 333, 512, 1000, 1023, 1024, 1025, 2048, 4095, 4096}))
         rig.Play(block < 16 ? 0.01 : 0.05, block);
     return rig.Overrun().empty() ? SFinding::Passed() : SFinding::Failed(rig.Overrun() + ", outside of it.");
 }
@@ -98,7 +105,7 @@ SFinding WritesOutputs(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
     rig.DirtyOutputs();
-    for (const std::int32_t block : {512, 1, 64, 1024})
+    for (const std::int32_t block : ioContext.Blocks({512, 1, 64, 1024}))
     {
         rig.Play(block < 16 ? 0.01 : 0.1, block);
         rig.Feed(Silence()); // in which there may be nothing to write

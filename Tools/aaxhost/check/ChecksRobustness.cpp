@@ -99,7 +99,7 @@ SFinding HiddenStreams(CCheckContext& ioContext)
 
 SFinding UnusualRates(CCheckContext& ioContext)
 {
-    for (const double rate : {8000.0, 22050.0, 32000.0, 384000.0})
+    for (const double rate : ioContext.Rates({8000.0, 22050.0, 32000.0, 384000.0}, &IsUnusualRate))
     {
         CRig rig(ioContext, rate);
         rig.Play(0.05);

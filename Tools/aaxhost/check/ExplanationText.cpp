@@ -69,7 +69,13 @@ std::string Introduction()
                "The plug-in is told a block size of 1,024 frames and gets no larger block; the module "
                "renders a larger one of the host in parts. Unless a text says otherwise the rate is "
                "48,000 Hz, the block 512 frames, and the *test material* noise at -12 dB and, where MIDI "
-               "is taken, the notes 48, 60 and 67, which end after three fifths of the time.");
+               "is taken, the notes 48, 60 and 67, which end after three fifths of the time.") +
+           '\n' +
+           Paragraph(
+               "With `--blocks`, rendering.block-sizes, rendering.odd-blocks, rendering.bounds, "
+               "rendering.writes-outputs and midi.block-edges go through the sizes that it names instead of "
+               "those that are told here; with `--rates`, rendering.rates takes those from 44.1 to 192 kHz "
+               "that sessions run at, and robustness.unusual-rates the others.");
 }
 
 std::string OnPage(const SCheck& inCheck)

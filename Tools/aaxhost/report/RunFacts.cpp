@@ -6,6 +6,7 @@
 #include <ctime>
 #include <fmt/chrono.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <fstream>
 
 #include <sys/utsname.h>
@@ -49,6 +50,10 @@ std::string CommandOf(const SCheckJob& inJob)
                     inJob.mStrictness, inJob.mSeed, NameOfAnswers(inJob.mAnswers));
     if (inJob.mLimitSeconds > 0.0)
         command += fmt::format(" --limit {}", inJob.mLimitSeconds);
+    if (!inJob.mSizes.mRates.empty())
+        command += fmt::format(" --rates {}", fmt::join(inJob.mSizes.mRates, ","));
+    if (!inJob.mSizes.mBlocks.empty())
+        command += fmt::format(" --blocks {}", fmt::join(inJob.mSizes.mBlocks, ","));
     if (inJob.mRepeats > 1)
         command += fmt::format(" --repeat {}", inJob.mRepeats);
     if (inJob.mChecks != ChecksFor(inJob.mStrictness))

@@ -4,7 +4,7 @@ std::span<const SExplanation> RenderingExplanations()
 {
     static constexpr SExplanation kTexts[] = {
         {"rendering.block-sizes",
-         "Plays the test material in blocks of 1, 2, 4, 16 and so on to 4,096 frames, 0.02 seconds below 16 "
+         "Plays the test material in blocks of 1, 2, 4, 8 and so on to 4,096 frames, 0.02 seconds below 16 "
          "frames and 0.1 above, and looks for broken samples and crashes.",
          "The musician chooses the buffer, and hosts cut it further.",
          "sampleFrames of processReplacing is anything from 1 to the size of effSetBlockSize. Do not assume "
