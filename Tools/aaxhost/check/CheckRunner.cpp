@@ -65,16 +65,6 @@ SFinding FindingOf(const SChildEnd& inEnd, double inLimit)
     return SFinding::Failed("No process could be started for the check.");
 }
 
-constexpr std::string_view kFeatures = "features";
-
-/** What the module itself says is not the plug-in's, and whether it gives what a feature promises is found by
- * comparing it with the plug-in. */
-bool IsAboutModule(const SCheck& inCheck)
-{
-    return inCheck.mAlone == EAlone::Nothing || inCheck.Group() == "description" ||
-           inCheck.Group() == kFeatures;
-}
-
 bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
 {
     const auto weight = [](EVerdict verdict)
@@ -160,13 +150,12 @@ private:
         if (!IsWorseThan(mResult.mFinding.mVerdict, EVerdict::Passed))
             return true;
         mResult.mFault = EFault::Module;
-        if (IsAboutModule(*mResult.mCheck))
-        {
-            // It may have been the plug-in alone, with which the module is compared.
-            if (!inHasEnded && mResult.mCheck->Group() == kFeatures)
-                mResult.mFault = EFault::Unknown;
+        const EAlone alone = mResult.mCheck->mAlone;
+        // What broke down may have been the plug-in alone, with which the module is compared.
+        if (alone == EAlone::Compared && !inHasEnded)
+            mResult.mFault = EFault::Unknown;
+        if (alone == EAlone::Compared || alone == EAlone::Nothing)
             return true;
-        }
         Start(ESubject::PluginAlone);
         return false;
     }

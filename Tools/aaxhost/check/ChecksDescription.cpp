@@ -158,19 +158,24 @@ SFinding NothingLeft(CCheckContext& ioContext)
 std::span<const SCheck> DescriptionChecks()
 {
     static constexpr SCheck kChecks[] = {
-        {"description.opens", "The module loads, starts and describes at least one effect.", 1, &Opens},
-        {"description.identity", "The effect has an identifier and its three codes.", 1, &Identity},
-        {"description.names", "Effect, package and manufacturer have names for the host's menus.", 1, &Names},
-        {"description.category", "The effect is in a category of the host's menu.", 1, &Category},
-        {"description.stems", "There is an output stem, and every auxiliary stem has channels.", 1, &Stems},
+        {"description.opens", "The module loads, starts and describes at least one effect.", 1, &Opens,
+         EAlone::Nothing},
+        {"description.identity", "The effect has an identifier and its three codes.", 1, &Identity,
+         EAlone::Nothing},
+        {"description.names", "Effect, package and manufacturer have names for the host's menus.", 1, &Names,
+         EAlone::Nothing},
+        {"description.category", "The effect is in a category of the host's menu.", 1, &Category,
+         EAlone::Nothing},
+        {"description.stems", "There is an output stem, and every auxiliary stem has channels.", 1, &Stems,
+         EAlone::Nothing},
         {"description.fields", "The render record's fields are complete and none is described twice.", 1,
-         &Fields},
+         &Fields, EAlone::Nothing},
         {"description.procedures", "Render procedure, effect parameters and editor are registered.", 1,
-         &Procedures},
-        {"description.stable", "The module describes itself the same way each time it is opened.", 1,
-         &Stable},
+         &Procedures, EAlone::Nothing},
+        {"description.stable", "The module describes itself the same way each time it is opened.", 1, &Stable,
+         EAlone::Nothing},
         {"description.nothing-left", "A closed module leaves no object of its own or of the host's behind.",
-         2, &NothingLeft},
+         2, &NothingLeft, EAlone::Nothing},
     };
     return kChecks;
 }

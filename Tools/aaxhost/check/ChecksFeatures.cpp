@@ -412,18 +412,21 @@ std::span<const SCheck> FeatureChecks()
 {
     static constexpr SCheck kChecks[] = {
         {"features.time", "TIME: the plug-in follows the tempo, as it does when it is called directly.", 2,
-         &Time},
+         &Time, EAlone::Compared},
         {"features.latency", "LATENCY: the host knows the plug-in's latency, also one that changes.", 1,
-         &ToldLatency},
+         &ToldLatency, EAlone::Compared},
         {"features.host-answers", "HOST_ANSWERS: the plug-in works as one whose questions are answered.", 3,
-         &HostAnswers},
-        {"features.idle", "IDLE: the plug-in gets the idle time that it asks for.", 3, &Idle},
-        {"features.resize", "RESIZE: the host's view takes the size that the editor asks for.", 3, &Resize},
+         &HostAnswers, EAlone::Compared},
+        {"features.idle", "IDLE: the plug-in gets the idle time that it asks for.", 3, &Idle,
+         EAlone::Compared},
+        {"features.resize", "RESIZE: the host's view takes the size that the editor asks for.", 3, &Resize,
+         EAlone::Compared},
         {"features.midi-output", "MIDI_OUTPUT: what the plug-in sends reaches the host, frame by frame.", 2,
-         &MidiOutput},
-        {"features.sysex", "SYSEX: a message in packets does what it does as one.", 3, &Sysex},
+         &MidiOutput, EAlone::Compared},
+        {"features.sysex", "SYSEX: a message in packets does what it does as one.", 3, &Sysex,
+         EAlone::Compared},
         {"features.program-first", "PROGRAM_FIRST: a program does not overwrite a loaded chunk.", 2,
-         &ProgramFirst},
+         &ProgramFirst, EAlone::Compared},
     };
     return kChecks;
 }

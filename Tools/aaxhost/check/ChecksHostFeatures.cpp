@@ -319,18 +319,21 @@ std::span<const SCheck> HostFeatureChecks()
 {
     static constexpr SCheck kChecks[] = {
         {"features.parameter-sync", "PARAMETER_SYNC: the module tells the values that the host set.", 1,
-         &ParameterSync},
-        {"features.value-texts", "VALUE_TEXTS: values are shown as the plug-in writes them.", 1, &ValueTexts},
+         &ParameterSync, EAlone::Compared},
+        {"features.value-texts", "VALUE_TEXTS: values are shown as the plug-in writes them.", 1, &ValueTexts,
+         EAlone::Compared},
         {"features.parameter-properties",
          "PARAMETER_PROPERTIES: parameters have the steps that the plug-in says, and are automated as it "
          "says.",
-         1, &ParameterProperties},
+         1, &ParameterProperties, EAlone::Compared},
         {"features.gestures", "GESTURES: no parameter stays held when the editor is closed.", 1,
-         &WholeGestures},
-        {"features.programs", "PROGRAMS: the last parameter chooses the plug-in's programs.", 1, &Programs},
-        {"features.bypass", "BYPASS: the input is passed on, as late as the plug-in's output.", 1, &Bypass},
+         &WholeGestures, EAlone::Compared},
+        {"features.programs", "PROGRAMS: the last parameter chooses the plug-in's programs.", 1, &Programs,
+         EAlone::Compared},
+        {"features.bypass", "BYPASS: the input is passed on, as late as the plug-in's output.", 1, &Bypass,
+         EAlone::Compared},
         {"features.output-names", "OUTPUT_NAMES: auxiliary outputs are called as the plug-in calls them.", 1,
-         &OutputNames},
+         &OutputNames, EAlone::Compared},
     };
     return kChecks;
 }

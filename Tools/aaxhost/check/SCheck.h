@@ -42,7 +42,8 @@ enum class EAlone
 {
     Decides,
     Accuses, // where it fails, too; where it passes it says nothing, since states are damaged at other places
-    Nothing  // the check looks at no instance, and so at nothing that the plug-in alone does as well
+    Compared, // it is not asked: the check itself compares the module with the plug-in alone
+    Nothing   // the check looks at no instance, and so at nothing that the plug-in alone does as well
 };
 
 /** One named check, in the order in which the tables read well. */
