@@ -19,47 +19,7 @@ double PlaceY(double inPart)
     return kHeight - kBottom - std::clamp(inPart, 0.0, 1.0) * (kHeight - kTop - kBottom);
 }
 
-/** Bytes of a whole UTF-8 character at that place; 0 when there is none. */
-std::size_t CharacterLength(const std::string& inText, std::size_t inPlace)
-{
-    const auto lead = static_cast<unsigned char>(inText[inPlace]);
-    const std::size_t length = lead < 0x80                   ? 1
-                               : lead >= 0xC2 && lead < 0xE0 ? 2
-                               : lead >= 0xE0 && lead < 0xF0 ? 3
-                               : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                             : 0;
-    if (length == 0 || inPlace + length > inText.size())
-        return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((static_cast<unsigned char>(inText[inPlace + i]) & 0xC0) != 0x80)
-            return 0;
-    return length;
-}
 } // namespace
-
-std::string Escaped(const std::string& inText)
-{
-    std::string text;
-    for (std::size_t i = 0; i < inText.size();)
-    {
-        const std::size_t length = CharacterLength(inText, i);
-        const char character = inText[i];
-        if (length > 1)
-            text += inText.substr(i, length);
-        else if (character == '&')
-            text += "&amp;";
-        else if (character == '<')
-            text += "&lt;";
-        else if (character == '>')
-            text += "&gt;";
-        else if (character == '"')
-            text += "&quot;";
-        else if (length == 1 && character >= ' ' && character != '\x7F')
-            text += character;
-        i += std::max<std::size_t>(length, 1);
-    }
-    return text;
-}
 
 CHtmlChart::CHtmlChart(std::string inTitle) : mTitle(std::move(inTitle)) {}
 

@@ -1,10 +1,9 @@
 #pragma once
+#include "Tools/aaxhost/report/HtmlText.h"
+
 #include <span>
 #include <string>
 #include <vector>
-
-/** Text for HTML: what would be markup is escaped, what is no UTF-8 and what controls is left out. */
-std::string Escaped(const std::string& inText);
 
 struct STick
 {
