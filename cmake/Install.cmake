@@ -4,7 +4,7 @@ include_guard(GLOBAL)
 include(CMakePackageConfigHelpers)
 
 # A target has the same name in the source tree and in an installed package.
-set(libraries aax_exports aax_adapter aax_library aax_interface effect_gui_vst platform product_features render_guard vst2_host vst2_interface vstgui)
+set(libraries aax_exports aax_adapter aax_library aax_interface effect_gui_vst platform product_features render_guard vst2_host vst2_interface vst2_ports vstgui)
 foreach(library IN LISTS libraries)
     add_library(AaxAdapter::${library} ALIAS ${library})
 endforeach()

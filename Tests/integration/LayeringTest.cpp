@@ -57,7 +57,8 @@ TEST(Layering, IncludesGoDownOnly)
         {"Source/plugins/", {"Interfaces/VST2/", "Platform/", "Source/plugins/"}},
         {"Tools/commandline/", {"Tools/commandline/"}},
         {"Tools/support/", {"Tools/support/"}},
-        {"Tools/aaxhost/", {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/", "Tools/support/"}},
+        {"Tools/aaxhost/",
+         {aax[0], aax[1], "Tools/aaxhost/", "Tools/commandline/", "Tools/inspector/", "Tools/support/"}},
         // The forbidden calls are those that the products' real-time guard counts.
         {"Tools/aaxhost/check/",
          {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/",
@@ -69,9 +70,12 @@ TEST(Layering, IncludesGoDownOnly)
         // What the module is compared with: the plug-in called directly, and nothing of the module's.
         {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/vst2driver/"}},
         // Loads a plug-in as a module does, and of the adapter knows only how many ports that takes.
+        {"Tools/inspector/",
+         {"Interfaces/VST2/", "Platform/", "Source/plugins/PortList.h", "Source/AAX_SInstrumentSetupInfo.h",
+          "Tools/inspector/", "Tools/support/", "Tools/vst2driver/"}},
         {"Tools/vst2probe/",
-         {"Interfaces/VST2/", "Platform/", "Source/plugins/", "Source/AAX_SInstrumentSetupInfo.h",
-          "Tools/commandline/", "Tools/support/", "Tools/vst2driver/", "Tools/vst2probe/"}},
+         {"Interfaces/VST2/", "Source/plugins/", "Tools/commandline/", "Tools/inspector/", "Tools/support/",
+          "Tools/vst2driver/", "Tools/vst2probe/"}},
         {"Tools/macho_loader/", {"Tools/macho_loader/"}},
         {"Tools/macos-sysroot/", {}},
         // These work on the tests' modules and plug-ins.

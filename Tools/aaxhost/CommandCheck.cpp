@@ -5,7 +5,9 @@
 #include "Tools/aaxhost/check/ExplanationText.h"
 #include "Tools/aaxhost/report/CheckReport.h"
 #include "Tools/aaxhost/report/JUnitReport.h"
+#include "Tools/aaxhost/report/PluginOfModule.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
+#include "Tools/inspector/FactsReport.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include <cstdlib>
 #include <fmt/format.h>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 namespace
@@ -189,9 +192,13 @@ COutcome<SDone> WriteFiles(const SCheckOptions& inOptions, const std::vector<SCh
 {
     const SCheckedModule& first = inModules.front();
     if (!inOptions.mJson.empty())
-        if (const auto written = WriteText(inOptions.mJson, ResultsAsJson(first.mJob, first.mResults));
+    {
+        const nlohmann::ordered_json plugin = ProbeAsJson(ProbePluginOf(first.mJob.mModule));
+        if (const auto written =
+                WriteText(inOptions.mJson, ResultsAsJson(first.mJob, first.mResults, &plugin));
             !written)
             return written.Problem();
+    }
     if (!inOptions.mJUnit.empty())
         if (const auto written = WriteText(inOptions.mJUnit, JUnitReport(inModules)); !written)
             return written.Problem();

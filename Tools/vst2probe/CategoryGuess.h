@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/vst2probe/PluginFacts.h"
+#include "Tools/inspector/PluginFacts.h"
 
 #include <string>
 

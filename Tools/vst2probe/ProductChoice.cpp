@@ -132,8 +132,7 @@ SProductChoice ChooseProduct(const std::filesystem::path& inPlugin, const SProbe
     choice.mEffectId = fmt::format("com.{}.{}", Lowered(Identifier({facts.mVendor, "example"})),
                                    Lowered(Identifier({facts.mName, stem, "plugin"})));
     choice.mManufacturerId = ManufacturerId(facts.mVendor);
-    for (const SProbedOption& option : ProbedOptions())
-        choice.mOptions[option.mKeyword] = option.mChoose(inResult);
+    choice.mOptions = ChooseOptions(inResult);
     choice.mFeatures = FeatureUses(facts);
     choice.mCategory = GuessCategory(facts);
     return choice;

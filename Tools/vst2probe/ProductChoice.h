@@ -1,10 +1,9 @@
 #pragma once
-#include "Tools/vst2probe/FeatureUses.h"
-#include "Tools/vst2probe/ProbedOptions.h"
+#include "Tools/inspector/FeatureUses.h"
+#include "Tools/inspector/ProbedOptions.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -15,9 +14,9 @@ struct SProductChoice
     std::filesystem::path mSourceVst; // absolute
     std::string mEffectId;            // a proposal, as is the next
     std::string mManufacturerId;
-    std::map<std::string, SOptionChoice> mOptions; // each of ProbedOptions(), by its keyword
-    std::vector<SFeatureUse> mFeatures;            // all; the product has them all
-    std::string mCategory;                         // a guess, which is no part of the call; may be empty
+    OptionChoices mOptions;
+    std::vector<SFeatureUse> mFeatures; // all; the product has them all
+    std::string mCategory;              // a guess, which is no part of the call; may be empty
 
     std::int32_t Value(const char* inKeyword) const { return mOptions.at(inKeyword).mValue; }
     /** @return the finished call, in several lines. */

@@ -3,9 +3,9 @@
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/FileBytes.h"
+#include "Tools/inspector/ChildReport.h"
 #include "Tools/support/CTemporaryFolder.h"
 #include "Tools/support/CWholeFile.h"
-#include "Tools/vst2probe/ChildReport.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,7 @@
 #include "Tools/vst2probe/Report.h"
 
 #include "Interfaces/VST2/AEffect.h"
+#include "Tools/inspector/FactsReport.h"
 
 #include <algorithm>
 #include <iterator>
@@ -63,20 +64,6 @@ void AddParametersAndPrograms(std::string& ioText, const SPluginFacts& inFacts)
         if (!IsBlank(inFacts.mPrograms[i]))
             fmt::format_to(std::back_inserter(ioText), "    {:5} {}\n", i, Shown(inFacts.mPrograms[i]));
 }
-
-nlohmann::ordered_json OptionsToJson(const SProductChoice& inChoice)
-{
-    nlohmann::ordered_json json;
-    for (const SProbedOption& option : ProbedOptions())
-    {
-        const SOptionChoice& choice = inChoice.mOptions.at(option.mKeyword);
-        json[option.mKeyword]["value"] = choice.mValue;
-        if (option.mIsSwitch)
-            json[option.mKeyword]["value"] = choice.mValue != 0;
-        json[option.mKeyword]["reason"] = choice.mReason;
-    }
-    return json;
-}
 } // namespace
 
 std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
@@ -130,11 +117,7 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
 
 std::string JsonReport(const SPluginFacts& inFacts, const SProductChoice& inChoice)
 {
-    nlohmann::ordered_json report = inFacts;
-    report["options"] = OptionsToJson(inChoice);
-    for (const SFeatureUse& feature : inChoice.mFeatures)
-        report["features"][feature.mName] = {{"used", feature.mIsUsed}, {"reason", feature.mReason}};
-    report["warnings"] = WarningsOf(inFacts, inChoice.Value(kPortsFromCountsKeyword) != 0, true);
+    nlohmann::ordered_json report = FactsAsJson(inFacts, inChoice.mOptions);
     report["productName"] = inChoice.mName;
     report["cmakeCall"] = inChoice.CmakeCall();
     report["configureArguments"] = inChoice.ConfigureArguments();

@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/ProbePlugin.h"
+#include "Tools/inspector/ProbePlugin.h"
 
 #include <gtest/gtest.h>
 

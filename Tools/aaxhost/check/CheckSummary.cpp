@@ -107,7 +107,8 @@ std::string CountsInWords(const std::vector<SCheckResult>& inResults)
                               {counts.mPassed, "passed"}}));
 }
 
-std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults)
+std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults,
+                          const nlohmann::ordered_json* inPlugin)
 {
     const SCheckCounts counts = CountVerdicts(inResults);
     nlohmann::ordered_json json;
@@ -127,6 +128,8 @@ std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult
     json["unstable"] = counts.mUnstable;
     json["only_through_the_module"] = counts.mModulesOwn;
     json["the_plug_ins_own"] = counts.mPluginsOwn;
+    if (inPlugin != nullptr)
+        json["plugin"] = *inPlugin;
     json["checks"] = nlohmann::ordered_json::array();
     for (const SCheckResult& result : inResults)
     {

@@ -1,6 +1,8 @@
 #pragma once
 #include "Tools/aaxhost/check/CheckRunner.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 /** How many of each verdict. */
 struct SCheckCounts
 {
@@ -30,5 +32,9 @@ std::string FitnessInWords(const std::vector<SCheckResult>& inResults);
 std::string FaultInWords(const SCheckResult& inResult);
 /** "137 checks: 3 failed (1 only through the module, 2 the plug-in's own), 134 passed." */
 std::string CountsInWords(const std::vector<SCheckResult>& inResults);
-/** The machine's form of it; the same bytes for the same results. */
-std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults);
+/**
+ * The machine's form of it; the same bytes for the same results.
+ * @param inPlugin what is known of the wrapped plug-in; null: nothing is said of it.
+ */
+std::string ResultsAsJson(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults,
+                          const nlohmann::ordered_json* inPlugin = nullptr);

@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/ChildReport.h"
+#include "Tools/inspector/ChildReport.h"
 
 #include "Tools/support/WriteAll.h"
 
@@ -29,13 +29,25 @@ void LetCrashesShow()
     const rlimit none{0, 0};
     (void)setrlimit(RLIMIT_CORE, &none); // then there may be a core file
 }
+
+/** Ends a child that hangs even if its parent is gone; the parent is first otherwise. */
+void EndBehind(std::chrono::milliseconds inLimit)
+{
+    (void)alarm(static_cast<unsigned>(std::chrono::ceil<std::chrono::seconds>(inLimit).count()) + 5);
+}
 } // namespace
 
 CChildReport::CChildReport(std::chrono::milliseconds inLimit) : mOutput(TakeOutput())
 {
     LetCrashesShow();
-    // Ends a child that hangs even if its parent is gone; the parent is first otherwise.
-    (void)alarm(static_cast<unsigned>(std::chrono::ceil<std::chrono::seconds>(inLimit).count()) + 5);
+    EndBehind(inLimit);
+}
+
+CChildReport::CChildReport(int inOutput, std::chrono::milliseconds inLimit) : mOutput(inOutput)
+{
+    SilenceStandardFiles();
+    LetCrashesShow();
+    EndBehind(inLimit);
 }
 
 void CChildReport::Send(const nlohmann::ordered_json& inMessage) const

@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/FeatureUses.h"
+#include "Tools/inspector/FeatureUses.h"
 
 #include "Interfaces/VST2/AEffect.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/vst2probe/PluginFacts.h"
+#include "Tools/inspector/PluginFacts.h"
 
 #include <chrono>
 #include <cstdint>
@@ -33,8 +33,8 @@ SProbeAttempt ProbeOnce(const std::string& inProgram, const std::filesystem::pat
                         std::int32_t inEntryVersion, std::chrono::milliseconds inLimit);
 
 /**
- * Looks at a plug-in from a child process, with 0 as the host's version inside the entry function and, if it
- * asked for that and failed, with 2400.
+ * Looks at a plug-in from a child process of its own, with 0 as the host's version inside the entry function
+ * and, if it asked for that and failed, with 2400.
  *
  * @param inProgram  vst2probe, which the child runs.
  * @param inPlugin   absolute path of a file or bundle.
@@ -43,6 +43,12 @@ SProbeAttempt ProbeOnce(const std::string& inProgram, const std::filesystem::pat
  */
 SProbeResult ProbePlugin(const std::string& inProgram, const std::filesystem::path& inPlugin,
                          std::chrono::milliseconds inLimit);
+
+/**
+ * As above, but the child is a copy of this process, with an empty home folder. This process may have one
+ * thread only. Where no process can be made the plug-in counts as refused.
+ */
+SProbeResult ProbePluginInCopy(const std::filesystem::path& inPlugin, std::chrono::milliseconds inLimit);
 
 /** The child's side: looks at the plug-in, tells of it on standard output and ends the process. */
 [[noreturn]] void RunProbeChild(const std::filesystem::path& inPlugin, std::int32_t inEntryVersion,

@@ -1,6 +1,6 @@
 #pragma once
+#include "Tools/inspector/PluginFacts.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
-#include "Tools/vst2probe/PluginFacts.h"
 
 #include <array>
 #include <atomic>

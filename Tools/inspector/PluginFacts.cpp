@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/PluginFacts.h"
+#include "Tools/inspector/PluginFacts.h"
 
 #include "Interfaces/VST2/AEffect.h"
 #include "Source/AAX_SInstrumentSetupInfo.h"

@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/CPluginInspector.h"
+#include "Tools/inspector/CPluginInspector.h"
 
 #include "Platform/PluginImage.h"
 #include "Source/plugins/PortList.h"

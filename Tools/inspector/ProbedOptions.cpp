@@ -1,4 +1,4 @@
-#include "Tools/vst2probe/ProbedOptions.h"
+#include "Tools/inspector/ProbedOptions.h"
 
 #include <fmt/format.h>
 
@@ -68,3 +68,11 @@ std::string SProbedOption::Flag() const
 }
 
 std::span<const SProbedOption> ProbedOptions() { return kOptions; }
+
+OptionChoices ChooseOptions(const SProbeResult& inResult)
+{
+    OptionChoices choices;
+    for (const SProbedOption& option : kOptions)
+        choices[option.mKeyword] = option.mChoose(inResult);
+    return choices;
+}

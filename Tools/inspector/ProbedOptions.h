@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/vst2probe/ProbePlugin.h"
+#include "Tools/inspector/ProbePlugin.h"
 
 #include <cstdint>
 #include <map>
@@ -29,6 +29,11 @@ inline constexpr const char* kEntryVersionKeyword = "ENTRY_VERSION";
 inline constexpr const char* kPortsFromCountsKeyword = "PORTS_FROM_COUNTS";
 
 std::span<const SProbedOption> ProbedOptions();
+
+/** What a product does best about each of them, by its keyword. */
+using OptionChoices = std::map<std::string, SOptionChoice>;
+/** @param inResult of a plug-in that was not refused. */
+OptionChoices ChooseOptions(const SProbeResult& inResult);
 
 /** The values of a product's options, by keyword. */
 using OptionValues = std::map<std::string, std::int32_t>;

@@ -1,0 +1,32 @@
+#include "Tools/aaxhost/report/PluginOfModule.h"
+
+#include "Tools/aaxhost/host/CHostLog.h"
+#include "Tools/aaxhost/player/CModule.h"
+#include "Tools/support/ChildRun.h"
+
+#include <chrono>
+
+namespace
+{
+constexpr double kOpeningSeconds = 20.0;
+constexpr std::chrono::seconds kProbeLimit{20}; // for each of two attempts, as long as vst2probe's
+} // namespace
+
+SProbeResult ProbePluginOf(const std::string& inModule)
+{
+    // Only an opened module says where its plug-in is; the plug-in is loaded with it, so that it is looked at
+    // in other processes.
+    const SChildEnd end = RunInChild(
+        [&]
+        {
+            CHostLog log;
+            const auto module = CModule::Open(inModule, log);
+            return module ? (*module)->PluginPath() : std::string();
+        },
+        kOpeningSeconds);
+    if (end.mKind == SChildEnd::EKind::Finished && !end.mText.empty())
+        return ProbePluginInCopy(end.mText, kProbeLimit);
+    SProbeResult result;
+    result.mRefusal = "the module that it is in does not open";
+    return result;
+}
