@@ -76,7 +76,9 @@ pack_and_look(${WORK}/build product ${bundle}/${MODULE} ${bundle}/Resources/sour
 set(top [^/\n]+)
 pack_and_look(${BUILD} package ${top}/bin/aaxhost ${top}/bin/vst2probe ${top}/lib/aaxadapter/libaax_adapter.a
     ${top}/lib/cmake/AaxAdapter/AaxAdapterConfig.cmake ${top}/lib/cmake/AaxAdapter/AaxAdapterTargets.cmake
-    ${top}/share/doc/aaxadapter/docs/products.md)
+    ${top}/share/doc/aaxadapter/docs/products.md ${top}/share/man/man1/aaxhost.1 ${top}/share/man/man1/aaxhost-check.1
+    ${top}/share/man/man1/vst2probe.1 ${top}/share/bash-completion/completions/aaxhost
+    ${top}/share/zsh/site-functions/_vst2probe ${top}/share/fish/vendor_completions.d/aaxhost.fish)
 if(output MATCHES "aaxplugin")
     message(FATAL_ERROR "the package holds a product:\n${output}")
 endif()

@@ -39,7 +39,8 @@ void AddCommandBench(CLI::App& ioApp, CommandAction& outAction)
     auto options = std::make_shared<SBenchOptions>();
     CLI::App* command = ioApp.add_subcommand("bench", "Measure what a module costs beside its plug-in");
     command->add_option("MODULE", options->mJob.mModule, "Bundle folder or module file")->required();
-    command->add_option("--json", options->mJson, "File to write with the figures for a machine");
+    command->add_option("--json", options->mJson, "File to write with the figures for a machine")
+        ->type_name("FILE");
     command->add_option("--instances", options->mJob.mMostInstances, "Most instances at once (512)")
         ->check(WholeNumberFrom(1, 4096));
     command->add_option("--turns", options->mJob.mTurns, "How often each time is taken (101)")

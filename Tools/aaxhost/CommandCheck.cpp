@@ -262,24 +262,24 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
     command->add_flag("--list", options->mList, "Name every check with its lowest strictness, and run none");
     CLI::Option* const explain =
         command
-            ->add_option(
-                "--explain", options->mExplain,
-                "CHECK: say what it does, why it matters and how to mend what it finds, and run none; "
-                "as --only")
+            ->add_option("--explain", options->mExplain,
+                         "Say what it does, why it matters and how to mend what it finds, and run none; "
+                         "as --only")
+            ->type_name("CHECK")
             ->allow_extra_args(false);
     command->add_flag("--markdown", options->mMarkdown, "Explain on a page; docs/checks.md is that of '*'")
         ->needs(explain);
     command
-        ->add_option(
-            "--only", options->mOnly,
-            "CHECK: run these only, whatever their strictness; a name, a group, either with *, or @FILE "
-            "with one a line")
+        ->add_option("--only", options->mOnly,
+                     "Run these only, whatever their strictness; a name, a group, either with *, or @FILE "
+                     "with one a line")
+        ->type_name("CHECK")
         ->allow_extra_args(false);
     command
-        ->add_option(
-            "--skip", options->mSkip,
-            "CHECK: leave these out; as --only, and what stands behind one in a file is the reason, which "
-            "is shown")
+        ->add_option("--skip", options->mSkip,
+                     "Leave these out; as --only, and what stands behind one in a file is the reason, which "
+                     "is shown")
+        ->type_name("CHECK")
         ->allow_extra_args(false)
         ->envname("AAXHOST_CHECK_SKIP");
     command
@@ -323,10 +323,12 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
         ->excludes(quiet);
     command->add_flag("--in-process", options->mHere,
                       "For a debugger: run one check in this process, which ends where the plug-in crashes");
-    command->add_option("--json", options->mJson, "File to write with the results for a machine");
-    command->add_option("--junit", options->mJUnit,
-                        "File to write with the results as build servers read them");
-    command->add_option("--report", options->mReport, "HTML page to write for a person");
+    command->add_option("--json", options->mJson, "File to write with the results for a machine")
+        ->type_name("FILE");
+    command
+        ->add_option("--junit", options->mJUnit, "File to write with the results as build servers read them")
+        ->type_name("FILE");
+    command->add_option("--report", options->mReport, "HTML page to write for a person")->type_name("FILE");
     command->callback(
         [options, module, &outAction]
         {

@@ -124,8 +124,10 @@ void AddCommandEditor(CLI::App& ioApp, CommandAction& outAction)
     command->add_option("MODULE", options->mModule, "Bundle folder or module file")->required();
     command->add_option("--seconds", options->mSeconds, "How long; otherwise until the window is closed")
         ->check(NumberFrom(0.1, 86400.0));
-    command->add_option("--screenshot", options->mScreenshot,
-                        "PNG file to write with what the window shows at the end");
+    command
+        ->add_option("--screenshot", options->mScreenshot,
+                     "PNG file to write with what the window shows at the end")
+        ->type_name("FILE");
     command->add_flag("--refuse-resize", options->mRefusesResize,
                       "Refuse every other size that the editor asks for, as some hosts do");
     AddAnswersOption(*command, options->mAnswers);

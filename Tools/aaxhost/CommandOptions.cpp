@@ -48,10 +48,13 @@ CLI::Validator Assignment()
 void AddAnswersOption(CLI::App& ioCommand, EAnswers& outAnswers)
 {
     std::map<std::string, EAnswers> names;
+    std::string form;
     for (const EAnswers answers : kAllAnswers)
+    {
         names.emplace(NameOfAnswers(answers), answers);
-    ioCommand
-        .add_option("--answers", outAnswers,
-                    "When the host answers the module's requests: at-once, late or last (late)")
+        form += (form.empty() ? "" : "|") + std::string(NameOfAnswers(answers));
+    }
+    ioCommand.add_option("--answers", outAnswers, "When the host answers the module's requests (late)")
+        ->type_name(form)
         ->transform(CLI::CheckedTransformer(names).description(""));
 }

@@ -296,10 +296,15 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     auto options = std::make_shared<SRenderOptions>();
     CLI::App* command = ioApp.add_subcommand("render", "Play an instance of a module into a WAV file");
     command->add_option("MODULE", options->mModule, "Bundle folder or module file")->required();
+    command->footer(
+        "Exit code: 0 where all was written, 1 where it was not, where samples are no finite numbers or "
+        "MIDI output would be misplayed, 2 for wrong usage.");
     command->add_option("--output", options->mOutput, "WAV file to write; auxiliary stems follow as channels")
+        ->type_name("FILE")
         ->required();
-    command->add_option("--input", options->mInput, "Audio file to feed in; one channel feeds all");
-    command->add_option("--midi", options->mMidi, "Standard MIDI File to play");
+    command->add_option("--input", options->mInput, "Audio file to feed in; one channel feeds all")
+        ->type_name("FILE");
+    command->add_option("--midi", options->mMidi, "Standard MIDI File to play")->type_name("FILE");
     command
         ->add_option("--seconds", options->mSeconds,
                      "Length; otherwise that of the input, the MIDI file or the automation")
@@ -315,10 +320,14 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     command->add_option("--block", options->mBlock, "Frames in a block (512)")
         ->check(WholeNumberFrom(1, SRenderCall::kBufferFrames));
     AddTransportOptions(*command, options->mTransport);
-    command->add_option("--state", options->mState, "State file to load before anything else");
-    command->add_option("--save-state", options->mSaveState, "State file to write at the end");
-    command->add_option("--midi-output", options->mMidiOutput,
-                        "Standard MIDI File to write with what the module plays, at the times of the render");
+    command->add_option("--state", options->mState, "State file to load before anything else")
+        ->type_name("FILE");
+    command->add_option("--save-state", options->mSaveState, "State file to write at the end")
+        ->type_name("FILE");
+    command
+        ->add_option("--midi-output", options->mMidiOutput,
+                     "Standard MIDI File to write with what the module plays, at the times of the render")
+        ->type_name("FILE");
     command->add_flag(
         "--compensate", options->mCompensates,
         "Make up for the latency that the module tells: the file begins as much later and is as "
@@ -331,20 +340,22 @@ void AddCommandRender(CLI::App& ioApp, CommandAction& outAction)
     command->add_flag("--main-only", options->mMainOnly, "Leave the auxiliary stems out of the file");
     command
         ->add_option("--set", options->mSets,
-                     "PARAMETER=VALUE: set a parameter (its ID or name), 0 to 1, before the first block")
+                     "Set a parameter (its ID or name), 0 to 1, before the first block")
+        ->type_name("PARAMETER=VALUE")
         ->allow_extra_args(false)
         ->check(ParameterValue());
     command
         ->add_option("--automate", options->mAutomations,
-                     "PARAMETER=FILE.csv: move a parameter along a curve of lines seconds,value")
+                     "Move a parameter along a curve of lines seconds,value")
+        ->type_name("PARAMETER=FILE.csv")
         ->allow_extra_args(false)
         ->check(Assignment());
-    command
-        ->add_option("--bypass-at", options->mBypassAt, "SECONDS: switch the master bypass on at that time")
+    command->add_option("--bypass-at", options->mBypassAt, "Switch the master bypass on at that time")
+        ->type_name("SECONDS")
         ->check(NumberFrom(0.0, 86400.0));
-    command->add_option(
-        "--stems", options->mStems,
-        "Main stems of the track, as described: mono, mono-stereo, stereo; otherwise the first");
+    command
+        ->add_option("--stems", options->mStems, "Main stems of the track, as described; otherwise the first")
+        ->type_name("mono|mono-stereo|stereo");
     AddAnswersOption(*command, options->mAnswers);
     command->callback([options, &outAction] { outAction = [options] { return Render(*options); }; });
 }

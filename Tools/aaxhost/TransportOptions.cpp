@@ -82,20 +82,22 @@ void AddTransportOptions(CLI::App& ioCommand, STransportOptions& outOptions)
         .add_option("--tempo", outOptions.mTempo,
                     "Beats per minute of the transport; otherwise the MIDI file's or 120")
         ->check(NumberFrom(kLowestTempo, kHighestTempo));
-    ioCommand.add_option(
-        "--tempo-map", outOptions.mTempoMap,
-        "FILE.csv with lines seconds,beats per minute in place of one tempo: each holds up to "
-        "the next line");
+    ioCommand
+        .add_option("--tempo-map", outOptions.mTempoMap,
+                    "Lines seconds,beats per minute in place of one tempo: each holds up to the next line")
+        ->type_name("FILE.csv");
     ioCommand
         .add_option_function<std::string>(
             "--meter", [&outOptions](const std::string& text) { outOptions.mMeter = ParseMeter(text); },
-            "N/D: the meter of the transport; otherwise the MIDI file's or 4/4")
+            "The meter of the transport; otherwise the MIDI file's or 4/4")
+        ->type_name("N/D")
         ->check(Parsed(&ParseMeter, "a meter like 7/8: 1 to 99 beats of 1, 2, 4, 8, 16 or 32"));
     ioCommand
         .add_option_function<std::string>(
             "--loop", [&outOptions](const std::string& text) { outOptions.mLoop = ParseLoop(text); },
-            "A:B in quarter notes: the transport goes on at A when it comes to B; the input, the notes and "
+            "In quarter notes: the transport goes on at A when it comes to B; the input, the notes and "
             "the automation go on with the file")
+        ->type_name("A:B")
         ->check(Parsed(&ParseLoop, "a loop like 4:8.5, in quarter notes, that ends after it begins"));
     ioCommand
         .add_option_function<std::vector<std::string>>(
@@ -106,7 +108,8 @@ void AddTransportOptions(CLI::App& ioCommand, STransportOptions& outOptions)
                     outOptions.mJumps.push_back(ParseJump(text).value_or(SJump())); // it was checked
                 std::ranges::stable_sort(outOptions.mJumps, {}, &SJump::mAtSeconds);
             },
-            "AT:TO in seconds: at AT of the file the transport is moved to TO")
+            "In seconds: at AT of the file the transport is moved to TO")
+        ->type_name("AT:TO")
         ->allow_extra_args(false)
         ->check(Parsed(&ParseJump, "a jump like 2.5:0, in seconds of the file and of the transport"));
     ioCommand.add_flag("--stopped", outOptions.mStopped, "Leave the transport stopped");

@@ -1,7 +1,9 @@
 #include "Tools/aaxhost/CommandProcess.h"
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
+#include "Tools/aaxhost/check/SCheck.h"
 #include "Tools/commandline/CommandLine.h"
+#include "Tools/commandline/Documents.h"
 #include "Tools/commandline/StandardStreams.h"
 #include "Tools/support/Interrupts.h"
 #include "Tools/support/Watcher.h"
@@ -17,6 +19,21 @@ struct SCommand
     CommandAction mAction; // empty: the help or the version was asked for
     bool mInOwnProcess = true;
 };
+
+/** What stands for CHECK on a command line: groups, and the checks of each. */
+std::vector<std::string> GroupsAndChecks()
+{
+    std::vector<std::string> names;
+    std::string_view group;
+    for (const SCheck& check : AllChecks())
+    {
+        if (check.Group() != group)
+            names.emplace_back(check.Group());
+        group = check.Group();
+        names.emplace_back(check.mName);
+    }
+    return names;
+}
 
 /** @return kExitSuccess with the chosen command. */
 int ReadCommandLine(int argc, char** argv, SCommand& outCommand)
@@ -35,6 +52,8 @@ int ReadCommandLine(int argc, char** argv, SCommand& outCommand)
     AddCommandRender(app, outCommand.mAction);
     AddCommandState(app, outCommand.mAction);
     AddVersionFlag(app, "aaxhost");
+    AddExitCodes(app, "0 where it was done, 1 where it was not, 2 for wrong usage.");
+    AddDocumentsOption(app, ProgramVersion("aaxhost"), {{"CHECK", GroupsAndChecks()}});
     try
     {
         app.parse(argc, argv);

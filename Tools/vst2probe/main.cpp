@@ -1,4 +1,5 @@
 #include "Tools/commandline/CommandLine.h"
+#include "Tools/commandline/Documents.h"
 #include "Tools/commandline/NearestNames.h"
 #include "Tools/commandline/StandardStreams.h"
 #include "Tools/inspector/ProbePlugin.h"
@@ -128,13 +129,14 @@ void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
     ioApp
         .add_option("--name", outArguments.mProductName,
                     "Name of the product (default: made from the plug-in's)")
+        ->type_name("NAME")
         ->check(
             [](const std::string& inName) {
                 return IsProductName(inName) ? std::string()
                                              : "a product's name has letters, digits, '-' and '_' only";
             });
     ioApp.add_option("--timeout", outArguments.mTimeoutSeconds, "Seconds that each attempt may take")
-        ->check(CLI::Range(0.01, 3600.0))
+        ->check(CLI::Range(0.01, 3600.0).description("0.01 to 3600"))
         ->capture_default_str();
     CLI::Option* const json = ioApp.add_flag("--json", outArguments.mJson, "Report as JSON");
     ioApp
@@ -154,6 +156,7 @@ void AddProbeOptions(CLI::App& ioApp, SProbeArguments& outArguments)
         added->needs(expect);
     }
     ioApp.add_option("--features", outArguments.mExpectedFeatures, "The product's FEATURES")
+        ->type_name("FEATURE,...")
         ->delimiter(',')
         ->needs(expect);
     ioApp.add_option(kProbeChildOption, outArguments.mChildEntryVersion)->group(""); // not in the help
@@ -208,7 +211,7 @@ void AddProgramFileCommands(CLI::App& ioApp, SProgramFileArguments& outArguments
                 ->required();
             action->add_option("FILE", outArguments.mFile, isBank ? "Bank file" : "Preset file")->required();
             action->add_option("--timeout", outArguments.mTimeoutSeconds, "Seconds that it may take")
-                ->check(CLI::Range(0.01, 3600.0))
+                ->check(CLI::Range(0.01, 3600.0).description("0.01 to 3600"))
                 ->capture_default_str();
             action->add_flag(kProgramFileChildFlag, outArguments.mIsChild)->group(""); // not in the help
             action->callback(
@@ -254,14 +257,15 @@ std::string FindMistypedCommand(const CLI::App& inApp, const std::string& inPlug
 
 int RunCommandLine(int inCount, char** inArguments)
 {
-    CLI::App app("Looks at a VST 2 plug-in from a process of its own and says how to make a product of it.\n"
-                 "Exit code: 0 done, 1 refused, 2 wrong usage.",
+    CLI::App app("Looks at a VST 2 plug-in from a process of its own and says how to make a product of it",
                  "vst2probe");
     SProbeArguments probe;
     AddProbeOptions(app, probe);
     SProgramFileArguments programFile;
     AddProgramFileCommands(app, programFile);
     AddVersionFlag(app, "vst2probe");
+    AddExitCodes(app, "0 done, 1 refused, 2 wrong usage.");
+    AddDocumentsOption(app, ProgramVersion("vst2probe"), {});
     std::string fault;
     try
     {
