@@ -3,6 +3,7 @@
 #include "Interfaces/ACF/ACFPtr.h"
 #include "Tests/unit/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/host/CHost.h"
+#include "Tools/aaxhost/host/CHostPropertyMap.h"
 #include "Tools/aaxhost/host/CInstanceHost.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -43,6 +44,19 @@ TEST(HostLog, NthCallFailsOnceAndHasNoEffect)
     const auto collection = Make<AAX_IACFCollection>(host, AAXCompID_AAXCollection, IID_IAAXCollectionV1);
     ASSERT_EQ(collection->AddEffect("id", effect.Get()), kAAX_Success);
     EXPECT_EQ(host.Description().mEffects.front().mNames, (Lines{"one", "three"}));
+}
+
+TEST(Host, APropertyThatIsSetAgainHasTheNewValueOnly)
+{
+    CHostLog log;
+    CHost host(log);
+    const auto map = Make<AAX_IACFPropertyMap>(host, AAXCompID_AAXPropertyMap, IID_IAAXPropertyMapV1);
+    for (const AAX_CPropertyValue value : {1, 2})
+        EXPECT_EQ(map->AddProperty(kAAX_PropertyManufacturerID, value), kAAX_Success);
+    PropertyList properties;
+    ASSERT_TRUE(CopyProperties(map.Get(), properties));
+    ASSERT_EQ(properties.size(), 1U);
+    EXPECT_EQ(properties.front().mValue, 2);
 }
 
 TEST(Host, ASwitchedOffInterfaceIsNeitherCreatedNorFound)
