@@ -123,7 +123,7 @@ const std::vector<SFaulty>& FaultyPlugins()
         SFaulty{
             "Names", {}, "The parameters '00000' and '00001' are both called 'Gain'.", {"parameters.names"}},
         SFaulty{"Table", {"automation.accepted", "parameters.set-and-get"}, "(Gain) refuses its automation"},
-        SFaulty{"Ends", {}, "it reads 0.9500 after 1.", {"parameters.set-and-get"}},
+        SFaulty{"Ends", {}, "it reads 0.0500 after 0; 2 of 2 parameters", {"parameters.set-and-get"}},
         SFaulty{"Trusts", {"parameters.out-of-range"}, "SIGABRT", {}, {"parameters.out-of-range"}},
         SFaulty{"Root",
                 {"automation.dense", "automation.stopped", "parameters.extremes", "parameters.random",
@@ -131,7 +131,10 @@ const std::vector<SFaulty>& FaultyPlugins()
                 "not a number in output 1 at frame 0 (0.0 ms), the first of "},
         SFaulty{"Deaf", {}, "all 2 of them at 0.9, 0.1 and 0.6 make one of silence", {"automation.audible"}},
         SFaulty{"Mute", {}, "its peak is silence, and -80.0 dB would be heard", {"midi.note-sounds"}},
-        SFaulty{"Panic", {}, "Neither", {"midi.all-notes-off", "midi.timing", "rendering.large-blocks"}},
+        SFaulty{"Panic",
+                {},
+                "6 seconds after controller 120 the note is at -",
+                {"midi.all-notes-off", "midi.timing", "rendering.large-blocks"}},
         SFaulty{"Resonance", {"midi.controllers"}, "after every controller went to its ends", kOfTheSynth},
         SFaulty{"Programs", {"midi.channel-messages", "midi.malformed"}, "SIGABRT", kOfTheSynth},
         SFaulty{"Status", {"midi.malformed"}, "SIGABRT", kOfTheSynth},
@@ -153,10 +156,9 @@ const std::vector<SFaulty>& FaultyPlugins()
                 "The sound is another one when inputs and outputs are the same buffers: output 1 is 0.00000 "
                 "at frame"},
         SFaulty{"Outputs", {"rendering.shared-outputs"}, "an infinite sample in output 3"},
-        SFaulty{"Drift",
-                {},
-                "one that differs by -19.",
-                {"automation.repeatable", "rendering.repeatable", "state.same-sound"}},
+        SFaulty{"Mixes", {"rendering.shared-outputs"}, "another sound when the 2 that nobody uses share"},
+        SFaulty{"Phases", {}, "Two instances that loaded the same state", {"state.same-sound"}},
+        SFaulty{"Drift", {}, "one that differs by -19.", {"automation.repeatable", "rendering.repeatable"}},
         SFaulty{
             "Hum", {}, "of -40.0 dB at its peak; below -60.0 dB it would be silence.", {"rendering.silence"}},
         SFaulty{"Freeze", {}, "still sounds", {"rendering.returns-to-silence"}},
@@ -293,6 +295,17 @@ TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
     }
 }
 
+TEST(Check, SoundInOneChannelIsComparedWithThePluginAlone)
+{
+    // It is silent where its host does not answer, which the module does not.
+    const SCheckRun run(kOptionsModule, std::filesystem::path(FAULTY_PLUGINS) / "faulty_AsksForRate.so",
+                        {"--only", "rendering.one-channel"}, kAllFeatures);
+    EXPECT_EQ(run.Told("rendering.one-channel", "fault"), "module") << run.mRun.mOutput;
+    EXPECT_NE(run.ReasonOf("rendering.one-channel").find("of the module has a peak of silence"),
+              std::string::npos)
+        << run.ReasonOf("rendering.one-channel");
+}
+
 /** What no product of the adapter does: a module of its own does, of which most is missing anyway. */
 struct SMade
 {
@@ -347,9 +360,8 @@ TEST(Check, WhatAModuleDoesWrongFailsItsCheck)
 TEST(Check, EachHasAFaultThatItFinds)
 {
     // Without one; most of them look at what the module alone can do wrong.
-    const CheckNames without = {
-        "automation.no-touch-left", "automation.registered",   "automation.settles", "features.gestures",
-        "life-cycle.channels",      "robustness.host-refuses", "state.foreign"};
+    const CheckNames without = {"automation.no-touch-left", "automation.registered",   "automation.settles",
+                                "features.gestures",        "robustness.host-refuses", "state.foreign"};
     CheckNames found = {"description.opens", "rendering.late-latency"}; // in other tests
     for (const SFaulty& row : FaultyPlugins())
         found.merge(row.All());

@@ -245,6 +245,7 @@ TEST(Check, GoesThroughTheRatesAndBlocksThatItIsAskedFor)
     EXPECT_EQ(rates.With("passed"), CheckNames{"rendering.rates"}) << rates.mRun.mOutput;
     EXPECT_EQ(rates.mResults["rates"], nlohmann::json({48000.0, 96000.0}));
     EXPECT_NE(Contents(page).find("--rates 48000,96000"), std::string::npos) << "the run cannot be repeated";
+    fs::remove(page);
     const SCheckRun blocks(kPlainModule, plugins / "faulty_Pairs.so",
                            {"--only", "rendering.bounds", "--blocks", "64,512"});
     EXPECT_EQ(blocks.With("passed"), CheckNames{"rendering.bounds"}) << blocks.mRun.mOutput;

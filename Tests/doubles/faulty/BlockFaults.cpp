@@ -34,6 +34,18 @@ void Multiply(CPlainEffect& ioEffect, Factor inFactor)
     ioEffect.mOnBlock = [&ioEffect, inFactor](const SBlock& inBlock) mutable
     { RenderTimes(ioEffect, inBlock, inFactor(inBlock)); };
 }
+
+/** Two stereo outputs. */
+void HaveFourOutputs(CPlainEffect& ioEffect)
+{
+    ioEffect.Effect()->numOutputs = 4;
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        SCall call = inCall;
+        call.mIndex %= inCall.mOpcode == effGetOutputProperties ? 2 : std::numeric_limits<int>::max();
+        return ioEffect.Answer(call);
+    };
+}
 } // namespace
 
 // What holds of most blocks only: of some sizes, rates, signals and buffers.
@@ -103,13 +115,7 @@ void Clears(CPlainEffect& ioEffect)
 /** Keeps a level in its fourth output while it works, clears its third one and divides by the level. */
 void Outputs(CPlainEffect& ioEffect)
 {
-    ioEffect.Effect()->numOutputs = 4;
-    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
-    {
-        SCall call = inCall;
-        call.mIndex %= inCall.mOpcode == effGetOutputProperties ? 2 : std::numeric_limits<int>::max();
-        return ioEffect.Answer(call);
-    };
+    HaveFourOutputs(ioEffect);
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
         ioEffect.Render(inBlock);
@@ -120,6 +126,19 @@ void Outputs(CPlainEffect& ioEffect)
             const float level = std::exchange(inBlock.mOutputs[3][i], 0.0F);
             inBlock.mOutputs[2][i] = inBlock.mOutputs[0][i] / level;
         }
+    };
+}
+
+/** Keeps its first output in its third one while it clears the fourth. */
+void Mixes(CPlainEffect& ioEffect)
+{
+    HaveFourOutputs(ioEffect);
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        std::copy_n(inBlock.mOutputs[0], inBlock.mFrames, inBlock.mOutputs[2]);
+        std::fill_n(inBlock.mOutputs[3], inBlock.mFrames, 0.0F);
+        std::copy_n(inBlock.mOutputs[2], inBlock.mFrames, inBlock.mOutputs[0]);
     };
 }
 

@@ -154,6 +154,26 @@ void Counts(CPlainEffect& ioEffect)
     };
 }
 
+/** Begins to modulate where the last load has left the phase, which all instances share. */
+void Phases(CPlainEffect& ioEffect)
+{
+    static int loads = 0;
+    const auto factor = std::make_shared<float>(1.0F);
+    ioEffect.mOnCall = [&ioEffect, factor](const SCall& inCall)
+    {
+        if (inCall.mOpcode == effSetChunk)
+            *factor = 1.0F - 0.1F * static_cast<float>(++loads % 7);
+        return ioEffect.Answer(inCall);
+    };
+    ioEffect.mOnBlock = [&ioEffect, factor](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        for (float* output : {inBlock.mOutputs[0], inBlock.mOutputs[1]})
+            std::transform(output, output + inBlock.mFrames, output,
+                           [&](float inSample) { return *factor * inSample; });
+    };
+}
+
 /** Has more to save each time that it is asked. */
 void Grows(CPlainEffect& ioEffect)
 {

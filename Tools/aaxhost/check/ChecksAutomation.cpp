@@ -287,7 +287,8 @@ std::span<const SCheck> AutomationChecks()
         {"automation.dense", "Automation every 16 frames leaves the sound finite.", 3, &Dense},
         {"automation.audible", "Automated parameters reach the sound.", 2, &Audible},
         {"automation.repeatable", "The same automation gives the same sound again.", 3, &Repeatable},
-        {"automation.stopped", "Parameters move while the transport stands.", 2, &StoppedTransport},
+        {"automation.stopped", "Parameters that move while the transport stands leave the sound finite.", 2,
+         &StoppedTransport},
     };
     return kChecks;
 }

@@ -17,19 +17,6 @@ SFinding Creates(CCheckContext& ioContext)
                                           : SFinding::Failed("The instance has no output channel.");
 }
 
-SFinding Channels(CCheckContext& ioContext)
-{
-    const PropertyList& properties =
-        ioContext.Module().Effect().mComponents.front().mProcs.front().mProperties;
-    const std::int32_t described =
-        AAX_StemChannelCount(FindProperty(properties, kAAX_PropertyOutputStemFormat).value_or(0));
-    CRig rig(ioContext);
-    rig.Render(64);
-    return rig.Outputs() >= static_cast<std::size_t>(described)
-               ? SFinding::Passed()
-               : SFinding::Failed("An instance has fewer output channels than the description promises.");
-}
-
 SFinding Deletes(CCheckContext& ioContext)
 {
     {
@@ -249,8 +236,6 @@ std::span<const SCheck> LifeCycleChecks()
 {
     static constexpr SCheck kChecks[] = {
         {"life-cycle.creates", "The module gives an instance that starts.", 1, &Creates},
-        {"life-cycle.channels", "An instance renders into the channels that the description promises.", 1,
-         &Channels},
         {"life-cycle.deletes", "A deleted instance leaves nothing behind.", 1, &Deletes},
         {"life-cycle.repeats",
          "Instances can be made and deleted again and again, 200 times at strictness 10.", 2, &Repeats},

@@ -125,8 +125,10 @@ SFinding AtRest(CCheckContext& ioContext)
 SFinding SetAndGet(CCheckContext& ioContext)
 {
     const auto instance = ioContext.MakeInstance();
-    std::vector<std::string> moved; // plug-ins that snap to steps tell so with a change of their own
-    for (const std::string& id : Selected(ioContext, NeededParameters(*instance)))
+    std::string lost; // about the first; plug-ins that snap to steps tell so with a change of their own
+    std::set<std::string> losers;
+    const auto ids = Selected(ioContext, NeededParameters(*instance));
+    for (const std::string& id : ids)
         for (const double value : {0.0, 0.25, 0.5, 1.0})
         {
             if (const AAX_Result result = instance->SetParameter(id, value))
@@ -134,17 +136,21 @@ SFinding SetAndGet(CCheckContext& ioContext)
                                                     NameOfParameter(*instance, id), value,
                                                     NameOfResult(result)));
             (void)DeliverAll(*instance); // looked at by another check
-            if (!IsNormalized(ValueOf(*instance, id)))
-                return SFinding::Failed(fmt::format("Set to {}, {} reads {}.", value,
-                                                    NameOfParameter(*instance, id), ValueOf(*instance, id)));
-            if ((value == 0.0 || value == 1.0) && std::abs(ValueOf(*instance, id) - value) > kRounding &&
-                (moved.empty() || moved.back() != id))
-                moved.push_back(id);
+            const double now = ValueOf(*instance, id);
+            if (!IsNormalized(now))
+                return SFinding::Failed(
+                    fmt::format("Set to {}, {} reads {}.", value, NameOfParameter(*instance, id), now));
+            const bool isEnd = value == 0.0 || value == 1.0;
+            if (!isEnd || std::abs(now - value) <= kRounding)
+                continue;
+            losers.insert(id);
+            if (lost.empty())
+                lost = fmt::format("{} does not keep the end of its range: it reads {:.4f} after {}",
+                                   NameOfParameter(*instance, id), now, value);
         }
-    if (!moved.empty())
+    if (!lost.empty())
         return SFinding::Warning(
-            fmt::format("{} does not keep the end of its range: it reads {:.4f} after 1.",
-                        NameOfParameter(*instance, moved.front()), ValueOf(*instance, moved.front())));
+            fmt::format("{}; {} of {} parameters that were set do so.", lost, losers.size(), ids.size()));
     return SFinding::Passed();
 }
 
@@ -344,8 +350,10 @@ std::span<const SCheck> ParameterChecks()
         {"parameters.set-and-get", "A parameter keeps what it is set to, from end to end.", 2, &SetAndGet},
         {"parameters.text-round-trip", "A value's text, typed in again, gives the same text.", 2,
          &TextRoundTrip},
-        {"parameters.texts", "Every value has a printable text.", 1, &Texts},
-        {"parameters.unknown", "Identifiers of no parameter are refused and change nothing.", 2, &Unknown},
+        {"parameters.texts", "Every parameter's value has a printable text, for 4, 8 and 31 characters.", 1,
+         &Texts},
+        {"parameters.unknown", "Identifiers of no parameter have no value, and setting them changes nothing.",
+         2, &Unknown},
         {"parameters.out-of-range", "Values outside 0 to 1 are refused or brought back into the range.", 3,
          &OutOfRange},
         {"parameters.sweep", "Moving each parameter from end to end leaves the sound finite.", 3, &Sweep},

@@ -199,13 +199,28 @@ SFinding InPlace(CCheckContext& ioContext)
 
 SFinding SharedOutputs(CCheckContext& ioContext)
 {
-    CRig rig(ioContext);
-    if (rig.Outputs() <= 3)
+    CRig shared(ioContext);
+    if (shared.Outputs() <= 3)
         return SFinding::Skipped("The plug-in has no outputs that a host leaves unused.");
-    rig.ShareUnusedOutputs();
-    rig.Play(0.2);
-    rig.ExpectFinite("when unused outputs share a buffer");
-    return SFinding::Passed();
+    CRig apart(ioContext);
+    CRig again(ioContext);
+    shared.ShareUnusedOutputs();
+    for (CRig* rig : {&apart, &again, &shared})
+    {
+        rig->Record();
+        rig->Play(0.2);
+    }
+    shared.ExpectFinite("when unused outputs share a buffer");
+    // What is in the shared buffer is the last one's to write there.
+    const auto used = [](const CRig& rig)
+    { return Sound(rig.Recording().begin(), rig.Recording().begin() + 2); };
+    if (DifferenceOf(used(apart), used(again), kSameSample))
+        return SFinding::Passed(kNeverTheSame);
+    const auto difference = DifferenceOf(used(apart), used(shared), kSameSample);
+    return difference ? SFinding::Failed(fmt::format("The first two outputs have another sound when the {} "
+                                                     "that nobody uses share a buffer: {}.",
+                                                     shared.Outputs() - 2, InWords(*difference)))
+                      : SFinding::Passed();
 }
 
 SFinding RepeatableSound(CCheckContext& ioContext)

@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/check/Figures.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <fmt/format.h>
 #include <limits>
@@ -227,19 +228,60 @@ SFinding LateLatency(CCheckContext& ioContext)
                     InSamples(latency, kCheckRate), told));
 }
 
+/** Peaks of each output, while there is noise in the first input alone and in the second. */
+using Peaks = std::array<std::vector<float>, 2>;
+
+template <class Rig>
+Peaks PeaksOfOneByOne(Rig& ioRig)
+{
+    constexpr std::int32_t block = 512;
+    Peaks peaks;
+    std::size_t begin = 0;
+    for (std::size_t only = 0; only < peaks.size(); ++only)
+    {
+        const SignalSource noise = Noise(0.5F);
+        ioRig.Feed([=](std::int64_t frame, std::size_t channel)
+                   { return channel == only ? noise(frame, channel) : 0.0F; });
+        ioRig.RenderSeconds(0.2, block);
+        for (const std::vector<float>& output : ioRig.Recording())
+        {
+            float peak = 0.0F;
+            for (std::size_t i = begin; i < output.size(); ++i)
+                peak = std::max(peak, std::abs(output[i]));
+            peaks[only].push_back(peak);
+        }
+        begin = ioRig.Recording().front().size();
+    }
+    return peaks;
+}
+
+/** Whether one is heard and the other is not, or much softer; so far is no plug-in from itself by chance. */
+bool AreOfOtherLoudness(float inFirst, float inSecond)
+{
+    constexpr float audible = 0.001F; // -60 dB
+    constexpr float much = 8.0F;      // 18 dB
+    return std::max(inFirst, inSecond) > std::max(audible, much * std::min(inFirst, inSecond));
+}
+
 SFinding DifferentChannels(CCheckContext& ioContext)
 {
     CRig rig(ioContext);
     if (rig.Inputs() < 2 || rig.Outputs() < 2)
         return SFinding::Skipped("The plug-in has not two inputs and two outputs.");
-    for (std::size_t only = 0; only < 2; ++only)
-    {
-        const SignalSource noise = Noise(0.5F);
-        rig.Feed([=](std::int64_t frame, std::size_t channel)
-                 { return channel == only ? noise(frame, channel) : 0.0F; });
-        rig.RenderSeconds(0.2);
-    }
+    rig.Record();
+    const Peaks module = PeaksOfOneByOne(rig);
     rig.ExpectFinite("with sound in one channel only");
+    // It has to come out where it does of the plug-in called directly.
+    CDirectRig direct(ioContext, ServicesOf(ioContext), StartOf(ioContext));
+    const Peaks plugin = PeaksOfOneByOne(direct);
+    for (std::size_t only = 0; only < module.size(); ++only)
+        for (std::size_t i = 0; i < std::min(module[only].size(), plugin[only].size()); ++i)
+            if (AreOfOtherLoudness(module[only][i], plugin[only][i]))
+                return SFinding::Failed(fmt::format(
+                    "With sound in input {} only, output {} of the module has a peak of {}, and that of the "
+                    "plug-in called directly one of {}.",
+                    only + 1, i + 1, InDecibels(static_cast<double>(module[only][i])),
+                    InDecibels(static_cast<double>(plugin[only][i]))));
     return SFinding::Passed();
 }
 } // namespace
@@ -259,7 +301,9 @@ std::span<const SCheck> SignalChecks()
         {"rendering.infinities", "The sound recovers from infinite samples at the inputs.", 4, &Infinities},
         {"rendering.not-a-number", "The sound recovers from samples that are no numbers.", 4, &NotNumbers},
         {"rendering.level", "Ordinary material does not come out far above full scale.", 2, &Level},
-        {"rendering.one-channel", "Sound in one input channel only is rendered.", 2, &DifferentChannels},
+        {"rendering.one-channel",
+         "Sound in one input channel only comes out where it does of the plug-in called directly.", 2,
+         &DifferentChannels},
         {"rendering.latency", "The reported latency is the one that an impulse shows.", 2, &Latency},
         {"rendering.late-latency", "A latency that the plug-in knows late is the one that the host is told.",
          2, &LateLatency},

@@ -59,10 +59,12 @@ SFinding Jumps(CCheckContext& ioContext)
     CRig rig(ioContext);
     CSequence sequence(17);
     const int jumps = ioContext.Scaled(20, 500);
+    rig.Feed(Noise(0.25F));
     for (int i = 0; i < jumps; ++i)
     {
         rig.Transport().mSamplePosition = static_cast<std::int64_t>(sequence.Next());
-        rig.Play(0.02);
+        rig.Send(0, i % 4 < 2 ? 0x90 : 0x80, 60, 100);
+        rig.Render(512);
     }
     rig.ExpectFinite(fmt::format("while the position jumps {} times", jumps));
     return SFinding::Passed();

@@ -8,13 +8,6 @@ std::span<const SExplanation> LifeCycleExplanations()
          "The plug-in crashed, hung or refused in its entry function, effSetSampleRate, effSetBlockSize, "
          "effOpen or effMainsChanged. The last four come twice, in this order: accept a second effOpen. A "
          "dialogue, a licence server or a wait for the network in effOpen shows here as a hang."},
-        {"life-cycle.channels",
-         "Makes an instance, renders a block of 64 frames and compares its output channels with those of the "
-         "described main stem.",
-         "A host plays the channels that it was promised; a missing one is a buffer that nobody writes.",
-         "The host makes its buffers by the description, so what shows here is a first block that crashes or "
-         "hangs. Keep numInputs and numOutputs as they were at the scan: one that grows in effOpen is "
-         "silent, since the host knows nothing of its new channels."},
         {"life-cycle.deletes",
          "Makes an instance, deletes it, and counts the module's objects that are still alive.",
          "An object that outlives its instance calls a host that has forgotten it, at the latest when the "

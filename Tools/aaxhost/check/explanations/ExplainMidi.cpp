@@ -18,8 +18,10 @@ std::span<const SExplanation> MidiExplanations()
          "release velocity, and end the loop of a sample. A drone by design fails as well: give it an end of "
          "its own, or --skip with the reason."},
         {"midi.all-notes-off",
-         "Plays note 60 for half a second, sends controllers 120 and 123 at once, and looks 6 seconds later "
-         "whether half a second is below -80 dB or 40 dB below the note; if not, it is a warning.",
+         "Plays note 60 for half a second in two instances, sends controller 120 to the first and 123 to the "
+         "second, and looks 6 seconds later whether half a second is below -80 dB or 40 dB below the note. "
+         "Where neither ends it, it is a warning; where one does, the check passes and says what the other "
+         "left.",
          "These two are what a host's panic button and its stop send.",
          "Answer controller 120 in effProcessEvents by dropping all voices, and 123 by releasing all. Many "
          "plug-ins hand controllers to a table of mappings that knows neither."},

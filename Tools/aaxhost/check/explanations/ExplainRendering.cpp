@@ -72,8 +72,10 @@ std::span<const SExplanation> RenderingExplanations()
          "well; one that clears the outputs first, or runs over the block twice, loses the input. Copy it, "
          "or read before you write."},
         {"rendering.shared-outputs",
-         "Gives the third and all further outputs one buffer, plays 0.2 seconds and looks for broken "
-         "samples. Skipped with up to three outputs.",
+         "Gives the third and all further outputs one buffer, plays 0.2 seconds, looks for broken samples "
+         "and compares the first two outputs with those of an instance whose outputs have buffers of their "
+         "own: another sound (by more than 0.0001) fails. Without two equal runs only broken samples are "
+         "looked for. Skipped with up to three outputs.",
          "Hosts have one waste buffer for the outputs of a drum machine that no track uses.",
          "Do not use an output as scratch memory that is read again later in the call: another output has "
          "been written there meanwhile."},

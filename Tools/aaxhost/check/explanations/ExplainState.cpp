@@ -45,9 +45,10 @@ std::span<const SExplanation> StateExplanations()
          "version that it upgrades, and names that it cuts are others."},
         {"state.same-sound",
          "Gives two new instances one state, renders 0.2 seconds of silence and 0.2 seconds of the test "
-         "material; samples that differ by more than 0.001 are a warning.",
+         "material; samples that differ by more than 0.0001 are a warning, unless two instances whose "
+         "parameters were set alike differ as well.",
          "A copied track should sound as its original does.",
-         "Random phases and noise are harmless. Otherwise effSetChunk leaves something as it was: wave "
+         "effSetChunk leaves something as it was: wave "
          "tables, impulse responses and modes that are loaded when setParameter or the editor asks for them "
          "only."},
         {"state.compares",

@@ -26,8 +26,8 @@ std::span<const SExplanation> TransportExplanations()
          "What a plug-in resets at a start (voices, sequencers, analysers) has to be ready for being reset "
          "in the next block again, and must not be freed while it is used."},
         {"transport.jumps",
-         "Moves the position 20 to 500 times, by the strictness, to random places up to 2 to the power of 32 "
-         "samples, plays 0.02 seconds at each, and looks for broken samples.",
+         "Renders 20 to 500 blocks of 512 frames, by the strictness, with noise and notes, each at a random "
+         "place up to 2 to the power of 32 samples, and looks for broken samples and crashes.",
          "Every loop, every click into the time line is a jump.",
          "Do not compute a step or a phase by adding up since the last position: take it from VstTimeInfo's "
          "samplePos or ppqPos each time, modulo the pattern's length, as a 64-bit number."},
