@@ -63,6 +63,10 @@ TEST(Layering, IncludesGoDownOnly)
         {"Tools/aaxhost/check/",
          {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/",
           "Source/guard/ForbiddenFunctions.h"}},
+        // The plug-in's own texts.
+        {"Tools/aaxhost/report/",
+         {"Interfaces/VST2/", "Tools/aaxhost/", "Tools/commandline/", "Tools/inspector/", "Tools/support/",
+          "Tools/vst2driver/"}},
         // The plug-in called directly in a module's place.
         {"Tools/aaxhost/direct/",
          {aax[0], aax[1], "Interfaces/VST2/", "Tools/aaxhost/", "Tools/vst2driver/"}},

@@ -3,25 +3,30 @@
 #include <algorithm>
 #include <fmt/format.h>
 
-namespace
+CHtmlChart::CHtmlChart(std::string inTitle, EChartSize inSize)
+    : mTitle(std::move(inTitle)),
+      // The page shows the wide one at about this width beside another one, and narrower on a phone.
+      mArea(inSize == EChartSize::Wide ? SArea{480.0, 250.0, 60.0, 14.0, 26.0, 44.0}
+                                       : SArea{240.0, 170.0, 46.0, 10.0, 24.0, 26.0})
 {
-// The page shows a chart at about this width beside another one, and narrower on a phone.
-constexpr double kWidth = 480.0;
-constexpr double kHeight = 220.0;
-constexpr double kLeft = 60.0;
-constexpr double kRight = 14.0;
-constexpr double kTop = 10.0;
-constexpr double kBottom = 26.0;
-
-double PlaceX(double inPart) { return kLeft + std::clamp(inPart, 0.0, 1.0) * (kWidth - kLeft - kRight); }
-double PlaceY(double inPart)
-{
-    return kHeight - kBottom - std::clamp(inPart, 0.0, 1.0) * (kHeight - kTop - kBottom);
 }
 
-} // namespace
+double CHtmlChart::PlaceX(double inPart) const
+{
+    return mArea.mLeft + std::clamp(inPart, 0.0, 1.0) * (mArea.mWidth - mArea.mLeft - mArea.mRight);
+}
 
-CHtmlChart::CHtmlChart(std::string inTitle) : mTitle(std::move(inTitle)) {}
+double CHtmlChart::PlaceY(double inPart) const
+{
+    return mArea.mHeight - mArea.mBottom -
+           std::clamp(inPart, 0.0, 1.0) * (mArea.mHeight - mArea.mTop - mArea.mBottom);
+}
+
+void CHtmlChart::SetAxes(std::string inHorizontal, std::string inVertical)
+{
+    mHorizontalAxis = std::move(inHorizontal);
+    mVerticalAxis = std::move(inVertical);
+}
 
 void CHtmlChart::AddLine(std::span<const SPoint> inPoints, const std::string& inClass)
 {
@@ -46,24 +51,43 @@ void CHtmlChart::AddBand(std::span<const SPoint> inLower, std::span<const SPoint
     mShapes += fmt::format("<polygon class=\"band {}\" points=\"{}\"/>\n", inClass, path);
 }
 
+void CHtmlChart::SetPicture(const std::string& inPng)
+{
+    mPicture =
+        fmt::format("<image x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" preserveAspectRatio=\"none\" "
+                    "href=\"data:image/png;base64,{}\"/>\n",
+                    PlaceX(0.0), PlaceY(1.0), PlaceX(1.0) - PlaceX(0.0), PlaceY(0.0) - PlaceY(1.0), inPng);
+}
+
 std::string CHtmlChart::Svg() const
 {
+    const std::string said = mTitle + (mSummary.empty() ? "" : ". " + mSummary);
     std::string svg =
-        fmt::format("<svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"{}\">\n", kWidth,
-                    kHeight, Escaped(mTitle));
+        fmt::format("<svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"{}\">\n{}",
+                    mArea.mWidth, mArea.mHeight, Escaped(said), mPicture);
     for (const STick& tick : mVertical)
     {
         const double y = PlaceY(tick.mPosition);
         svg += fmt::format("<line class=\"grid\" x1=\"{}\" x2=\"{}\" y1=\"{:.1f}\" y2=\"{:.1f}\"/>"
                            "<text class=\"tick end\" x=\"{}\" y=\"{:.1f}\">{}</text>\n",
-                           kLeft, kWidth - kRight, y, y, kLeft - 6.0, y + 4.0, Escaped(tick.mText));
+                           mArea.mLeft, mArea.mWidth - mArea.mRight, y, y, mArea.mLeft - 6.0, y + 4.0,
+                           Escaped(tick.mText));
     }
+    const double bottom = mArea.mHeight - mArea.mBottom;
     for (const STick& tick : mHorizontal)
     {
         const double x = PlaceX(tick.mPosition);
+        // The texts of a small one are long, and stand within its ends.
+        const bool isSmall = mArea.mWidth < 400.0;
+        const char* const anchor = !isSmall ? "middle" : tick.mPosition < 0.5 ? "begin" : "end";
         svg += fmt::format("<line class=\"grid\" x1=\"{0:.1f}\" x2=\"{0:.1f}\" y1=\"{1}\" y2=\"{2}\"/>"
-                           "<text class=\"tick middle\" x=\"{0:.1f}\" y=\"{3}\">{4}</text>\n",
-                           x, kTop, kHeight - kBottom, kHeight - 8.0, Escaped(tick.mText));
+                           "<text class=\"tick {5}\" x=\"{0:.1f}\" y=\"{3}\">{4}</text>\n",
+                           x, mArea.mTop, bottom, bottom + 17.0, Escaped(tick.mText), anchor);
     }
+    if (!mVerticalAxis.empty())
+        svg += fmt::format("<text class=\"axis\" x=\"4\" y=\"13\">{}</text>\n", Escaped(mVerticalAxis));
+    if (!mHorizontalAxis.empty())
+        svg += fmt::format("<text class=\"axis end\" x=\"{}\" y=\"{}\">{}</text>\n",
+                           mArea.mWidth - mArea.mRight, mArea.mHeight - 6.0, Escaped(mHorizontalAxis));
     return svg + mShapes + "</svg>\n";
 }

@@ -47,6 +47,19 @@ std::string Escaped(const std::string& inText)
     return text;
 }
 
+std::string WithUnit(const std::string& inText, const std::string& inUnit)
+{
+    const auto trimmed = [](const std::string& text)
+    {
+        const auto begin = text.find_first_not_of(' ');
+        return begin == std::string::npos ? std::string()
+                                          : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+    };
+    const std::string text = trimmed(inText);
+    const std::string unit = trimmed(inUnit);
+    return text.empty() || unit.empty() || text.ends_with(unit) ? text : text + " " + unit;
+}
+
 std::string Note(const std::string& inSentence)
 {
     return fmt::format("<p class=\"note\">{}</p>\n", Escaped(inSentence));
@@ -62,7 +75,18 @@ std::string Fact(const std::string& inName, const std::string& inValue)
     return fmt::format("<div><dt>{}</dt><dd>{}</dd></div>\n", Escaped(inName), Escaped(inValue));
 }
 
+std::string AnchorOf(const std::string& inTitle)
+{
+    std::string anchor;
+    for (const char letter : inTitle)
+        anchor += letter >= 'A' && letter <= 'Z'   ? static_cast<char>(letter - 'A' + 'a')
+                  : letter >= 'a' && letter <= 'z' ? letter
+                                                   : '-';
+    return anchor;
+}
+
 std::string Section(const std::string& inTitle, const std::string& inContent)
 {
-    return fmt::format("<section>\n<h2>{}</h2>\n{}</section>\n", Escaped(inTitle), inContent);
+    return fmt::format("<section aria-labelledby=\"{0}\">\n<h2 id=\"{0}\">{1}</h2>\n{2}</section>\n",
+                       AnchorOf(inTitle), Escaped(inTitle), inContent);
 }

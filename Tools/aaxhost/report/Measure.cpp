@@ -1,9 +1,11 @@
 #include "Tools/aaxhost/report/Measure.h"
 
 #include "Tools/aaxhost/check/SCheck.h"
+#include "Tools/aaxhost/report/PluginOfModule.h"
 #include "Tools/aaxhost/report/measure/Parts.h"
 #include "Tools/support/ChildRun.h"
 
+#include <chrono>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -11,11 +13,19 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportStem, mName, mChannels)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportParameter, mID, mName, mDefault, mText, mSteps, mAutomatable)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportIdentity, mProblem, mName, mManufacturer, mEffectID, mVersion,
                                    mManufacturerCode, mProductCode, mPluginCode, mInputs, mOutputs, mAuxStems,
-                                   mMidiNodes, mLatency, mParameters)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSignal, mTitle, mSeconds, mLowest, mHighest, mSpectrum)
+                                   mMidiNodes, mLatency, mFeatures, mParameters)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSignal, mTitle, mSeconds, mLowest, mHighest, mSpectrum, mLevel,
+                                   mIsImpulse, mColumns, mRows, mSpectrogram)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSignals, mProblem, mRate, mSignals, mImpulse)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportAutomation, mProblem, mParameter, mSeconds, mSent, mRendered)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportCost, mProblem, mBlocks, mModule, mBare, mBareProblem)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportTexts, mName, mUnit, mDefault, mAtZero, mAtHalf, mAtOne)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportParameterTexts, mProblem, mParameters)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSweptParameter, mID, mName, mLevels, mIsAudible)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportSweep, mProblem, mValues, mParameters, mAutomatable, mSpread,
+                                   mIsPlayed, mSettling, mCut)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportLatencyPoint, mRate, mBlock, mReported, mMeasured)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportLatency, mProblem, mPoints, mCut)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportEditor, mProblem, mWidth, mHeight, mPngBase64)
 
 namespace
@@ -61,11 +71,17 @@ Part Measured(Work inWork)
 
 SReportMaterial MeasureModule(const std::string& inModule)
 {
+    const auto begin = std::chrono::steady_clock::now();
     SReportMaterial material;
     material.mIdentity = Measured<SReportIdentity>([&] { return MeasureIdentity(inModule); });
     material.mSignals = Measured<SReportSignals>([&] { return MeasureSignals(inModule); });
     material.mAutomation = Measured<SReportAutomation>([&] { return MeasureAutomation(inModule); });
     material.mCost = Measured<SReportCost>([&] { return MeasureCost(inModule); });
     material.mEditor = Measured<SReportEditor>([&] { return PictureEditor(inModule); });
+    material.mSweep = Measured<SReportSweep>([&] { return MeasureSweep(inModule); });
+    material.mLatency = Measured<SReportLatency>([&] { return MeasureLatency(inModule); });
+    material.mTexts = Measured<SReportParameterTexts>([&] { return ReadTexts(inModule); });
+    material.mPlugin = ProbePluginOf(inModule);
+    material.mSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     return material;
 }

@@ -4,7 +4,7 @@ const char* const kReportStyle = R"css(
 :root {
   color-scheme: light dark;
   --page: #fbfaf8; --card: #ffffff; --ink: #1d2126; --soft: #5d666f; --rule: #e3e0da;
-  --good: #23744a; --fair: #8a5a00; --bad: #b3261e; --none: #68717a;
+  --good: #23744a; --fair: #8a5a00; --bad: #b3261e; --none: #616a73;
   --good-wash: #e6f2eb; --fair-wash: #fbf0d9; --bad-wash: #fae5e3; --none-wash: #eff0f1;
   --a: #2f5fa8; --b: #b8651b;
 }
@@ -27,7 +27,7 @@ main { max-width: 66rem; margin: 0 auto; padding: 3rem 1.5rem 4rem; }
 header p, section > p, figcaption { color: var(--soft); }
 h1 { font-size: clamp(1.8rem, 5vw, 2.6rem); line-height: 1.15; letter-spacing: -0.02em; margin: 0 0 .25rem; font-weight: 650; }
 h2 { font-size: 1.25rem; letter-spacing: -0.01em; margin: 3.5rem 0 .75rem; padding-top: 1rem; border-top: 1px solid var(--rule); font-weight: 650; }
-h3 { font-size: 1rem; margin: 1.75rem 0 .5rem; font-weight: 650; text-transform: capitalize; }
+h3 { font-size: 1rem; margin: 1.75rem 0 .5rem; font-weight: 650; } h3.group { text-transform: capitalize; }
 p { margin: 0 0 .75rem; max-width: 42rem; }
 code { font: .875em/1.4 ui-monospace, "SF Mono", Menlo, Consolas, "DejaVu Sans Mono", monospace; overflow-wrap: anywhere; }
 .verdict { margin: 1.75rem 0 0; padding: 1.1rem 1.4rem; border-radius: .6rem; border-left: .35rem solid; }
@@ -50,16 +50,22 @@ ul.checks { list-style: none; margin: 0; padding: 0; background: var(--card); bo
 ul.checks li { display: grid; grid-template-columns: 6.2rem minmax(0, 16rem) minmax(0, 1fr); gap: .1rem 1rem; padding: .6rem 1rem; align-items: baseline; }
 ul.checks li + li { border-top: 1px solid var(--rule); }
 ul.checks p { margin: 0; font-size: .9375rem; } ul.checks .why { color: var(--ink); font-weight: 500; } ul.checks .what { color: var(--soft); }
+.again { margin: 1rem 0 0; }
+nav ul { list-style: none; display: flex; flex-wrap: wrap; gap: .3rem 1.25rem; margin: 1.5rem 0 0; padding: 0; font-size: .9375rem; }
+a { color: var(--a); } a:focus-visible, summary:focus-visible { outline: 2px solid var(--a); outline-offset: 2px; border-radius: .2rem; }
+ul.findings details p { color: var(--soft); font-size: .9375rem; }
 details { margin: .5rem 0; } summary { cursor: pointer; color: var(--soft); } details[open] summary { margin-bottom: .5rem; }
 .mark { font-size: .8125rem; font-weight: 600; border-radius: 1rem; padding: .1rem .65rem; justify-self: start; }
 .mark.passed { color: var(--good); background: var(--good-wash); } .mark.warning { color: var(--fair); background: var(--fair-wash); }
 .mark.failed, .mark.unstable { color: var(--bad); background: var(--bad-wash); } .mark.skipped, .mark.unseen { color: var(--none); background: var(--none-wash); }
 .pair { display: grid; margin-top: 1rem; grid-template-columns: repeat(auto-fill, minmax(min(26rem, 100%), 1fr)); gap: 1rem; }
-figure { margin: 0; padding: 1rem; background: var(--card); border: 1px solid var(--rule); border-radius: .6rem; min-width: 0; }
+.many { display: grid; margin: 1rem 0; grid-template-columns: repeat(auto-fill, minmax(min(14rem, 100%), 1fr)); gap: 1rem; }
+figure { margin: 0; padding: 1rem; background: var(--card); border: 1px solid var(--rule); border-radius: .6rem; min-width: 0; overflow-x: auto; }
 figcaption { font-size: .875rem; margin-bottom: .5rem; }
 svg { display: block; width: 100%; height: auto; }
 svg text { font: 400 13px system-ui, -apple-system, "Segoe UI", "Noto Sans", sans-serif; fill: var(--ink); }
 svg .tick { fill: var(--soft); font-size: 12px; } svg .end { text-anchor: end; } svg .middle { text-anchor: middle; }
+svg .axis { fill: var(--soft); font-size: 12px; } svg .begin { text-anchor: start; } svg image { image-rendering: auto; } svg.legend { margin-top: .2rem; }
 svg .grid { stroke: var(--rule); stroke-width: 1; }
 svg .line { fill: none; stroke-width: 1.75; stroke-linejoin: round; } svg .line.a, svg .wire { stroke: var(--a); } svg .line.b { stroke: var(--b); stroke-dasharray: 5 3; }
 svg .band.a { fill: var(--a); opacity: .85; } svg .dot.a { fill: var(--a); } svg .dot.b { fill: var(--b); }
@@ -68,7 +74,9 @@ svg .wire { fill: none; stroke-width: 1.5; } svg .box { fill: var(--card); strok
 .key.b::before { border-top: 2px dashed var(--b); } .key + .key { margin-left: 1.2em; }
 table { width: 100%; border-collapse: collapse; font-size: .9375rem; }
 th { text-align: left; font-weight: 600; color: var(--soft); font-size: .8125rem; }
-th, td { padding: .45rem .75rem .45rem 0; border-bottom: 1px solid var(--rule); vertical-align: top; overflow-wrap: anywhere; }
+th, td { padding: .45rem .75rem .45rem 0; border-bottom: 1px solid var(--rule); vertical-align: top; overflow-wrap: break-word; } td code { white-space: nowrap; } td.number, tbody th.number { white-space: nowrap; }
+td { font-weight: 400; } tbody th { color: var(--ink); font-weight: 400; font-size: inherit; } tbody th:not(.number) { font-weight: 500; }
+.numbers, figure table { font-size: .875rem; } .numbers td, .numbers th, figure td, figure th { padding: .2rem .5rem .2rem 0; }
 td.number, th.number { text-align: right; padding-right: 1.25rem; }
 img { max-width: 100%; height: auto; display: block; border-radius: .3rem; }
 .note { color: var(--soft); font-style: italic; }
@@ -79,6 +87,7 @@ footer { margin-top: 4rem; color: var(--soft); font-size: .875rem; }
   ul.checks li .said { grid-column: 1 / -1; }
   figure { padding: .75rem .6rem; }
   table.wide thead { display: none; } table.wide tr { display: block; padding: .5rem 0; border-bottom: 1px solid var(--rule); }
+  table.wide tbody th { display: block; border: 0; padding: 0; }
   table.wide td { display: inline; border: 0; padding: 0; } table.wide td + td::before { content: " \00b7 "; color: var(--soft); } table.wide td.number { text-align: left; }
   table.wide td[data-name]::after { content: " " attr(data-name); color: var(--soft); }
 }
@@ -87,8 +96,9 @@ footer { margin-top: 4rem; color: var(--soft); font-size: .875rem; }
     --good: #1b5e3a; --fair: #6e4800; --bad: #961b14; --none: #555; --good-wash: #fff; --fair-wash: #fff; --bad-wash: #fff; --none-wash: #fff; --a: #1f4a8a; --b: #8a4a10; }
   body { font-size: 10pt; } main { max-width: none; padding: 0; }
   h2 { break-after: avoid; margin-top: 2rem; } h3 { break-after: avoid; }
+  nav { display: none; }
   figure, ul.checks li, .verdict, tr { break-inside: avoid; }
-  .mark, .tally span { -webkit-print-color-adjust: exact; print-color-adjust: exact; border: 1px solid; }
+  .mark, .tally span, svg.legend rect { -webkit-print-color-adjust: exact; print-color-adjust: exact; border: 1px solid; }
   @page { margin: 16mm; }
 }
 )css";

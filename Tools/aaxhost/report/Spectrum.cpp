@@ -83,3 +83,19 @@ std::vector<double> SpectrumOf(std::span<const float> inSignal, double inRate, s
     }
     return levels;
 }
+
+std::vector<double> SpectrogramOf(std::span<const float> inSignal, double inRate, std::size_t inColumns,
+                                  std::size_t inPoints)
+{
+    constexpr std::size_t window = 2048;
+    std::vector<double> levels;
+    std::vector<float> padded(inSignal.size() + window, 0.0F);
+    std::ranges::copy(inSignal, padded.begin() + window / 2);
+    for (std::size_t column = 0; column < inColumns; ++column)
+    {
+        const std::size_t middle = (2 * column + 1) * inSignal.size() / (2 * inColumns);
+        const auto spectrum = SpectrumOf(std::span(padded).subspan(middle, window), inRate, inPoints);
+        levels.insert(levels.end(), spectrum.begin(), spectrum.end());
+    }
+    return levels;
+}

@@ -15,21 +15,28 @@ png_image EmptyImage()
 }
 } // namespace
 
-COutcome<SDone> WritePng(const std::string& inPath, const SPicture& inPicture)
+COutcome<std::string> EncodePng(const SPicture& inPicture)
 {
     png_image image = EmptyImage();
     image.width = static_cast<png_uint_32>(inPicture.mWidth);
     image.height = static_cast<png_uint_32>(inPicture.mHeight);
     image.format = PNG_FORMAT_RGB;
-    const auto problem = [&]
-    { return SProblem{fmt::format("'{}' cannot be written: {}.", inPath, image.message)}; };
     png_alloc_size_t size = 0;
     if (png_image_write_to_memory(&image, nullptr, &size, 0, inPicture.mPixels.data(), 0, nullptr) == 0)
-        return problem();
-    std::vector<std::byte> bytes(size);
+        return SProblem{image.message};
+    std::string bytes(size, '\0');
     if (png_image_write_to_memory(&image, bytes.data(), &size, 0, inPicture.mPixels.data(), 0, nullptr) == 0)
-        return problem();
-    return WriteWholeFile(inPath, std::span(bytes).first(size));
+        return SProblem{image.message};
+    bytes.resize(size);
+    return bytes;
+}
+
+COutcome<SDone> WritePng(const std::string& inPath, const SPicture& inPicture)
+{
+    const auto bytes = EncodePng(inPicture);
+    if (!bytes)
+        return SProblem{fmt::format("'{}' cannot be written: {}.", inPath, bytes.Problem().mSentence)};
+    return WriteWholeFile(inPath, std::as_bytes(std::span(*bytes)));
 }
 
 COutcome<SPicture> ReadPng(const std::string& inPath)

@@ -13,6 +13,8 @@ struct SPicture
     std::vector<std::uint8_t> mPixels;
 };
 
+/** The bytes of a PNG file. */
+COutcome<std::string> EncodePng(const SPicture& inPicture);
 /** Replaces the file. */
 COutcome<SDone> WritePng(const std::string& inPath, const SPicture& inPicture);
 COutcome<SPicture> ReadPng(const std::string& inPath);

@@ -8,7 +8,7 @@ namespace
 {
 constexpr std::size_t kAutomationPoints = 96;
 
-/** The parameter between whose ends the level changes most: of most plug-ins the volume or the mix. */
+/** The parameter over which the level changes most: of most plug-ins the volume or the mix. */
 std::string MostAudible(CRig& ioRig, const std::vector<std::string>& inIDs)
 {
     constexpr std::size_t most = 40;
@@ -17,17 +17,18 @@ std::string MostAudible(CRig& ioRig, const std::vector<std::string>& inIDs)
     for (std::size_t i = 0; i < std::min(most, inIDs.size()); ++i)
     {
         const double before = ValueOf(ioRig.Instance(), inIDs[i]);
-        double levels[2] = {};
-        for (int end = 0; end < 2; ++end)
+        std::vector<double> levels;
+        for (const double value : {0.0, 0.5, 1.0})
         {
-            (void)ioRig.Instance().UpdateParameter(inIDs[i], end); // a refusal shows as a level that stays
-            (void)RenderLevel(ioRig, 2048);
-            levels[end] = RenderLevel(ioRig, 4096);
+            (void)ioRig.Instance().UpdateParameter(inIDs[i], value); // a refusal shows as a level that stays
+            (void)RenderLevel(ioRig, kLevelFrames);
+            levels.push_back(RenderLevel(ioRig, kLevelFrames));
         }
+        const auto [lowest, highest] = std::ranges::minmax(levels);
         (void)ioRig.Instance().UpdateParameter(inIDs[i], before); // where it was
-        if (std::abs(levels[1] - levels[0]) > widest + 0.5)
+        if (highest - lowest > widest + 0.5)
         {
-            widest = std::abs(levels[1] - levels[0]);
+            widest = highest - lowest;
             best = inIDs[i];
         }
     }
@@ -44,11 +45,12 @@ SReportAutomation MeasureAutomation(const std::string& inModule)
     if (ids.empty())
         throw SCheckEnd{SFinding::Skipped("The plug-in has no parameters to automate.")};
     SReportAutomation automation;
-    rig.Feed(Noise(0.25F));
+    rig.Feed(PeriodicNoise());
     rig.Send(0, 0x90, 60, 100);
     rig.RenderSeconds(0.3);
     const std::string id = MostAudible(rig, ids);
     automation.mParameter = NameOfParameter(instance, id);
+    rig.Feed(Noise(0.25F)); // the other one comes again more slowly than the points
     constexpr std::int32_t block = 512;
     constexpr int blocksAPoint = 2;
     for (std::size_t point = 0; point < kAutomationPoints; ++point)

@@ -4,13 +4,6 @@
 #include "Tools/aaxhost/window/CEditorView.h"
 #include "Tools/aaxhost/window/SPicture.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
-namespace fs = std::filesystem;
-
 SReportEditor PictureEditor(const std::string& inModule)
 {
     CCheckContext context(inModule, kMeasureStrictness);
@@ -31,13 +24,10 @@ SReportEditor PictureEditor(const std::string& inModule)
     const auto picture = (*window)->TakePicture();
     if (!picture)
         throw SCheckEnd{SFinding::Skipped(picture.Problem().mSentence)};
-    const fs::path file = fs::path(std::getenv("HOME")) / "editor.png";
-    // The home folder of this process is a fresh one of its own.
-    const auto written = WritePng(file.string(), *picture);
-    if (!written)
-        throw SCheckEnd{SFinding::Skipped(written.Problem().mSentence)};
-    std::ifstream stream(file, std::ios::binary);
-    editor.mPngBase64 = Base64({std::istreambuf_iterator<char>(stream), {}});
+    const auto bytes = EncodePng(*picture);
+    if (!bytes)
+        throw SCheckEnd{SFinding::Skipped("No picture can be made: " + bytes.Problem().mSentence + ".")};
+    editor.mPngBase64 = Base64(*bytes);
     editor.mWidth = picture->mWidth;
     editor.mHeight = picture->mHeight;
     return editor;

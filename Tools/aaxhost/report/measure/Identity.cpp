@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/host/HostNames.h"
 #include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/aaxhost/report/measure/Parts.h"
+#include "Tools/inspector/FeatureUses.h"
 
 #include <fmt/format.h>
 
@@ -30,5 +31,8 @@ SReportIdentity MeasureIdentity(const std::string& inModule)
     for (const SParameterInfo& info : instance->ListParameters())
         identity.mParameters.push_back(
             {info.mID, info.mName, info.mDefault, info.mValueText, info.mSteps, info.mAutomatable});
+    for (const SFeatureUse& feature : FeatureUses({}))
+        if (context.HasFeature(feature.mName))
+            identity.mFeatures.emplace_back(feature.mName);
     return identity;
 }

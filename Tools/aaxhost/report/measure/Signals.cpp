@@ -10,6 +10,8 @@ namespace
 constexpr std::size_t kColumns = 240; // of a waveform
 constexpr std::size_t kSpectrumPoints = 160;
 constexpr std::size_t kImpulseSamples = 240;
+constexpr std::size_t kSpectrogramColumns = 160;
+constexpr std::size_t kSpectrogramRows = 96;
 
 SReportSignal Signal(const std::string& inTitle, const std::vector<float>& inSamples, double inRate)
 {
@@ -36,6 +38,12 @@ SReportSignal Signal(const std::string& inTitle, const std::vector<float>& inSam
     // From the loud part on: the beginning may be silent.
     signal.mSpectrum =
         SpectrumOf(std::span(inSamples).subspan(inSamples.size() / 8), inRate, kSpectrumPoints);
+    signal.mLevel = LevelOf(inSamples);
+    signal.mSpectrogram = SpectrogramOf(inSamples, inRate, kSpectrogramColumns, kSpectrogramRows);
+    for (double& level : signal.mSpectrogram)
+        level = std::round(level); // finer than a colour shows
+    signal.mColumns = kSpectrogramColumns;
+    signal.mRows = kSpectrogramRows;
     return signal;
 }
 
@@ -82,7 +90,10 @@ SReportSignals MeasureSignals(const std::string& inModule)
         const std::string title = "Impulse at -6 dB";
         const auto impulse = render(title, Impulse(0, 0.5F), false);
         if (!signals.mSignals.empty() && signals.mSignals.back().mTitle == title)
+        {
             signals.mSignals.back().mSpectrum = ResponseSpectrum(impulse, 0.5F, kCheckRate);
+            signals.mSignals.back().mIsImpulse = true;
+        }
         for (std::size_t i = 0; i < std::min(kImpulseSamples, impulse.size()); ++i)
             signals.mImpulse.push_back(std::isfinite(impulse[i]) ? static_cast<double>(impulse[i]) : 0.0);
     }

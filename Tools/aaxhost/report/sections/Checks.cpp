@@ -41,7 +41,7 @@ std::string ChecksSection(const std::vector<SCheckResult>& inResults)
         std::string folded;
         for (auto result = begin; result != end; ++result)
             (result->mFault == EFault::None ? folded : open) += Check(*result);
-        html += fmt::format("<h3>{}</h3>\n", Heading(group));
+        html += fmt::format("<h3 class=\"group\">{}</h3>\n", Heading(group));
         if (!open.empty())
             html += fmt::format("<ul class=\"checks\">\n{}</ul>\n", open);
         if (!folded.empty())

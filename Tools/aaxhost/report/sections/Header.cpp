@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/report/sections/Sections.h"
 
 #include "Tools/aaxhost/check/CheckSummary.h"
+#include "Tools/aaxhost/check/Explanation.h"
 #include "Tools/aaxhost/report/HtmlText.h"
 
 #include <algorithm>
@@ -37,6 +38,18 @@ std::string Verdict(const std::vector<SCheckResult>& inResults)
                        Escaped(CountsInWords(inResults)));
 }
 
+/** Why it matters and what to do about it, folded. */
+std::string Explained(std::string_view inCheck)
+{
+    const SExplanation* const explanation = FindExplanation(inCheck);
+    return explanation == nullptr
+               ? std::string()
+               : fmt::format("<details><summary>Why it matters, and how to mend it</summary>"
+                             "<p>{}</p><p>{}</p><p>{}</p></details>",
+                             Escaped(explanation->mDoes), Escaped(explanation->mMatters),
+                             Escaped(explanation->mMend));
+}
+
 /** What needs a look, before everything else, what only the module does first; nothing when there is none. */
 std::string Findings(const std::vector<SCheckResult>& inResults)
 {
@@ -50,9 +63,10 @@ std::string Findings(const std::vector<SCheckResult>& inResults)
     std::string items;
     for (const SCheckResult* const result : list)
         items += fmt::format("<li><span class=\"mark {0}\">{0}</span><div>{1} <em>{2}</em> <code>{3}</code>"
-                             "</div></li>\n",
+                             "{4}</div></li>\n",
                              NameOfVerdict(result->mFinding.mVerdict), Escaped(result->mFinding.mReason),
-                             Escaped(FaultInWords(*result)), Escaped(result->mCheck->mName));
+                             Escaped(FaultInWords(*result)), Escaped(result->mCheck->mName),
+                             Explained(result->mCheck->mName));
     return items.empty() ? items : "<ul class=\"findings\">\n" + items + "</ul>\n";
 }
 } // namespace
@@ -66,20 +80,12 @@ std::string TitleOf(const SCheckJob& inJob, const SReportIdentity& inIdentity)
 }
 
 std::string HeaderSection(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults,
-                          const SReportIdentity& inIdentity)
+                          const SReportMaterial& inMaterial)
 {
-    std::string html = fmt::format("<header>\n<h1>{}</h1>\n", Escaped(TitleOf(inJob, inIdentity)));
-    if (!inIdentity.mManufacturer.empty())
-        html += fmt::format("<p>{}</p>\n", Escaped(inIdentity.mManufacturer));
-    html += Verdict(inResults) + Findings(inResults) + "<dl class=\"facts\">\n";
-    if (inIdentity.mProblem.empty())
-        html +=
-            Fact("Effect", inIdentity.mEffectID) + Fact("Manufacturer code", inIdentity.mManufacturerCode) +
-            Fact("Product and plug-in code", inIdentity.mProductCode == inIdentity.mPluginCode
-                                                 ? inIdentity.mPluginCode
-                                                 : inIdentity.mProductCode + ", " + inIdentity.mPluginCode) +
-            Fact("Plug-in version", inIdentity.mVersion) +
-            Fact("Reported latency", fmt::format("{} samples", inIdentity.mLatency));
-    html += Fact("Strictness", fmt::format("{} of {}", inJob.mStrictness, kHighestStrictness));
-    return html + "</dl>\n</header>\n";
+    const SReportIdentity& identity = inMaterial.mIdentity;
+    std::string html = fmt::format("<header>\n<h1>{}</h1>\n", Escaped(TitleOf(inJob, identity)));
+    if (!identity.mManufacturer.empty())
+        html += fmt::format("<p>{}</p>\n", Escaped(identity.mManufacturer));
+    return html + RunSection(inJob, inResults, inMaterial) + Verdict(inResults) + Findings(inResults) +
+           "</header>\n";
 }

@@ -8,6 +8,6 @@ std::vector<STick> SecondTicks(double inSeconds)
     constexpr double step = 0.5;
     const int count = static_cast<int>(inSeconds / step + 1e-9);
     for (int i = 0; i <= count; ++i)
-        ticks.push_back({inSeconds > 0.0 ? step * i / inSeconds : 0.0, fmt::format("{} s", step * i)});
+        ticks.push_back({inSeconds > 0.0 ? step * i / inSeconds : 0.0, fmt::format("{}", step * i)});
     return ticks;
 }
