@@ -169,9 +169,9 @@ TEST(Cost, IsDrawnAsAShareOfTheTimeThatABlockLasts)
     cost.mBare = {10.0, 100.0};
     const std::string html = CostSection(cost);
     // From 1 to 10 per cent: the lower edge and the upper one.
-    EXPECT_NE(html.find("line a dots\" points=\"60.0,206.0 466.0,26.0 \""), std::string::npos) << html;
-    EXPECT_NE(html.find("line b dots\" points=\"60.0,206.0 466.0,206.0 \""), std::string::npos) << html;
-    for (const char* part : {"share of real time at 48 kHz (%)", "block size (frames)", ">10.000 %<"})
+    EXPECT_NE(html.find("line a dots\" points=\"60.0,206.0 458.0,26.0 \""), std::string::npos) << html;
+    EXPECT_NE(html.find("line b dots\" points=\"60.0,206.0 458.0,206.0 \""), std::string::npos) << html;
+    for (const char* part : {"share of real time at 48 kHz (%)", "block size (frames)", ">10.000<"})
         EXPECT_NE(html.find(part), std::string::npos) << part;
 }
 
@@ -194,6 +194,16 @@ TEST(Sweep, DrawsWhatIsAudibleAndNamesTheRest)
     EXPECT_EQ(html.find("<figcaption>Colour"), std::string::npos);
 }
 
+TEST(Sweep, OnlyAPluginsOwnParametersHaveTheTextsOfOne)
+{
+    SReportParameterTexts texts;
+    texts.mParameters.resize(11);
+    for (const auto& [id, index] : {std::pair("00000", 0), {"00010", 10}})
+        EXPECT_EQ(texts.Find(id), &texts.mParameters[static_cast<std::size_t>(index)]) << id;
+    for (const char* id : {"", "00011", "Gain", "3Gain", "MasterBypassID", "99999999999999999999999"})
+        EXPECT_EQ(texts.Find(id), nullptr) << id;
+}
+
 TEST(Latency, IsSaidToAgreeOnlyWhereItDoes)
 {
     SReportMaterial material;
@@ -204,7 +214,7 @@ TEST(Latency, IsSaidToAgreeOnlyWhereItDoes)
     EXPECT_NE(html.find("At 1 of the rates"), std::string::npos) << html;
     EXPECT_NE(html.find("96 (2.00 ms)"), std::string::npos) << html;
     // The measured line rises from two thirds of the highest to it, which stands a little below the edge.
-    EXPECT_NE(html.find("line a dots\" points=\"60.0,101.7 466.0,49.5 \""), std::string::npos) << html;
+    EXPECT_NE(html.find("line a dots\" points=\"60.0,101.7 458.0,49.5 \""), std::string::npos) << html;
     for (SReportLatencyPoint& point : material.mLatency.mPoints)
         point.mMeasured = -1;
     EXPECT_NE(LatencySection(material).find("No impulse comes out"), std::string::npos);
@@ -236,8 +246,8 @@ TEST(Chart, DrawsWithinItsAxesAndEscapesWhatAPluginIsCalled)
     chart.AddLine(points, "a dots");
     const std::string svg = chart.Svg();
     EXPECT_NE(svg.find("aria-label=\"Level of &lt;Bass &amp; &quot;Drum&quot;&gt;\""), std::string::npos);
-    // 480 by 250, with 60 and 14 beside the axes, 26 above and 44 below: what is outside lies on the edge.
-    EXPECT_NE(svg.find("<polyline class=\"line a dots\" points=\"60.0,206.0 263.0,26.0 466.0,206.0 \"/>"),
+    // 480 by 250, with 60 and 22 beside the axes, 26 above and 44 below: what is outside lies on the edge.
+    EXPECT_NE(svg.find("<polyline class=\"line a dots\" points=\"60.0,206.0 259.0,26.0 458.0,206.0 \"/>"),
               std::string::npos)
         << svg;
     EXPECT_NE(svg.find("y1=\"26.0\" y2=\"26.0\"/><text class=\"tick end\" x=\"54\" y=\"30.0\">0 dB</text>"),

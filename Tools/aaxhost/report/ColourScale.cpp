@@ -28,7 +28,7 @@ SColour ScaleColour(double inPart)
 std::string ColourLegend(double inLowest, double inHighest, int inSteps, const std::string& inUnit)
 {
     constexpr double left = 60.0;
-    constexpr double width = 406.0; // those of a chart
+    constexpr double width = 398.0; // those of a chart
     constexpr int patches = 58;
     std::string svg = fmt::format("<svg class=\"legend\" viewBox=\"0 0 480 34\" role=\"img\" "
                                   "aria-label=\"Colours from dark at {:g} to light at {:g} {}\">\n",

@@ -6,7 +6,7 @@
 CHtmlChart::CHtmlChart(std::string inTitle, EChartSize inSize)
     : mTitle(std::move(inTitle)),
       // The page shows the wide one at about this width beside another one, and narrower on a phone.
-      mArea(inSize == EChartSize::Wide ? SArea{480.0, 250.0, 60.0, 14.0, 26.0, 44.0}
+      mArea(inSize == EChartSize::Wide ? SArea{480.0, 250.0, 60.0, 22.0, 26.0, 44.0}
                                        : SArea{240.0, 170.0, 46.0, 10.0, 24.0, 26.0})
 {
 }
@@ -61,10 +61,11 @@ void CHtmlChart::SetPicture(const std::string& inPng)
 
 std::string CHtmlChart::Svg() const
 {
+    const bool isSmall = mArea.mWidth < 400.0;
     const std::string said = mTitle + (mSummary.empty() ? "" : ". " + mSummary);
     std::string svg =
-        fmt::format("<svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"{}\">\n{}",
-                    mArea.mWidth, mArea.mHeight, Escaped(said), mPicture);
+        fmt::format("<svg class=\"{}\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"{}\">\n{}",
+                    isSmall ? "chart small" : "chart", mArea.mWidth, mArea.mHeight, Escaped(said), mPicture);
     for (const STick& tick : mVertical)
     {
         const double y = PlaceY(tick.mPosition);
@@ -78,7 +79,6 @@ std::string CHtmlChart::Svg() const
     {
         const double x = PlaceX(tick.mPosition);
         // The texts of a small one are long, and stand within its ends.
-        const bool isSmall = mArea.mWidth < 400.0;
         const char* const anchor = !isSmall ? "middle" : tick.mPosition < 0.5 ? "begin" : "end";
         svg += fmt::format("<line class=\"grid\" x1=\"{0:.1f}\" x2=\"{0:.1f}\" y1=\"{1}\" y2=\"{2}\"/>"
                            "<text class=\"tick {5}\" x=\"{0:.1f}\" y=\"{3}\">{4}</text>\n",

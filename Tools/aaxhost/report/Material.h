@@ -105,6 +105,9 @@ struct SReportParameterTexts
 {
     std::string mProblem;
     std::vector<SReportTexts> mParameters; // by their index in the plug-in
+
+    /** Of the module's parameter with that identifier; null where it is not one of the plug-in's. */
+    const SReportTexts* Find(const std::string& inID) const;
 };
 
 struct SReportSweptParameter

@@ -86,9 +86,11 @@ footer { margin-top: 4rem; color: var(--soft); font-size: .875rem; }
   ul.checks li { grid-template-columns: minmax(0, 1fr) auto; } ul.checks li .mark { grid-column: 2; grid-row: 1; } ul.checks li code { grid-column: 1; grid-row: 1; }
   ul.checks li .said { grid-column: 1 / -1; }
   figure { padding: .75rem .6rem; }
+  dl.facts { grid-template-columns: repeat(auto-fit, minmax(min(9rem, 100%), 1fr)); gap: .75rem 1.25rem; }
+  svg:not(.small) .tick, svg:not(.small) .axis { font-size: 16px; } figure td.number, figure th.number { padding-right: .4rem; } .stems svg text { font-size: 16px; }
   table.wide thead { display: none; } table.wide tr { display: block; padding: .5rem 0; border-bottom: 1px solid var(--rule); }
   table.wide tbody th { display: block; border: 0; padding: 0; }
-  table.wide td { display: inline; border: 0; padding: 0; } table.wide td + td::before { content: " \00b7 "; color: var(--soft); } table.wide td.number { text-align: left; }
+  table.wide td.none { display: none; } table.wide td { display: inline; border: 0; padding: 0; } table.wide td + td::before { content: " \00b7  "; color: var(--soft); } table.wide td.number { text-align: left; }
   table.wide td[data-name]::after { content: " " attr(data-name); color: var(--soft); }
 }
 @media print {

@@ -65,15 +65,15 @@ std::string CostSection(const SReportCost& inCost)
         chart.AddLine(line(bare), "b dots");
         caption += "<span class=\"key b\">the plug-in alone</span>";
     }
-    SHtmlTable table{{"Frames", "Module", "Plug-in alone", "Module", "Plug-in alone"}, {}};
+    SHtmlTable table{{"Frames", "Module (\xC2\xB5s)", "Alone (\xC2\xB5s)", "Module (%)", "Alone (%)"}, {}};
     const std::string none = "\xE2\x80\x93";
     for (std::size_t i = 0; i < module.size(); ++i)
     {
         const bool hasBare = i < bare.size();
-        table.mRows.push_back(
-            {std::to_string(inCost.mBlocks[i]), fmt::format("{:.2f} \xC2\xB5s", inCost.mModule[i]),
-             hasBare ? fmt::format("{:.2f} \xC2\xB5s", inCost.mBare[i]) : none,
-             fmt::format("{:.3f} %", module[i]), hasBare ? fmt::format("{:.3f} %", bare[i]) : none});
+        table.mRows.push_back({std::to_string(inCost.mBlocks[i]), fmt::format("{:.2f}", inCost.mModule[i]),
+                               hasBare ? fmt::format("{:.2f}", inCost.mBare[i]) : none,
+                               fmt::format("{:.3f}", module[i]),
+                               hasBare ? fmt::format("{:.3f}", bare[i]) : none});
     }
     return fmt::format(
         "<p>What a block takes, the median of many, of the time that it lasts at 48 kHz, on the machine "

@@ -2,9 +2,8 @@
 
 #include "Tools/aaxhost/report/HtmlText.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <fmt/format.h>
+#include <utility>
 
 namespace
 {
@@ -16,17 +15,20 @@ std::string Cell(const char* inName, const std::string& inText)
 }
 
 /** What the plug-in itself writes; a dash where the parameter is the module's own. */
-std::string OwnTexts(const SReportParameter& inParameter, const SReportParameterTexts& inTexts)
+std::string OwnTexts(const SReportTexts* inTexts)
 {
-    char* end = nullptr;
-    const auto index = static_cast<std::size_t>(std::strtoul(inParameter.mID.c_str(), &end, 10));
-    const bool isPlugins =
-        end != inParameter.mID.c_str() && *end == '\0' && index < inTexts.mParameters.size();
-    const SReportTexts own = isPlugins ? inTexts.mParameters[index] : SReportTexts{};
-    const auto shown = [&](const std::string& text)
-    { return !isPlugins ? std::string("\xE2\x80\x93") : WithUnit(text, own.mUnit); };
-    return Cell("at the start", shown(own.mDefault)) + Cell("at 0", shown(own.mAtZero)) +
-           Cell("at 0.5", shown(own.mAtHalf)) + Cell("at 1", shown(own.mAtOne));
+    std::string cells;
+    for (int i = 0; i < 4 && inTexts == nullptr; ++i)
+        cells += "<td class=\"none\">\xE2\x80\x93</td>";
+    if (inTexts == nullptr)
+        return cells;
+    for (const auto& [name, text] :
+         {std::pair<const char*, const std::string&>{"at the start", inTexts->mDefault},
+          {"at 0", inTexts->mAtZero},
+          {"at 0.5", inTexts->mAtHalf},
+          {"at 1", inTexts->mAtOne}})
+        cells += Cell(name, WithUnit(text, inTexts->mUnit));
+    return cells;
 }
 } // namespace
 
@@ -39,8 +41,9 @@ std::string ParametersSection(const SReportIdentity& inIdentity, const SReportPa
         rows += fmt::format("<tr><th scope=\"row\"><code>{}</code></th><td>{}</td>{}<td class=\"number\" "
                             "data-name=\"default\">{:.3f}</td>{}<td class=\"number\" "
                             "data-name=\"steps\">{}</td><td>{}</td></tr>\n",
-                            Escaped(parameter.mID), Escaped(parameter.mName), OwnTexts(parameter, inTexts),
-                            parameter.mDefault, Cell("in the host", parameter.mText),
+                            Escaped(parameter.mID), Escaped(parameter.mName),
+                            OwnTexts(inTexts.Find(parameter.mID)), parameter.mDefault,
+                            Cell("in the host", parameter.mText),
                             parameter.mSteps == 0 ? "no" : std::to_string(parameter.mSteps),
                             parameter.mAutomatable ? "automatable" : "not automatable");
     const std::string table =

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -50,14 +49,6 @@ std::string TextAt(const SReportTexts* inTexts, bool inIsEnd)
         return number;
     const std::string& text = inIsEnd ? inTexts->mAtOne : inTexts->mAtZero;
     return text.empty() ? number : WithUnit(text, inTexts->mUnit);
-}
-
-const SReportTexts* TextsOf(const SReportSweptParameter& inParameter, const SReportParameterTexts& inTexts)
-{
-    char* end = nullptr;
-    const auto index = static_cast<std::size_t>(std::strtoul(inParameter.mID.c_str(), &end, 10));
-    return end != inParameter.mID.c_str() && index < inTexts.mParameters.size() ? &inTexts.mParameters[index]
-                                                                                : nullptr;
 }
 
 std::string SmallMultiple(const SReportSweptParameter& inParameter, const SReportTexts* inTexts,
@@ -114,7 +105,7 @@ std::string SweepSection(const SReportSweep& inSweep, const SReportParameterText
     {
         html += "<div class=\"many\">\n";
         for (const SReportSweptParameter* const parameter : audible)
-            html += SmallMultiple(*parameter, TextsOf(*parameter, inTexts), inSweep.mValues, scale);
+            html += SmallMultiple(*parameter, inTexts.Find(parameter->mID), inSweep.mValues, scale);
         html += "</div>\n";
     }
     const auto heard = static_cast<std::size_t>(
