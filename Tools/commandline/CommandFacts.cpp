@@ -65,8 +65,8 @@ SOptionFacts FactsOfOption(CLI::Option& inOption, const NameLists& inLists)
     for (const std::string& name : inOption.get_lnames())
         facts.mNames.push_back("--" + name);
     facts.mForm = inOption.get_type_name();
-    for (const std::string& range : facts.mRange)
-        facts.mForm.erase(facts.mForm.rfind(":" + range));
+    if (!facts.mRange.empty()) // the first of them comes first
+        facts.mForm.erase(facts.mForm.find(":" + facts.mRange.front()));
     if (inOption.get_positional())
         facts.mForm = inOption.get_name(true, false);
     facts.mMayHaveValue = inOption.get_items_expected_max() == 0 && !facts.mRange.empty();
