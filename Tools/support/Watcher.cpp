@@ -1,5 +1,6 @@
 #include "Tools/support/Watcher.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -56,11 +57,18 @@ public:
             else
                 mUnread += letter;
     }
-    void EndGroups() const
+    /** Those that are noted. @return whether there were any. */
+    bool EndGroups()
     {
+        std::vector<pid_t> leaders;
         for (const std::string& note : mNotes)
             if (note.front() == kGroup)
-                EndGroup(static_cast<pid_t>(std::strtol(note.c_str() + 1, nullptr, 10)));
+                leaders.push_back(static_cast<pid_t>(std::strtol(note.c_str() + 1, nullptr, 10)));
+        std::erase_if(mNotes, [](const std::string& note) { return note.front() == kGroup; });
+        for (const pid_t leader : leaders)
+            (void)kill(-leader, SIGKILL); // all of them before one is waited for
+        std::ranges::for_each(leaders, &EndGroup);
+        return !leaders.empty();
     }
     void RemoveFiles() const
     {
@@ -123,13 +131,12 @@ bool ReadSome(int inFile, CNotes& ioNotes)
         if ((files[1].revents & POLLIN) != 0)
             (void)ReadSome(inNotes, notes);
     }
-    while (ReadSome(inNotes, notes))
+    do
     {
-    }
-    notes.EndGroups();
-    while (ReadSome(inNotes, notes)) // what the groups noted until their end
-    {
-    }
+        while (ReadSome(inNotes, notes)) // also what the groups noted until their end, such as further groups
+        {
+        }
+    } while (notes.EndGroups());
     notes.RemoveFiles();
     _exit(EXIT_SUCCESS);
 }
