@@ -41,16 +41,29 @@ function(add_aax_adapter name)
     _aaxadapter_name_features(${bundle}/Contents/Resources/features.txt)
     configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/product.cpp.in ${generated} @ONLY)
 
-    add_library(${name} MODULE ${generated})
-    target_compile_features(${name} PRIVATE cxx_std_20)
-    target_link_libraries(${name} PRIVATE
-        "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
+    _aaxadapter_add_module(${name} ${bundle} ${generated})
     if(arg_RT_GUARD)
         target_link_libraries(${name} PRIVATE AaxAdapter::render_guard)
     endif()
     if(arg_FEATURES OR arg_STEMS)
         target_link_libraries(${name} PRIVATE AaxAdapter::product_features)
     endif()
+    set(module ${bundle}/Contents/x86_64-linux/${name}.so)
+    if(APPLE)
+        set(module ${bundle}/Contents/MacOS/${name})
+    endif()
+    _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources ${module} "${arg_SOURCE_VST}" ${generated})
+    aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
+    install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
+endfunction()
+
+# The executable of a bundle, of one source that says what the product is; of a bundle for macOS all but its resources. Reads
+# arg_EFFECT_ID and arg_VERSION.
+function(_aaxadapter_add_module name bundle source)
+    add_library(${name} MODULE ${source})
+    target_compile_features(${name} PRIVATE cxx_std_20)
+    target_link_libraries(${name} PRIVATE
+        "$<LINK_LIBRARY:WHOLE_ARCHIVE,AaxAdapter::aax_exports,AaxAdapter::aax_adapter>")
     if(TARGET project_warnings) # not in a project that uses the installed package
         target_link_libraries(${name} PRIVATE project_warnings)
     endif()
@@ -59,16 +72,11 @@ function(add_aax_adapter name)
     aaxadapter_harden_linking(${name})
     _aaxadapter_export_entry_points(${name})
     if(APPLE)
-        set(module ${bundle}/Contents/MacOS/${name})
         _aaxadapter_layout_macos(${name} ${bundle})
     else()
-        set(module ${bundle}/Contents/x86_64-linux/${name}.so)
         set_target_properties(${name} PROPERTIES
             SUFFIX .so LIBRARY_OUTPUT_DIRECTORY ${bundle}/Contents/x86_64-linux)
     endif()
-    _aaxadapter_place_source_vst(${name} ${bundle}/Contents/Resources ${module} "${arg_SOURCE_VST}" ${generated})
-    aaxadapter_place_notices(${name} ${bundle}/Contents/Resources)
-    install(DIRECTORY ${bundle} DESTINATION . COMPONENT ${name} USE_SOURCE_PERMISSIONS EXCLUDE_FROM_ALL)
 endfunction()
 
 # A list for whoever looks at the bundle, one a line; a product without features has no such file.
@@ -126,9 +134,10 @@ function(_aaxadapter_layout_macos name bundle)
     set(AAXADAPTER_BUNDLE_ID ${arg_EFFECT_ID})
     set(AAXADAPTER_BUNDLE_VERSION ${arg_VERSION})
     configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/Info.plist.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist @ONLY)
+    get_filename_component(folder ${bundle} DIRECTORY)
     set_target_properties(${name} PROPERTIES
         BUNDLE TRUE BUNDLE_EXTENSION aaxplugin
-        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/modules
+        LIBRARY_OUTPUT_DIRECTORY ${folder}
         MACOSX_BUNDLE_INFO_PLIST ${CMAKE_CURRENT_BINARY_DIR}/${name}_Info.plist)
     file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}_PkgInfo "TDMwPTul")
     add_custom_command(TARGET ${name} POST_BUILD VERBATIM
