@@ -46,7 +46,9 @@ if(PROJECT_IS_TOP_LEVEL)
     if(TARGET aaxhost)
         install(TARGETS aaxhost EXPORT AaxAdapterTargets RUNTIME DESTINATION bin COMPONENT AaxAdapter)
         install(DIRECTORY ${PROJECT_BINARY_DIR}/documents/aaxhost/ DESTINATION share COMPONENT AaxAdapter)
-        add_dependencies(aaxadapter_package aaxhost vst2probe)
+        install(DIRECTORY ${CMAKE_BINARY_DIR}/share/aaxadapter/survey DESTINATION share/aaxadapter COMPONENT AaxAdapter
+            USE_SOURCE_PERMISSIONS)
+        add_dependencies(aaxadapter_package aaxhost vst2probe SurveyModule)
     endif()
     # What is in the libraries and the two programs; the programs' other libraries are shared ones of the system, or free
     # to be built into a binary without a notice.

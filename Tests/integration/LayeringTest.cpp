@@ -71,6 +71,10 @@ TEST(Layering, IncludesGoDownOnly)
         {"Tools/aaxhost/direct/",
          {aax[0], aax[1], "Interfaces/VST2/", "Tools/aaxhost/", "Tools/vst2driver/"}},
         {"Tools/aaxhost/bench/", {aax[0], "Tools/aaxhost/", "Tools/support/", "Tools/vst2driver/"}},
+        {"Tools/aaxhost/survey/", {"Tools/aaxhost/", "Tools/support/"}},
+        // A product without a plug-in, which is as much of the adapter as a generated source.
+        {"Tools/survey_module/",
+         {"Source/AaxAdapter_Product.h", "Source/SourceVstPath.h", "Source/plugins/ProductFeatures.h"}},
         // What the module is compared with: the plug-in called directly, and nothing of the module's.
         {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/vst2driver/"}},
         // Loads a plug-in as a module does, and of the adapter knows only how many ports that takes.

@@ -51,6 +51,11 @@ if(NOT output MATCHES "Real-time guard, [1-9]")
     message(FATAL_ERROR "the product with RT_GUARD watches nothing:\n${output}")
 endif()
 
+run(${WORK}/installed/bin/aaxhost survey ${PLUGIN} --only life-cycle.creates --output ${WORK}/survey)
+if(NOT output MATCHES "1 plug-in: 1 fit" OR NOT EXISTS ${WORK}/survey/index.html)
+    message(FATAL_ERROR "the survey of one plug-in found something else:\n${output}")
+endif()
+
 get_filename_component(bin ${CPACK} DIRECTORY)
 run(${bin}/ctest --test-dir ${WORK}/build)
 if(NOT output MATCHES "MakersDelay.check [. ]+ +Passed.*MakersBeta.check [. *]+Skipped")
@@ -74,11 +79,14 @@ else()
 endif()
 pack_and_look(${WORK}/build product ${bundle}/${MODULE} ${bundle}/Resources/source.vst/?)
 set(top [^/\n]+)
+string(REPLACE MakersDelay SurveyModule survey share/aaxadapter/survey/MakersDelay.aaxplugin/Contents/${MODULE})
 pack_and_look(${BUILD} package ${top}/bin/aaxhost ${top}/bin/vst2probe ${top}/lib/aaxadapter/libaax_adapter.a
     ${top}/lib/cmake/AaxAdapter/AaxAdapterConfig.cmake ${top}/lib/cmake/AaxAdapter/AaxAdapterTargets.cmake
     ${top}/share/doc/aaxadapter/docs/products.md ${top}/share/man/man1/aaxhost.1 ${top}/share/man/man1/aaxhost-check.1
     ${top}/share/man/man1/vst2probe.1 ${top}/share/bash-completion/completions/aaxhost
-    ${top}/share/zsh/site-functions/_vst2probe ${top}/share/fish/vendor_completions.d/aaxhost.fish)
+    ${top}/share/zsh/site-functions/_vst2probe ${top}/share/fish/vendor_completions.d/aaxhost.fish
+    ${top}/${survey} ${top}/share/aaxadapter/survey/features.txt)
+string(REGEX REPLACE "[^\n]*SurveyModule.aaxplugin[^\n]*\n" "" output "${output}")
 if(output MATCHES "aaxplugin")
     message(FATAL_ERROR "the package holds a product:\n${output}")
 endif()

@@ -1,7 +1,7 @@
+#include "Tools/aaxhost/CheckOptions.h"
 #include "Tools/aaxhost/CommandOptions.h"
 #include "Tools/aaxhost/CommandSupport.h"
 #include "Tools/aaxhost/Commands.h"
-#include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/check/ExplanationText.h"
 #include "Tools/aaxhost/report/CheckReport.h"
 #include "Tools/aaxhost/report/JUnitReport.h"
@@ -30,12 +30,10 @@ enum class ESaid
 struct SCheckOptions
 {
     std::vector<std::string> mModules;
-    SCheckJob mJob; // but for the module and the checks
+    SCheckChoice mChoice;
     bool mList = false;
     std::vector<std::string> mExplain;
     bool mMarkdown = false;
-    std::vector<std::string> mOnly;
-    std::vector<std::string> mSkip;
     bool mQuiet = false;
     bool mVerbose = false;
     bool mHere = false;
@@ -119,55 +117,6 @@ private:
     std::size_t mDone = 0;
 };
 
-/** A module that may be unfit is worse than one that is fit. */
-EFitness Worse(EFitness inOne, EFitness inOther)
-{
-    for (const EFitness worse : {EFitness::NotFit, EFitness::Unknown})
-        if (inOne == worse || inOther == worse)
-            return worse;
-    return EFitness::Fit;
-}
-
-int ExitFor(EFitness inFitness)
-{
-    switch (inFitness)
-    {
-    case EFitness::Fit: return kExitSuccess;
-    case EFitness::NotFit: return kExitFailure;
-    case EFitness::Unknown: break;
-    }
-    return kExitUnknown;
-}
-
-/** For the editors, where there is none and one can be had. */
-void StartDisplay(const SCheckJob& inJob, CVirtualDisplay& ioDisplay)
-{
-    const bool isWanted =
-        std::ranges::any_of(inJob.mChecks, [](const SCheck* check)
-                            { return check->Group() == "editor" || check->Group() == "features"; });
-    if (!isWanted || std::getenv("DISPLAY") != nullptr || // ours, too
-        !CVirtualDisplay::IsInstalled())
-        return;
-    if (const std::string problem = ioDisplay.Start(); !problem.empty())
-        fmt::print(stderr, "Editors cannot be looked at: {}.\n", problem);
-}
-
-/** What the command line says of a module's checks. */
-COutcome<SCheckJob> JobOf(const SCheckOptions& inOptions, const std::string& inModule)
-{
-    SCheckJob job = inOptions.mJob;
-    job.mModule = inModule;
-    const auto only = ReadCheckPatterns(inOptions.mOnly);
-    if (!only)
-        return only.Problem();
-    auto leftOut = ReadCheckPatterns(inOptions.mSkip);
-    if (!leftOut)
-        return leftOut.Problem();
-    job.mLeftOut = std::move(*leftOut);
-    job.mChecks = only->empty() ? ChecksFor(job.mStrictness) : MatchingChecks(*only);
-    return job;
-}
-
 /** For a debugger, in this process. */
 int CheckHere(const SCheckJob& inJob)
 {
@@ -225,9 +174,10 @@ int Check(const SCheckOptions& inOptions)
     EFitness fitness = EFitness::Fit;
     for (const std::string& module : inOptions.mModules)
     {
-        const auto job = JobOf(inOptions, module);
+        auto job = JobOf(inOptions.mChoice);
         if (!job)
             return FailUsage(job.Problem().mSentence);
+        job->mModule = module;
         if (inOptions.mHere)
             return CheckHere(*job);
         StartDisplay(*job, display);
@@ -238,8 +188,8 @@ int Check(const SCheckOptions& inOptions)
         fmt::print("\n{} {}\n", CountsInWords(results), FitnessInWords(results));
         fitness = Worse(fitness, FitnessOf(results));
     }
-    if (inOptions.mJob.mSeed != 0)
-        fmt::print("Seed: {}\n", inOptions.mJob.mSeed);
+    if (inOptions.mChoice.mJob.mSeed != 0)
+        fmt::print("Seed: {}\n", inOptions.mChoice.mJob.mSeed);
     const auto written = WriteFiles(inOptions, modules);
     return written ? ExitFor(fitness) : Fail(written.Problem());
 }
@@ -254,11 +204,9 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
         "alone, to say whose fault it is. Editors are opened on a display of their own where DISPLAY "
         "names none and Xvfb is installed. Exit code: 0 where the module is fit to ship, 1 where it is "
         "not, 2 for wrong usage, 3 where it could not be told.");
-    SCheckJob& job = options->mJob;
+    SCheckJob& job = options->mChoice.mJob;
     CLI::Option* module = command->add_option("MODULE", options->mModules, "Bundle folders or module files");
-    command->add_option("--strictness", job.mStrictness, "1, done in seconds, to 10, which takes minutes (5)")
-        ->check(WholeNumberFrom(kLowestStrictness, kHighestStrictness))
-        ->envname("AAXHOST_CHECK_STRICTNESS");
+    AddStrictnessOption(*command, options->mChoice);
     command->add_flag("--list", options->mList, "Name every check with its lowest strictness, and run none");
     CLI::Option* const explain =
         command
@@ -269,24 +217,7 @@ void AddCommandCheck(CLI::App& ioApp, CommandAction& outAction)
             ->allow_extra_args(false);
     command->add_flag("--markdown", options->mMarkdown, "Explain on a page; docs/checks.md is that of '*'")
         ->needs(explain);
-    command
-        ->add_option("--only", options->mOnly,
-                     "Run these only, whatever their strictness; a name, a group, either with *, or @FILE "
-                     "with one a line")
-        ->type_name("CHECK")
-        ->allow_extra_args(false);
-    command
-        ->add_option("--skip", options->mSkip,
-                     "Leave these out; as --only, and what stands behind one in a file is the reason, which "
-                     "is shown")
-        ->type_name("CHECK")
-        ->allow_extra_args(false)
-        ->envname("AAXHOST_CHECK_SKIP");
-    command
-        ->add_option("--limit", job.mLimitSeconds,
-                     "Seconds that a check may take; otherwise by the strictness")
-        ->check(NumberFrom(0.1, 86400.0))
-        ->envname("AAXHOST_CHECK_LIMIT");
+    AddSelectionOptions(*command, options->mChoice);
     command->add_option("--jobs", job.mJobs, "Checks that run at a time (1)")
         ->check(WholeNumberFrom(1, 256))
         ->envname("AAXHOST_CHECK_JOBS");

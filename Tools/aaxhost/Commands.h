@@ -21,3 +21,5 @@ void AddCommandEditor(CLI::App& ioApp, CommandAction& outAction);
 void AddCommandRender(CLI::App& ioApp, CommandAction& outAction);
 /** `state`: saves an instance's state into a file, loads one, or explains it. */
 void AddCommandState(CLI::App& ioApp, CommandAction& outAction);
+/** `survey`: checks every plug-in of some folders as a module. */
+void AddCommandSurvey(CLI::App& ioApp, CommandAction& outAction);

@@ -51,6 +51,7 @@ int ReadCommandLine(int argc, char** argv, SCommand& outCommand)
     AddCommandEditor(app, outCommand.mAction);
     AddCommandRender(app, outCommand.mAction);
     AddCommandState(app, outCommand.mAction);
+    AddCommandSurvey(app, outCommand.mAction);
     AddVersionFlag(app, "aaxhost");
     AddExitCodes(app, "0 where it was done, 1 where it was not, 2 for wrong usage.");
     AddDocumentsOption(app, ProgramVersion("aaxhost"), {{"CHECK", GroupsAndChecks()}});
@@ -58,7 +59,8 @@ int ReadCommandLine(int argc, char** argv, SCommand& outCommand)
     {
         app.parse(argc, argv);
         // The checks have a process each.
-        outCommand.mInOwnProcess = !inProcess && !app.got_subcommand("check");
+        outCommand.mInOwnProcess =
+            !inProcess && !app.got_subcommand("check") && !app.got_subcommand("survey");
         return kExitSuccess;
     }
     catch (const CLI::ParseError& error)

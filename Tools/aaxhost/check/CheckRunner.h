@@ -40,6 +40,9 @@ struct SCheckJob
     std::uint32_t mSeed = 0;            // of all that is chosen by chance
     SSizes mSizes{};
     std::vector<SCheckPattern> mLeftOut{};
+    // Of a survey, whose module is gone afterwards:
+    std::string mPlugin{};  // that was put into it
+    std::string mCommand{}; // that makes it again, without the options that choose checks
 };
 
 /** As long as a check may take at a strictness. */

@@ -34,20 +34,13 @@ std::string MachineName()
                        processor.empty() ? names.machine : processor);
 }
 
-/** As a shell takes it for one word. */
-std::string Quoted(const std::string& inText)
-{
-    std::string text = "'";
-    for (const char letter : inText)
-        text += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
-    return text + "'";
-}
-
 std::string CommandOf(const SCheckJob& inJob)
 {
-    std::string command =
-        fmt::format("aaxhost check {} --strictness {} --seed {} --answers {}", Quoted(inJob.mModule),
-                    inJob.mStrictness, inJob.mSeed, NameOfAnswers(inJob.mAnswers));
+    std::string command = inJob.mCommand;
+    if (command.empty())
+        command = fmt::format("aaxhost check {} --seed {} --answers {}", QuotedForShell(inJob.mModule),
+                              inJob.mSeed, NameOfAnswers(inJob.mAnswers));
+    command += fmt::format(" --strictness {}", inJob.mStrictness);
     if (inJob.mLimitSeconds > 0.0)
         command += fmt::format(" --limit {}", inJob.mLimitSeconds);
     if (!inJob.mSizes.mRates.empty())
@@ -60,13 +53,22 @@ std::string CommandOf(const SCheckJob& inJob)
         for (const SCheck* const check : inJob.mChecks)
             command += fmt::format(" --only {}", check->mName);
     for (const SCheckPattern& pattern : inJob.mLeftOut)
-        command += " --skip " + Quoted(pattern.mPattern);
+        command += " --skip " + QuotedForShell(pattern.mPattern);
     return command;
 }
 } // namespace
 
 SRunFacts RunFactsOf(const SCheckJob& inJob)
 {
-    return {ProgramVersion("aaxhost"), fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))),
+    return {inJob.mPlugin.empty() ? inJob.mModule : "Of a survey, around " + inJob.mPlugin,
+            ProgramVersion("aaxhost"), fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))),
             MachineName(), CommandOf(inJob)};
+}
+
+std::string QuotedForShell(const std::string& inText)
+{
+    std::string text = "'";
+    for (const char letter : inText)
+        text += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
+    return text + "'";
 }

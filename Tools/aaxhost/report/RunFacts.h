@@ -6,6 +6,7 @@
 /** What somebody has to know to repeat a run, or to compare it with another. */
 struct SRunFacts
 {
+    std::string mModule;  // or the plug-in of a survey
     std::string mTool;    // with its version
     std::string mDate;    // "2026-03-01 14:05 UTC"
     std::string mMachine; // system and processor
@@ -13,3 +14,6 @@ struct SRunFacts
 };
 /** Of a run that ended now, on this machine. */
 SRunFacts RunFactsOf(const SCheckJob& inJob);
+
+/** As a shell takes it for one word. */
+std::string QuotedForShell(const std::string& inText);

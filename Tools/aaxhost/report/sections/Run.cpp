@@ -14,7 +14,7 @@ std::string RunSection(const SCheckJob& inJob, const std::vector<SCheckResult>& 
     for (const SCheckResult& result : inResults)
         seconds += result.mSeconds;
     std::string html = "<dl class=\"facts\">\n" + Fact("Checked", facts.mDate) + Fact("With", facts.mTool) +
-                       Fact("On", facts.mMachine) + Fact("Module", inJob.mModule);
+                       Fact("On", facts.mMachine) + Fact("Module", facts.mModule);
     if (identity.mProblem.empty())
         html += Fact("Plug-in version", identity.mVersion) + Fact("Effect", identity.mEffectID) +
                 Fact("Manufacturer code", identity.mManufacturerCode) +
