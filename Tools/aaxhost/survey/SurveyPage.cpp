@@ -96,7 +96,13 @@ std::string GroupCell(const SSurveyRow& inRow, const std::string& inGroup)
         hasPassed ? "passed" : "skipped", hasPassed ? 1 : 0, hasPassed ? "\xE2\x9C\x93" : "\xE2\x80\x93");
 }
 
-std::string Row(const SSurveyRow& inRow, const std::vector<std::string>& inGroups)
+struct SColumns
+{
+    bool mHasUnknown = false; // a failure of which nobody knows whose it is
+    std::vector<std::string> mGroups;
+};
+
+std::string Row(const SSurveyRow& inRow, const SColumns& inColumns)
 {
     std::string html =
         fmt::format("<tr><th scope=\"row\" data-value=\"{}\">{}{}</th>"
@@ -109,14 +115,17 @@ std::string Row(const SSurveyRow& inRow, const std::vector<std::string>& inGroup
                     Escaped(inRow.mMaker), Escaped(inRow.mMaker), NameOfVerdict(inRow.mVerdict),
                     ColourOf(inRow.mVerdict), NameOfVerdict(inRow.mVerdict));
     if (inRow.mGroups.empty())
-        html += fmt::format("<td class=\"why\" colspan=\"{}\">{}</td>", 4 + inGroups.size(),
-                            Escaped(inRow.mReason));
+        html +=
+            fmt::format("<td class=\"why\" colspan=\"{}\">{}</td>",
+                        (inColumns.mHasUnknown ? 4 : 3) + inColumns.mGroups.size(), Escaped(inRow.mReason));
     else
     {
         html += CountCell(inRow.CountFailed("module"), "failed") +
-                CountCell(inRow.CountFailed("plug-in"), "failed") +
-                CountCell(inRow.CountFailed("unknown"), "failed") + CountCell(inRow.mWarnings, "warning");
-        for (const std::string& group : inGroups)
+                CountCell(inRow.CountFailed("plug-in"), "failed");
+        if (inColumns.mHasUnknown)
+            html += CountCell(inRow.CountFailed("unknown"), "failed");
+        html += CountCell(inRow.mWarnings, "warning");
+        for (const std::string& group : inColumns.mGroups)
             html += GroupCell(inRow, group);
     }
     return html +
@@ -125,19 +134,22 @@ std::string Row(const SSurveyRow& inRow, const std::vector<std::string>& inGroup
 
 std::string Table(const Rows& inRows)
 {
-    const std::vector<std::string> groups = GroupsOf(inRows);
+    const SColumns columns{std::ranges::any_of(
+                               inRows, [](const SSurveyRow& row) { return row.CountFailed("unknown") > 0; }),
+                           GroupsOf(inRows)};
     const auto head = [](const char* kind, std::string_view text)
     { return fmt::format("<th scope=\"col\" class=\"{}\"><span class=\"head\">{}</span></th>", kind, text); };
     std::string html = head("words", "Plug-in") + head("words", "Maker") + head("words", "Verdict") +
                        head("count", "Failed through the module") + head("count", "Failed by itself") +
-                       head("count", "Failed, cause unknown") + head("count", "Warnings");
-    for (const std::string& group : groups)
+                       (columns.mHasUnknown ? head("count", "Failed, cause unknown") : std::string()) +
+                       head("count", "Warnings");
+    for (const std::string& group : columns.mGroups)
         html += head("group", group == "midi" ? "MIDI" : group);
     html = "<div class=\"scroll\" role=\"region\" aria-label=\"The plug-ins\" tabindex=\"0\">\n"
            "<table class=\"survey\"><thead><tr>" +
            html + head("count", "Time") + "</tr></thead>\n<tbody>\n";
     for (const SSurveyRow& row : inRows)
-        html += Row(row, groups);
+        html += Row(row, columns);
     return html +
            "</tbody></table>\n</div>\n"
            "<p class=\"legend\">\xE2\x9C\x97 failed, ? could not be looked at here, ! warnings, each with "

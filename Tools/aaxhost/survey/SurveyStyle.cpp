@@ -17,8 +17,9 @@ table.survey td.why { min-width: 16rem; color: var(--soft); }
 table.survey td.maker { min-width: 7rem; max-width: 12rem; overflow-wrap: anywhere; }
 table.survey .mark { white-space: nowrap; }
 table.survey .count { text-align: right; } table.survey .group { text-align: center; white-space: nowrap; }
+table.survey .group { padding-left: .3rem; padding-right: .3rem; } table.survey thead .group button { display: inline-flex; flex-direction: column; align-items: center; }
 table.survey thead .group span.head { writing-mode: vertical-rl; transform: rotate(180deg); }
-table.survey thead .count span.head { display: inline-block; white-space: normal; max-width: 7.5rem; min-width: 4.5rem; }
+table.survey thead .count span.head { display: inline-block; white-space: normal; max-width: 5.2rem; }
 td.failed { color: var(--bad); font-weight: 600; } td.warning, td.unseen { color: var(--fair); } td.passed { color: var(--good); } td.skipped, td.none { color: var(--soft); }
 table.survey button { all: unset; cursor: pointer; font: inherit; color: inherit; box-sizing: border-box; text-align: inherit; }
 table.survey button:focus-visible { outline: 2px solid var(--a); outline-offset: 2px; border-radius: .2rem; }
