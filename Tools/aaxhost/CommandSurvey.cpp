@@ -24,6 +24,7 @@ struct SSurveyOptions
     std::string mOutput = "survey";
     int mJobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
     bool mFeatures = false;
+    bool mNoPages = false;
     bool mAgain = false;
 };
 
@@ -111,6 +112,7 @@ int Survey(const SSurveyOptions& inOptions)
         return FailUsage("There is no plug-in: neither a file '*.so' nor a bundle '*.vst'.");
     const SSurveySettings settings{*job,
                                    inOptions.mFeatures,
+                                   !inOptions.mNoPages,
                                    inOptions.mJobs,
                                    inOptions.mAgain,
                                    ProgramPath(),
@@ -158,6 +160,8 @@ void AddCommandSurvey(CLI::App& ioApp, CommandAction& outAction)
         ->envname("AAXHOST_SURVEY_JOBS");
     command->add_option("--output", options->mOutput, "Folder to write into (survey)");
     command->add_flag("--features", options->mFeatures, "Check them in products with all features");
+    command->add_flag("--no-pages", options->mNoPages,
+                      "Leave out the page of each plug-in, for which it is measured some seconds");
     command->add_flag("--again", options->mAgain, "Do again what is done");
     command->callback([options, &outAction] { outAction = [options] { return Survey(*options); }; });
 }

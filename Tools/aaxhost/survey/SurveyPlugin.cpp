@@ -85,6 +85,9 @@ COutcome<SDone> CheckPlugin(const SFoundPlugin& inPlugin, const SSurveySettings&
     const std::vector<SCheckResult> results = RunChecks(job);
     ioRecord["fitness"] = NameOfFitness(FitnessOf(results));
     ioRecord["results"] = Json::parse(ResultsAsJson(job, results));
+    ioRecord["page"] = inSettings.mWithPages ? PageOf(inPlugin).string() : std::string();
+    if (!inSettings.mWithPages)
+        return SDone{};
     const std::string page = ReportPage(job, results);
     return WriteWholeFile(inSettings.mOutput / PageOf(inPlugin), std::as_bytes(std::span(page)));
 }

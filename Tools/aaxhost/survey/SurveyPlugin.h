@@ -9,6 +9,7 @@ struct SSurveySettings
 {
     SCheckJob mJob; // but for the module and the plug-in
     bool mWithFeatures = false;
+    bool mWithPages = true; // one for each plug-in
     int mPluginsAtATime = 1;
     bool mAgain = false;         // also what is done
     std::filesystem::path mHost; // this program, beside which vst2probe lies

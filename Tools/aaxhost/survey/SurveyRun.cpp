@@ -24,10 +24,10 @@ fs::path RecordFile(const SSurveySettings& inSettings, const SFoundPlugin& inPlu
 std::string Asked(const SSurveySettings& inSettings)
 {
     const SCheckJob& job = inSettings.mJob;
-    std::string text =
-        fmt::format("strictness {}, limit {}, features {}, aaxhost {}, vst2probe {}, module {}",
-                    job.mStrictness, job.mLimitSeconds, inSettings.mWithFeatures, StampOf(inSettings.mHost),
-                    StampOf(inSettings.Probe()), StampOf(inSettings.ModuleFolder()));
+    std::string text = fmt::format(
+        "strictness {}, limit {}, features {}, pages {}, aaxhost {}, vst2probe {}, module {}",
+        job.mStrictness, job.mLimitSeconds, inSettings.mWithFeatures, inSettings.mWithPages,
+        StampOf(inSettings.mHost), StampOf(inSettings.Probe()), StampOf(inSettings.ModuleFolder()));
     if (job.mChecks != ChecksFor(job.mStrictness))
         for (const SCheck* const check : job.mChecks)
             text += fmt::format(", {}", check->mName);
@@ -77,8 +77,6 @@ public:
             record.update(found);
         else
             record["problem"] = "The process that looked at it ended before it was done.";
-        if (record.contains("results"))
-            record["page"] = PageOf(mPlugin).string();
         record["seconds"] = std::chrono::duration<double>(CChildProcess::Clock::now() - mBegin).count();
         return record;
     }
