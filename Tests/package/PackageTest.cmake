@@ -62,7 +62,7 @@ if(NOT output MATCHES "MakersDelay.check [. ]+ +Passed.*MakersBeta.check [. *]+S
     message(FATAL_ERROR "the products were not checked, or otherwise than said:\n${output}")
 endif()
 file(READ ${WORK}/build/checks/MakersDelay.xml cases)
-if(NOT cases MATCHES "failures=\"0\"" OR NOT EXISTS ${WORK}/build/checks/MakersDelay.html)
+if(NOT cases MATCHES "failures=\"0\"" OR NOT cases MATCHES "Left out: known since 1.2: &lt;a reason&gt;" OR NOT EXISTS ${WORK}/build/checks/MakersDelay.html)
     message(FATAL_ERROR "the check of the product left no pages:\n${cases}")
 endif()
 
