@@ -50,6 +50,7 @@ EOffer OfferFor(const std::string& inForm, const NameLists& inLists)
 std::vector<std::string> NamesOf(const std::set<CLI::Option*>& inOptions)
 {
     std::vector<std::string> names;
+    names.reserve(inOptions.size());
     for (const CLI::Option* const option : inOptions)
         names.push_back(option->get_name());
     std::ranges::sort(names); // the set is in the order of the addresses
@@ -91,7 +92,7 @@ std::string TakeExitCodes(std::string& ioText)
     const std::size_t at = ioText.rfind(kExitCodes);
     if (at == std::string::npos)
         return {};
-    const std::string codes = ioText.substr(at + std::string_view(kExitCodes).size());
+    std::string codes = ioText.substr(at + std::string_view(kExitCodes).size());
     ioText.erase(at);
     ioText.erase(ioText.find_last_not_of(" \n") + 1);
     return codes;
