@@ -47,6 +47,22 @@ void Gestures(CPlainEffect& ioEffect)
     ioEffect.Before(effEditOpen, [&ioEffect] { ioEffect.Edited().BeginEdit(kGain); });
 }
 
+/** Turns a knob while its editor opens, and begins an edit in the idle time after it is closed. */
+void Clings(CPlainEffect& ioEffect)
+{
+    ioEffect.SetEditor(std::make_unique<CBlankEditor>());
+    ioEffect.mOnCall = [&ioEffect](const SCall& inCall)
+    {
+        if (inCall.mOpcode == effEditOpen)
+            ioEffect.Turn(kGain);
+        if (inCall.mOpcode == effEditClose)
+            (void)ioEffect.CallHost(audioMasterNeedIdle);
+        if (inCall.mOpcode == effIdle)
+            ioEffect.Edited().BeginEdit(kGain);
+        return ioEffect.Answer(inCall);
+    };
+}
+
 /** Has its first parameter turned in each idle time of an editor that it does not have. */
 void DragInIdle(CPlainEffect& ioEffect)
 {

@@ -12,8 +12,11 @@
  * parameters of one identifier), left (an object outlives its instance), kept (an object of the host's),
  * renamed (nameless when it is opened first), trusting (that the host has every interface), twice (crashes
  * when initialised so), returned (more than it took), exchange (asks for values when its timer is woken and
- * when it gets them), nooutput, echo (asks for each value that it gets), latency (tells another one when its
- * timer is woken); with the packets that go out: late, empty, early, shortened, endless.
+ * when it gets them), left-when-refused (an object, where the host refuses the name), unregistered, echoing,
+ * held and foreign (each with a parameter "00000" that can be automated, which it does not register, asks for
+ * again with each value that it gets, touches with each and does not release, or sets by any chunk),
+ * nooutput, echo (asks for each value that it gets), latency (tells another one when its timer is woken);
+ * with the packets that go out: late, empty, early, shortened, endless.
  */
 #include "Interfaces/AAX/AAX_IACFDescription.h"
 #include "Interfaces/AAX/AAX_IACFHost.h"
@@ -40,7 +43,10 @@ bool Fault(std::string_view inName)
     return fault != nullptr && inName == fault;
 }
 
-constexpr const char* kLevel = "Level";
+/** The parameter is one as a wrapped plug-in's, which a host can automate. */
+bool IsAutomated() { return Fault("unregistered") || Fault("echoing") || Fault("held") || Fault("foreign"); }
+
+const char* LevelID() { return IsAutomated() ? "00000" : "Level"; }
 
 /** One parameter; a value that is set is asked of the host and taken over with the host's update. The text of
  * its value is all that the host sent, call by call. */
@@ -78,7 +84,7 @@ public:
     }
     AAX_Result GetParameterIDFromIndex(std::int32_t, AAX_IString* id) const override
     {
-        id->Set(kLevel);
+        id->Set(LevelID());
         return kAAX_Success;
     }
     AAX_Result GetParameterName(AAX_CParamID, AAX_IString* name) const override
@@ -98,8 +104,11 @@ public:
     {
         mPending = value;
         Note(std::string(id).append(" ").append(std::to_string(std::lround(100.0 * value))).append("%"));
-        return Fault("echo") || Fault("exchange") ? mAutomation->PostSetValueRequest(id, value)
-                                                  : kAAX_Success;
+        if (Fault("held"))
+            return mAutomation->PostTouchRequest(id);
+        return Fault("echo") || Fault("exchange") || Fault("echoing")
+                   ? mAutomation->PostSetValueRequest(id, value)
+                   : kAAX_Success;
     }
     AAX_Result UpdateParameterTouch(AAX_CParamID id, AAX_CBoolean touched) override
     {
@@ -127,7 +136,10 @@ public:
     // The rest is of no use to the tests.
     AAX_Result NotificationReceived(AAX_CTypeID, const void*, std::uint32_t) override { return No(); }
     AAX_Result GetMasterBypassParameter(AAX_IString*) const override { return No(); }
-    AAX_Result GetParameterIsAutomatable(AAX_CParamID, AAX_CBoolean*) const override { return No(); }
+    AAX_Result GetParameterIsAutomatable(AAX_CParamID, AAX_CBoolean* automatable) const override
+    {
+        return IsAutomated() ? Answer(automatable, 1) : No();
+    }
     AAX_Result GetParameterNumberOfSteps(AAX_CParamID, std::int32_t*) const override { return No(); }
     AAX_Result GetParameterNameOfLength(AAX_CParamID, AAX_IString*, std::int32_t) const override
     {
@@ -158,13 +170,19 @@ public:
     AAX_Result GetChunkIDFromIndex(std::int32_t, AAX_CTypeID*) const override { return No(); }
     AAX_Result GetChunkSize(AAX_CTypeID, std::uint32_t*) const override { return No(); }
     AAX_Result GetChunk(AAX_CTypeID, AAX_SPlugInChunk*) const override { return No(); }
-    AAX_Result SetChunk(AAX_CTypeID, const AAX_SPlugInChunk*) override { return No(); }
+    AAX_Result SetChunk(AAX_CTypeID, const AAX_SPlugInChunk*) override
+    {
+        if (!Fault("foreign"))
+            return No();
+        mLevel = mPending = 0.25;
+        return kAAX_Success;
+    }
     AAX_Result CompareActiveChunk(const AAX_SPlugInChunk*, AAX_CBoolean*) const override { return No(); }
     AAX_Result GetNumberOfChanges(std::int32_t*) const override { return No(); }
     AAX_Result TimerWakeup() override
     {
         if (Fault("exchange"))
-            return mAutomation->PostSetValueRequest(kLevel, 0.5);
+            return mAutomation->PostSetValueRequest(LevelID(), 0.5);
         return Fault("latency") ? mController->SetSignalLatency(3) : No();
     }
     AAX_Result GetCurveData(AAX_CTypeID, const float*, std::uint32_t, float*) const override { return No(); }
@@ -180,7 +198,7 @@ public:
 
 private:
     static AAX_Result No() { return kAAX_ErrorUnsupported; }
-    static bool IsLevel(AAX_CParamID id) { return std::string_view(id) == kLevel; }
+    static bool IsLevel(AAX_CParamID id) { return std::string_view(id) == LevelID(); }
     template <class T, class Value>
     static AAX_Result Answer(T* out, Value inValue)
     {
@@ -307,8 +325,8 @@ void DescribeEffect(IACFComponentFactory& inFactory, AAX_IACFEffectDescriptor& o
     outEffect.AddComponent(component.Get());
     if (Fault("renamed"))
         (void)setenv("FAKE_MODULE_FAULT", "", 1); // faultless when it is opened again
-    else
-        outEffect.AddName("Fake");
+    else if (outEffect.AddName("Fake") != kAAX_Success && Fault("left-when-refused"))
+        (void)new CFakeParameters; // nobody has it
     if (Fault("kept"))
         properties->AddRef();
     if (!Fault("nofactory"))

@@ -133,6 +133,8 @@ SFinding WholeGestures(CCheckContext& ioContext)
             (void)instance->SetParameter(id, 0.4); // refusals show in another check
         Tick(*view, 3);
     }
+    for (int i = 0; i < 3; ++i)
+        (void)instance->Parameters().TimerWakeup(); // a host goes on whatever it answers
     if (ioContext.Log().Count("HandleParameterMouseDown") == 0)
         return SFinding::Skipped("The plug-in begins no edit by itself.");
     for (const SParameterInfo& info : instance->ListParameters())

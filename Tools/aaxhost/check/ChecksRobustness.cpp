@@ -25,7 +25,11 @@ SFinding HostRefuses(CCheckContext& ioContext)
         CHostLog log;
         log.FailCall(name, 1, kAAX_ErrorUnsupported);
         const auto module = CModule::Open(ioContext.ModulePath(), log);
-        (void)module; // to refuse is right, and so is to do without
+        if (!module)
+            continue; // to refuse is right, and so is to do without
+        if (const int live = (*module)->LiveObjects(); live != 0)
+            return SFinding::Failed(fmt::format("After a host refused {}, {} of the module {} left.", name,
+                                                Counted(live, "object"), live == 1 ? "is" : "are"));
     }
     const int live = ioContext.Module().LiveObjects();
     return live == 0

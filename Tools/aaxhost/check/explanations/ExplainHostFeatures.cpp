@@ -25,9 +25,9 @@ std::span<const SExplanation> HostFeatureExplanations()
          "kVstParameterUsesIntegerMinMax with minInteger and maxInteger for more. Both answers have to be "
          "the same before and after effOpen."},
         {"features.gestures",
-         "Opens the editor, sets every parameter to 0.4 as a knob of the host does, closes the editor, and "
-         "looks whether "
-         "the host takes a parameter for held. Skipped where the plug-in begins no edit by itself.",
+         "Opens the editor, sets every parameter to 0.4 as a knob of the host does, closes the editor, wakes "
+         "the timer three times, and looks whether the host takes a parameter for held. Skipped where the "
+         "plug-in begins no edit by itself.",
          "With GESTURES, latching automation takes a whole drag and lets go at its end.",
          "The module ends what is open when the editor closes. Where one is still held, the plug-in began an "
          "edit after effEditClose, or of an index that it has not got: end edits in effEditClose, and begin "

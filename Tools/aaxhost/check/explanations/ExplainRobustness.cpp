@@ -5,7 +5,7 @@ std::span<const SExplanation> RobustnessExplanations()
     static constexpr SExplanation kTexts[] = {
         {"robustness.host-refuses",
          "Opens the module once for each kind of call that it makes during the description, with a host that "
-         "refuses the first such call, and counts the module's objects afterwards.",
+         "refuses the first such call, and counts the module's objects then and afterwards.",
          "Old hosts do not know new calls; the scan has to end all the same.",
          "The calls are the module's. For the plug-in it means that its library is loaded and unloaded again "
          "and again, without effOpen: end in effClose what the entry function began."},
