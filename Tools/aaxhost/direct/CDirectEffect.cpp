@@ -236,7 +236,7 @@ AAX_Result CDirectEffect::GetParameterNormalizedValue(AAX_CParamID id, double* v
 
 AAX_Result CDirectEffect::SetParameterNormalizedValue(AAX_CParamID id, double value)
 {
-    return IndexOf(id) ? mAutomation->PostSetValueRequest(id, Bounded(value)) : kAAX_ErrorUnknownParameter;
+    return IndexOf(id) ? mAutomation->PostSetValueRequest(id, value) : kAAX_ErrorUnknownParameter;
 }
 
 AAX_Result CDirectEffect::SetParameterNormalizedRelative(AAX_CParamID id, double delta)
@@ -267,7 +267,7 @@ AAX_Result CDirectEffect::UpdateParameterNormalizedValue(AAX_CParamID id, double
     if (!index)
         return kAAX_ErrorUnknownParameter;
     ++mChanges;
-    mPlugin->SetParameter(*index, static_cast<float>(Bounded(value)));
+    mPlugin->SetParameter(*index, static_cast<float>(value)); // as a host has it, also out of range
     return kAAX_Success;
 }
 

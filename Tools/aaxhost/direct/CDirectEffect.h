@@ -120,7 +120,7 @@ private:
     /** The packets of a node as events of the next pieces. */
     void TakePackets(AAX_IMIDINode* inNode);
     void RenderPiece(const float* const* inInputs, float* const* inOutputs, std::int32_t inOffset,
-                     std::int32_t inFrames);
+                     std::int32_t inFrames, bool inIsLast);
 
     static constexpr std::size_t kMostEvents = 8192; // of a block; more than any check sends
 

@@ -40,6 +40,16 @@ void CDirectEffect::WriteTime(AAX_IMIDINode* inNode)
     time.ppqPos = ticksPerQuarter != 0 ? static_cast<double>(ticks) / ticksPerQuarter : 0.0;
     time.flags = (isPlaying ? kVstTransportPlaying : 0) | kVstTempoValid | kVstTimeSigValid |
                  (ticksPerQuarter != 0 ? kVstPpqPosValid : 0);
+    bool isLooping = false;
+    std::int64_t begin = 0;
+    std::int64_t end = 0;
+    const bool tellsLoop = mUnwrapped.mServices.mWholeTime && ticksPerQuarter != 0 &&
+                           transport->GetCurrentLoopPosition(&isLooping, &begin, &end) == kAAX_Success;
+    if (!tellsLoop || begin >= end)
+        return;
+    time.cycleStartPos = static_cast<double>(begin) / ticksPerQuarter;
+    time.cycleEndPos = static_cast<double>(end) / ticksPerQuarter;
+    time.flags |= kVstCyclePosValid | (isLooping ? kVstTransportCycleActive : 0);
 }
 
 void CDirectEffect::TakePackets(AAX_IMIDINode* inNode)
@@ -59,11 +69,12 @@ void CDirectEffect::TakePackets(AAX_IMIDINode* inNode)
 }
 
 void CDirectEffect::RenderPiece(const float* const* inInputs, float* const* inOutputs, std::int32_t inOffset,
-                                std::int32_t inFrames)
+                                std::int32_t inFrames, bool inIsLast)
 {
     mPieceEvents.clear();
+    // What lies beyond the block comes with its last piece, at the frame that the host has said.
     for (const SPluginEvent& event : mEvents)
-        if (event.mOffset >= inOffset && event.mOffset < inOffset + inFrames)
+        if (event.mOffset >= inOffset && (inIsLast || event.mOffset < inOffset + inFrames))
             mPieceEvents.push_back({event.mOffset - inOffset, event.mBytes});
     mPlugin->SendEvents(mPieceEvents);
     for (std::size_t i = 0; i < mInputs.size(); ++i)
@@ -97,8 +108,11 @@ void CDirectEffect::Render(void* const* inSlots)
     TakePackets(InSlot<AAX_IMIDINode>(inSlots, fields, EFieldKind::MidiNode));
     mIsRendering = true;
     // A block without frames is one all the same.
+    const double position = mPlugin->Time().samplePos;
     for (std::int32_t offset = 0; offset == 0 || offset < *frames; offset += CDrivenPlugin::kMaxFrames)
-        RenderPiece(inputs, outputs, offset, std::min(*frames - offset, CDrivenPlugin::kMaxFrames));
+        RenderPiece(inputs, outputs, offset, std::min(*frames - offset, CDrivenPlugin::kMaxFrames),
+                    *frames - offset <= CDrivenPlugin::kMaxFrames);
+    mPlugin->Time().samplePos = position; // only a transport moves it on
     mIsRendering = false;
     for (std::int32_t i = static_cast<std::int32_t>(mOutputs.size()); i < mChannels.mOutputs; ++i)
         if (outputs != nullptr && outputs[i] != nullptr)
