@@ -76,12 +76,12 @@ table { width: 100%; border-collapse: collapse; font-size: .9375rem; }
 th { text-align: left; font-weight: 600; color: var(--soft); font-size: .8125rem; }
 th, td { padding: .45rem .75rem .45rem 0; border-bottom: 1px solid var(--rule); vertical-align: top; overflow-wrap: break-word; } td code { white-space: nowrap; } td.number, tbody th.number { white-space: nowrap; }
 td { font-weight: 400; } tbody th { color: var(--ink); font-weight: 400; font-size: inherit; } tbody th:not(.number) { font-weight: 500; }
-.numbers, figure table { font-size: .875rem; } .numbers td, .numbers th, figure td, figure th { padding: .2rem .5rem .2rem 0; }
+.numbers { overflow-x: auto; } .numbers, figure table { font-size: .875rem; } .numbers td, .numbers th, figure td, figure th { padding: .2rem .5rem .2rem 0; }
 td.number, th.number { text-align: right; padding-right: 1.25rem; }
 img { max-width: 100%; height: auto; display: block; border-radius: .3rem; }
 .note { color: var(--soft); font-style: italic; }
 footer { margin-top: 4rem; color: var(--soft); font-size: .875rem; }
-@media (max-width: 44rem) {
+@media screen and (max-width: 44rem) {
   main { padding: 1.75rem 1rem 3rem; }
   ul.checks li { grid-template-columns: minmax(0, 1fr) auto; } ul.checks li .mark { grid-column: 2; grid-row: 1; } ul.checks li code { grid-column: 1; grid-row: 1; }
   ul.checks li .said { grid-column: 1 / -1; }
@@ -98,7 +98,8 @@ footer { margin-top: 4rem; color: var(--soft); font-size: .875rem; }
     --good: #1b5e3a; --fair: #6e4800; --bad: #961b14; --none: #555; --good-wash: #fff; --fair-wash: #fff; --bad-wash: #fff; --none-wash: #fff; --a: #1f4a8a; --b: #8a4a10; }
   body { font-size: 10pt; } main { max-width: none; padding: 0; }
   h2 { break-after: avoid; margin-top: 2rem; } h3 { break-after: avoid; }
-  nav { display: none; }
+  nav { display: none; } .pair { grid-template-columns: 1fr 1fr; } .many { grid-template-columns: repeat(4, 1fr); } figure { padding: .5rem; overflow: visible; }
+  table { font-size: 8pt; } figure table, .numbers { font-size: 7pt; }
   figure, ul.checks li, .verdict, tr { break-inside: avoid; }
   .mark, .tally span, svg.legend rect { -webkit-print-color-adjust: exact; print-color-adjust: exact; border: 1px solid; }
   @page { margin: 16mm; }
