@@ -50,22 +50,33 @@ CChildRun::CChildRun(const std::function<std::string()>& inWork, double inSecond
 std::optional<SChildEnd> CChildRun::TakeEnd(std::chrono::milliseconds inLongest)
 {
     const auto until = std::min(mDeadline, Clock::now() + inLongest);
-    while (!mIsClosed && !IsWhole(mBytes))
+    ReadReport(until);
+    SChildEnd end;
+    if (!IsWhole(mBytes))
     {
-        const std::optional<std::string> more = mChild.Read(until);
-        if (more)
-            mBytes += *more;
-        else if (Clock::now() < until)
-            mIsClosed = true;
-        else
-            break;
+        end = mChild.Wait(until);
+        if (end.mKind == SChildEnd::EKind::Limit)
+            return Clock::now() < mDeadline ? std::nullopt : std::optional(end);
+        // It may have reported and ended since it was read. What it has left in its pipe is there at once.
+        ReadReport(Clock::now() + std::chrono::milliseconds(10));
     }
     if (IsWhole(mBytes))
         return SChildEnd{SChildEnd::EKind::Finished, 0, mBytes.substr(sizeof(Length))};
-    SChildEnd end = mChild.Wait(until);
-    if (end.mKind == SChildEnd::EKind::Limit && Clock::now() < mDeadline)
-        return std::nullopt;
     return end;
+}
+
+void CChildRun::ReadReport(Clock::time_point inUntil)
+{
+    while (!mIsClosed && !IsWhole(mBytes))
+    {
+        const std::optional<std::string> more = mChild.Read(inUntil);
+        if (more)
+            mBytes += *more;
+        else if (Clock::now() < inUntil)
+            mIsClosed = true;
+        else
+            return;
+    }
 }
 
 SChildEnd RunInChild(const std::function<std::string()>& inWork, double inSeconds)

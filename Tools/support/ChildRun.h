@@ -19,6 +19,8 @@ public:
     std::optional<SChildEnd> TakeEnd(std::chrono::milliseconds inLongest);
 
 private:
+    void ReadReport(CChildProcess::Clock::time_point inUntil);
+
     CTemporaryFolder mHome;
     const CChildProcess::Clock::time_point mDeadline;
     CChildProcess mChild;

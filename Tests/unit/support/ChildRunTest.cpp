@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <sys/ioctl.h>
 #include <thread>
@@ -23,24 +25,52 @@ void EndWhenFull(int inBytes)
         }
 }
 
-TEST(ChildRun, AReportOfWhichOnlyTheEndIsMissingIsNone)
+/** A child that has ended before anybody looks. */
+SChildEnd EndOf(const std::function<std::string()>& inWork)
 {
     std::array<int, 2> lives{};
-    ASSERT_EQ(pipe2(lives.data(), O_CLOEXEC), 0);
-    const int capacity = fcntl(lives[0], F_GETPIPE_SZ);
-    CChildRun run(
+    EXPECT_EQ(pipe2(lives.data(), O_CLOEXEC), 0);
+    CChildRun run(inWork, 60.0);
+    close(lives[1]);
+    char nothing = 0;
+    EXPECT_EQ(read(lives[0], &nothing, 1), 0); // once the child has let go of the other end, too
+    close(lives[0]);
+    for (int i = 0; i < 1000; ++i)
+        if (const auto end = run.TakeEnd(std::chrono::milliseconds(0)))
+            return *end;
+    return {};
+}
+
+TEST(ChildRun, AReportCountsWheneverItIsReadAndOnlyAsAWhole)
+{
+    const SChildEnd finished = EndOf([] { return std::string("done"); });
+    EXPECT_EQ(finished.mKind, SChildEnd::EKind::Finished);
+    EXPECT_EQ(finished.mText, "done");
+
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
+    const int capacity = fcntl(pipe[0], F_GETPIPE_SZ);
+    close(pipe[0]);
+    close(pipe[1]);
+    const SChildEnd cut = EndOf(
         [=]
         {
             std::thread(EndWhenFull, capacity).detach();
             return std::string(static_cast<std::size_t>(capacity) - 4, 'x'); // its length goes before it
-        },
-        60.0);
-    close(lives[1]);
-    char nothing = 0;
-    EXPECT_EQ(read(lives[0], &nothing, 1), 0); // once the child is gone
-    close(lives[0]);
-    const auto end = run.TakeEnd(std::chrono::seconds(10));
-    ASSERT_TRUE(end);
-    EXPECT_EQ(end->mKind, SChildEnd::EKind::Exit);
+        });
+    EXPECT_EQ(cut.mKind, SChildEnd::EKind::Exit);
+}
+
+TEST(ChildRun, LeavesNoFolder)
+{
+    std::string home;
+    {
+        CChildRun run([] { return std::string(getenv("HOME")); }, 60.0);
+        const auto end = run.TakeEnd(std::chrono::seconds(60));
+        ASSERT_TRUE(end);
+        home = end->mText;
+        EXPECT_TRUE(std::filesystem::is_directory(home));
+    }
+    EXPECT_FALSE(std::filesystem::exists(home));
 }
 } // namespace
