@@ -142,8 +142,8 @@ void AddCommandSurvey(CLI::App& ioApp, CommandAction& outAction)
         "does. In the output folder are 'index.html', one page over all of them, with a page each below "
         "'plug-ins', and 'results.json', the same for a machine. After an interrupt, the same command goes "
         "on; a plug-in that is done is not done again while it, the tools and the options stay the same. "
-        "Exit "
-        "code: 0 where every plug-in is fit to ship as a module, 1 where one is not or is refused, whoever's "
+        "Exit code: 0 where every plug-in is fit to ship as a module, 1 where one is not or is refused, "
+        "whoever's "
         "fault that is, 2 for wrong usage, 3 where it could not be told of one.");
     command
         ->add_option(
@@ -158,7 +158,7 @@ void AddCommandSurvey(CLI::App& ioApp, CommandAction& outAction)
     command->add_option("--jobs", options->mJobs, "Plug-ins at a time (as many as there are processors)")
         ->check(WholeNumberFrom(1, 256))
         ->envname("AAXHOST_SURVEY_JOBS");
-    command->add_option("--output", options->mOutput, "Folder to write into (survey)");
+    command->add_option("--output", options->mOutput, "Folder to write into (survey)")->type_name("FOLDER");
     command->add_flag("--features", options->mFeatures, "Check them in products with all features");
     command->add_flag("--no-pages", options->mNoPages,
                       "Leave out the page of each plug-in, for which it is measured some seconds");

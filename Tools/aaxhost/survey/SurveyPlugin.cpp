@@ -43,7 +43,7 @@ COutcome<Json> Probe(const fs::path& inProgram, const fs::path& inPlugin)
 fs::path MakeModule(const fs::path& inFolder, const SFoundPlugin& inPlugin, const Json& inOptions,
                     const SSurveySettings& inSettings)
 {
-    const fs::path bundle = inFolder / (std::string(kModule) + ".aaxplugin");
+    fs::path bundle = inFolder / (std::string(kModule) + ".aaxplugin");
     const fs::path resources = bundle / "Contents" / "Resources";
     fs::copy(inSettings.ModuleFolder() / bundle.filename(), bundle, fs::copy_options::recursive);
     fs::create_directories(resources);

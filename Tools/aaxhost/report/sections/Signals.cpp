@@ -152,8 +152,8 @@ SPicture Coloured(const SReportSignal& inSignal)
     for (int row = inSignal.mRows - 1; row >= 0; --row)
         for (int column = 0; column < inSignal.mColumns; ++column)
         {
-            const auto place = static_cast<std::size_t>(column * inSignal.mRows + row);
-            const SColour colour = ScaleColour((inSignal.mSpectrogram[place] - kFloor) / -kFloor);
+            const auto begin = inSignal.mSpectrogram.begin() + std::ptrdiff_t{column} * inSignal.mRows;
+            const SColour colour = ScaleColour((begin[row] - kFloor) / -kFloor);
             picture.mPixels.insert(picture.mPixels.end(), {colour.mRed, colour.mGreen, colour.mBlue});
         }
     return picture;

@@ -44,7 +44,7 @@ std::string Shortened(const std::string& inText)
 /** As the plug-in writes it; the number where it writes nothing. */
 std::string TextAt(const SReportTexts* inTexts, bool inIsEnd)
 {
-    const std::string number = inIsEnd ? "1" : "0";
+    std::string number = inIsEnd ? "1" : "0";
     if (inTexts == nullptr)
         return number;
     const std::string& text = inIsEnd ? inTexts->mAtOne : inTexts->mAtZero;
@@ -71,10 +71,10 @@ std::string SmallMultiple(const SReportSweptParameter& inParameter, const SRepor
                                  inParameter.mLevels.back(), high));
     chart.SetHorizontalTicks({{0.0, Shortened(low)}, {1.0, Shortened(high)}});
     std::vector<STick> levels;
-    const double step = inScale.mTop - inScale.mBottom > 36.0 ? 24.0 : 12.0;
-    for (double level = inScale.mTop; level >= inScale.mBottom - 0.1; level -= step)
-        levels.push_back(
-            {(level - inScale.mBottom) / (inScale.mTop - inScale.mBottom), fmt::format("{:.0f}", level)});
+    const double range = inScale.mTop - inScale.mBottom;
+    const double step = range > 36.0 ? 24.0 : 12.0;
+    for (int i = 0; i * step <= range + 0.1; ++i)
+        levels.push_back({1.0 - i * step / range, fmt::format("{:.0f}", inScale.mTop - i * step)});
     chart.SetVerticalTicks(levels);
     chart.AddLine(line, "a dots");
     return Figure(Escaped(inParameter.mName.empty() ? inParameter.mID : inParameter.mName),
