@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fstream>
@@ -12,9 +11,6 @@
 #include <tuple>
 #include <vector>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -51,31 +47,6 @@ std::vector<std::string> CommandLine(const std::string& inWhat, const CModuleBun
     return {VST2PROBE_FILE, "preset", "save", plugin, inTarget};
 }
 
-/** Whether the condition holds within some seconds. */
-template <class Condition>
-bool Becomes(Condition inCondition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!inCondition())
-    {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        (void)poll(nullptr, 0, 5);
-    }
-    return true;
-}
-
-/** @return how many processes have the text in a file of theirs below /proc, but for this one. */
-int ProcessesWith(const char* inFile, const std::string& inText)
-{
-    int count = 0;
-    std::error_code none; // processes come and go
-    for (const fs::directory_entry& process : fs::directory_iterator("/proc", none))
-        count += process.path().filename() != std::to_string(getpid()) &&
-                 Contents(process.path() / inFile).find(inText) != std::string::npos;
-    return count;
-}
-
 /** A folder with the old file, which is to stay as it is. */
 class CTarget
 {
@@ -100,32 +71,6 @@ private:
     std::set<fs::path> mBefore;
 };
 
-pid_t Start(const std::vector<std::string>& inCommand, const std::string& inErrors,
-            const std::string& inTemporary)
-{
-    std::vector<char*> arguments;
-    for (const std::string& argument : inCommand)
-        arguments.push_back(const_cast<char*>(argument.c_str())); // the interface's type; nothing is written
-    arguments.push_back(nullptr);
-    std::string temporary = "TMPDIR=" + inTemporary;
-    char* environment[] = {temporary.data(), nullptr};
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addopen(&files, STDERR_FILENO, inErrors.c_str(), O_WRONLY | O_CREAT, 0600);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t all;
-    sigfillset(&all);
-    posix_spawnattr_setsigdefault(&attributes, &all); // whoever runs the tests may ignore interrupts
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-    pid_t process = -1;
-    if (posix_spawn(&process, arguments[0], &files, &attributes, arguments.data(), environment) != 0)
-        process = -1;
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    return process;
-}
-
 struct SInterrupt
 {
     int mSignal;
@@ -148,7 +93,7 @@ TEST_P(Interrupt, LeavesTheOldFileAndNothingElse)
     const CTarget target(folder / "target");
     fs::create_directories(folder / "temporary");
     const pid_t process =
-        Start(CommandLine(what, bundle, target.File()), folder / "errors", folder / "temporary");
+        StartTool(CommandLine(what, bundle, target.File()), folder / "errors", folder / "temporary");
     ASSERT_GT(process, 0);
     // A plug-in that is loaded hangs a little later; the first process never loads it.
     EXPECT_TRUE(Becomes([&] { return ProcessesWith("maps", bundle.SourceVst()) > 0; }));

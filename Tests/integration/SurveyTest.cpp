@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -12,9 +11,6 @@
 #include <set>
 #include <stdexcept>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -151,61 +147,26 @@ TEST_F(Survey, DoesAgainOnlyWhatChanged)
     EXPECT_EQ(kept(featured), Names{"Two"});
 }
 
-/** @return how many processes have the text in their command line or among their files, but for this one. */
-int ProcessesWith(const std::string& inText)
-{
-    int count = 0;
-    std::error_code none; // processes come and go
-    for (const fs::directory_entry& process : fs::directory_iterator("/proc", none))
-        count += process.path().filename() != std::to_string(getpid()) &&
-                 (Contents(process.path() / "cmdline") + Contents(process.path() / "environ")).find(inText) !=
-                     std::string::npos;
-    return count;
-}
-
 TEST_F(Survey, AnInterruptLeavesNoProcessAndWhatIsDone)
 {
     Put(Faulty("None"), "A #1.so");
     Put(Faulty("HangInOpen"), "B.so");
     fs::create_directories(mFolder / "temporary");
-    std::vector<std::string> command = CommandLine({"--jobs", "1", "--limit", "600"});
-    std::vector<char*> arguments;
-    for (const std::string& argument : command)
-        arguments.push_back(const_cast<char*>(argument.c_str())); // the interface's type; nothing is written
-    arguments.push_back(nullptr);
-    std::string temporary = "TMPDIR=" + (mFolder / "temporary").string();
-    char* environment[] = {temporary.data(), nullptr};
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    for (const int file : {STDOUT_FILENO, STDERR_FILENO})
-        posix_spawn_file_actions_addopen(&files, file, "/dev/null", O_WRONLY, 0);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t all;
-    sigfillset(&all);
-    posix_spawnattr_setsigdefault(&attributes, &all); // whoever runs the tests may ignore interrupts
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-    pid_t process = -1;
-    ASSERT_EQ(posix_spawn(&process, AAXHOST, &files, &attributes, arguments.data(), environment), 0);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    const auto becomes = [](const auto& condition)
-    {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (!condition() && std::chrono::steady_clock::now() < deadline)
-            (void)poll(nullptr, 0, 5);
-        return condition();
-    };
+    const pid_t process =
+        StartTool(CommandLine({"--jobs", "1", "--limit", "600"}), mFolder / "errors", mFolder / "temporary");
+    ASSERT_GT(process, 0);
     // The second hangs in vst2probe then, which is a process of a process of the first.
     const std::string hanging = (Plugins() / "B.so").string();
-    EXPECT_TRUE(becomes(
-        [&] { return fs::exists(Output() / "results" / "A #1.json") && ProcessesWith(hanging) > 0; }));
+    EXPECT_TRUE(Becomes(
+        [&]
+        { return fs::exists(Output() / "results" / "A #1.json") && ProcessesWith("cmdline", hanging) > 0; }));
     ASSERT_EQ(kill(process, SIGINT), 0);
     int status = 0;
     ASSERT_EQ(waitpid(process, &status, 0), process);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
-    EXPECT_TRUE(becomes([&] { return ProcessesWith(mFolder) == 0; }));
-    EXPECT_TRUE(becomes([&] { return fs::is_empty(mFolder / "temporary"); }));
+    EXPECT_TRUE(
+        Becomes([&] { return ProcessesWith("cmdline", mFolder) + ProcessesWith("environ", mFolder) == 0; }));
+    EXPECT_TRUE(Becomes([&] { return fs::is_empty(mFolder / "temporary"); }));
     EXPECT_EQ(Rows(), (::Rows{{"A #1", "fit 0 0 0"}}));
     const std::string page = Contents(Output() / "index.html");
     for (const char* part : {"1 plug-in still to do", "href=\"plug-ins/A%20%231.html\""})

@@ -1,7 +1,7 @@
+#include "Tests/unit/ShellRun.h"
+
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -12,33 +12,16 @@
 #include <string>
 #include <vector>
 
-#include <sys/wait.h>
-
 namespace
 {
 namespace fs = std::filesystem;
 
 const std::string kPrograms[] = {"aaxhost", "vst2probe"};
 
-struct SRun
-{
-    int mCode = -1;
-    std::string mOutput; // errors as well
-};
+/** Errors as well. */
+SShellRun RunWithErrors(const std::string& inCommand) { return RunShell("exec 2>&1; " + inCommand); }
 
-SRun RunShell(const std::string& inCommand)
-{
-    FILE* const pipe = popen(("exec 2>&1; " + inCommand).c_str(), "r");
-    SRun run;
-    std::array<char, 4096> bytes{};
-    while (const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), pipe))
-        run.mOutput.append(bytes.data(), count);
-    const int status = pclose(pipe);
-    run.mCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
-}
-
-bool IsInstalled(const std::string& inTool) { return RunShell("command -v " + inTool).mCode == 0; }
+bool IsInstalled(const std::string& inTool) { return RunWithErrors("command -v " + inTool).mCode == 0; }
 
 /** The words that begin the lines below a heading of the help: "Subcommands:". */
 std::set<std::string> WordsBelow(const std::string& inHelp, const std::string& inHeading)
@@ -78,7 +61,7 @@ TEST(Documents, APageSaysAllThatTheHelpSays)
     {
         SCOPED_TRACE(command);
         expected.insert(page);
-        const std::string help = RunShell(std::string(PROGRAMS) + "/" + command + " --help").mOutput;
+        const std::string help = RunWithErrors(std::string(PROGRAMS) + "/" + command + " --help").mOutput;
         const std::string text = PlainPage(page);
         EXPECT_NE(help.find("Exit code: 0 "), std::string::npos) << help;
         EXPECT_NE(text.find("\n.SH EXIT STATUS\n0 "), std::string::npos);
@@ -124,7 +107,7 @@ TEST(Documents, ToolsThatReadPagesHaveNothingToSay)
             for (const auto& page : fs::directory_iterator(PageOf(program, program).parent_path()))
             {
                 // A page has no date, so that it is the same whenever it is made.
-                const SRun run = RunShell(
+                const SShellRun run = RunWithErrors(
                     std::string("for page in ") + page.path().string() + "; do " + command + " $page " +
                     (tool == "mandoc" ? "| grep -v 'missing date'" : ">/dev/null") + "; done");
                 EXPECT_EQ(run.mOutput, "") << command;
@@ -176,11 +159,11 @@ TEST(Completion, BashProposesWhatMayFollow)
         const std::string line = row.mLine;
         const std::string pieces = *row.mPieces != '\0' ? row.mPieces : line;
         const std::string program = line.substr(0, line.find(' '));
-        const SRun run = RunShell("cd '" + folder.string() + "' && bash --norc -c '. " DOCUMENTS "/" +
-                                  program + "/bash-completion/completions/" + program + "; COMP_LINE=\"" +
-                                  line + "\"; COMP_WORDS=(" + pieces + (line.ends_with(' ') ? " \"\"" : "") +
-                                  "); COMP_CWORD=$((${#COMP_WORDS[*]} - 1)); _" + program +
-                                  "; printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort'");
+        const SShellRun run = RunWithErrors(
+            "cd '" + folder.string() + "' && bash --norc -c '. " DOCUMENTS "/" + program +
+            "/bash-completion/completions/" + program + "; COMP_LINE=\"" + line + "\"; COMP_WORDS=(" +
+            pieces + (line.ends_with(' ') ? " \"\"" : "") + "); COMP_CWORD=$((${#COMP_WORDS[*]} - 1)); _" +
+            program + "; printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort'");
         EXPECT_EQ(run.mCode, 0);
         std::string proposed;
         std::istringstream words(run.mOutput);
@@ -207,14 +190,14 @@ TEST(Completion, EveryOptionOfTheHelpIsProposedAndOtherShellsCanReadTheirScripts
         {
             SCOPED_TRACE(file);
             ASSERT_TRUE(fs::exists(file));
-            EXPECT_EQ(IsInstalled(shell) ? RunShell(shell + " -n " + file).mOutput : "", "");
+            EXPECT_EQ(IsInstalled(shell) ? RunWithErrors(shell + " -n " + file).mOutput : "", "");
             const std::string text = PlainPage(file);
-            const std::string help = RunShell(std::string(PROGRAMS) + "/" + program + " --help").mOutput;
+            const std::string help = RunWithErrors(std::string(PROGRAMS) + "/" + program + " --help").mOutput;
             for (const std::string& command : WordsBelow(help, "Subcommands"))
             {
                 EXPECT_NE(text.find(command), std::string::npos) << command;
                 const std::string all =
-                    RunShell(std::string(PROGRAMS) + "/" + program + " " + command + " --help").mOutput;
+                    RunWithErrors(std::string(PROGRAMS) + "/" + program + " " + command + " --help").mOutput;
                 for (const std::string& names : WordsBelow(all, "Options"))
                 {
                     const std::string word = names.substr(names.rfind("--") + 2);

@@ -14,7 +14,7 @@ TEST(ProbeCommand, ARefusalIsOneSentenceOnTheErrorStreamAndCode1)
          {Faulty("ReturnNull"), Faulty("CrashInOpen"), std::string("/nowhere/at/all.so")})
     {
         SCOPED_TRACE(plugin);
-        const SRun errors = Vst2probe(plugin, 2);
+        const SShellRun errors = Vst2probe(plugin, 2);
         EXPECT_EQ(errors.mCode, 1);
         EXPECT_NE(errors.mOutput.find(plugin), std::string::npos);
         EXPECT_EQ(errors.mOutput.find('\n'), errors.mOutput.size() - 1) << errors.mOutput;
@@ -39,7 +39,7 @@ TEST(ProbeCommand, WrongUsageIsCode2AndHelpCode0)
 
 TEST(ProbeCommand, JsonIsAllThatIsPrintedWhateverThePluginWrites)
 {
-    const SRun run = Vst2probe(Faulty("WriteToOutput") + " --json");
+    const SShellRun run = Vst2probe(Faulty("WriteToOutput") + " --json");
     EXPECT_EQ(run.mCode, 0);
     const auto json = nlohmann::json::parse(run.mOutput, nullptr, false);
     ASSERT_TRUE(json.is_object()) << run.mOutput;
@@ -50,7 +50,7 @@ TEST(ProbeCommand, JsonIsAllThatIsPrintedWhateverThePluginWrites)
 
 TEST(ProbeCommand, ConfigureArgumentsAreLinesAndTheNameIsTheOneGiven)
 {
-    const SRun run = Vst2probe(Faulty("Demanding") + " --configure-args --name My-Product_2");
+    const SShellRun run = Vst2probe(Faulty("Demanding") + " --configure-args --name My-Product_2");
     EXPECT_EQ(run.mCode, 0);
     EXPECT_TRUE(run.mOutput.starts_with("-DAAXADAPTER_PRODUCT=My-Product_2\n-DAAXADAPTER_SOURCE_VST=/"));
     EXPECT_TRUE(run.mOutput.ends_with("-DAAXADAPTER_ENTRY_VERSION=2400\n-DAAXADAPTER_PORTS_FROM_COUNTS=ON\n"

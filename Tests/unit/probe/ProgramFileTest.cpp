@@ -34,11 +34,11 @@ TEST_P(ProgramFile, WhatWasSavedLoadsAgainAndIsOnlyForItsOwnPlugin)
     EXPECT_EQ(Vst2probe(Command("save", EXAMPLE_SYNTH_FILE)).mCode, 0);
     const std::string saved = Contents();
     EXPECT_TRUE(saved.starts_with("CcnK"));
-    const SRun loaded = Vst2probe(Command("load", EXAMPLE_SYNTH_FILE));
+    const SShellRun loaded = Vst2probe(Command("load", EXAMPLE_SYNTH_FILE));
     EXPECT_EQ(loaded.mCode, 0);
     EXPECT_NE(loaded.mOutput.find("Cutoff"), std::string::npos) << loaded.mOutput;
 
-    const SRun foreign = Vst2probe(Command("load", EXAMPLE_DELAY_FILE), 2);
+    const SShellRun foreign = Vst2probe(Command("load", EXAMPLE_DELAY_FILE), 2);
     EXPECT_EQ(foreign.mCode, 1);
     EXPECT_NE(foreign.mOutput.find("another plug-in's"), std::string::npos) << foreign.mOutput;
     std::ofstream(mFile, std::ios::binary | std::ios::trunc) << saved.substr(0, saved.size() - 1);
@@ -47,7 +47,7 @@ TEST_P(ProgramFile, WhatWasSavedLoadsAgainAndIsOnlyForItsOwnPlugin)
 
 TEST_P(ProgramFile, ACrashIsAnAnswerAndWrongUsageCode2)
 {
-    const SRun crash = Vst2probe(Command("save", Faulty("CrashInOpen")), 2);
+    const SShellRun crash = Vst2probe(Command("save", Faulty("CrashInOpen")), 2);
     EXPECT_EQ(crash.mCode, 1);
     EXPECT_NE(crash.mOutput.find("it crashed (Segmentation fault, SIGSEGV) while it was being loaded"),
               std::string::npos)
