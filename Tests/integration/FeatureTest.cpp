@@ -52,7 +52,9 @@ std::string Text(const AAX_CMidiPacket& inPacket)
     std::string text = fmt::format("{}:", inPacket.mTimestamp);
     for (std::uint32_t i = 0; i < inPacket.mLength; ++i)
         text += fmt::format("{:02x}", inPacket.mData[i]);
-    return text + " ";
+    const bool isClean = std::all_of(std::begin(inPacket.mData) + inPacket.mLength, std::end(inPacket.mData),
+                                     [](std::uint8_t byte) { return byte == 0; });
+    return text + (isClean ? " " : "+ ");
 }
 
 std::string Posted(SRig& ioRig)
@@ -222,10 +224,19 @@ std::string SeeMidiOutput(SRig& ioRig)
     list->AddDump(9, nullptr, 6);
     const auto waiting = std::make_unique<SEventList>();
     waiting->Add(2, {0xB0, 1, 2});
-    ioRig.InProcess([&](ScriptedEffect& effect)
-                    { (void)effect.CallHost(audioMasterProcessEvents, 0, list->Get()); });
+    const auto later = std::make_unique<SEventList>(); // than this block, though sent while it is rendered
+    later->Add(2, {0xB0, 1, 3});
+    const auto sendElsewhere = [&](SEventList& events) {
+        std::thread([&] { (void)ioRig.Effect().CallHost(audioMasterProcessEvents, 0, events.Get()); }).join();
+    };
+    ioRig.InProcess(
+        [&](ScriptedEffect& effect)
+        {
+            (void)effect.CallHost(audioMasterProcessEvents, 0, list->Get());
+            sendElsewhere(*later);
+        });
     ioRig.Open();
-    std::thread([&] { (void)ioRig.Effect().CallHost(audioMasterProcessEvents, 0, waiting->Get()); }).join();
+    sendElsewhere(*waiting);
     ioRig.Render();
     return Posted(ioRig);
 }

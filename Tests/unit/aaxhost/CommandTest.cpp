@@ -96,6 +96,7 @@ TEST_F(CommandTest, AMistypedWordIsAnsweredWithTheNearestName)
     for (const auto& [arguments, sentence] :
          {std::pair<std::string, const char*>{"rendr x --output y",
                                               "There is no command 'rendr'; did you mean 'render'?\n"},
+          {"bnech x", "There is no command 'bnech'; did you mean 'bench'?\n"},
           {"state x Lod y", "There is no command 'Lod'; did you mean 'load'?\n"},
           {render + " --outptu=x", "There is no option '--outptu'; did you mean '--output'?\n"},
           {render + " --xyz", "There is no option '--xyz'; 'aaxhost render --help' lists what there is.\n"}})
