@@ -31,6 +31,7 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(SReportEditor, mProblem, mWidth, mHeight, mPn
 namespace
 {
 constexpr double kLimitSeconds = 60.0; // a part that takes longer is left out
+constexpr double kPartSeconds = 1.5;   // of one that does more the longer it may
 
 /** Runs one part in a process of its own; what goes wrong there becomes its problem. */
 template <class Part, class Work>
@@ -78,8 +79,8 @@ SReportMaterial MeasureModule(const std::string& inModule)
     material.mAutomation = Measured<SReportAutomation>([&] { return MeasureAutomation(inModule); });
     material.mCost = Measured<SReportCost>([&] { return MeasureCost(inModule); });
     material.mEditor = Measured<SReportEditor>([&] { return PictureEditor(inModule); });
-    material.mSweep = Measured<SReportSweep>([&] { return MeasureSweep(inModule); });
-    material.mLatency = Measured<SReportLatency>([&] { return MeasureLatency(inModule); });
+    material.mSweep = Measured<SReportSweep>([&] { return MeasureSweep(inModule, kPartSeconds); });
+    material.mLatency = Measured<SReportLatency>([&] { return MeasureLatency(inModule, kPartSeconds); });
     material.mTexts = Measured<SReportParameterTexts>([&] { return ReadTexts(inModule); });
     material.mPlugin = ProbePluginOf(inModule);
     material.mSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();

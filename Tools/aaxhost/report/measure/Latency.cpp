@@ -45,10 +45,10 @@ SReportLatencyPoint LatencyAt(CCheckContext& ioContext, double inRate, std::int3
 }
 } // namespace
 
-SReportLatency MeasureLatency(const std::string& inModule)
+SReportLatency MeasureLatency(const std::string& inModule, double inSeconds)
 {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::duration<double>(kPartSeconds);
+    const auto end = Clock::now() + std::chrono::duration<double>(inSeconds);
     CCheckContext context(inModule, kMeasureStrictness);
     const bool isEffect = !context.IsInstrument() && context.MakeInstance()->InputChannels() > 0;
     SReportLatency latency;
@@ -57,7 +57,7 @@ SReportLatency MeasureLatency(const std::string& inModule)
         {
             if (Clock::now() >= end)
             {
-                latency.mCut = fmt::format("the time of {:g} seconds was up", kPartSeconds);
+                latency.mCut = fmt::format("the time of {:g} seconds was up", inSeconds);
                 return latency;
             }
             latency.mPoints.push_back(LatencyAt(context, rate, block, isEffect));

@@ -14,15 +14,13 @@ SReportSignals MeasureSignals(const std::string& inModule);
 SReportAutomation MeasureAutomation(const std::string& inModule);
 /** What a block costs, by its size. */
 SReportCost MeasureCost(const std::string& inModule);
-/** The level over the value of each parameter, while there is time. */
-SReportSweep MeasureSweep(const std::string& inModule);
-/** What is reported, and how late an impulse comes out, by rate and block size. */
-SReportLatency MeasureLatency(const std::string& inModule);
+/** The level over the value of each parameter. @param inSeconds begins none after this, and says so. */
+SReportSweep MeasureSweep(const std::string& inModule, double inSeconds);
+/** What is reported, and how late an impulse comes out, by rate and block size. @param inSeconds as above. */
+SReportLatency MeasureLatency(const std::string& inModule, double inSeconds);
 /** What the plug-in alone writes for its parameters' values. */
 SReportParameterTexts ReadTexts(const std::string& inModule);
 /** The plug-in's editor; needs a display. */
 SReportEditor PictureEditor(const std::string& inModule);
 
 inline constexpr int kMeasureStrictness = 5;
-/** Those that do more the longer they may stop after this; what is left out is said. */
-inline constexpr double kPartSeconds = 1.5;

@@ -36,10 +36,10 @@ double RangeOf(const std::vector<double>& inLevels)
 }
 } // namespace
 
-SReportSweep MeasureSweep(const std::string& inModule)
+SReportSweep MeasureSweep(const std::string& inModule, double inSeconds)
 {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::duration<double>(kPartSeconds);
+    const auto end = Clock::now() + std::chrono::duration<double>(inSeconds);
     CCheckContext context(inModule, kMeasureStrictness);
     SReportSweep sweep;
     sweep.mIsPlayed = context.IsInstrument();
@@ -67,7 +67,7 @@ SReportSweep MeasureSweep(const std::string& inModule)
         if (sweep.mParameters.size() == kMostParameters)
             sweep.mCut = fmt::format("only the first {} parameters are swept", kMostParameters);
         else if (Clock::now() >= end)
-            sweep.mCut = fmt::format("the time of {:g} seconds was up", kPartSeconds);
+            sweep.mCut = fmt::format("the time of {:g} seconds was up", inSeconds);
         if (!sweep.mCut.empty())
             break;
         const double before = ValueOf(instance, id);
