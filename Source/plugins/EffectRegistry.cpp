@@ -29,6 +29,7 @@ void CEffectRegistry::Add(AEffect* inEffect, CVst2Host* inHost, CVst2Plugin* inP
 {
     const std::lock_guard lock(gWriters);
     SSlot& slot = FreeSlot(mBuckets[BucketOf(inEffect)]);
+    slot.mOrder.store(slot.mOrder.load() | kFree, std::memory_order_release);
     slot.mHost.store(inHost, std::memory_order_release);
     slot.mPlugin.store(inPlugin, std::memory_order_release);
     slot.mEffect.store(inEffect, std::memory_order_release);
@@ -45,11 +46,8 @@ void CEffectRegistry::MarkClosing(const AEffect* inEffect, const CVst2Plugin* in
 void CEffectRegistry::Remove(const AEffect* inEffect, const CVst2Plugin* inPlugin) noexcept
 {
     const std::lock_guard lock(gWriters);
-    SSlot* const slot = FindSlot(inEffect, inPlugin);
-    if (slot == nullptr)
-        return;
-    slot->mOrder.store(kFree, std::memory_order_release);
-    slot->mEffect.store(nullptr, std::memory_order_release);
+    if (SSlot* const slot = FindSlot(inEffect, inPlugin))
+        slot->mEffect.store(nullptr, std::memory_order_release);
 }
 
 CEffectRegistry::SSlot* CEffectRegistry::FindSlot(const AEffect* inEffect,

@@ -54,23 +54,23 @@ private:
     /** Among 1,000 effects hardly two share a chain. The table is zero until it is used, so that it costs the
      * pages in use. */
     static constexpr std::size_t kBucketCount = 8192;
-    /** In a slot's order, above every serial that hosts reach. */
+    /** In a slot's order, above every serial that hosts reach: of who is found last, and of who is not there
+     * yet. */
     static constexpr std::uint64_t kClosing = std::uint64_t{1} << 63;
-    static constexpr std::uint64_t kFree = 0;
+    static constexpr std::uint64_t kFree = std::uint64_t{1} << 62;
 
     /**
-     * Written by one thread at a time. No two additions have the same order, so that it seals the rest: it is
-     * stored last by an addition and first, as kFree, by a removal. A reader that loads it before and after
-     * the rest, the same both times, has the rest of that addition: were any of it a later one's, the load of
-     * that had acquired kFree as well, and the second load of the order could not miss it.
+     * Written by one thread at a time. The order seals the rest: an addition begins and ends by storing
+     * another one, and no two additions end with the same. A reader that loads the same order before and
+     * after the rest has the rest of one addition: were one part a later addition's than another, the load of
+     * it had acquired the order that the later one began with, and the second load could not miss that.
      */
     struct SSlot
     {
         std::atomic<AEffect*> mEffect = nullptr; // null: free
         std::atomic<CVst2Host*> mHost = nullptr;
         std::atomic<CVst2Plugin*> mPlugin = nullptr;
-        std::atomic<std::uint64_t> mOrder =
-            kFree; // of the host and of the addition; kClosing is set at the end
+        std::atomic<std::uint64_t> mOrder = 0; // of the host and of the addition, with kClosing or kFree
         std::atomic<SSlot*> mNext = nullptr;
     };
 
@@ -107,21 +107,23 @@ inline CEffectRegistry::SOwner CEffectRegistry::Find(const AEffect* inEffect,
     if (inEffect == nullptr)
         return owner;
     std::uint64_t lowest = UINT64_MAX;
-    for (const SSlot* slot = &mBuckets[BucketOf(inEffect)]; slot != nullptr;
-         slot = slot->mNext.load(std::memory_order_acquire))
+    const SSlot* slot = &mBuckets[BucketOf(inEffect)];
+    while (slot != nullptr)
     {
-        const std::uint64_t before = slot->mOrder.load(std::memory_order_acquire);
-        if (slot->mEffect.load(std::memory_order_acquire) != inEffect)
-            continue;
-        const SOwner candidate{slot->mHost.load(std::memory_order_acquire),
-                               slot->mPlugin.load(std::memory_order_acquire)};
         const std::uint64_t order = slot->mOrder.load(std::memory_order_acquire);
-        const bool isWhole = order != kFree && ((order ^ before) & ~kClosing) == 0;
-        if (isWhole && order < lowest && (inHost == nullptr || candidate.mHost == inHost))
+        if (slot->mEffect.load(std::memory_order_acquire) == inEffect)
         {
-            owner = candidate;
-            lowest = order;
+            const SOwner candidate{slot->mHost.load(std::memory_order_acquire),
+                                   slot->mPlugin.load(std::memory_order_acquire)};
+            if (slot->mOrder.load(std::memory_order_acquire) != order) [[unlikely]]
+                continue; // it has changed meanwhile: once more
+            if (order < lowest && (inHost == nullptr || candidate.mHost == inHost))
+            {
+                owner = candidate;
+                lowest = order;
+            }
         }
+        slot = slot->mNext.load(std::memory_order_acquire);
     }
     return owner;
 }

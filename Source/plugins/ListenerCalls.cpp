@@ -2,19 +2,6 @@
 
 #include <chrono>
 
-CListenerCalls::CCall::CCall(CListenerCalls& ioCalls) noexcept
-    : mCount(ioCalls.IsListenerThread() ? nullptr : &ioCalls.mCount)
-{
-    if (mCount != nullptr)
-        mCount->fetch_add(1);
-}
-
-CListenerCalls::CCall::~CCall()
-{
-    if (mCount != nullptr)
-        mCount->fetch_sub(1);
-}
-
 void CListenerCalls::Await() const noexcept
 {
     // Only so long: a host may let a call of another thread wait for this one.

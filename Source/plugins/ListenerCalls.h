@@ -20,10 +20,19 @@ public:
     class CCall
     {
     public:
-        explicit CCall(CListenerCalls& ioCalls) noexcept;
+        explicit CCall(CListenerCalls& ioCalls) noexcept
+            : mCount(ioCalls.IsListenerThread() ? nullptr : &ioCalls.mCount)
+        {
+            if (mCount != nullptr)
+                mCount->fetch_add(1);
+        }
         CCall(const CCall&) = delete;
         CCall& operator=(const CCall&) = delete;
-        ~CCall();
+        ~CCall()
+        {
+            if (mCount != nullptr)
+                mCount->fetch_sub(1);
+        }
 
     private:
         std::atomic<std::int32_t>* mCount = nullptr;
