@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 
 namespace
 {
@@ -45,6 +46,18 @@ TEST(Check, WhatIsSaidOfAPluginIsNotWhatItsNumbersSay)
         EXPECT_EQ(run.Told(row.mCheck, "fault"), row.mFault);
         EXPECT_NE(run.ReasonOf(row.mCheck).find(row.mSaying), std::string::npos) << run.ReasonOf(row.mCheck);
     }
+}
+
+TEST(Check, APluginThatCrashesByChanceIsNotTheModulesFault)
+{
+    const std::string lives = (fs::temp_directory_path() / ("lives_" + std::to_string(getpid()))).string();
+    setenv("FAULTY_LIVES", lives.c_str(), 1);
+    const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / "faulty_CrashMostly.so",
+                        {"--only", "rendering.full-scale"});
+    unsetenv("FAULTY_LIVES");
+    fs::remove(lives);
+    EXPECT_EQ(run.Told("rendering.full-scale", "result"), "failed"); // in both runs through the module
+    EXPECT_EQ(run.Told("rendering.full-scale", "fault"), "plug-in"); // in its second run alone
 }
 
 TEST(Check, WithoutADisplayNobodyKnowsWhetherAnEditorIsFit)

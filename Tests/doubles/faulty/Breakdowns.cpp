@@ -4,8 +4,12 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -19,6 +23,23 @@ namespace
 {
     while (true)
         std::this_thread::sleep_for(std::chrono::hours(1)); // beyond every limit
+}
+
+/** Which process with this plug-in this one is, by a list in the file that FAULTY_LIVES names. */
+std::size_t NumberOfLife()
+{
+    const std::string own = std::to_string(getpid());
+    const char* const file = std::getenv("FAULTY_LIVES");
+    std::vector<std::string> lives;
+    std::ifstream list(file != nullptr ? file : "");
+    for (std::string life; list >> life;)
+        lives.push_back(life);
+    if (file != nullptr && (lives.empty() || lives.back() != own))
+    {
+        std::ofstream(file, std::ios::app) << own << '\n';
+        lives.push_back(own);
+    }
+    return lives.size();
 }
 } // namespace
 
@@ -57,6 +78,16 @@ void HangInOpen(CPlainEffect& ioEffect) { ioEffect.Before(effOpen, &Hang); }
 void CrashInRender(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [](const SBlock&) { Crash(); };
+}
+
+/** Crashes in each process but the third, as by chance. */
+void CrashMostly(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnBlock = [](const SBlock&)
+    {
+        if (NumberOfLife() != 3)
+            Crash();
+    };
 }
 
 /** Throws when it has written its block. */

@@ -80,6 +80,8 @@ bool IsWorseThan(EVerdict inVerdict, EVerdict inOther)
     return weight(inVerdict) > weight(inOther);
 }
 
+constexpr int kMostRunsAlone = 3;
+
 /** One check on its way: through the module, and where it did not pass, once more and with the plug-in alone.
  */
 class CCheckTask
@@ -102,6 +104,7 @@ public:
         mRun.reset();
         mResult.mSeconds = std::chrono::duration<double>(CChildProcess::Clock::now() - mBegin).count();
         const SFinding finding = FindingOf(*end, Limit());
+        mHasBrokenDown = mHasBrokenDown || end->mKind != SChildEnd::EKind::Finished;
         if (mSubject == ESubject::PluginAlone)
             return TakeAlone(finding);
         return TakeFinding(finding, end->mKind == SChildEnd::EKind::Finished);
@@ -164,6 +167,13 @@ private:
     {
         mResult.mAlone = inFinding;
         const EVerdict verdict = inFinding.mVerdict;
+        // A plug-in that writes where it should not crashes by chance only.
+        if (mHasBrokenDown && IsWorseThan(mResult.mFinding.mVerdict, verdict) &&
+            ++mRunsAlone < kMostRunsAlone)
+        {
+            Start(ESubject::PluginAlone);
+            return false;
+        }
         if (!IsWorseThan(mResult.mFinding.mVerdict, verdict))
             mResult.mFault = EFault::Plugin;
         else if (verdict == EVerdict::Skipped || verdict == EVerdict::Unseen ||
@@ -176,6 +186,8 @@ private:
     SCheckResult mResult;
     ESubject mSubject = ESubject::Module;
     int mRuns = 0; // through the module
+    int mRunsAlone = 0;
+    bool mHasBrokenDown = false; // any of them
     const CChildProcess::Clock::time_point mBegin = CChildProcess::Clock::now();
     std::optional<CChildRun> mRun;
 };
