@@ -23,7 +23,7 @@ std::span<const SExplanation> LifeCycleExplanations()
          "thread-local key that runs out."},
         {"life-cycle.memory",
          "Measures the memory of the process around parts of 2 to 50 instances, by the strictness, that are "
-         "made, render 64 frames and are deleted. It fails when each of four parts takes more than 16 KiB an "
+         "made, render 64 frames and are deleted. It fails when each of ten parts takes more than 16 KiB an "
          "instance.",
          "A session that is open for a day, or a host that makes instances for every bounce, runs out of "
          "memory.",
