@@ -177,6 +177,7 @@ private:
         if (!IsWorseThan(mResult.mFinding.mVerdict, verdict))
             mResult.mFault = EFault::Plugin;
         else if (verdict == EVerdict::Skipped || verdict == EVerdict::Unseen ||
+                 mResult.mFinding.mVerdict == EVerdict::Unstable || // by chance, as the module passed as well
                  mResult.mCheck->mAlone == EAlone::Accuses)
             mResult.mFault = EFault::Unknown;
         return true;
