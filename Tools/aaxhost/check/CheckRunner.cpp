@@ -132,6 +132,7 @@ private:
     bool TakeFinding(const SFinding& inFinding, bool inHasEnded)
     {
         ++mRuns;
+        mHasPassed = mHasPassed || !IsWorseThan(inFinding.mVerdict, EVerdict::Passed);
         if (mRuns == 1)
             mResult.mFinding = inFinding;
         else if (inFinding.mVerdict != mResult.mFinding.mVerdict)
@@ -177,7 +178,7 @@ private:
         if (!IsWorseThan(mResult.mFinding.mVerdict, verdict))
             mResult.mFault = EFault::Plugin;
         else if (verdict == EVerdict::Skipped || verdict == EVerdict::Unseen ||
-                 mResult.mFinding.mVerdict == EVerdict::Unstable || // by chance, as the module passed as well
+                 mHasPassed || // by chance through the module, then by chance alone
                  mResult.mCheck->mAlone == EAlone::Accuses)
             mResult.mFault = EFault::Unknown;
         return true;
@@ -188,7 +189,8 @@ private:
     ESubject mSubject = ESubject::Module;
     int mRuns = 0; // through the module
     int mRunsAlone = 0;
-    bool mHasBrokenDown = false; // any of them
+    bool mHasPassed = false;     // through the module, in any run
+    bool mHasBrokenDown = false; // any run
     const CChildProcess::Clock::time_point mBegin = CChildProcess::Clock::now();
     std::optional<CChildRun> mRun;
 };
