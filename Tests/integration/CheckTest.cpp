@@ -36,7 +36,8 @@ TEST(Check, WhatIsSaidOfAPluginIsNotWhatItsNumbersSay)
           SRow{"HasPrograms", "state.round-trip", "passed", "", "", true},
           SRow{"LateLatency", "rendering.late-latency", "failed", "module",
                "The feature LATENCY tells the host."},
-          SRow{"LateLatency", "rendering.late-latency", "passed", "", "and the host is told 144.", true}})
+          SRow{"LateLatency", "rendering.late-latency", "passed", "", "and the host is told 144.", true},
+          SRow{"Unset", "rendering.finite", "failed", "plug-in", "not a number"}})
     {
         SCOPED_TRACE(std::string(row.mPlugin) + (row.mHasFeatures ? " with all features" : ""));
         const SCheckRun run(row.mHasFeatures ? kAllFeaturesModule : kPlainModule,

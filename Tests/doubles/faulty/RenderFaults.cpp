@@ -80,6 +80,18 @@ void Pointers(CPlainEffect& ioEffect)
     };
 }
 
+/** Adds what lay on the stack, taken for a silence that nobody wrote. */
+void Unset(CPlainEffect& ioEffect)
+{
+    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
+    {
+        ioEffect.Render(inBlock);
+        float silence[256];
+        asm volatile("" : "=m"(silence)); // as far as the compiler knows, it is written here
+        inBlock.mOutputs[0][0] += 0.0F * silence[128];
+    };
+}
+
 /** Writes nothing into its second output where its input is silent. */
 void Silence(CPlainEffect& ioEffect)
 {

@@ -110,6 +110,7 @@ void CDirectRig::Render(std::int32_t inFrames)
             mPlugin.Input(channel)[static_cast<std::size_t>(i)] = mSource(mPosition + i, channel);
     mIsRendering = true;
     mPlugin.SendEvents(mEvents);
+    SpoilStack();
     (void)mPlugin.Process(inFrames); // without the function there is silence
     mIsRendering = false;
     mEvents.clear();

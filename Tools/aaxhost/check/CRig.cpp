@@ -3,6 +3,7 @@
 #include "Tools/aaxhost/check/Figures.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -54,6 +55,13 @@ SignalSource Sine(double inHertz, float inPeak, double inRate)
 SignalSource Impulse(std::int64_t inFrame, float inPeak)
 {
     return [=](std::int64_t frame, std::size_t) { return frame == inFrame ? inPeak : 0.0F; };
+}
+
+[[gnu::noinline]] void SpoilStack() noexcept
+{
+    std::array<unsigned char, 64 * 1024> bytes; // more than the frames of most render functions
+    bytes.fill(0xFF);
+    asm volatile("" : : "r"(bytes.data()) : "memory"); // so that they are written
 }
 
 CRig::SBuffer::SBuffer() : mMemory(SRenderCall::kBufferFrames + 2 * kMargin, 0.0F) { MarkAround(0); }
@@ -144,6 +152,7 @@ void CRig::RenderBlock(std::int32_t inFrames)
         std::copy_n(mInputs[i].Frames(), inFrames, mInputCopies[i].begin());
     mCall->mFrames = inFrames;
     mCall->mClock = mPosition;
+    SpoilStack();
     mInstance->Render(*mCall);
     LookAtOutputs(inFrames);
     mPosition += inFrames;

@@ -19,6 +19,12 @@ SignalSource Sine(double inHertz, float inPeak, double inRate);
 /** One sample of inPeak at that frame, zeros otherwise. */
 SignalSource Impulse(std::int64_t inFrame, float inPeak);
 
+/**
+ * Fills the unused part of this thread's stack with bytes that are no numbers as samples, so that what the
+ * next call reads before it writes it shows in each run, whoever the caller is.
+ */
+void SpoilStack() noexcept;
+
 /** Beats of the timer that a host gives an instance. */
 inline constexpr double kTimersPerSecond = 30.0;
 
@@ -39,7 +45,8 @@ void PlayOn(Rig& ioRig, double inSeconds, std::int32_t inBlock)
 /**
  * An instance on the bench: feeds it block after block, and keeps an eye on what comes out.
  *
- * All buffers have room for 4,096 frames whatever the block, and marked words before, after and behind the
+ * The stack is spoiled before each block. All buffers have room for 4,096 frames whatever the block, and
+ * marked words before, after and behind the
  * frames of the block.
  *
  * Threads: `RenderBlock` on one thread at a time; everything else on the main thread.

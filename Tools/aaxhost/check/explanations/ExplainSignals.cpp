@@ -8,8 +8,9 @@ std::span<const SExplanation> SignalExplanations()
          "number.",
          "One such sample silences the whole mix behind it, or sends it to the speakers at full level.",
          "Members that setParameter or effMainsChanged have not yet initialised are the usual cause with "
-         "start settings, then 0/0 in a meter or a normalisation of silence. The sentence says output and "
-         "frame: break there."},
+         "start settings, then 0/0 in a meter or a normalisation of silence. Local variables that are read "
+         "before they are written show too: before each block the unused stack is filled with what is not a "
+         "number. The sentence says output and frame: break there."},
         {"rendering.silence",
          "Renders a second of silence, then 1 to 10 more by the strictness: a peak above -60 dB in these is "
          "a warning.",
