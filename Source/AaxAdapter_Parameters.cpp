@@ -286,11 +286,11 @@ void AaxAdapter_Parameters::UpdateParameters()
 
 void AaxAdapter_Parameters::SetParameter(long inIndex, float inValue)
 {
-    mHasRequests.store(true, std::memory_order_relaxed);
     const bool isPutOff = inIndex >= 0 && inIndex < mParameterCount &&
                           mPluginParameters[static_cast<std::size_t>(inIndex)].PutsOff();
     if (!isPutOff)
         Report(inIndex, inValue);
+    mHasRequests.store(true, std::memory_order_release); // a beat that takes it finds what was noted above
 }
 
 void AaxAdapter_Parameters::Report(long inIndex, float inValue)
@@ -350,7 +350,7 @@ AAX_Result AaxAdapter_Parameters::GenerateCoefficients()
 
 AAX_Result AaxAdapter_Parameters::TimerWakeup()
 {
-    if (mHasRequests.exchange(false, std::memory_order_relaxed))
+    if (mHasRequests.exchange(false, std::memory_order_acquire))
         (void)AAX_Contained( // a plug-in that throws here is given it with the host's next update
             [this]
             {

@@ -263,6 +263,19 @@ TEST_F(Parameters, WhatTheHostLeavesUnansweredIsMendedOnTheBeatsOfItsTimer)
     EXPECT_EQ(mLog.Lines().at(mLog.Lines().size() - 2), "PostSetValueRequest(\"00000\", 0.25)");
 }
 
+TEST_F(Parameters, ABeatWhileARequestIsMadeDoesNotForgetToLookAfterIt)
+{
+    Script().mParameters = {0.0F};
+    Start();
+    mLog.InsideCall("PostTouchRequest", [this] { EXPECT_EQ(Instance().TimerWakeup(), kAAX_Success); });
+    Automate(0, 0.25F);
+    for (int beat = 0; beat < CPluginParameter::kQuietBeats; ++beat)
+        EXPECT_EQ(Instance().TimerWakeup(), kAAX_Success);
+    Effect().Parameters()[0] = 0.5F; // has moved without a report
+    EXPECT_EQ(Instance().UpdateParameterNormalizedValue("00000", 0.25, 0), kAAX_Success);
+    EXPECT_EQ(TakePluginCalls(), (Lines{"setParameter 0 0.25"})); // the host's own: nothing waits any more
+}
+
 TEST_F(Parameters, AnswersNobodyWaitsForReachThePluginOrNobody)
 {
     Script().mParameters = {0.0F};
