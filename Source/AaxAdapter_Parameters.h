@@ -216,16 +216,19 @@ private:
 
     std::array<char, 24> mIdBuffer{};
     CVst2Host mVst2Host;
-    std::atomic<bool> mReady{true}; // written on the main thread, read wherever the plug-in reports changes
-    // Written on the main thread, read wherever the plug-in reports changes.
+    // The main thread stores these two (release), wherever the plug-in reports changes they are loaded
+    // (acquire): who finds that there are parameters finds them made.
+    std::atomic<bool> mReady{true};
     std::atomic<bool> mHasParameters{false};
     long mParameterCount = 0;                        // of the plug-in, as the host knows them
     std::vector<CPluginParameter> mPluginParameters; // as many; made and replaced while nobody listens
     CNotedAutomation mAutomation;                    // what the AAX parameters ask the host through
-    std::atomic<bool> mHasRequests{false};           // some may wait: any thread writes, main thread reads
-    float mSampleRate = 0.0F;                        // Hz
-    CVst2Plugin* mPlugin = nullptr;                  // owned by mVst2Host
-    IAttachedEditor* mEditor = nullptr;              // the host's
+    // Some may wait: any thread stores it (release) when one was noted, the main thread's beat takes it
+    // (acquire) and then looks for them.
+    std::atomic<bool> mHasRequests{false};
+    float mSampleRate = 0.0F;           // Hz
+    CVst2Plugin* mPlugin = nullptr;     // owned by mVst2Host
+    IAttachedEditor* mEditor = nullptr; // the host's
     std::vector<unsigned long> mEventData;
     std::vector<unsigned long> mEventTimes;
     std::int64_t mEventCapacity = kFirstEventCapacity;

@@ -74,7 +74,7 @@ private:
     CVst2Host* mHost = nullptr;     // the instance's
     CVst2Plugin* mPlugin = nullptr; // the instance's
     AaxAdapter_Parameters* mInstance = nullptr;
-    // The container that hears gestures: the GUI thread writes, the plug-in's threads read. A container that
-    // was taken away stays valid as long as this object.
+    // The container that hears gestures: the GUI thread stores it (release) as it was made, the plug-in's
+    // threads load it (acquire). A container that was taken away stays valid as long as this object.
     std::atomic<AAX_IViewContainer*> mGestureContainer = nullptr;
 };

@@ -102,11 +102,16 @@ private:
     template <class Change>
     SWaiting ChangeWaiting(Change inChange) noexcept;
 
+    // Every change reads the newest state (acquire) and hands on what its thread has done (release).
     std::atomic<SWaiting> mWaiting{};
-    std::atomic<float> mLastAnswer{0.0F}; // normalized; while mIsOwed
-    std::atomic<bool> mIsOwed{false};     // requests wait behind one that was answered
+    std::atomic<float> mLastAnswer{0.0F}; // normalized; goes with mIsOwed
+    // Requests wait behind one that was answered: stored (release) after mLastAnswer, taken (acquire) before.
+    std::atomic<bool> mIsOwed{false};
+    // No other memory hangs on the next three.
     std::atomic<bool> mHasNewerValue{false};
     std::atomic<bool> mHasPutOff{false};
     std::atomic<std::uint8_t> mQuietBeats{0};
-    std::array<std::atomic<std::uint32_t>, kCapacity> mRequests; // a value and the low bits of its number
+    // A value and the low bits of its number: stored (release) ahead of the host's question, loaded (acquire)
+    // for its answer. One that is of another number is not looked at.
+    std::array<std::atomic<std::uint32_t>, kCapacity> mRequests;
 };

@@ -66,11 +66,15 @@ private:
     std::int32_t mOutputs = 0;
     float mStep = 1.0F;        // of the fade, per sample
     std::int64_t mLatency = 0; // main thread
+    // The main thread writes these two, the render thread reads them; nothing else hangs on them, since what
+    // is played comes with mOffered.
     std::atomic<bool> mIsUsed{false};
     std::atomic<bool> mIsOn{false};
-    std::atomic<SLine*> mOffered{nullptr}; // the main thread puts, the render thread takes
-    std::atomic<SLine*> mRetired{nullptr}; // the other way round
-    std::unique_ptr<SLine> mLine;          // render thread
-    std::size_t mPart = 0;                 // frames that were taken last; render thread
-    float mDry = 0.0F;                     // share of the input in the output; render thread
+    // The main thread makes a line and puts it here (release), the render thread takes it (acquire).
+    std::atomic<SLine*> mOffered{nullptr};
+    // The other way round: the render thread lays it aside (release), the main thread frees it (acquire).
+    std::atomic<SLine*> mRetired{nullptr};
+    std::unique_ptr<SLine> mLine; // render thread
+    std::size_t mPart = 0;        // frames that were taken last; render thread
+    float mDry = 0.0F;            // share of the input in the output; render thread
 };

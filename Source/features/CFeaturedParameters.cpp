@@ -174,7 +174,7 @@ void CFeaturedParameters::SwitchBypass(bool inIsOn)
 
 void CFeaturedParameters::GiveIdleTime()
 {
-    if (!mWantsIdle.exchange(false, std::memory_order_relaxed) || Plugin() == nullptr)
+    if (!mWantsIdle.exchange(false, std::memory_order_acquire) || Plugin() == nullptr)
         return;
     if (Plugin()->Dispatch(effIdle) != 0)
         mWantsIdle.store(true, std::memory_order_relaxed);
@@ -193,10 +193,10 @@ std::optional<VstIntPtr> CFeaturedParameters::AnswerCall(const SHostCall& inCall
     case audioMasterNeedIdle:
         if (!kProductFeatures.mIdle)
             return std::nullopt;
-        mWantsIdle.store(true, std::memory_order_relaxed);
+        mWantsIdle.store(true, std::memory_order_release);
         return 1;
     case audioMasterUpdateDisplay:
-        mHasNewNames.store(kProductFeatures.mParameterProperties, std::memory_order_relaxed);
+        mHasNewNames.store(kProductFeatures.mParameterProperties, std::memory_order_release);
         return std::nullopt;
     case audioMasterBeginEdit:
         if (kProductFeatures.mGestures && HearsParameters())
@@ -240,13 +240,13 @@ VstIntPtr CFeaturedParameters::ResizeEditor(SPixelSize inSize) noexcept
     if (Host().IsListenerThread())
         return AttachedEditor() != nullptr && AttachedEditor()->Resize(inSize.mWidth, inSize.mHeight) ? 1 : 0;
     // Whether it will be taken is not known yet.
-    mRequestedSize.store(inSize, std::memory_order_relaxed);
+    mRequestedSize.store(inSize, std::memory_order_release);
     return 0;
 }
 
 std::optional<SPixelSize> CFeaturedParameters::TakeRequestedSize() noexcept
 {
-    const SPixelSize size = mRequestedSize.exchange({}, std::memory_order_relaxed);
+    const SPixelSize size = mRequestedSize.exchange({}, std::memory_order_acquire);
     return size.IsSensible() ? std::optional(size) : std::nullopt;
 }
 

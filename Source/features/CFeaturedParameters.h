@@ -107,15 +107,17 @@ private:
     CPrograms mPrograms;
     CBypass mBypass;
     // Frames of a block; larger ones are rendered in parts. None are whole once the bypass was on. The main
-    // thread writes.
+    // thread writes, the render thread reads; nothing else hangs on it.
     std::atomic<std::uint32_t> mMostAtOnce{kBlockSizeFrames};
     bool mBypassesItself = false;    // the plug-in does, when it is told to
     bool mAnswersAutomation = false; // the plug-in says which parameters can be automated
     // The thread that is in the render call; no thread between two. Written there, read by the plug-in's
     // calls.
     std::atomic<std::thread::id> mRenderThread{};
-    std::atomic<bool> mWantsIdle{false};                  // the plug-in's calls write, the main thread takes
-    std::atomic<bool> mHasNewNames{false};                // as above: it may have renamed parameters
-    std::atomic<SPixelSize> mRequestedSize{SPixelSize{}}; // as above; not sensible: none
+    // The plug-in's calls store these three (release), the main thread takes them (acquire): what the plug-in
+    // wrote before its call, it finds when it is called for it.
+    std::atomic<bool> mWantsIdle{false};
+    std::atomic<bool> mHasNewNames{false};                // it may have renamed parameters
+    std::atomic<SPixelSize> mRequestedSize{SPixelSize{}}; // not sensible: none
     static_assert(decltype(mRequestedSize)::is_always_lock_free);
 };

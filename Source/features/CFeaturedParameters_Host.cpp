@@ -40,7 +40,7 @@ void CFeaturedParameters::DescribeParameter(long inIndex, AAX_IParameter& ioPara
 
 void CFeaturedParameters::TellNewNames()
 {
-    if (!mHasNewNames.exchange(false, std::memory_order_relaxed) || Plugin() == nullptr)
+    if (!mHasNewNames.exchange(false, std::memory_order_acquire) || Plugin() == nullptr)
         return;
     for (long i = 0; i < PluginParameterCount(); ++i)
         TellNewName(i);

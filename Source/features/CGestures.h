@@ -33,6 +33,8 @@ public:
     AAX_Result PostReleaseRequest(AAX_CParamID inId) override;
 
 private:
+    // Any thread writes and reads each. The exchanges and additions alone say who is the first and the last;
+    // no other memory hangs on them.
     struct SParameter
     {
         std::atomic<int> mHolders{0};

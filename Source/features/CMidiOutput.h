@@ -90,5 +90,5 @@ private:
     std::vector<std::uint8_t> mBytes;  // of the long ones
     std::vector<std::uint32_t> mOrder; // in which unsorted packets go
     CMessageQueue mWaiting;
-    std::atomic<std::uint64_t> mLost{0};
+    std::atomic<std::uint64_t> mLost{0}; // any thread counts; no other memory hangs on it
 };

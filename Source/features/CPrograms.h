@@ -57,8 +57,9 @@ private:
     void NoteRequest(long inProgram) noexcept;
 
     CVst2Plugin* mPlugin = nullptr;
-    long mCount = 0;                           // of its programs when it was attached; 0: no choice
-    long mKnown = 0;                           // the program that the host knows, or is asked for
-    std::atomic<long> mChoice{-1};             // of the host, which the plug-in has not got yet
+    long mCount = 0; // of its programs when it was attached; 0: no choice
+    long mKnown = 0; // the program that the host knows, or is asked for
+    // Of the host, which the plug-in has not got yet: the host's threads write, the main thread takes.
+    std::atomic<long> mChoice{-1};
     std::optional<CPluginParameter> mRequests; // to the host, where there are programs
 };

@@ -97,8 +97,8 @@ private:
 
     CGuardedImage mModule{EGuardOwner::kModule};
     CGuardedImage mPlugin{EGuardOwner::kPlugin};
-    std::atomic<bool> mIsTaken = false;
-    std::atomic<bool> mIsWatching = false;
+    std::atomic<bool> mIsTaken = false;    // by the render thread that was first
+    std::atomic<bool> mIsWatching = false; // stored (release) when all is replaced, loaded (acquire) by all
 };
 
 // Render threads use it; it goes with the module.

@@ -8,7 +8,7 @@ namespace
 {
 // Render threads count; the report reads when the module goes.
 constinit CCallCounts gCounts;
-// The thread that puts the replacements to use writes, before that; any thread reads.
+// The thread that puts the replacements to use stores (release) before that; any thread loads (acquire).
 constinit std::array<std::array<std::atomic<void*>, CCallCounts::kMostFunctions>, kGuardOwners> gOriginals{};
 
 template <EGuardOwner kOwner, std::size_t kFunction, class Result, class... Arguments>

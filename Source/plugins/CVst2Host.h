@@ -128,9 +128,11 @@ private:
     float mSampleRate = -1.0F; // Hz
     float mTempo = 0.0F;       // beats per minute
     VstTimeInfo mTimeInfo{};
-    std::atomic<IMainHost*> mMainListener = nullptr;       // main thread writes, host callbacks read
-    std::atomic<IEditHost*> mEditListener = nullptr;       // main thread writes, host callbacks read
-    std::atomic<IHostCallAnswers*> mCallAnswers = nullptr; // main thread writes, host callbacks read
+    // The main thread writes these three, host callbacks read them: each with the count of mListenerCalls in
+    // one order that all threads agree on, which says why.
+    std::atomic<IMainHost*> mMainListener = nullptr;
+    std::atomic<IEditHost*> mEditListener = nullptr;
+    std::atomic<IHostCallAnswers*> mCallAnswers = nullptr;
     CListenerCalls mListenerCalls;
     std::atomic<bool> mHasGestureViewer = true; // main thread writes, host callbacks read
     std::atomic<unsigned long> mMouseMods;      // the listeners' thread writes, host callbacks read

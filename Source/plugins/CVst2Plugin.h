@@ -147,7 +147,7 @@ public:
     // For the host callback
     /** The plug-in asked for MIDI: that outlives a negative answer to the question whether it takes any. */
     void ForceMidi();
-    void RequestIdle() { mIdleRequested.store(true, std::memory_order_relaxed); }
+    void RequestIdle() { mIdleRequested.store(true, std::memory_order_release); }
 
     // ---- What no module calls: the rest of the class's interface, for tools and other hosts.
 
@@ -274,7 +274,8 @@ private:
     std::vector<SIOPortDef> mInputPorts;
     std::vector<SIOPortDef> mOutputPorts;
     // The three below: the plug-in's calls write on any thread; the render thread reads the first, the main
-    // thread all.
+    // thread all. The third is stored (release) and loaded (acquire), so that the plug-in finds what it
+    // wrote.
     std::atomic<bool> mMidi = false;
     std::atomic<bool> mForcedMidi = false;
     std::atomic<bool> mIdleRequested = false;

@@ -60,7 +60,7 @@ void CVst2Plugin::Idle()
 
 void CVst2Plugin::EffectIdle()
 {
-    if (mEffect != nullptr && mIdleRequested.load(std::memory_order_relaxed))
+    if (mEffect != nullptr && mIdleRequested.load(std::memory_order_acquire))
         (void)Dispatch(effIdle); // asked for once, it is sent for good
 }
 
