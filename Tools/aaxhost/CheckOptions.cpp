@@ -34,7 +34,7 @@ void AddSelectionOptions(CLI::App& ioCommand, SCheckChoice& outChoice)
         ->envname("AAXHOST_CHECK_SKIP");
     ioCommand
         .add_option("--limit", outChoice.mJob.mLimitSeconds,
-                    "Seconds that a check may take; otherwise by the strictness")
+                    "Seconds that a check may take, and a look at the plug-in; otherwise by the strictness")
         ->check(NumberFrom(0.1, 86400.0))
         ->envname("AAXHOST_CHECK_LIMIT");
 }

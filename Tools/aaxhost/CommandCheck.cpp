@@ -142,7 +142,8 @@ COutcome<SDone> WriteFiles(const SCheckOptions& inOptions, const std::vector<SCh
     const SCheckedModule& first = inModules.front();
     if (!inOptions.mJson.empty())
     {
-        const nlohmann::ordered_json plugin = ProbeAsJson(ProbePluginOf(first.mJob.mModule));
+        const nlohmann::ordered_json plugin =
+            ProbeAsJson(ProbePluginOf(first.mJob.mModule, first.mJob.mLimitSeconds));
         if (const auto written =
                 WriteText(inOptions.mJson, ResultsAsJson(first.mJob, first.mResults, &plugin));
             !written)

@@ -5,15 +5,16 @@
 #include "Tools/support/ChildRun.h"
 
 #include <chrono>
+#include <cmath>
 
 namespace
 {
-constexpr double kOpeningSeconds = 20.0;
-constexpr std::chrono::seconds kProbeLimit{20}; // for each of two attempts, as long as vst2probe's
+constexpr double kProbeSeconds = 20.0; // as long as vst2probe's
 } // namespace
 
-SProbeResult ProbePluginOf(const std::string& inModule)
+SProbeResult ProbePluginOf(const std::string& inModule, double inLimitSeconds)
 {
+    const double limit = inLimitSeconds > 0.0 ? inLimitSeconds : kProbeSeconds;
     // Only an opened module says where its plug-in is; the plug-in is loaded with it, so that it is looked at
     // in other processes.
     const SChildEnd end = RunInChild(
@@ -23,9 +24,9 @@ SProbeResult ProbePluginOf(const std::string& inModule)
             const auto module = CModule::Open(inModule, log);
             return module ? (*module)->PluginPath() : std::string();
         },
-        kOpeningSeconds);
+        limit);
     if (end.mKind == SChildEnd::EKind::Finished && !end.mText.empty())
-        return ProbePluginInCopy(end.mText, kProbeLimit);
+        return ProbePluginInCopy(end.mText, std::chrono::milliseconds(std::llround(limit * 1000.0)));
     SProbeResult result;
     result.mRefusal = "the module that it is in does not open";
     return result;
