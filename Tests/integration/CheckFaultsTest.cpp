@@ -115,7 +115,6 @@ const std::vector<SFaulty>& FaultyPlugins()
         SFaulty{"Coarse",
                 {"state.new-instance", "state.round-trip"},
                 "('soft'), and does not sound the same",
-                {"state.same-bytes"},
                 {"state.same-bytes"}},
         SFaulty{"Load", {"state.answers"}, "(Gain) is at 0.", {"state.same-bytes"}},
         SFaulty{"Chunk", {"state.damaged", "state.random", "state.truncated"}, "SIGABRT"},

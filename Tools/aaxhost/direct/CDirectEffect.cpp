@@ -12,6 +12,8 @@
 namespace
 {
 constexpr AAX_CTypeID kChunk = AAX_FourCharCode("drct");
+constexpr AAX_CTypeID kValues =
+    AAX_FourCharCode("vals"); // behind a plug-in's own chunk: what a host would read
 
 std::string IDOf(std::int32_t inIndex) { return fmt::format("{:05}", inIndex); }
 
@@ -293,10 +295,10 @@ bool CDirectEffect::KeepsChunks() const
     return mPlugin != nullptr && (mPlugin->Effect().flags & effFlagsProgramChunks) != 0;
 }
 
-std::vector<char> CDirectEffect::State() const
+std::vector<char> CDirectEffect::State(AAX_CTypeID inChunk) const
 {
-    if (mPlugin == nullptr || KeepsChunks())
-        return mPlugin != nullptr ? mPlugin->GetChunk(0) : std::vector<char>();
+    if (inChunk == kChunk && KeepsChunks())
+        return mPlugin->GetChunk(0);
     std::vector<float> values(static_cast<std::size_t>(ParameterCount()));
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i] = mPlugin->GetParameter(static_cast<std::int32_t>(i));
@@ -305,32 +307,39 @@ std::vector<char> CDirectEffect::State() const
     return bytes;
 }
 
+bool CDirectEffect::HasChunk(AAX_CTypeID inID) const
+{
+    return inID == kChunk || (inID == kValues && KeepsChunks());
+}
+
 AAX_Result CDirectEffect::GetNumberOfChunks(std::int32_t* count) const
 {
-    *count = 1;
+    *count = KeepsChunks() ? 2 : 1;
     return kAAX_Success;
 }
 
 AAX_Result CDirectEffect::GetChunkIDFromIndex(std::int32_t index, AAX_CTypeID* id) const
 {
-    if (index != 0)
+    std::int32_t count = 0;
+    (void)GetNumberOfChunks(&count); // cannot fail
+    if (index < 0 || index >= count)
         return kAAX_ErrorChunkIndex;
-    *id = kChunk;
+    *id = index == 0 ? kChunk : kValues;
     return kAAX_Success;
 }
 
 AAX_Result CDirectEffect::GetChunkSize(AAX_CTypeID id, std::uint32_t* size) const
 {
-    if (id != kChunk)
+    if (!HasChunk(id))
         return kAAX_ErrorUnknownChunk;
-    mSaved = State();
+    mSaved = State(id);
     *size = static_cast<std::uint32_t>(mSaved.size());
     return kAAX_Success;
 }
 
 AAX_Result CDirectEffect::GetChunk(AAX_CTypeID id, AAX_SPlugInChunk* chunk) const
 {
-    if (id != kChunk)
+    if (!HasChunk(id))
         return kAAX_ErrorUnknownChunk;
     chunk->mSize = static_cast<std::int32_t>(mSaved.size());
     chunk->mVersion = 1;
@@ -340,8 +349,10 @@ AAX_Result CDirectEffect::GetChunk(AAX_CTypeID id, AAX_SPlugInChunk* chunk) cons
 
 AAX_Result CDirectEffect::SetChunk(AAX_CTypeID id, const AAX_SPlugInChunk* chunk)
 {
-    if (id != kChunk)
+    if (!HasChunk(id))
         return kAAX_ErrorUnknownChunk;
+    if (id == kValues)
+        return kAAX_Success; // its own chunk has them
     std::vector<char> data = DataOf(*chunk);
     ++mChanges;
     if (KeepsChunks())
@@ -359,7 +370,7 @@ AAX_Result CDirectEffect::SetChunk(AAX_CTypeID id, const AAX_SPlugInChunk* chunk
 
 AAX_Result CDirectEffect::CompareActiveChunk(const AAX_SPlugInChunk* chunk, AAX_CBoolean* isEqual) const
 {
-    *isEqual = chunk->mChunkID != kChunk || DataOf(*chunk) == State() ? 1 : 0;
+    *isEqual = !HasChunk(chunk->mChunkID) || DataOf(*chunk) == State(chunk->mChunkID) ? 1 : 0;
     return kAAX_Success;
 }
 

@@ -115,7 +115,8 @@ private:
     std::optional<std::int32_t> IndexOf(AAX_CParamID inID) const;
     std::int32_t ParameterCount() const;
     bool KeepsChunks() const;
-    std::vector<char> State() const;
+    bool HasChunk(AAX_CTypeID inID) const;
+    std::vector<char> State(AAX_CTypeID inChunk) const;
     void WriteTime(AAX_IMIDINode* inNode);
     /** The packets of a node as events of the next pieces. */
     void TakePackets(AAX_IMIDINode* inNode);
