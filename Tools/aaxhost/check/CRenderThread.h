@@ -20,6 +20,7 @@ public:
 
     /** Comes back when so many more blocks have begun and ended: what was done before lies between blocks. */
     void WaitForBlocks(std::int64_t inCount) const;
+    std::int64_t BlocksDone() const noexcept { return mBlocksDone.load(std::memory_order_acquire); }
     /** Ends the thread; what it rendered can be looked at from then on. */
     void Stop();
 

@@ -99,8 +99,8 @@ std::span<const SExplanation> ParameterExplanations()
          "and delay lines stays, so look at the values of that round, and reset a filter whose memory is not "
          "finite."},
         {"parameters.sweep-threads",
-         "Sets all parameters to random values 20 to 2,000 times, by the strictness, while another thread "
-         "renders blocks of 128 frames, and looks for broken samples.",
+         "Sets all parameters to random values 20 to 2,000 times at least, by the strictness, while another "
+         "thread renders 50 to 2,000 blocks of 128 frames, and looks for broken samples.",
          "Automation and the mouse arrive on the main thread while the audio thread renders: always, in "
          "every host.",
          "setParameter comes in the midst of processReplacing. It must not resize buffers or write half of a "

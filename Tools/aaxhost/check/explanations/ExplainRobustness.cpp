@@ -53,9 +53,11 @@ std::span<const SExplanation> RobustnessExplanations()
          "same process. Static variables that effClose left behind (an \"already initialised\" flag) are the "
          "cause."},
         {"robustness.everything",
-         "Has one thread render blocks of 1 to 512 frames with random notes while the main thread, in 30 to "
-         "1,000 rounds by the strictness, sets a parameter, wakes the timer and lists the parameters, and "
-         "every 15 rounds makes and deletes another instance. Looks for broken samples and crashes.",
+         "Has one thread render 50 to 2,000 blocks of 1 to 512 frames with random notes while the main "
+         "thread "
+         "sets a parameter, wakes the timer and lists the parameters, again and again; in every fifteenth of "
+         "the first 30 to 1,000 rounds it makes and deletes another instance. The strictness says how many. "
+         "Looks for broken samples and crashes.",
          "That is an afternoon's work in half a minute.",
          "If life-cycle.independent and parameters.sweep-threads pass, the cause is between: a static table "
          "that a new instance's effOpen fills again, or an effClose that frees it, while another one "
