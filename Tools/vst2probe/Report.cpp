@@ -17,7 +17,7 @@ namespace
 std::string Shown(std::string inText)
 {
     std::ranges::replace_if(
-        inText, [](char inByte) { return inByte >= 0 && inByte < ' '; }, ' ');
+        inText, [](char inByte) { return static_cast<unsigned char>(inByte) < ' '; }, ' ');
     return inText;
 }
 
