@@ -42,13 +42,20 @@ VstIntPtr AnswerCanDo(const char* inText) noexcept
             return ability.mIsThere ? 1 : -1;
     return 0;
 }
+
+/** 0 where the host's number is no rate: what becomes of one that is too large differs between processors. */
+VstIntPtr WholeRate(float inHertz) noexcept
+{
+    constexpr float highest = 1e9F;
+    return inHertz > 0.0F && inHertz <= highest ? static_cast<VstIntPtr>(inHertz) : 0;
+}
 } // namespace
 
 std::optional<VstIntPtr> AnswerQuestion(const SHostCall& inCall, const SHostFacts& inFacts) noexcept
 {
     switch (inCall.mOpcode)
     {
-    case audioMasterGetSampleRate: return static_cast<VstIntPtr>(inFacts.mSampleRate);
+    case audioMasterGetSampleRate: return WholeRate(inFacts.mSampleRate);
     case audioMasterGetBlockSize: return inFacts.mBlockSize;
     case audioMasterGetCurrentProcessLevel:
         return inFacts.mIsRendering ? kVstProcessLevelRealtime : kVstProcessLevelUser;
