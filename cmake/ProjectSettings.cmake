@@ -6,6 +6,12 @@ include(Hardening)
 option(AAXADAPTER_BUILD_TESTS "Build the tests, as ./test does" OFF)
 option(AAXADAPTER_FUZZ "Build the fuzz targets, with clang" OFF)
 
+# Whether what is built runs on this machine, if need be in an emulator.
+set(AAXADAPTER_RUNS_HERE ON)
+if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+    set(AAXADAPTER_RUNS_HERE OFF)
+endif()
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -23,6 +29,11 @@ add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
 
 aaxadapter_harden_compilation(project_warnings INTERFACE)
+
+# The folder of the executable in a bundle on Linux, for code that looks into bundles.
+function(aaxadapter_name_executable_folder target scope)
+    target_compile_definitions(${target} ${scope} AAXADAPTER_EXECUTABLE_FOLDER="${CMAKE_SYSTEM_PROCESSOR}-linux")
+endfunction()
 
 # The sanitizers of the presets `asan` and `tsan`.
 if(AAXADAPTER_SANITIZE)

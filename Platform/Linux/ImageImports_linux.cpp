@@ -11,6 +11,13 @@
 
 namespace
 {
+// The kinds of relocation that hold the address of a foreign function.
+#if defined(__aarch64__)
+constexpr std::uint32_t kImportKinds[] = {R_AARCH64_JUMP_SLOT, R_AARCH64_GLOB_DAT, R_AARCH64_ABS64};
+#else
+constexpr std::uint32_t kImportKinds[] = {R_X86_64_JUMP_SLOT, R_X86_64_GLOB_DAT, R_X86_64_64};
+#endif
+
 /** The parts of one image that say what it imports. */
 struct SImage
 {
@@ -86,8 +93,7 @@ void ForEachImport(const SImage& inImage, Use inUse) noexcept
         for (const Elf64_Rela& place :
              std::span(reinterpret_cast<const Elf64_Rela*>(address), size / sizeof(Elf64_Rela)))
         {
-            const auto kind = ELF64_R_TYPE(place.r_info);
-            if (kind == R_X86_64_JUMP_SLOT || kind == R_X86_64_GLOB_DAT || kind == R_X86_64_64)
+            if (std::ranges::find(kImportKinds, ELF64_R_TYPE(place.r_info)) != std::end(kImportKinds))
                 inUse(std::string_view(names + symbols[ELF64_R_SYM(place.r_info)].st_name),
                       reinterpret_cast<void**>(inImage.mBase + place.r_offset));
         }

@@ -101,7 +101,8 @@ std::vector<std::string> PluginExecutables(const std::string& inUtf8Path)
     const fs::file_status status = fs::status(inUtf8Path, error);
     if (fs::is_directory(status))
     {
-        std::vector<std::string> inside = SharedObjects(fs::path(inUtf8Path) / "Contents" / "x86_64-linux");
+        std::vector<std::string> inside =
+            SharedObjects(fs::path(inUtf8Path) / "Contents" / AAXADAPTER_EXECUTABLE_FOLDER);
         return !inside.empty() ? inside : SharedObjects(inUtf8Path);
     }
     return fs::is_regular_file(status) ? std::vector{inUtf8Path} : std::vector<std::string>{};

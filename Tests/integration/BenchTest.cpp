@@ -13,7 +13,7 @@ namespace
 TEST(Bench, OfSeveralFilesInThePluginTheOneThatTheModuleLoadsIsCompared)
 {
     const CModuleBundle bundle(kPlainModule, {});
-    const std::filesystem::path folder = bundle.SourceVst() / "Contents" / "x86_64-linux";
+    const std::filesystem::path folder = bundle.SourceVst() / "Contents" / AAXADAPTER_EXECUTABLE_FOLDER;
     std::filesystem::create_directories(folder);
     // A folder lists its files in no particular order.
     for (const char* name : {"d.so", "b.so", "g.so", "a.so", "e.so", "c.so", "f.so"})

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 fs::path InstalledPlugin(const char* inName)
 {
-    for (const char* folder : {"/usr/lib/vst", "/usr/lib/lxvst"})
+    for (const char* folder : {TEST_PLUGIN_ROOT "/usr/lib/vst", TEST_PLUGIN_ROOT "/usr/lib/lxvst"})
         if (const fs::path file = fs::path(folder) / (std::string(inName) + "-vst.so"); fs::exists(file))
             return file;
     return {};
@@ -21,7 +21,7 @@ CModuleBundle::CModuleBundle(const fs::path& inModuleFile, const fs::path& inPlu
         throw std::runtime_error("no temporary folder");
     mFolder = name;
     mBundle = mFolder / (inModuleFile.stem().string() + ".aaxplugin");
-    const fs::path code = mBundle / "Contents" / "x86_64-linux";
+    const fs::path code = mBundle / "Contents" / AAXADAPTER_EXECUTABLE_FOLDER;
     fs::create_directories(code);
     fs::create_directories(SourceVst().parent_path());
     fs::copy_file(inModuleFile, code / inModuleFile.filename());

@@ -21,6 +21,12 @@ namespace
 {
 namespace fs = std::filesystem;
 
+#if defined(__aarch64__)
+constexpr std::uint16_t kOwnMachine = EM_AARCH64;
+#else
+constexpr std::uint16_t kOwnMachine = EM_X86_64;
+#endif
+
 template <typename Record>
 bool ReadRecord(std::ifstream& ioFile, std::uint64_t inOffset, Record& outRecord)
 {
@@ -32,8 +38,9 @@ bool ReadRecord(std::ifstream& ioFile, std::uint64_t inOffset, Record& outRecord
 std::string ProcessorName(std::uint16_t inMachine)
 {
     constexpr std::pair<std::uint16_t, const char*> names[] = {
-        {EM_386, "32-bit x86"},       {EM_ARM, "32-bit ARM"}, {EM_AARCH64, "64-bit ARM"},
-        {EM_PPC64, "64-bit PowerPC"}, {EM_RISCV, "RISC-V"},   {EM_LOONGARCH, "LoongArch"}};
+        {EM_386, "32-bit x86"},     {EM_X86_64, "64-bit x86"},    {EM_ARM, "32-bit ARM"},
+        {EM_AARCH64, "64-bit ARM"}, {EM_PPC64, "64-bit PowerPC"}, {EM_RISCV, "RISC-V"},
+        {EM_LOONGARCH, "LoongArch"}};
     const auto* const found =
         std::ranges::find(names, inMachine, &std::pair<std::uint16_t, const char*>::first);
     return found != std::end(names) ? found->second : fmt::format("machine {}", inMachine);
@@ -68,10 +75,10 @@ std::string FileFault(const std::string& inPath)
     Elf64_Ehdr header{};
     if (!ReadRecord(file, 0, header))
         return cut;
-    if (header.e_machine != EM_X86_64) // in the same place in 32-bit files
+    if (header.e_machine != kOwnMachine) // in the same place in 32-bit files
     {
-        return fmt::format("its executable is for another processor, {}, and this is 64-bit x86",
-                           ProcessorName(header.e_machine));
+        return fmt::format("its executable is for another processor, {}, and this is {}",
+                           ProcessorName(header.e_machine), ProcessorName(kOwnMachine));
     }
     if (header.e_type != ET_DYN)
         return "its executable is no library but a program or a part of one";
@@ -107,7 +114,8 @@ std::string LoadFault(const std::string& inPlugin)
     const std::vector<std::string> executables = PluginExecutables(inPlugin);
     std::error_code error;
     if (executables.empty() && fs::is_directory(inPlugin, error))
-        return "there is no executable in it, neither in Contents/x86_64-linux nor beside that";
+        return "there is no executable in it, neither in Contents/" AAXADAPTER_EXECUTABLE_FOLDER
+               " nor beside that";
     const std::string executable = !executables.empty() ? executables.front() : inPlugin;
     const std::string fault = FileFault(executable);
     return fault.empty() ? LoaderFault(executable) : fault;

@@ -239,11 +239,11 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
     };
     const fs::path good = ScriptedModule::FileOf("scripted_plugin.so");
     const fs::path entryless = ScriptedModule::FileOf("scripted_plugin_no_entry.so");
-    fs::copy_file(good, bundle("deep.vst", "Contents/x86_64-linux") / "b.so");
+    fs::copy_file(good, bundle("deep.vst", "Contents/" AAXADAPTER_EXECUTABLE_FOLDER) / "b.so");
     fs::copy_file(entryless, folder / "deep.vst/a.so"); // the deeper folder goes first
     fs::copy_file(good, bundle("flat.vst", "Contents/Resources").parent_path().parent_path() / "a.so");
     fs::copy_file(entryless, folder / "flat.vst/b.so"); // the first in the alphabet is taken
-    bundle("empty.vst", "Contents/x86_64-linux");
+    bundle("empty.vst", "Contents/" AAXADAPTER_EXECUTABLE_FOLDER);
     fs::copy_file(good, folder / "source.vst"); // a plain file may have any name
     fs::copy_file(good, folder / "cut.vst");
     fs::resize_file(folder / "cut.vst", 5000);

@@ -24,12 +24,12 @@ COutcome<fs::path> FindModuleFile(const fs::path& inPath)
         return SProblem{fmt::format("There is no module at '{}'.", inPath.string())};
     const fs::path folder = path.has_filename() ? path : path.parent_path(); // a final / was given
     const std::string name = folder.stem().string();
-    for (const fs::path& file :
-         {folder / "Contents" / "x86_64-linux" / (name + ".so"), folder / "Contents" / "MacOS" / name})
+    for (const fs::path& file : {folder / "Contents" / AAXADAPTER_EXECUTABLE_FOLDER / (name + ".so"),
+                                 folder / "Contents" / "MacOS" / name})
         if (fs::is_regular_file(file, ignored))
             return file;
-    return SProblem{fmt::format("The folder '{}' is no module bundle: it has no Contents/x86_64-linux/{}.so.",
-                                inPath.string(), name)};
+    return SProblem{fmt::format("The folder '{}' is no module bundle: it has no Contents/{}/{}.so.",
+                                inPath.string(), AAXADAPTER_EXECUTABLE_FOLDER, name)};
 }
 
 /** @return false and the name when the image does not export it. */
