@@ -31,6 +31,7 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/ProductConstants.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductFeatures.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductOptions.cmake
+            ${CMAKE_CURRENT_LIST_DIR}/Rounding.cmake
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.exports
             ${CMAKE_CURRENT_LIST_DIR}/entry_points.map
             ${CMAKE_CURRENT_LIST_DIR}/product.cpp.in

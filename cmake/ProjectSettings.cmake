@@ -2,6 +2,7 @@
 # but for the standard, the position independence and the visibility that a module needs of all its parts.
 include_guard(GLOBAL)
 include(Hardening)
+include(Rounding)
 
 option(AAXADAPTER_BUILD_TESTS "Build the tests, as ./test does" OFF)
 option(AAXADAPTER_FUZZ "Build the fuzz targets, with clang" OFF)
@@ -29,6 +30,7 @@ add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
 
 aaxadapter_harden_compilation(project_warnings INTERFACE)
+aaxadapter_round_each_operation(project_warnings INTERFACE)
 
 # The folder of the executable in a bundle on Linux, for code that looks into bundles.
 function(aaxadapter_name_executable_folder target scope)

@@ -273,6 +273,15 @@ TEST(LinearTaper, ValuesAreClampedOnTheRealSide)
     EXPECT_FALSE(BoolTaper().NormalizedToReal(0.0) || BoolTaper().NormalizedToReal(kNaN));
 }
 
+TEST(LinearTaper, EachOperationIsRoundedOnEachProcessor)
+{
+    // 3 times this number is 1 when it is rounded and less when not: some processors can add without rounding
+    // first.
+    const volatile double third = 1.0 / 3.0;
+    const std::unique_ptr<AAX_ITaperDelegate<float>> taper(Taper(-1, 2).Clone());
+    EXPECT_EQ(taper->NormalizedToReal(third), 0.0F);
+}
+
 TEST(NumberDisplay, TextIsCutToTheLimitWithoutAPointAtItsEnd)
 {
     struct SRow
