@@ -2,32 +2,27 @@
 #include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/benchmark/CBenchRig.h"
 #include "Tools/benchmark/CEmptyPluginCalls.h"
+#include "Tools/benchmark/CountMarks.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
 #include <stdexcept>
 #include <string>
-#include <valgrind/callgrind.h>
+#include <string_view>
 
 namespace
 {
 constexpr int kCalls = 200;
 
-/** Leaves one dump, named after what it counts and how often one call of `inCall` does that. */
+/** Has it counted under the name of what it is and how often one call of `inCall` does that. */
 template <class Call>
 void Count(const std::string& inName, int inTimes, Call inCall)
 {
-    // Read by callgrind some time after the request: kept until the end.
-    static std::deque<std::string> names;
-    const std::string& name = names.emplace_back(inName + " calls=" + std::to_string(inTimes));
     inCall(); // symbols are bound and arrays grow in the first one
-    CALLGRIND_START_INSTRUMENTATION;
-    CALLGRIND_ZERO_STATS;
+    BeginCount();
     inCall();
-    CALLGRIND_DUMP_STATS_AT(name.c_str());
-    CALLGRIND_STOP_INSTRUMENTATION;
+    EndCount(inName + " calls=" + std::to_string(inTimes));
 }
 
 /** As above for what is counted one by one. */
@@ -43,7 +38,8 @@ void CountEach(const std::string& inName, Call inCall)
         });
 }
 
-void CountRendering()
+/** @param inAge blocks ahead of the last count; 0 for none of it. */
+void CountRendering(int inAge)
 {
     CBenchRig rig(kPlainModule, kEmptyPlugin);
     for (const int frames : {16, 64, 1024})
@@ -56,10 +52,12 @@ void CountRendering()
         rig.SetBlock(64, packets);
         CountEach("render frames=64 packets=" + std::to_string(packets), [&] { rig.Render(); });
     }
+    if (inAge == 0)
+        return;
     rig.SetBlock(64, 0);
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < inAge; ++i)
         rig.Render();
-    CountEach("render age=100000", [&] { rig.Render(); });
+    CountEach("render age=" + std::to_string(inAge), [&] { rig.Render(); });
 }
 
 void CountPosting()
@@ -206,11 +204,17 @@ void CountState()
 }
 } // namespace
 
-int main()
+// With the argument `render` only a young instance's blocks, for what counts slowly.
+int main(int inCount, char** inArguments)
 {
     try
     {
-        CountRendering();
+        if (inCount > 1 && inArguments[1] == std::string_view("render"))
+        {
+            CountRendering(0);
+            return 0;
+        }
+        CountRendering(100000);
         CountFeatures();
         CountManyInstances();
         CountParameters();
