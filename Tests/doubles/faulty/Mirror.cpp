@@ -26,7 +26,7 @@ void HearEvents(const VstEvents& inEvents, SHeard& outHeard)
         const auto& note = *reinterpret_cast<const VstMidiEvent*>(list[i]);
         outHeard.Add(list[i]->deltaFrames);
         for (std::int32_t k = 0; k < (isDump ? dump.dumpBytes : 3); ++k)
-            outHeard.Add(isDump ? dump.sysexDump[k] : note.midiData[k]);
+            outHeard.Add(static_cast<std::uint8_t>(isDump ? dump.sysexDump[k] : note.midiData[k]));
     }
 }
 
