@@ -8,7 +8,10 @@
 #include <pthread.h>
 #include <runetype.h>
 
-static_assert(sizeof(long) == 8 && sizeof(wchar_t) == 4 && sizeof(long double) == 16);
+static_assert(sizeof(long) == 8 && sizeof(wchar_t) == 4);
+#if defined(__x86_64__) // the only processor whose code the loader runs
+static_assert(sizeof(long double) == 16);
+#endif
 
 static_assert(sizeof(pthread_mutex_t) == 64 && sizeof(pthread_mutexattr_t) == 16);
 static_assert(sizeof(pthread_cond_t) == 48 && sizeof(pthread_once_t) == 16);
