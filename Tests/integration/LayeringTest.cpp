@@ -76,15 +76,16 @@ TEST(Layering, IncludesGoDownOnly)
         {"Tools/survey_module/",
          {"Source/AaxAdapter_Product.h", "Source/SourceVstPath.h", "Source/plugins/ProductFeatures.h"}},
         // What the module is compared with: the plug-in called directly, and nothing of the module's.
-        {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/vst2driver/"}},
+        {"Tools/vst2driver/", {"Interfaces/VST2/", "Platform/", "Tools/macho_slices/", "Tools/vst2driver/"}},
         // Loads a plug-in as a module does, and of the adapter knows only how many ports that takes.
         {"Tools/inspector/",
          {"Interfaces/VST2/", "Platform/", "Source/plugins/PortList.h", "Source/AAX_SInstrumentSetupInfo.h",
-          "Tools/inspector/", "Tools/support/", "Tools/vst2driver/"}},
+          "Tools/inspector/", "Tools/macho_slices/", "Tools/support/", "Tools/vst2driver/"}},
         {"Tools/vst2probe/",
          {"Interfaces/VST2/", "Source/plugins/", "Tools/commandline/", "Tools/inspector/", "Tools/support/",
           "Tools/vst2driver/", "Tools/vst2probe/"}},
-        {"Tools/macho_loader/", {"Tools/macho_loader/"}},
+        {"Tools/macho_loader/", {"Tools/macho_loader/", "Tools/macho_slices/"}},
+        {"Tools/macho_slices/", {"Tools/macho_slices/"}},
         {"Tools/macos-sysroot/", {}},
         // These work on the tests' modules and plug-ins.
         {"Tools/benchmark/",

@@ -1,6 +1,8 @@
 #include "Tests/macho/TestBundles.h"
+#include "Tools/macho_loader/CByteReader.h"
 #include "Tools/macho_loader/CMachOFile.h"
 #include "Tools/macho_loader/MachOFormat.h"
+#include "Tools/macho_slices/MachOSlices.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +11,10 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
@@ -17,6 +22,9 @@ namespace
 namespace fs = std::filesystem;
 using NameSet = std::set<std::string>;
 
+// Of products and examples, and of what the tests load besides.
+const std::string kProcessors = AAXADAPTER_MACOS_ARCHITECTURES;
+const std::string kTestProcessors = kProcessors == "arm64" ? "arm64" : "x86_64";
 const NameSet kSystemOnly = {"/usr/lib/libSystem.B.dylib"};
 const NameSet kAllLibraries = {
     "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation",
@@ -34,22 +42,78 @@ std::string TextOf(const fs::path& inFile)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/** What the system's loader, and the host's process around it, ask of a bundle. */
-void CheckBundle(const std::string& inBundle, const NameSet& inExports, const NameSet& inLibraries)
+/** @return a number of a signature, which has the highest byte first. */
+std::uint32_t SignatureNumber(std::span<const std::uint8_t> inBytes, std::size_t inOffset)
 {
-    const CMachOFile file(ExecutableIn(inBundle));
-    EXPECT_EQ(file.Type(), std::uint32_t{macho::kBundle});
-    EXPECT_EQ(file.MinimumSystem(), "11.0");
-    EXPECT_NE(file.Flags() & macho::kTwoLevelNames, 0U);
-    EXPECT_NE(file.Flags() & macho::kNoUndefinedSymbols, 0U);
+    CByteReader reader(inBytes, inOffset);
+    std::uint32_t number = 0;
+    for (int i = 0; i < 4; ++i)
+        number = number << 8 | reader.Read<std::uint8_t>();
+    return number;
+}
+
+/** A Mac with a processor of Apple's runs no code without a signature; one by nobody in particular does. */
+void CheckOwnSignature(const CMachOFile& inFile)
+{
+    constexpr std::uint32_t codeDirectory = 0xFADE0C02;
+    constexpr std::uint32_t byNobody = 2;
+    const auto signature = inFile.Signature();
+    ASSERT_GT(signature.size(), 20U);
+    EXPECT_EQ(SignatureNumber(signature, 0), 0xFADE0CC0U);
+    ASSERT_GT(SignatureNumber(signature, 8), 0U); // parts
+    const std::uint32_t first = SignatureNumber(signature, 16);
+    ASSERT_EQ(SignatureNumber(signature, first), codeDirectory);
+    EXPECT_EQ(SignatureNumber(signature, first + 12) & byNobody, byNobody);
+    EXPECT_EQ(SignatureNumber(signature, first + 32), inFile.SignatureOffset()) << "not all of it is signed";
+}
+
+/** What the system's loader, and the host's process around it, ask of a bundle's code for one processor. */
+void CheckSlice(const CMachOFile& inFile, const NameSet& inExports, const NameSet& inLibraries)
+{
+    EXPECT_EQ(inFile.Type(), std::uint32_t{macho::kBundle});
+    EXPECT_EQ(inFile.MinimumSystem(), "11.0");
+    EXPECT_NE(inFile.Flags() & macho::kTwoLevelNames, 0U);
+    EXPECT_NE(inFile.Flags() & macho::kNoUndefinedSymbols, 0U);
     // Else its C++ library would mix with the one of the host.
-    EXPECT_EQ(file.Flags() & (macho::kWeakDefinitions | macho::kBindsToWeak), 0U);
+    EXPECT_EQ(inFile.Flags() & (macho::kWeakDefinitions | macho::kBindsToWeak), 0U);
 
     NameSet exports;
-    for (const auto& [name, offset] : file.Exports())
+    for (const auto& [name, offset] : inFile.Exports())
         exports.insert(name);
     EXPECT_EQ(exports, inExports);
-    EXPECT_EQ(NameSet(file.Libraries().begin(), file.Libraries().end()), inLibraries);
+    EXPECT_EQ(NameSet(inFile.Libraries().begin(), inFile.Libraries().end()), inLibraries);
+    EXPECT_FALSE(inFile.SectionContent("__unwind_info").empty());
+}
+
+/** ... and of all of it. @param inProcessors as "x86_64 and arm64". */
+void CheckBundle(const std::string& inBundle, const std::string& inProcessors, const NameSet& inExports,
+                 const NameSet& inLibraries)
+{
+    const std::string executable = ExecutableIn(inBundle);
+    const SMachOSlices slices = ReadMachOSlices(executable);
+    EXPECT_EQ(slices.mFault, "");
+    EXPECT_EQ(slices.ProcessorNames(), inProcessors);
+    for (const SMachOSlice& slice : slices.mSlices)
+    {
+        SCOPED_TRACE(slice.ProcessorName());
+        const CMachOFile file(executable, slice.mProcessor);
+        CheckSlice(file, inExports, inLibraries);
+        if (slice.mProcessor == kMachOProcessorArm64)
+            CheckOwnSignature(file);
+    }
+}
+
+/** @return the texts in the code; shorter ones are a part of an instruction on some processors. */
+NameSet LongTextsIn(const CMachOFile& inFile)
+{
+    constexpr std::size_t shortest = 17;
+    const auto content = inFile.SectionContent("__cstring");
+    CByteReader reader(content);
+    NameSet texts;
+    while (!reader.AtEnd())
+        if (std::string text = reader.ReadText(); text.size() >= shortest)
+            texts.insert(std::move(text));
+    return texts;
 }
 
 TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
@@ -74,7 +138,8 @@ TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
     {
         SCOPED_TRACE(row.mBundle);
         const std::string bundle = TestBundle(row.mBundle);
-        CheckBundle(bundle, row.mExports, row.mLibraries);
+        const bool isProduct = std::string_view(row.mBundle).starts_with("../examples/");
+        CheckBundle(bundle, isProduct ? kProcessors : kTestProcessors, row.mExports, row.mLibraries);
         EXPECT_EQ(TextOf(bundle + "/Contents/PkgInfo"), "BNDL????");
     }
 }
@@ -84,9 +149,10 @@ NameSet ObjectiveCClassesIn(const std::string& inFile)
 {
     const std::string start = "_OBJC_CLASS_$_";
     NameSet classes;
-    for (const SMachOSymbol& symbol : CMachOFile(inFile).Symbols())
-        if (symbol.mName.starts_with(start))
-            classes.insert(symbol.mName.substr(start.size()));
+    for (const SMachOSlice& slice : ReadMachOSlices(inFile).mSlices)
+        for (const SMachOSymbol& symbol : CMachOFile(inFile, slice.mProcessor).Symbols())
+            if (symbol.mName.starts_with(start))
+                classes.insert(symbol.mName.substr(start.size()));
     return classes;
 }
 
@@ -115,7 +181,7 @@ TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
          fs::directory_iterator(fs::path(AAXADAPTER_MACOS_BUILD) / "modules"))
     {
         SCOPED_TRACE(entry.path());
-        CheckBundle(entry.path(), kEntryPoints, kAllLibraries);
+        CheckBundle(entry.path(), kProcessors, kEntryPoints, kAllLibraries);
         EXPECT_EQ(TextOf(entry.path() / "Contents/PkgInfo"), "TDMwPTul");
         EXPECT_TRUE(fs::exists(entry.path() / "Contents/Resources/source.vst/Contents/Info.plist"));
         const std::string properties = TextOf(entry.path() / "Contents/Info.plist");
@@ -125,5 +191,29 @@ TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
         ++modules;
     }
     EXPECT_GT(modules, 0);
+}
+
+TEST(MachOBinary, EverySliceOfAModuleIsProtectedAndSaysTheSame)
+{
+    for (const char* const product : {"SynthAdapter", "DelayAdapter", "FeaturedAdapter"})
+    {
+        SCOPED_TRACE(product);
+        const std::string executable =
+            ExecutableIn(AAXADAPTER_MACOS_BUILD + std::string("/modules/") + product + ".aaxplugin");
+        std::set<NameSet> texts;
+        for (const SMachOSlice& slice : ReadMachOSlices(executable).mSlices)
+        {
+            SCOPED_TRACE(slice.ProcessorName());
+            const CMachOFile file(executable, slice.mProcessor);
+            NameSet imports;
+            for (const SMachOBinding& binding : file.Bindings())
+                imports.insert(binding.mSymbol);
+            EXPECT_TRUE(imports.contains("___stack_chk_fail"));
+            EXPECT_TRUE(imports.contains("___stack_chk_guard"));
+            texts.insert(LongTextsIn(file));
+            EXPECT_FALSE(texts.begin()->empty());
+        }
+        EXPECT_EQ(texts.size(), 1U) << "the slices were made of different sources";
+    }
 }
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "Platform/PluginImage.h"
 #include "Source/plugins/PortList.h"
+#include "Tools/macho_slices/MacBundle.h"
+#include "Tools/macho_slices/MachOSlices.h"
 
 #include <algorithm>
 #include <iterator>
@@ -40,6 +42,8 @@ void CPluginInspector::Run(const std::string& inPath)
         {
             Stage("its entry function ran");
             mFacts.mExecutables = static_cast<std::int32_t>(PluginExecutables(inPath).size());
+            for (const SMachOSlice& slice : ReadMachOSlices(FindMacExecutable(inPath)).mSlices)
+                mFacts.mProcessors.push_back(slice.ProcessorName());
             refusal = mPlugin.Enter();
         }
         if (refusal.empty())

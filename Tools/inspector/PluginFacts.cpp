@@ -113,6 +113,7 @@ void to_json(Json& outJson, const SPluginFacts& inFacts)
                    {"latencyAfterFirstBlock", inFacts.mLatencyAfterFirstBlock},
                    {"latencyAfterBlocks", inFacts.mLatencyAfterBlocks},
                    {"executables", inFacts.mExecutables},
+                   {"processors", inFacts.mProcessors},
                    {"midiBeforeOpen", inFacts.mMidiBeforeOpen},
                    {"midiAfterOpen", inFacts.mMidiAfterOpen},
                    {"sendsMidi", inFacts.mSendsMidi},
@@ -145,6 +146,7 @@ void from_json(const Json& inJson, SPluginFacts& outFacts)
     inJson.at("latencyAfterFirstBlock").get_to(outFacts.mLatencyAfterFirstBlock);
     inJson.at("latencyAfterBlocks").get_to(outFacts.mLatencyAfterBlocks);
     inJson.at("executables").get_to(outFacts.mExecutables);
+    inJson.at("processors").get_to(outFacts.mProcessors);
     inJson.at("midiBeforeOpen").get_to(outFacts.mMidiBeforeOpen);
     inJson.at("midiAfterOpen").get_to(outFacts.mMidiAfterOpen);
     inJson.at("sendsMidi").get_to(outFacts.mSendsMidi);

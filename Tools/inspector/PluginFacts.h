@@ -44,6 +44,7 @@ struct SPluginFacts
     std::int32_t mLatencyAfterFirstBlock = 0;
     std::int32_t mLatencyAfterBlocks = 0; // some
     std::int32_t mExecutables = 0;        // 0: not known
+    std::vector<std::string> mProcessors; // that its file for macOS is for; empty for those of other systems
     bool mMidiBeforeOpen = false;
     bool mMidiAfterOpen = false;
     bool mSendsMidi = false; // says that it can

@@ -22,6 +22,23 @@ std::vector<std::uint8_t> ReadFile(const std::string& inPath)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/** @return the part of the file that is for the processor. */
+std::vector<std::uint8_t> ReadSliceOf(const std::string& inPath, std::uint32_t inProcessor)
+{
+    const std::vector<std::uint8_t> file = ReadFile(inPath);
+    const SMachOSlices slices = ReadMachOSlices(inPath);
+    if (!slices.mFault.empty())
+        throw CMachOError(inPath + ": " + slices.mFault);
+    const auto slice = std::ranges::find(slices.mSlices, inProcessor, &SMachOSlice::mProcessor);
+    if (slice == slices.mSlices.end())
+    {
+        const std::string wanted = SMachOSlice{inProcessor}.ProcessorName();
+        throw CMachOError(inPath + ": has no slice for " + wanted + "; it is for " + slices.ProcessorNames());
+    }
+    const auto bytes = CByteReader(file, slice->mOffset).ReadBytes(slice->mSize);
+    return {bytes.begin(), bytes.end()};
+}
+
 std::string Hexadecimal(std::uint32_t inNumber)
 {
     std::ostringstream text;
@@ -38,13 +55,11 @@ bool IsDefinedInASection(std::uint8_t inSymbolType)
 }
 } // namespace
 
-CMachOFile::CMachOFile(const std::string& inPath) : mPath(inPath), mBytes(ReadFile(inPath))
+CMachOFile::CMachOFile(const std::string& inPath, std::uint32_t inProcessor)
+    : mPath(inPath), mBytes(ReadSliceOf(inPath, inProcessor))
 {
-    CByteReader header(mBytes);
-    if (mBytes.size() < kHeaderSize || header.Read<std::uint32_t>() != macho::kMagic64)
+    if (mBytes.size() < kHeaderSize || ReadAt<std::uint32_t>(mBytes, 0) != macho::kMagic64)
         throw CMachOError(inPath + ": not a 64-bit Mach-O file");
-    if (header.Read<std::uint32_t>() != macho::kCpuX86_64)
-        throw CMachOError(inPath + ": not for x86-64");
     ReadLoadCommands();
 }
 
@@ -91,10 +106,11 @@ void CMachOFile::ReadLoadCommand(std::uint32_t inCommand, CByteReader& ioReader,
     case macho::kLoadUpwardDylib:
         mLibraries.push_back(CByteReader(inBytes, ioReader.Read<std::uint32_t>()).ReadText());
         break;
+    case macho::kCodeSignature: mSignature = ioReader.Read<SRange>(); break;
     case macho::kDynamicSymbolTable:
     case macho::kIdDylib:
     case macho::kUuid:
-    case macho::kCodeSignature:
+    case macho::kLinkerHints:
     case macho::kFunctionStarts:
     case macho::kDataInCode:
     case macho::kSourceVersion: break;
@@ -146,6 +162,20 @@ const SMachOSection* CMachOFile::FindSection(std::string_view inName) const
 {
     const auto found = std::ranges::find(mSections, inName, &SMachOSection::mName);
     return found != mSections.end() ? &*found : nullptr;
+}
+
+std::span<const std::uint8_t> CMachOFile::SectionContent(std::string_view inName) const
+{
+    const SMachOSection* const section = FindSection(inName);
+    if (section == nullptr)
+        return {};
+    for (const SMachOSegment& segment : mSegments)
+    {
+        const std::uint64_t start = section->mAddress - segment.mAddress; // beyond all where it is below
+        if (start < segment.mFileSize && section->mSize <= segment.mFileSize - start)
+            return Bytes(segment.mFileOffset + start, section->mSize);
+    }
+    return {};
 }
 
 std::span<const std::uint8_t> CMachOFile::Bytes(std::uint64_t inOffset, std::uint64_t inSize) const

@@ -1,4 +1,6 @@
 #pragma once
+#include "Tools/macho_slices/MachOSlices.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -45,14 +47,15 @@ struct SMachOBinding
 };
 
 /**
- * What a 64-bit Mach-O file for x86-64 says of itself. Names are the linker's, with the underscore in front.
+ * What a 64-bit Mach-O file, or the slice for one processor of a universal one, says of itself. Names are the
+ * linker's, with the underscore in front.
  *
  * Every operation may throw CMachOError for a file that is cut short or uses what the loader doesn't know.
  */
 class CMachOFile
 {
 public:
-    explicit CMachOFile(const std::string& inPath);
+    explicit CMachOFile(const std::string& inPath, std::uint32_t inProcessor = kMachOProcessorX86_64);
 
     const std::string& Path() const { return mPath; }
     std::uint32_t Type() const { return mType; }
@@ -65,6 +68,11 @@ public:
     const std::vector<SMachOSection>& Sections() const { return mSections; }
     /** @return null when there is none. */
     const SMachOSection* FindSection(std::string_view inName) const;
+    /** Bytes of the file; empty where there is no such section or nothing of it is in the file. */
+    std::span<const std::uint8_t> SectionContent(std::string_view inName) const;
+    /** The signature in the file, and where it starts; empty where the file is not signed. */
+    std::span<const std::uint8_t> Signature() const { return Bytes(mSignature); }
+    std::uint32_t SignatureOffset() const { return mSignature.mOffset; }
     std::span<const std::uint8_t> Content(const SMachOSegment& inSegment) const;
     /** The lowest address of a segment: where the header is in memory. */
     std::uint64_t LowestAddress() const;
@@ -119,4 +127,5 @@ private:
     SRange mCoalescedBindings;
     SRange mLazyBindings;
     SRange mExports;
+    SRange mSignature;
 };

@@ -5,7 +5,6 @@
 namespace macho
 {
 constexpr std::uint32_t kMagic64 = 0xFEEDFACF;
-constexpr std::uint32_t kCpuX86_64 = 0x01000007;
 
 enum EFileType : std::uint32_t
 {
@@ -35,6 +34,7 @@ enum ELoadCommand : std::uint32_t
     kFunctionStarts = 0x26,
     kDataInCode = 0x29,
     kSourceVersion = 0x2A,
+    kLinkerHints = 0x2E,
     kBuildVersion = 0x32,
     kLoadWeakDylib = 0x18 | kMustUnderstand,
     kReexportDylib = 0x1F | kMustUnderstand,

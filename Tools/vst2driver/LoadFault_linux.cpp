@@ -1,6 +1,8 @@
 #include "Tools/vst2driver/LoadFault.h"
 
 #include "Platform/PluginImage.h"
+#include "Tools/macho_slices/MacBundle.h"
+#include "Tools/macho_slices/MachOSlices.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -46,14 +48,24 @@ std::string ProcessorName(std::uint16_t inMachine)
     return found != std::end(names) ? found->second : fmt::format("machine {}", inMachine);
 }
 
-/** What a file that is none of this system's libraries is, by its first bytes. */
-std::string OtherKind(const char (&inBytes)[4])
+/** @return empty for a file that is none of macOS's. */
+std::string MacFileFault(const std::string& inPath)
 {
-    const std::string_view start(inBytes, sizeof(inBytes));
-    for (const std::string_view mark : {"\xCF\xFA\xED\xFE", "\xCE\xFA\xED\xFE", "\xCA\xFE\xBA\xBE"})
-        if (start == mark)
-            return "its executable is a library for macOS and cannot be loaded on this system";
-    return start.starts_with("MZ")
+    const SMachOSlices slices = ReadMachOSlices(inPath);
+    if (!slices.mIsMachO)
+        return {};
+    if (!slices.mFault.empty())
+        return "its executable is a library for macOS that " + slices.mFault;
+    return fmt::format("its executable is a library for macOS, for {}, and cannot be loaded on this system",
+                       slices.ProcessorNames());
+}
+
+/** What a file that is none of this system's libraries is, by its first bytes. */
+std::string OtherKind(const std::string& inPath, const char (&inBytes)[4])
+{
+    if (std::string fault = MacFileFault(inPath); !fault.empty())
+        return fault;
+    return std::string_view(inBytes, sizeof(inBytes)).starts_with("MZ")
                ? "its executable is a library for Windows and cannot be loaded on this system"
                : "its executable is no library but a file of another kind";
 }
@@ -70,7 +82,7 @@ std::string FileFault(const std::string& inPath)
     if (size == 0 || error)
         return "its executable is an empty file";
     if (!ReadRecord(file, 0, start) || std::memcmp(start, ELFMAG, SELFMAG) != 0)
-        return OtherKind(start);
+        return OtherKind(inPath, start);
     std::string cut = fmt::format("its executable is cut short: {} bytes are not all of it", size);
     Elf64_Ehdr header{};
     if (!ReadRecord(file, 0, header))
@@ -114,8 +126,12 @@ std::string LoadFault(const std::string& inPlugin)
     const std::vector<std::string> executables = PluginExecutables(inPlugin);
     std::error_code error;
     if (executables.empty() && fs::is_directory(inPlugin, error))
+    {
+        if (std::string fault = MacFileFault(FindMacExecutable(inPlugin)); !fault.empty())
+            return fault;
         return "there is no executable in it, neither in Contents/" AAXADAPTER_EXECUTABLE_FOLDER
                " nor beside that";
+    }
     const std::string executable = !executables.empty() ? executables.front() : inPlugin;
     const std::string fault = FileFault(executable);
     return fault.empty() ? LoaderFault(executable) : fault;

@@ -1,7 +1,20 @@
 #include "Tools/vst2driver/LoadFault.h"
 
-std::string LoadFault(const std::string& /*inPlugin*/)
+#include "Tools/macho_slices/MacBundle.h"
+#include "Tools/macho_slices/MachOSlices.h"
+
+#include <fmt/format.h>
+
+std::string LoadFault(const std::string& inPlugin)
 {
-    return "its executable cannot be loaded: it is missing, broken, made for another processor, or needs a "
-           "library that is missing";
+    const std::string executable = FindMacExecutable(inPlugin);
+    if (executable.empty())
+        return "there is no executable in it, in Contents/MacOS";
+    const SMachOSlices slices = ReadMachOSlices(executable);
+    if (!slices.mFault.empty())
+        return "its executable " + slices.mFault;
+    return fmt::format(
+        "its executable, for {}, cannot be loaded: it is broken, made for another processor, or "
+        "needs a library that is missing",
+        slices.ProcessorNames());
 }

@@ -42,6 +42,14 @@ std::string Ports(const std::vector<SPortFacts>& inPorts)
     return texts.empty() ? "none described" : fmt::format("{}", fmt::join(texts, ", "));
 }
 
+std::string Processors(const std::vector<std::string>& inNames)
+{
+    std::string text = fmt::format("{}", fmt::join(inNames, ", "));
+    if (inNames.size() == 1)
+        text += " only; a universal product would not load it in a native host on another processor";
+    return text;
+}
+
 void AddLine(std::string& ioText, const char* inTitle, const std::string& inValue)
 {
     fmt::format_to(std::back_inserter(ioText), "  {:<13} {}\n", inTitle, inValue);
@@ -70,6 +78,8 @@ std::string TextReport(const SPluginFacts& inFacts, const SProductChoice& inChoi
 {
     std::string text = fmt::format("{} by {}\n", Shown(inFacts.mName), Shown(inFacts.mVendor));
     AddLine(text, "file", inChoice.mSourceVst.string());
+    if (!inFacts.mProcessors.empty())
+        AddLine(text, "processors", Processors(inFacts.mProcessors));
     AddLine(text, "kind", inFacts.IsInstrument() ? "instrument" : "effect");
     AddLine(text, "unique id", inFacts.UniqueIdText());
     AddLine(text, "version",
