@@ -165,10 +165,15 @@ function(_aaxadapter_place_source_vst name resources module source options)
         endif()
     endif()
     _aaxadapter_probe_command(probe)
+    set(processors "")
+    if(APPLE) # else it is a variable that a project has for its builds on a Mac
+        set(processors ${CMAKE_OSX_ARCHITECTURES})
+    endif()
     add_custom_command(OUTPUT ${stamp} VERBATIM DEPENDS ${depends} ${options}
         COMMENT "Placing source.vst in ${name}.aaxplugin"
         COMMAND ${CMAKE_COMMAND} -DPRODUCT=${name} -DSOURCE=${plugin} -DRESOURCES=${resources} -DSTAMP=${stamp}
-            -DMODULE=${module} "-DPROBE=${probe}"
+            -DMODULE=${module} "-DPROBE=${probe}" "-DPROCESSORS=${processors}"
+            -DFEWER_PROCESSORS=${arg_FEWER_PROCESSORS}
             -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/PlaceSourceVst.cmake)
     add_custom_target(${name}_source_vst ALL DEPENDS ${stamp})
     if(probe)

@@ -25,6 +25,7 @@ if(PROJECT_IS_TOP_LEVEL)
             ${CMAKE_CURRENT_LIST_DIR}/AaxAdapter.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Info.plist.in
+            ${CMAKE_CURRENT_LIST_DIR}/MacProcessors.cmake
             ${CMAKE_CURRENT_LIST_DIR}/Notices.cmake
             ${CMAKE_CURRENT_LIST_DIR}/PlaceSourceVst.cmake
             ${CMAKE_CURRENT_LIST_DIR}/ProductArguments.cmake

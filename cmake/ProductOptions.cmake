@@ -95,4 +95,5 @@ _aaxadapter_option(STEMS LIST "" "Main stems that it is offered for; otherwise t
 _aaxadapter_option(FEATURES LIST "" "What it does beyond the required: ALL, or names of cmake/ProductFeatures.cmake")
 _aaxadapter_option(RT_GUARD SWITCH OFF "Count what should not happen while a block is rendered, for a beta")
 _aaxadapter_option(NO_PROBE SWITCH OFF "Do not try while building whether the plug-in loads")
+_aaxadapter_option(FEWER_PROCESSORS SWITCH OFF "The plug-in may be for fewer processors than a universal product")
 _aaxadapter_option(VERSION TEXT 1.0.0 "Version of the bundle")

@@ -14,6 +14,7 @@ set(rows # each option, and what shows it
     "FEATURES=MIDI_OUTPUT|\"node\": \"local output\""
     "RT_GUARD=ON|Real-time guard, [1-9]"
     "NO_PROBE=ON|\"effects\"" # vst2probe would have stopped the build
+    "FEWER_PROCESSORS=ON|-DFEWER_PROCESSORS=TRUE" # only a bundle for macOS is looked at, so the command shows that it arrives
     "VERSION=1.2.3.4|VERSION '1.2.3.4' has to be") # only a bundle for macOS has it, so a refusal shows that it arrives
 
 file(REMOVE_RECURSE ${WORK})
@@ -41,6 +42,7 @@ endfunction()
 run(${CMAKE_COMMAND} -S ${WORK}/project -B ${WORK}/build -G Ninja -DCMAKE_BUILD_TYPE=Release
     -DCMAKE_PREFIX_PATH=${WORK}/installed -DAAXADAPTER_PRODUCT=Every ${arguments})
 run(${CMAKE_COMMAND} -S ${WORK}/project -B ${WORK}/build -DAAXADAPTER_VERSION=3.2.1)
+run(${CMAKE_COMMAND} --build ${WORK}/build -- -t commands)
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 set(module ${WORK}/build/modules/Every.aaxplugin)
 run(${WORK}/installed/bin/aaxhost describe ${module} --json)
