@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 /** @return empty where the list is not written as text, names none or names a file elsewhere. */
 std::string NamedExecutable(const fs::path& inPropertyList)
 {
-    constexpr std::streamsize enough = 64 * 1024;
+    constexpr std::streamsize enough = 65536;
     std::string text(enough, '\0');
     std::ifstream file(inPropertyList, std::ios::binary);
     file.read(text.data(), enough);

@@ -59,7 +59,7 @@ SignalSource Impulse(std::int64_t inFrame, float inPeak)
 
 [[gnu::noinline]] void SpoilStack() noexcept
 {
-    std::array<unsigned char, 64 * 1024> bytes; // more than the frames of most render functions
+    std::array<unsigned char, 65536> bytes; // more than the frames of most render functions
     bytes.fill(0xFF);
     asm volatile("" : : "r"(bytes.data()) : "memory"); // so that they are written
 }

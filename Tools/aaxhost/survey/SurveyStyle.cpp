@@ -2,15 +2,16 @@
 
 const char* const kSurveyStyle = R"css(
 main { max-width: 92rem; }
+table.survey { border-collapse: separate; border-spacing: 0; }
 .unfinished { margin-top: 1rem; }
 .hidden { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
 .scroll { overflow-x: auto; position: relative; margin: 1rem 0; border: 1px solid var(--rule); border-radius: .6rem; background: var(--card); }
 .scroll:focus-visible, a:focus-visible, button:focus-visible { outline: 2px solid var(--a); outline-offset: 2px; }
 a { color: var(--a); }
-table.survey th, table.survey td { padding: .5rem .6rem; overflow-wrap: normal; background: var(--card); }
+table.survey th, table.survey td { padding: .5rem .5rem; overflow-wrap: normal; background: var(--card); }
 table.survey thead th { vertical-align: bottom; white-space: nowrap; color: var(--ink); }
 table.survey tbody tr:last-child > * { border-bottom: 0; }
-table.survey tbody th { font-size: .9375rem; color: var(--ink); min-width: 13rem; max-width: 18rem; overflow-wrap: anywhere; position: sticky; left: 0; z-index: 1; }
+table.survey tbody th { font-size: .9375rem; color: var(--ink); min-width: 11rem; max-width: 18rem; overflow-wrap: anywhere; position: sticky; left: 0; z-index: 1; }
 table.survey thead th:first-child { position: sticky; left: 0; z-index: 2; }
 table.survey tbody th small { display: block; color: var(--soft); font-weight: 400; }
 table.survey td.why { min-width: 16rem; color: var(--soft); }
@@ -19,7 +20,7 @@ table.survey .mark { white-space: nowrap; }
 table.survey .count { text-align: right; } table.survey .group { text-align: center; white-space: nowrap; }
 table.survey .group { padding-left: .3rem; padding-right: .3rem; } table.survey thead .group button { display: inline-flex; flex-direction: column; align-items: center; }
 table.survey thead .group span.head { writing-mode: vertical-rl; transform: rotate(180deg); }
-table.survey thead .count span.head { display: inline-block; white-space: normal; max-width: 5.2rem; }
+table.survey thead .count span.head { display: inline-block; white-space: normal; max-width: 4.6rem; }
 td.failed { color: var(--bad); font-weight: 600; } td.warning, td.unseen { color: var(--fair); } td.passed { color: var(--good); } td.skipped, td.none { color: var(--soft); }
 table.survey button { all: unset; cursor: pointer; font: inherit; color: inherit; box-sizing: border-box; text-align: inherit; }
 table.survey button:focus-visible { outline: 2px solid var(--a); outline-offset: 2px; border-radius: .2rem; }
