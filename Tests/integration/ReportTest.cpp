@@ -144,7 +144,7 @@ TEST(ReportMeasures, ASineThroughAGainIsOneLineOfItsLevel)
         const auto begin = sine.mSpectrogram.begin() + static_cast<std::ptrdiff_t>(column * rows);
         return *std::max_element(begin, begin + static_cast<std::ptrdiff_t>(rows));
     };
-    EXPECT_NEAR(brightest(rows / 4), 20.0 * std::log10(0.5 * 0.4), 2.0);
+    EXPECT_NEAR(brightest(static_cast<std::size_t>(sine.mColumns) / 4), 20.0 * std::log10(0.5 * 0.4), 2.0);
     EXPECT_LT(brightest(static_cast<std::size_t>(sine.mColumns) - 1), -100.0); // after its second
     const SReportSignal& impulse = signals.mSignals[2];
     EXPECT_TRUE(impulse.mIsImpulse);

@@ -68,19 +68,22 @@ TEST(Spectrum, OverTimeHasEachSoundAtItsMomentAndFrequency)
             2.0 * std::numbers::pi * (isFirst ? 250.0 : 4000.0) * static_cast<double>(i) / kRate;
         signal[i] = static_cast<float>((isFirst ? 0.5 : 0.05) * std::sin(phase));
     }
-    constexpr std::size_t columns = 10;
+    constexpr std::size_t columns = 100;
     constexpr std::size_t rows = 64;
     const std::vector<double> levels = SpectrogramOf(signal, kRate, columns, rows);
     ASSERT_EQ(levels.size(), columns * rows);
     for (std::size_t column = 0; column < columns; ++column)
     {
         SCOPED_TRACE(column);
+        if (column == 50 || column == 51)
+            continue; // the end of the louder sound is still in their windows
         const auto begin = levels.begin() + static_cast<std::ptrdiff_t>(column * rows);
         const auto loudest = std::max_element(begin, begin + rows);
         const bool isFirst = column < columns / 2;
-        EXPECT_NEAR(*loudest, 20.0 * std::log10(isFirst ? 0.5 : 0.05), 1.5); // between two bins it is less
         const double hertz = SpectrumFrequency(static_cast<std::size_t>(loudest - begin), rows, kRate);
         EXPECT_NEAR(std::log2(hertz / (isFirst ? 250.0 : 4000.0)), 0.0, 0.25) << hertz;
+        const bool isAlone = column % 50 > 2 && column % 50 < 47; // in its window
+        EXPECT_NEAR(*loudest, 20.0 * std::log10(isFirst ? 0.5 : 0.05), isAlone ? 1.5 : 5.0);
     }
 }
 
