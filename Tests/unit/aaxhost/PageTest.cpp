@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/ReportStyle.h"
 #include "Tools/aaxhost/report/Spectrum.h"
+#include "Tools/aaxhost/report/measure/Level.h"
 #include "Tools/aaxhost/report/sections/Sections.h"
 
 #include <algorithm>
@@ -85,6 +86,18 @@ TEST(Spectrum, OverTimeHasEachSoundAtItsMomentAndFrequency)
         const bool isAlone = column % 50 > 2 && column % 50 < 47; // in its window
         EXPECT_NEAR(*loudest, 20.0 * std::log10(isFirst ? 0.5 : 0.05), isAlone ? 1.5 : 5.0);
     }
+}
+
+TEST(ImpulseArrival, IsTheBeginningOfAResponseOrItsPeakWhereThatWasReported)
+{
+    const std::vector<float> reverberant = {0.0F, 0.0F, 0.1F, 0.05F, -0.8F, 0.2F};
+    EXPECT_EQ(ImpulseArrival(reverberant, 0), 2);
+    EXPECT_EQ(ImpulseArrival(reverberant, 2), 2);
+    EXPECT_EQ(ImpulseArrival(reverberant, 4), 4); // a filter that rings ahead
+    const std::vector<float> broken = {std::numeric_limits<float>::quiet_NaN(), 1e-6F, 0.5F};
+    EXPECT_EQ(ImpulseArrival(broken, 0), 2);
+    EXPECT_EQ(ImpulseArrival(std::vector<float>(64, 1e-6F), 0), -1);
+    EXPECT_EQ(ImpulseArrival({}, 0), -1);
 }
 
 TEST(ColourScale, EverLighterSoThatItReadsWithoutHues)

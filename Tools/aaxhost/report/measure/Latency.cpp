@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
-#include <cstdlib>
 #include <fmt/format.h>
 
 namespace
@@ -12,22 +10,6 @@ namespace
 constexpr double kRates[] = {44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0}; // Hz
 constexpr std::int32_t kBlockSizes[] = {32, 256, 1024};
 constexpr int kLongest = 1 << 20; // samples that are waited for
-
-/** Samples until the impulse: where it begins, or, of a filter that rings ahead, its peak where that is as
- * reported. -1 where none comes out. */
-int ArrivalOf(const std::vector<float>& inResponse, int inReported)
-{
-    const auto size = [](float sample) { return std::isfinite(sample) ? std::abs(sample) : 0.0F; };
-    const auto top = std::ranges::max_element(inResponse, {}, size);
-    constexpr float silent = 1e-5F;
-    if (top == inResponse.end() || size(*top) < silent)
-        return -1;
-    const auto begin =
-        std::ranges::find_if(inResponse, [&](float sample) { return size(sample) > 0.001F * size(*top); });
-    const auto first = static_cast<int>(begin - inResponse.begin());
-    const auto loudest = static_cast<int>(top - inResponse.begin());
-    return std::abs(loudest - inReported) < std::abs(first - inReported) ? loudest : first;
-}
 
 SReportLatencyPoint LatencyAt(CCheckContext& ioContext, double inRate, std::int32_t inBlock, bool inIsEffect)
 {
@@ -40,7 +22,7 @@ SReportLatencyPoint LatencyAt(CCheckContext& ioContext, double inRate, std::int3
     rig.Feed([source = Impulse(0, 0.5F), start = rig.Position()](std::int64_t frame, std::size_t channel)
              { return source(frame - start, channel); });
     rig.RenderFrames(std::clamp(point.mReported, 0, kLongest) + 4096, inBlock);
-    point.mMeasured = ArrivalOf(FirstOutput(rig), point.mReported);
+    point.mMeasured = ImpulseArrival(FirstOutput(rig), point.mReported);
     return point;
 }
 } // namespace
