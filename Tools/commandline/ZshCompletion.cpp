@@ -5,7 +5,7 @@
 
 namespace
 {
-/** As a part of a specification of `_arguments`, between single quotes. */
+/** As a part of an argument of `_arguments`, between single quotes. */
 std::string ZshText(const std::string& inText)
 {
     std::string text;
