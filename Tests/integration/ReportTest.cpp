@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string>
 
 namespace
@@ -140,10 +141,7 @@ TEST(ReportMeasures, ASineThroughAGainIsOneLineOfItsLevel)
     const auto rows = static_cast<std::size_t>(sine.mRows);
     ASSERT_EQ(sine.mSpectrogram.size(), rows * static_cast<std::size_t>(sine.mColumns));
     const auto brightest = [&](std::size_t column)
-    {
-        const auto begin = sine.mSpectrogram.begin() + static_cast<std::ptrdiff_t>(column * rows);
-        return *std::max_element(begin, begin + static_cast<std::ptrdiff_t>(rows));
-    };
+    { return std::ranges::max(std::span(sine.mSpectrogram).subspan(column * rows, rows)); };
     EXPECT_NEAR(brightest(static_cast<std::size_t>(sine.mColumns) / 4), 20.0 * std::log10(0.5 * 0.4), 2.0);
     EXPECT_LT(brightest(static_cast<std::size_t>(sine.mColumns) - 1), -100.0); // after its second
     const SReportSignal& impulse = signals.mSignals[2];

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <numbers>
@@ -19,10 +20,10 @@ namespace
 constexpr double kRate = 48000.0; // Hz
 constexpr std::size_t kPoints = 200;
 
-/** A sine of a whole number of periods in the 4,096 samples that are used. */
-std::vector<float> Sine(double inHertz, double inAmplitude)
+/** A sine, for one spectrum unless a length is named: of these samples it uses 4,096. */
+std::vector<float> Sine(double inHertz, double inAmplitude, std::size_t inSamples = 4100)
 {
-    std::vector<float> signal(4100); // of which 4096 are used
+    std::vector<float> signal(inSamples);
     for (std::size_t i = 0; i < signal.size(); ++i)
         signal[i] = static_cast<float>(
             inAmplitude * std::sin(2.0 * std::numbers::pi * inHertz * static_cast<double>(i) / kRate));
@@ -60,15 +61,8 @@ TEST(Spectrum, SilenceShortSignalsAndWhatIsNoNumberHaveALevelToo)
 
 TEST(Spectrum, OverTimeHasEachSoundAtItsMomentAndFrequency)
 {
-    // 250 Hz in the first half, 4,000 Hz in the second, at half and a twentieth of full scale.
-    std::vector<float> signal(48000);
-    for (std::size_t i = 0; i < signal.size(); ++i)
-    {
-        const bool isFirst = i < signal.size() / 2;
-        const double phase =
-            2.0 * std::numbers::pi * (isFirst ? 250.0 : 4000.0) * static_cast<double>(i) / kRate;
-        signal[i] = static_cast<float>((isFirst ? 0.5 : 0.05) * std::sin(phase));
-    }
+    std::vector<float> signal = Sine(250.0, 0.5, 24000);
+    std::ranges::copy(Sine(4000.0, 0.05, 24000), std::back_inserter(signal));
     constexpr std::size_t columns = 100;
     constexpr std::size_t rows = 64;
     const std::vector<double> levels = SpectrogramOf(signal, kRate, columns, rows);
