@@ -58,7 +58,7 @@ TEST(Check, APluginThatCrashesByChanceIsNotTheModulesFault)
     unsetenv("FAULTY_LIVES");
     fs::remove(lives);
     EXPECT_EQ(run.Told("rendering.full-scale", "result"), "failed"); // in both runs through the module
-    EXPECT_EQ(run.Told("rendering.full-scale", "fault"), "plug-in"); // in its second run alone
+    EXPECT_EQ(run.Told("rendering.full-scale", "fault"), "plug-in"); // in its next run alone
 }
 
 TEST(Check, WithoutADisplayNobodyKnowsWhetherAnEditorIsFit)
@@ -79,16 +79,16 @@ TEST(Check, WithoutADisplayNobodyKnowsWhetherAnEditorIsFit)
 /** What is true of instances of a module only: they have a parameter that the plug-in does not. */
 bool IsOfModule(CCheckContext& ioContext) { return !ioContext.MakeInstance()->MasterBypassID().empty(); }
 
-TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
+TEST(CheckRunner, RepeatsWithThePluginAloneAndACrashByTurns)
 {
     static const CModuleBundle bundle(kPlainModule, kDelayPlugin);
-    const auto crash = [](CCheckContext&) -> SFinding
+    static const auto crashAtFirst = [](std::uintmax_t inRuns)
     {
-        const fs::path mark = bundle.Path() / "tried";
-        if (fs::exists(mark))
-            return SFinding::Passed();
-        std::ofstream(mark) << "once";
-        std::abort();
+        const fs::path runs = bundle.Path() / fmt::format("crashed_{}", inRuns);
+        std::ofstream(runs, std::ios::app) << 'x';
+        if (fs::file_size(runs) <= inRuns)
+            std::abort();
+        return SFinding::Passed();
     };
     struct SRow
     {
@@ -133,10 +133,19 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
          EVerdict::Failed,
          EFault::Plugin,
          "It crashed: Aborted, SIGABRT."},
-        {{"life-cycle.once", "", 1, crash},
+        {{"life-cycle.once", "", 1, [](CCheckContext&) { return crashAtFirst(1); }},
          EVerdict::Unstable,
          EFault::Unknown,
          "First: It crashed: Aborted, SIGABRT. Then, in run 2: passed."},
+        {{"life-cycle.by-chance", "", 1, [](CCheckContext&) { return crashAtFirst(2); }},
+         EVerdict::Unstable,
+         EFault::Unknown,
+         "First: It crashed: Aborted, SIGABRT. Then, in run 3: passed."},
+        {{"life-cycle.module-crashes", "", 1,
+          [](CCheckContext& context) { return IsOfModule(context) ? crashAtFirst(9) : SFinding::Passed(); }},
+         EVerdict::Failed,
+         EFault::Module,
+         "It crashed: Aborted, SIGABRT."},
     };
     SCheckJob job;
     job.mModule = bundle.Path().string();
@@ -151,8 +160,8 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndTriesACrashTwice)
         EXPECT_EQ(results[i].mFinding.mReason, rows[i].mReason);
         EXPECT_EQ(results[i].mFault, rows[i].mFault);
     }
-    EXPECT_EQ(CountsInWords(results), "8 checks: 6 failed (3 only through the module, 1 the plug-in's own), "
-                                      "1 of them unstable, 2 warnings.");
+    EXPECT_EQ(CountsInWords(results), "10 checks: 8 failed (4 only through the module, 1 the plug-in's own), "
+                                      "2 of them unstable, 2 warnings.");
     EXPECT_EQ(FitnessOf(results), EFitness::NotFit);
 }
 

@@ -57,7 +57,9 @@ std::string Introduction()
                 "compare it with the plug-in already: these two groups are not repeated. Where a damaged "
                 "state is "
                 "survived by the plug-in alone, or a comparison crashes, the check says that it could not be "
-                "told: the damage hits other bytes, and either of the two may have crashed.") +
+                "told: the damage hits other bytes, and either of the two may have crashed. What crashes or "
+                "hangs through the module only is tried by turns, up to five times through it and four "
+                "without.") +
            Item("**Exit codes.** 0: fit to ship. 1: not fit, something failed or was unstable. 2: wrong "
                 "usage. 3: not known, nothing was checked or something was unseen. Warnings do not count.") +
            Item("**Where it ends for all.** Where the module does not open, or gives no instance, the checks "
