@@ -26,7 +26,10 @@ struct SForbiddenCall : SForbiddenFunction
 {
 };
 
-/** The one table: the real-time guard of products counts these, and so do the checks and the tests. */
+/**
+ * The one table. The real-time guard of products counts all of them; the checks and the tests count those
+ * that allocate, release and lock, and see what blocks by its system call.
+ */
 inline constexpr auto kForbiddenFunctions = []
 {
     constexpr auto allocation = EForbiddenKind::kAllocation;
@@ -46,6 +49,8 @@ inline constexpr auto kForbiddenFunctions = []
         SForbiddenCall<void*(void*, Size)>{{"realloc", "realloc", allocation}},
         SForbiddenCall<void*(Size, Size)>{{"aligned_alloc", "aligned_alloc", allocation}},
         SForbiddenCall<int(void*, Size, Size)>{{"posix_memalign", "posix_memalign", allocation}},
+        SForbiddenCall<void*(Size, Size)>{{"memalign", "memalign", allocation}},
+        SForbiddenCall<Allocate>{{"valloc", "valloc", allocation}},
         SForbiddenCall<Free>{{"free", "free", release}},
         SForbiddenCall<Allocate>{{"_Znwm", "operator new", allocation}},
         SForbiddenCall<Allocate>{{"_Znam", "operator new[]", allocation}},

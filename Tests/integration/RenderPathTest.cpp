@@ -5,7 +5,11 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <initializer_list>
 #include <utility>
+
+#include <malloc.h>
 
 namespace
 {
@@ -95,5 +99,27 @@ TEST(CallWatch, TellsTheModulesCallsFromThePluginsAndTheHosts)
     EXPECT_EQ(blocking.mPlugin.Of(kLock), 1);
     EXPECT_EQ(blocking.mPlugin.mSystemCallCount, 1U);
     EXPECT_EQ(blocking.mModule, SWatchedCalls{}) << blocking;
+}
+
+TEST(CallWatch, CountsEveryWayToAllocate)
+{
+    if (const std::string obstacle = CallWatchObstacle(); !obstacle.empty())
+        GTEST_SKIP() << obstacle;
+    using Allocate = void* (*)();
+    for (const auto& [name, allocate] :
+         std::initializer_list<std::pair<const char*, Allocate>>{
+             {"malloc", [] { return std::malloc(8); }},
+             {"calloc", [] { return std::calloc(1, 8); }},
+             {"realloc", [] { return std::realloc(nullptr, 8); }},
+             {"aligned_alloc", [] { return std::aligned_alloc(8, 8); }},
+             {"memalign", [] { return memalign(8, 8); }},
+             {"valloc", [] { return valloc(8); }}})
+    {
+        void* volatile memory = nullptr; // or the compiler leaves both calls out
+        SCallWatch watch;
+        WatchCalls({}, watch, [&, allocate = allocate] { memory = allocate(); });
+        std::free(memory);
+        EXPECT_EQ(watch.mHost.Of(kAllocation), 1) << name;
+    }
 }
 } // namespace

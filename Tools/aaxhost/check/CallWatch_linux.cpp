@@ -250,6 +250,32 @@ std::string CallWatchObstacle()
     return {};
 }
 
+namespace
+{
+/** The functions of the C library that are replaced below. What stands for them in C++ calls them. */
+constexpr std::array<std::string_view, 11> kReplaced{"malloc",
+                                                     "calloc",
+                                                     "realloc",
+                                                     "aligned_alloc",
+                                                     "posix_memalign",
+                                                     "memalign",
+                                                     "valloc",
+                                                     "free",
+                                                     "pthread_mutex_lock",
+                                                     "pthread_rwlock_rdlock",
+                                                     "pthread_rwlock_wrlock"};
+
+constexpr bool IsSeen(const SForbiddenFunction& inFunction)
+{
+    const std::string_view name = inFunction.mName;
+    const bool isOfAnotherSystem = name == "os_unfair_lock_lock";
+    return inFunction.mKind == EForbiddenKind::kBlocking || name.starts_with("_Z") || isOfAnotherSystem ||
+           std::ranges::count(kReplaced, name) == 1;
+}
+static_assert(std::apply([](const auto&... inFunctions) { return (IsSeen(inFunctions) && ...); },
+                         kForbiddenFunctions));
+} // namespace
+
 #define WATCHED extern "C" __attribute__((visibility("default"))) IN_WATCHED_SECTION
 
 extern "C"
@@ -298,6 +324,16 @@ WATCHED int posix_memalign(void** outMemory, std::size_t inAlignment, std::size_
         return ENOMEM;
     *outMemory = memory;
     return 0;
+}
+WATCHED void* memalign(std::size_t inAlignment, std::size_t inSize)
+{
+    Count("memalign", KindOf("memalign"));
+    return __libc_memalign(inAlignment, inSize);
+}
+WATCHED void* valloc(std::size_t inSize)
+{
+    Count("valloc", KindOf("valloc"));
+    return __libc_memalign(static_cast<std::size_t>(getpagesize()), inSize);
 }
 WATCHED void free(void* inMemory)
 {
