@@ -1,8 +1,8 @@
+#include "Tools/aaxhost/check/ImpulseArrival.h"
 #include "Tools/aaxhost/report/ColourScale.h"
 #include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/ReportStyle.h"
 #include "Tools/aaxhost/report/Spectrum.h"
-#include "Tools/aaxhost/report/measure/Level.h"
 #include "Tools/aaxhost/report/sections/Sections.h"
 
 #include <algorithm>
@@ -84,14 +84,16 @@ TEST(Spectrum, OverTimeHasEachSoundAtItsMomentAndFrequency)
 
 TEST(ImpulseArrival, IsTheBeginningOfAResponseOrItsPeakWhereThatWasReported)
 {
-    const std::vector<float> reverberant = {0.0F, 0.0F, 0.1F, 0.05F, -0.8F, 0.2F};
-    EXPECT_EQ(ImpulseArrival(reverberant, 0), 2);
-    EXPECT_EQ(ImpulseArrival(reverberant, 2), 2);
-    EXPECT_EQ(ImpulseArrival(reverberant, 4), 4); // a filter that rings ahead
-    const std::vector<float> broken = {std::numeric_limits<float>::quiet_NaN(), 1e-6F, 0.5F};
-    EXPECT_EQ(ImpulseArrival(broken, 0), 2);
-    EXPECT_EQ(ImpulseArrival(std::vector<float>(64, 1e-6F), 0), -1);
-    EXPECT_EQ(ImpulseArrival({}, 0), -1);
+    const auto reverberant = FindImpulse(std::vector<double>{0.0, 0.0, 0.1, 0.05, -0.8, 0.2});
+    ASSERT_TRUE(reverberant);
+    EXPECT_EQ(reverberant->Nearest(0), 2);
+    EXPECT_EQ(reverberant->Nearest(2), 2);
+    EXPECT_EQ(reverberant->Nearest(4), 4); // a filter that rings ahead
+    const auto broken = FindImpulse(std::vector<double>{std::numeric_limits<double>::quiet_NaN(), 1e-6, 0.5});
+    ASSERT_TRUE(broken);
+    EXPECT_EQ(broken->mBegin, 2);
+    EXPECT_FALSE(FindImpulse(std::vector<double>(64, 1e-6)));
+    EXPECT_FALSE(FindImpulse({}));
 }
 
 TEST(ColourScale, EverLighterSoThatItReadsWithoutHues)

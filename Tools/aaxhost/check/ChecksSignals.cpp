@@ -1,6 +1,7 @@
 #include "Tools/aaxhost/check/CDirectRig.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/Figures.h"
+#include "Tools/aaxhost/check/ImpulseArrival.h"
 
 #include <algorithm>
 #include <array>
@@ -178,22 +179,17 @@ SFinding Latency(CCheckContext& ioContext)
     if (reported < 0)
         return SFinding::Failed(fmt::format("The reported latency is {}.", InSamples(reported, kCheckRate)));
     const auto response = ImpulseResponse(ioContext, std::max(8192, reported + 4096));
-    const auto loudest =
-        std::ranges::max_element(response, {}, [](double sample) { return std::abs(sample); });
-    const double peak = std::abs(*loudest);
-    if (!(peak > 1e-5))
+    const auto arrival = FindImpulse(response);
+    if (!arrival)
         return SFinding::Skipped("The plug-in lets no impulse through.");
-    const auto begin =
-        std::ranges::find_if(response, [=](double sample) { return std::abs(sample) > 0.001 * peak; });
-    const auto arrival = static_cast<std::int32_t>(begin - response.begin());
-    const auto top = static_cast<std::int32_t>(loudest - response.begin());
+    const auto [begin, top, peak] = *arrival;
     // A filter with a linear phase rings before its peak; everything else begins at the latency.
-    if (std::abs(top - reported) <= 1 || std::abs(arrival - reported) <= 1)
+    if (std::abs(top - reported) <= 1 || std::abs(begin - reported) <= 1)
         return SFinding::Passed();
     if (reported > 0)
         return SFinding::Failed(fmt::format(
             "The plug-in reports a latency of {}, and an impulse arrives after {}, with its peak after {}.",
-            InSamples(reported, kCheckRate), InSamples(arrival, kCheckRate), InSamples(top, kCheckRate)));
+            InSamples(reported, kCheckRate), InSamples(begin, kCheckRate), InSamples(top, kCheckRate)));
     double energy = 0.0;
     for (const double sample : response)
         energy += sample * sample;

@@ -1,3 +1,4 @@
+#include "Tools/aaxhost/check/ImpulseArrival.h"
 #include "Tools/aaxhost/report/measure/Level.h"
 #include "Tools/aaxhost/report/measure/Parts.h"
 
@@ -22,7 +23,9 @@ SReportLatencyPoint LatencyAt(CCheckContext& ioContext, double inRate, std::int3
     rig.Feed([source = Impulse(0, 0.5F), start = rig.Position()](std::int64_t frame, std::size_t channel)
              { return source(frame - start, channel); });
     rig.RenderFrames(std::clamp(point.mReported, 0, kLongest) + 4096, inBlock);
-    point.mMeasured = ImpulseArrival(FirstOutput(rig), point.mReported);
+    const std::vector<float> response = FirstOutput(rig);
+    const auto arrival = FindImpulse(std::vector<double>(response.begin(), response.end()));
+    point.mMeasured = arrival ? arrival->Nearest(point.mReported) : -1;
     return point;
 }
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 std::vector<float> FirstOutput(const CRig& inRig)
 {
@@ -30,18 +29,4 @@ double RenderLevel(CRig& ioRig, std::int64_t inFrames)
     ioRig.Record();
     ioRig.RenderFrames(inFrames, 512);
     return LevelOf(FirstOutput(ioRig));
-}
-
-int ImpulseArrival(std::span<const float> inResponse, int inReported)
-{
-    const auto size = [](float sample) { return std::isfinite(sample) ? std::abs(sample) : 0.0F; };
-    const auto top = std::ranges::max_element(inResponse, {}, size);
-    constexpr float silent = 1e-5F;
-    if (top == inResponse.end() || size(*top) < silent)
-        return -1;
-    const auto begin =
-        std::ranges::find_if(inResponse, [&](float sample) { return size(sample) > 0.001F * size(*top); });
-    const auto first = static_cast<int>(begin - inResponse.begin());
-    const auto loudest = static_cast<int>(top - inResponse.begin());
-    return std::abs(loudest - inReported) < std::abs(first - inReported) ? loudest : first;
 }

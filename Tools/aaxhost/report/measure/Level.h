@@ -15,8 +15,3 @@ SignalSource PeriodicNoise();
 double LevelOf(std::span<const float> inSamples);
 /** Renders so many frames. @return the level of the first output in dB, -120 at the least. */
 double RenderLevel(CRig& ioRig, std::int64_t inFrames);
-/**
- * Samples until an impulse: where the response begins, or, of a filter that rings ahead, its peak where that
- * is nearer to the reported latency. -1 where none comes out.
- */
-int ImpulseArrival(std::span<const float> inResponse, int inReported);
