@@ -55,5 +55,5 @@ std::string ReportPage(const SCheckJob& inJob, const std::vector<SCheckResult>& 
 
 std::string ReportPage(const SCheckJob& inJob, const std::vector<SCheckResult>& inResults)
 {
-    return ReportPage(inJob, inResults, MeasureModule(inJob.mModule));
+    return ReportPage(inJob, inResults, TakeMaterial(inJob.mModule));
 }

@@ -3,6 +3,16 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+std::vector<STick> SecondTicks(double inSeconds)
+{
+    std::vector<STick> ticks;
+    constexpr double step = 0.5;
+    const int count = static_cast<int>(inSeconds / step + 1e-9);
+    for (int i = 0; i <= count; ++i)
+        ticks.push_back({inSeconds > 0.0 ? step * i / inSeconds : 0.0, fmt::format("{}", step * i)});
+    return ticks;
+}
+
 CHtmlChart::CHtmlChart(std::string inTitle, EChartSize inSize)
     : mTitle(std::move(inTitle)),
       // The page shows the wide one at about this width beside another one, and narrower on a phone.

@@ -11,6 +11,8 @@ struct STick
     double mPosition = 0.0; // 0 to 1
     std::string mText;
 };
+/** A tick every half second. */
+std::vector<STick> SecondTicks(double inSeconds);
 
 enum class EChartSize
 {
@@ -72,3 +74,5 @@ private:
     std::string mPicture;
     std::string mShapes;
 };
+
+using Points = std::vector<CHtmlChart::SPoint>;

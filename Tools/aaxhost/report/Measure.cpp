@@ -70,7 +70,7 @@ Part Measured(Work inWork)
 }
 } // namespace
 
-SReportMaterial MeasureModule(const std::string& inModule)
+SReportMaterial TakeMaterial(const std::string& inModule)
 {
     const auto begin = std::chrono::steady_clock::now();
     SReportMaterial material;

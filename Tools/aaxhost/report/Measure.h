@@ -4,4 +4,4 @@
 #include <string>
 
 /** Takes all of it, each part in a process of its own, so that a crash costs that part only. */
-SReportMaterial MeasureModule(const std::string& inModule);
+SReportMaterial TakeMaterial(const std::string& inModule);

@@ -1,7 +1,7 @@
+#include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/sections/Sections.h"
 
 #include "Tools/aaxhost/report/HtmlTable.h"
-#include "Tools/aaxhost/report/sections/Ticks.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
+#include "Tools/aaxhost/report/HtmlChart.h"
 #include "Tools/aaxhost/report/sections/Sections.h"
 
 #include "Tools/aaxhost/report/Base64.h"
 #include "Tools/aaxhost/report/ColourScale.h"
 #include "Tools/aaxhost/report/HtmlTable.h"
 #include "Tools/aaxhost/report/Spectrum.h"
-#include "Tools/aaxhost/report/sections/Ticks.h"
 #include "Tools/aaxhost/window/SPicture.h"
 
 #include <algorithm>
