@@ -26,7 +26,7 @@ SFinding Settles(CCheckContext& ioContext)
     const auto instance = ioContext.MakeInstance();
     for (const std::string& id : NeededParameters(*instance))
     {
-        (void)instance->SetParameter(id, 0.75); // refusals show in another check
+        TrySet(*instance, id, 0.75);
         if (!DeliverAll(*instance))
             return SFinding::Failed(fmt::format(
                 "Setting {} once starts an endless exchange of values with the host: {} in {} cycles, and {} "
@@ -61,7 +61,7 @@ SFinding SettlesAfterAutomation(CCheckContext& ioContext)
             for (int step = 1; step <= steps && automation.ValueRequests() < most; ++step)
             {
                 for (const std::string& id : ids)
-                    (void)instance.UpdateParameter(id, sequence.Fraction()); // refusals show in another check
+                    TryUpdate(instance, id, sequence.Fraction());
                 (void)instance.FinishUpdates();
                 if (step % stepsACycle == 0 && step < steps)
                     cycle();
@@ -121,7 +121,7 @@ SFinding NoTouchLeft(CCheckContext& ioContext)
     const auto ids = NeededParameters(instance);
     for (const std::string& id : ids)
     {
-        (void)instance.UpdateParameter(id, 0.3); // refusals show in another check
+        TryUpdate(instance, id, 0.3);
         (void)instance.FinishUpdates();
     }
     rig.Play(0.1);
@@ -167,8 +167,7 @@ SFinding Dense(CCheckContext& ioContext)
     for (int block = 0; block < blocks; ++block)
     {
         const std::string& id = ids[static_cast<std::size_t>(block) % ids.size()];
-        (void)instance.UpdateParameter(id,
-                                       0.5 + 0.5 * std::sin(0.05 * block)); // refusals show in another check
+        TryUpdate(instance, id, 0.5 + 0.5 * std::sin(0.05 * block));
         rig.Render(16);
     }
     rig.ExpectFinite(fmt::format("while automation moves every 16 frames of {}", 16 * blocks));
@@ -201,7 +200,7 @@ SFinding Audible(CCheckContext& ioContext)
     {
         if (value >= 0.0)
             for (const std::string& id : NeededParameters(rig.Instance()))
-                (void)rig.Instance().UpdateParameter(id, value); // refusals show in another check
+                TryUpdate(rig.Instance(), id, value);
         rig.Record();
         rig.Play(0.2);
     };
@@ -235,7 +234,7 @@ SFinding Repeatable(CCheckContext& ioContext)
         rig.Send(0, 0x90, 60, 100);
         for (int block = 0; block < 40; ++block)
         {
-            (void)rig.Instance().UpdateParameter(ids.front(), block / 39.0); // refusals show in another check
+            TryUpdate(rig.Instance(), ids.front(), block / 39.0);
             rig.Render(128);
         }
     };
@@ -261,7 +260,7 @@ SFinding StoppedTransport(CCheckContext& ioContext)
     CInstance& instance = rig.Instance();
     for (const std::string& id : NeededParameters(instance))
     {
-        (void)instance.UpdateParameter(id, 0.8); // refusals show in another check
+        TryUpdate(instance, id, 0.8);
         rig.Render(64);
     }
     rig.ExpectFinite("while parameters move and the transport stands");

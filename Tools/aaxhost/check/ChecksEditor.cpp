@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/EditorSteps.h"
 #include "Tools/aaxhost/check/Figures.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 
 #include <cmath>
 #include <fmt/format.h>
@@ -104,7 +105,7 @@ SFinding Gestures(CCheckContext& ioContext)
         const auto view = OpenView(instance, *window);
         NeedEditor(*view);
         for (const std::string& id : AutomatableParameters(instance))
-            (void)instance.SetParameter(id, 0.4); // refusals show in another check
+            TrySet(instance, id, 0.4);
         rig.Play(0.1);
         Tick(*view, 3);
     }
@@ -146,7 +147,7 @@ SFinding WhileRendering(CCheckContext& ioContext)
     const auto view = OpenView(rig.Instance(), *window);
     NeedEditor(*view);
     for (const std::string& id : AutomatableParameters(rig.Instance()))
-        (void)rig.Instance().SetParameter(id, 0.6); // refusals show in another check
+        TrySet(rig.Instance(), id, 0.6);
     Tick(*view, 5);
     render.WaitForBlocks(2);
     render.Stop();

@@ -130,7 +130,7 @@ SFinding WholeGestures(CCheckContext& ioContext)
         const auto view = OpenView(*instance, *window);
         NeedEditor(*view);
         for (const std::string& id : AutomatableParameters(*instance))
-            (void)instance->SetParameter(id, 0.4); // refusals show in another check
+            TrySet(*instance, id, 0.4);
         Tick(*view, 3);
     }
     for (int i = 0; i < 3; ++i)

@@ -1,5 +1,6 @@
 #include "Tools/aaxhost/check/CRenderThread.h"
 #include "Tools/aaxhost/check/CRig.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 #include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/host/HostNames.h"
 
@@ -254,7 +255,7 @@ SFinding Sweep(CCheckContext& ioContext)
         rig.Send(0, 0x90, 60, 100);
         for (int step = 0; step <= 10; ++step)
         {
-            (void)instance.SetParameter(id, step / 10.0); // refusals show in another check
+            TrySet(instance, id, step / 10.0);
             rig.Render(256);
         }
         rig.Send(0, 0x80, 60, 64);
@@ -273,7 +274,7 @@ SFinding Extremes(CCheckContext& ioContext)
     for (const double value : {0.0, 1.0})
     {
         for (const std::string& id : ids)
-            (void)instance.SetParameter(id, value); // refusals show in another check
+            TrySet(instance, id, value);
         rig.Play(0.2);
         rig.ExpectFinite(fmt::format("with all {} parameters at {}", ids.size(), value));
     }
@@ -290,7 +291,7 @@ SFinding RandomSettings(CCheckContext& ioContext)
     for (int round = 0; round < rounds; ++round)
     {
         for (const std::string& id : ids)
-            (void)instance.SetParameter(id, sequence.Fraction()); // refusals show in another check
+            TrySet(instance, id, sequence.Fraction());
         rig.Play(0.04);
         rig.ExpectFinite(
             fmt::format("with random settings number {} of {} parameters", round + 1, ids.size()));

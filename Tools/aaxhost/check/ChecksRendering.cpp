@@ -2,6 +2,7 @@
 #include "Tools/aaxhost/check/CallWatch.h"
 #include "Tools/aaxhost/check/Figures.h"
 #include "Tools/aaxhost/check/SoundDifference.h"
+#include "Tools/aaxhost/check/StateSteps.h"
 
 #include <algorithm>
 #include <bit>
@@ -278,8 +279,7 @@ SWatches Watch(CCheckContext& ioContext)
         render(block, watches.mSteady);
     for (int block = 0; block < blocks && !ids.empty(); ++block)
     {
-        (void)instance.UpdateParameter(ids[static_cast<std::size_t>(block) % ids.size()],
-                                       (block % 10) / 10.0); // refusals show in another check
+        TryUpdate(instance, ids[static_cast<std::size_t>(block) % ids.size()], (block % 10) / 10.0);
         render(block, watches.mMoving);
     }
     return watches;

@@ -28,6 +28,16 @@ void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState&
     (void)DeliverAll(ioInstance); // looked at by the checks of automation
 }
 
+void TrySet(CInstance& ioInstance, const std::string& inID, double inValue)
+{
+    (void)ioInstance.SetParameter(inID, inValue);
+}
+
+void TryUpdate(CInstance& ioInstance, const std::string& inID, double inValue)
+{
+    (void)ioInstance.UpdateParameter(inID, inValue);
+}
+
 void MoveAll(CInstance& ioInstance, std::uint32_t inSeed)
 {
     CSequence sequence(inSeed);
@@ -53,7 +63,7 @@ void SetValues(CInstance& ioInstance, const std::vector<double>& inValues)
     const auto ids = PluginParameters(ioInstance);
     for (std::size_t i = 0; i < std::min(ids.size(), inValues.size()); ++i)
         if (ValueOf(ioInstance, ids[i]) != inValues[i])
-            (void)ioInstance.UpdateParameter(ids[i], inValues[i]); // refusals show in another check
+            TryUpdate(ioInstance, ids[i], inValues[i]);
     (void)ioInstance.FinishUpdates();
 }
 

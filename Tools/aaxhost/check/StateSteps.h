@@ -7,14 +7,17 @@
 #include <string>
 #include <vector>
 
-/** What several checks do with the values and the states of instances. Each ends the check as failed where
- * the module refuses. */
+/** What several checks do with the values and the states of instances. What takes a context ends the check as
+ * failed where the module refuses. */
 
 SInstanceState Take(CCheckContext& ioContext, CInstance& inInstance);
 /** As a host loads it; its answers are left to the next cycle. */
 void Load(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState);
 /** Loads it and answers all that is asked. */
 void Give(CCheckContext& ioContext, CInstance& ioInstance, const SInstanceState& inState);
+/** Checks of their own look whether the module takes it. */
+void TrySet(CInstance& ioInstance, const std::string& inID, double inValue);
+void TryUpdate(CInstance& ioInstance, const std::string& inID, double inValue);
 /** Sets every parameter to a value of its own that is away from the present one. */
 void MoveAll(CInstance& ioInstance, std::uint32_t inSeed);
 
