@@ -366,7 +366,7 @@ void AaxAdapter_Parameters::LookAfterRequests()
     for (long i = 0; i < count; ++i)
     {
         CPluginParameter& parameter = mPluginParameters[static_cast<std::size_t>(i)];
-        if (const std::optional<float> value = parameter.Beat())
+        if (const std::optional<float> value = parameter.TimerBeat())
             mPlugin->SetParameter(i, *value);
         if (parameter.TakePutOff())
             Report(i, mPlugin->GetParameter(i));

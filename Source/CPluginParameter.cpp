@@ -138,7 +138,7 @@ bool CPluginParameter::PutsOff() noexcept
     return true;
 }
 
-std::optional<float> CPluginParameter::Beat() noexcept
+std::optional<float> CPluginParameter::TimerBeat() noexcept
 {
     SWaiting waiting = mWaiting.load(std::memory_order_acquire);
     if (waiting.mCount == 0 || mQuietBeats.fetch_add(1, std::memory_order_relaxed) + 1 < kQuietBeats)

@@ -70,7 +70,7 @@ public:
                mHasPutOff.exchange(false, std::memory_order_relaxed);
     }
     /** A beat of the timer. @return what the plug-in is to be given: the host's last value, normalized. */
-    std::optional<float> Beat() noexcept;
+    std::optional<float> TimerBeat() noexcept;
     bool IsWaiting() const noexcept { return mWaiting.load(std::memory_order_acquire).mCount != 0; }
 
     /** What a host is asked for: the nearer end for a value outside of 0 to 1, and 0 for no number. */

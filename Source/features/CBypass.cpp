@@ -61,7 +61,7 @@ void CBypass::OfferLine()
     delete mOffered.exchange(line.release(), std::memory_order_acq_rel); // one that came too late
 }
 
-void CBypass::Beat() { delete mRetired.exchange(nullptr, std::memory_order_acquire); }
+void CBypass::TimerBeat() { delete mRetired.exchange(nullptr, std::memory_order_acquire); }
 
 void CBypass::ChangeLine() noexcept
 {

@@ -33,7 +33,7 @@ public:
     void SetLatency(std::int64_t inSamples);
     void Switch(bool inIsOn);
     /** Frees what the render thread has laid aside. */
-    void Beat();
+    void TimerBeat();
 
     /** Whether there is anything to do: the bypass was on. */
     bool IsUsed() const noexcept { return mIsUsed.load(std::memory_order_relaxed); }

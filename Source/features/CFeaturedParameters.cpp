@@ -144,7 +144,7 @@ AAX_Result CFeaturedParameters::TimerWakeup()
 {
     if (kProductFeatures.mLatency)
         RefreshLatency();
-    mBypass.Beat();
+    mBypass.TimerBeat();
     (void)AAX_Contained( // a plug-in that throws here is seen to again when it asks
         [this]
         {

@@ -49,7 +49,7 @@ void CFeaturedParameters::FollowPrograms()
 {
     if (!mPrograms.AreThere())
         return;
-    mPrograms.Beat();
+    mPrograms.TimerBeat();
     GiveChosenProgram();
     const std::optional<double> value = mPrograms.TakeReport();
     if (!value)

@@ -102,9 +102,9 @@ std::optional<long> CPrograms::TakeChoice() noexcept
     return choice >= 0 ? std::optional(choice) : std::nullopt;
 }
 
-void CPrograms::Beat() noexcept
+void CPrograms::TimerBeat() noexcept
 {
-    if (const std::optional<float> value = mRequests->Beat())
+    if (const std::optional<float> value = mRequests->TimerBeat())
         Take(static_cast<double>(*value));
 }
 

@@ -35,7 +35,7 @@ public:
     /** @return the program that the host chose last; each once. */
     std::optional<long> TakeChoice() noexcept;
     /** A beat of the timer: what a host left unanswered counts as its choice. */
-    void Beat() noexcept;
+    void TimerBeat() noexcept;
     /** Has the plug-in choose it. @return false where it has it already. */
     bool Choose(long inProgram);
     /** @return what the host is to be asked for: the value of a program that the plug-in chose by itself. */

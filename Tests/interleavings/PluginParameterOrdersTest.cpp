@@ -83,9 +83,10 @@ TEST(PluginParameterOrders, ABeatForgetsNoRequestThatIsYoung)
         {
             (void)inShared->mParameter.NoteRequest(1.0); // which the host leaves out
             for (int beat = 1; beat < CPluginParameter::kQuietBeats; ++beat)
-                (void)inShared->mParameter.Beat();
-            return SThreads{{[=] { inShared->Report(0.25); }, [=] { (void)inShared->mParameter.Beat(); }},
-                            [=] { return inShared->Problem(); }};
+                (void)inShared->mParameter.TimerBeat();
+            return SThreads{
+                {[=] { inShared->Report(0.25); }, [=] { (void)inShared->mParameter.TimerBeat(); }},
+                [=] { return inShared->Problem(); }};
         });
 }
 } // namespace

@@ -19,7 +19,7 @@ constexpr std::size_t kTextLength = 1024;
 std::atomic<CDrivenPlugin*> gCurrent = nullptr;
 /** All that are alive, for calls of the others. */
 std::vector<CDrivenPlugin*> gAlive;
-std::mutex gAliveGuard;
+std::mutex gAliveMutex;
 } // namespace
 
 void CDrivenPlugin::SBuffers::Resize(std::int32_t inCount)
@@ -34,7 +34,7 @@ void CDrivenPlugin::SBuffers::Resize(std::int32_t inCount)
 CDrivenPlugin::CDrivenPlugin(VstIntPtr inEntryVersion, HostAnswer inAnswer)
     : mEntryVersion(inEntryVersion), mAnswer(std::move(inAnswer))
 {
-    const std::lock_guard lock(gAliveGuard);
+    const std::lock_guard lock(gAliveMutex);
     gAlive.push_back(this);
 }
 
@@ -48,7 +48,7 @@ CDrivenPlugin::~CDrivenPlugin()
     {
         // There is nobody left to tell.
     }
-    const std::lock_guard lock(gAliveGuard);
+    const std::lock_guard lock(gAliveMutex);
     std::erase(gAlive, this);
     CDrivenPlugin* self = this;
     (void)gCurrent.compare_exchange_strong(self, nullptr); // another one may be current
@@ -230,7 +230,7 @@ CDrivenPlugin* CDrivenPlugin::FindOwner(const AEffect* inEffect) noexcept
     CDrivenPlugin* const current = gCurrent.load(std::memory_order_acquire);
     if (current != nullptr && current->mEffect == inEffect)
         return current;
-    const std::lock_guard lock(gAliveGuard);
+    const std::lock_guard lock(gAliveMutex);
     const auto found =
         std::ranges::find_if(gAlive, [&](const auto* inPlugin) { return inPlugin->mEffect == inEffect; });
     return found != gAlive.end() ? *found : nullptr;

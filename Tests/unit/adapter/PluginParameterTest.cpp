@@ -26,7 +26,7 @@ void Play(const std::string& inEvents)
     {
         std::optional<float> owed;
         for (int i = 0; i < CPluginParameter::kQuietBeats && !owed; ++i)
-            owed = parameter.Beat();
+            owed = parameter.TimerBeat();
         return owed;
     };
     std::istringstream words(inEvents);
@@ -140,7 +140,7 @@ TEST(PluginParameter, ReportsOfEightThreadsAreAnsweredOnceEach)
     EXPECT_GT(swallowed.load(), 0);
     EXPECT_LE(swallowed.load(), 80'000);
     for (int beat = 0; beat < CPluginParameter::kQuietBeats; ++beat)
-        (void)parameter.Beat(); // what was settled with a newer one of the same value
+        (void)parameter.TimerBeat(); // what was settled with a newer one of the same value
     EXPECT_FALSE(parameter.IsWaiting());
 }
 } // namespace

@@ -114,7 +114,7 @@ TEST(Bypass, AnotherLatencyFadesOverThePlugin)
         for (int i = 0; i < 20; ++i)
         {
             played.Play(512);
-            played.mBypass.Beat();
+            played.mBypass.TimerBeat();
         }
         EXPECT_EQ(played.mMain.back(), SineAt(played.mTime - 1 - latency));
     }

@@ -76,6 +76,6 @@ private:
     bool mRecordRender = false;
     // Whether a render call has to take the lock at all: any thread writes under the lock, the render thread
     // reads.
-    std::atomic<bool> mWatchesRender = false;
+    std::atomic<bool> mTakesPartInRender = false;
     int mLiveObjects = 0;
 };

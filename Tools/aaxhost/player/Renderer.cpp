@@ -154,10 +154,10 @@ private:
 };
 
 /** Waits for a second in which no output is louder than `kSilence`. */
-class CSilenceWatch
+class CSilenceDetector
 {
 public:
-    explicit CSilenceWatch(double inRate) : mWanted(std::max<std::int64_t>(1, std::llround(inRate))) {}
+    explicit CSilenceDetector(double inRate) : mWanted(std::max<std::int64_t>(1, std::llround(inRate))) {}
 
     /** @return the frames of the block up to where the second is full, 0 when it is not. */
     std::int32_t FramesUntilSilent(std::span<float* const> inOutputs, std::int32_t inFrames)
@@ -206,7 +206,7 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
     if (!playhead)
         return playhead.Problem();
     CBlockFeeder feeder(inInstance, inJob, *playhead);
-    CSilenceWatch watch(inJob.mRate);
+    CSilenceDetector silence(inJob.mRate);
     SRenderEnd end;
     while (true)
     {
@@ -230,7 +230,7 @@ COutcome<SRenderEnd> RenderOffline(CInstance& inInstance, const SRenderJob& inJo
         const auto outputs = feeder.Outputs();
         if (end.mFrames >= asked)
         {
-            const std::int32_t wanted = watch.FramesUntilSilent(outputs, frames);
+            const std::int32_t wanted = silence.FramesUntilSilent(outputs, frames);
             end.mIsSilent = wanted > 0;
             frames = end.mIsSilent ? wanted : frames;
         }
