@@ -1,5 +1,6 @@
 # Makes a product of the command line with every option set to something other than its default, and reads each back from
-# what its module shows a host, with a plug-in that needs them all.
+# what its module shows a host, with a plug-in that needs them all. Looks for each in docs/products.md
+# as well, and for each that is PROBED in the help of vst2probe.
 #   cmake -DBUILD=… -DDEMANDING=… -DSOURCES=… -DWORK=… -P OptionsTest.cmake
 include(${SOURCES}/cmake/ProductOptions.cmake)
 set(rows # each option, and what shows it
@@ -20,6 +21,7 @@ set(rows # each option, and what shows it
 file(REMOVE_RECURSE ${WORK})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --component AaxAdapter --prefix ${WORK}/installed
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${WORK}/installed/bin/vst2probe --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
 file(WRITE ${WORK}/installed/bin/vst2probe "#!/bin/sh\nexit 1\n")
 file(WRITE ${WORK}/project/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)\nproject(Options LANGUAGES CXX)\n"
     "find_package(AaxAdapter REQUIRED)\ninclude(${SOURCES}/cmake/Product.cmake)\n")
@@ -29,6 +31,23 @@ _aaxadapter_list_options(listed)
 if(NOT keywords STREQUAL listed)
     message(SEND_ERROR "Of the options '${listed}' this test sets '${keywords}'.")
 endif()
+file(READ ${SOURCES}/docs/products.md page)
+foreach(keyword IN LISTS listed)
+    _aaxadapter_read_option(${keyword})
+    if(option_kind STREQUAL REQUIRED)
+        set(place "\n +${keyword} ") # in the call of add_aax_adapter
+    else()
+        set(place "\n\\| `${keyword}[ `]") # in the table
+    endif()
+    if(NOT page MATCHES "${place}")
+        message(SEND_ERROR "docs/products.md says nothing of ${keyword}.")
+    endif()
+    string(TOLOWER ${keyword} flag)
+    string(REPLACE "_" "-" flag ${flag})
+    if(option_PROBED AND NOT help MATCHES " --${flag} ")
+        message(SEND_ERROR "vst2probe knows nothing of ${keyword}, which is PROBED.")
+    endif()
+endforeach()
 set(arguments ${rows})
 list(TRANSFORM arguments REPLACE "\\|.*" "")
 list(TRANSFORM arguments PREPEND -DAAXADAPTER_)
