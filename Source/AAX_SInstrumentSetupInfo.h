@@ -13,6 +13,9 @@ inline constexpr std::int32_t kMaxAdditionalMIDINodes = 15;
  * Describes one instrument component to `AAX_CInstrumentParameters::StaticDescribe`.
  *
  * All texts and tables are the caller's and must outlive the description.
+ *
+ * What no module sets: meters, additional input nodes and property 151. Nobody reads
+ * `mTransportMIDINodeName`: the transport node is always "Transport".
  */
 struct AAX_SInstrumentSetupInfo
 {

@@ -16,6 +16,8 @@ static_assert(sizeof(SAaxAdapter_Alg_Context) == 6 * sizeof(void*));
 
 /**
  * A mono gain with peak meters. Peaks only grow: whoever shows them resets them. Render thread.
+ *
+ * What no module calls: a description registers the render callback of its product (`ProductRenderCallback`).
  */
 void AaxAdapter_AlgorithmProcessFunction(SAaxAdapter_Alg_Context* const inBegin[],
                                          const void* inEnd) noexcept;

@@ -77,8 +77,6 @@ public:
     AAX_Result SetChunk(AAX_CTypeID inId, const AAX_SPlugInChunk* inChunk) override;
     AAX_Result CompareActiveChunk(const AAX_SPlugInChunk* inChunk, AAX_CBoolean* outIsEqual) const override;
 
-    /** The text lives in this object until the next call; main thread only. */
-    const char* IxToId(long inIndex);
     static long IdToIx(const char* inId);
 
     /** Fills the gain packet and pushes every AAX parameter's value into the plug-in, but for those of which
@@ -90,7 +88,10 @@ public:
     void ReleaseEditor(IAttachedEditor& inEditor) noexcept;
     CVst2Host& Host() { return mVst2Host; }
 
-    // ---- What no module calls: for a host's own messages to an editor. They do nothing.
+    // ---- What no module calls.
+    /** The text lives in this object until the next call; main thread only. */
+    const char* IxToId(long inIndex);
+    // For a host's own messages to an editor. They do nothing.
     virtual void SetEditorData(int inType, void* inData, unsigned long inSize);
     virtual void MessageToEditor(int inMessage, float inValue);
 

@@ -39,6 +39,7 @@ public:
     /** Nothing: the plug-in knows its values. */
     AAX_Result ParameterUpdated(AAX_CParamID inId) override;
 
+    // What no module calls: the next two, `IxToId` and `IdToIx`. They are for editors that derive from this.
     virtual void SetParameter(long inIndex, float inValue);
     /** @return 0 for an unknown parameter. */
     virtual float GetParameter(long inIndex);

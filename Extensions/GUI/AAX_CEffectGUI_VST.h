@@ -8,6 +8,9 @@ class VSTGUI_ContentView;
  * GUI base of an effect drawn with VSTGUI: makes a frame in the native view that the host hands over, reports
  * its size, redraws it on the host's request and releases it when the view is taken away.
  *
+ * What no module calls: the frame and all that is about it. A module's editor replaces the operations that
+ * make, size and draw one. They are for effects that are drawn with VSTGUI.
+ *
  * Host's GUI thread only.
  */
 class AAX_CEffectGUI_VST : public AAX_CEffectGUI, public VSTGUI::VSTGUIEditorInterface

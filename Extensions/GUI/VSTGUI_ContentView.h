@@ -4,7 +4,7 @@
 class AAX_IEffectParameters;
 
 /**
- * The frame of an effect drawn with VSTGUI, inside the host's native view.
+ * The frame of an effect drawn with VSTGUI, inside the host's native view. No module makes one.
  *
  * Host's GUI thread only. It has a reference count that starts at 1; `forget` ends it.
  */

@@ -19,6 +19,9 @@ struct SOutputObject
  *
  * Owns its buffers, never another node; whoever deletes a linked node unlinks it first.
  * Threads: links and buffers change on one thread, and not while audio is processed.
+ *
+ * What no module calls: every public operation but `CreateMyOutputs`. They are for hosts that connect
+ * plug-ins.
  */
 class IRoutingObject
 {

@@ -123,13 +123,16 @@ public:
     /** Creates parameters and packets; nothing in the base. */
     virtual AAX_Result EffectInit();
 
+    /** Keeps a parameter out of the controls chunk; null is ignored. */
+    void FilterParameterIDOnSave(AAX_CParamID inId);
+
+    // ---- What no module calls: for effects that are written with this class.
     AAX_Result SetTaperDelegate(AAX_CParamID inId, AAX_ITaperDelegateBase& inTaper, bool inPreserveValue);
     AAX_Result SetDisplayDelegate(AAX_CParamID inId, AAX_IDisplayDelegateBase& inDisplay);
     bool IsParameterTouched(AAX_CParamID inId) const;
     bool IsParameterLinkReady(AAX_CParamID inId, AAX_EUpdateSource inSource) const;
-    /** Keeps a parameter out of the controls chunk; null is ignored. */
-    void FilterParameterIDOnSave(AAX_CParamID inId);
 
+    // ---- The host's interfaces.
     /** Null outside of the time from `Initialize` to `Uninitialize`. */
     AAX_IController* Controller();
     const AAX_IController* Controller() const;

@@ -11,6 +11,9 @@
  * Arguments are read as C strings, up to their first NUL; a null pointer counts as the empty text, and
  * nothing is stored through a null result pointer. A position beyond the end raises std::out_of_range.
  *
+ * What no module calls: `Empty`, `Append`, what inserts and replaces, the searches, `SubString`, `ToInteger`,
+ * the comparisons but for equality, and the streams. They are for effects that are written with this class.
+ *
  * Threads: concurrent reads are safe.
  */
 class AAX_CString : public AAX_IString
