@@ -176,7 +176,8 @@ protected:
     std::span<const AAX_CMidiPacket> PacketsOf(const AAX_SInstrumentRenderInfo& inInfo) const;
     /** All those of a block of at most kBlockSizeFrames frames. */
     void ForwardEvents(std::span<const AAX_CMidiPacket> inPackets);
-    /** Those of a part of the block, the last part's with all that come later; as many calls as it takes. */
+    /** The packets of a part of the block; the last part also gets those that lie behind the block's end.
+     * They go in as many calls as the plug-in's limit takes. */
     void ForwardPacketsOf(SFrames inFrames, bool inIsLast, std::span<const AAX_CMidiPacket> inPackets);
     /** A block of at most kBlockSizeFrames frames. */
     void RenderPlugin(AAX_SInstrumentRenderInfo& ioInfo);

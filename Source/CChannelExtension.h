@@ -23,8 +23,8 @@ public:
      * @param inHostChannels    channels in the host's array
      * @param inPluginChannels  channels that the plug-in reads or writes; negative counts as 0
      * @param inMaxFrames       largest block of the extra buffers
-     * @param inSecond          of others than the host's the host's further channels are the plug-in's third
-     * and so on
+     * @param inSecond          what the plug-in's second channel is. Unless it is the host's, the host's
+     * second channel becomes the plug-in's third, and so on.
      */
     void Prepare(long inHostChannels, long inPluginChannels, std::int32_t inMaxFrames,
                  ESecondChannel inSecond = ESecondChannel::kHosts);

@@ -18,7 +18,8 @@ std::uint32_t PackedValue(double inNormalized) noexcept
 CPluginParameter::CPluginParameter() noexcept
 {
     for (std::atomic<std::uint32_t>& request : mRequests)
-        request.store(kNumberMask, std::memory_order_relaxed); // the number of none that comes there first
+        // No request that is stored in this place first has these low bits.
+        request.store(kNumberMask, std::memory_order_relaxed);
 }
 
 template <class Change>

@@ -17,9 +17,9 @@
  * own and goes to the plug-in. So requests are kept in the order in which they were made, and an update with
  * the value of one of them settles that one, the oldest of several, and those before it.
  *
- * Late: when the last request that waits is older than the host's last own update, its answer goes to the
- * plug-in all the same, which has another value since. Those before it do not: the host will end with the
- * last one's value, and a plug-in that answers what it is given with reports would never come to rest.
+ * Late: an answer is late when the host has sent a value of its own since the request. The late answer to
+ * the newest request goes to the plug-in. Late answers to older requests do not: the host will end with the
+ * newest value, and a plug-in that reports whatever it is given would go on for ever.
  *
  * Unanswered: a host may leave requests out, and what was taken for the answer to one may have been its own.
  * When nothing was asked or answered for kQuietBeats beats of a timer, what waits is forgotten, and the

@@ -4,7 +4,7 @@
 
 namespace
 {
-/** Of a fade that has gone so far on from a share to its target. */
+/** @return the share of a fade that has gone on from `inShare` to `inTarget` by `inWay` and no further. */
 constexpr float ShareAfter(float inShare, float inTarget, float inWay) noexcept
 {
     return inTarget > inShare ? std::min(inShare + inWay, inTarget) : std::max(inShare - inWay, inTarget);

@@ -6,8 +6,8 @@
 #include <memory>
 
 /**
- * The host's automation of one instance, with the plug-in's gestures in it: from the first to the last who
- * holds a parameter, a gesture or a request, the host sees one touch and one release.
+ * The host's automation of one instance, with the plug-in's gestures in it. A gesture and each request hold
+ * a parameter. The host sees a touch when the first holder comes, and a release when the last one goes.
  *
  * It also knows the value that the host knows of each of the plug-in's parameters. Threads: `Attach`
  * while nobody asks; everything else on any.

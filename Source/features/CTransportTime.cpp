@@ -177,9 +177,9 @@ std::int32_t CTransportTime::TakeBar(const SBeat& inBeat, std::int32_t inFlags, 
 
 double CTransportTime::StartOfBar(double inQuarters, const SBeat& inBeat, std::int32_t inDenominator) noexcept
 {
-    // Hosts do not agree on how long a display tick is. Once there were more of them than the shorter kind
-    // has in a beat, it is the transport's. Until then the one counts with which the bar begins on the grid;
-    // where both do, the longer kind, of which so few would hardly have been met.
+    // Hosts count display ticks in one of two units: 960 a quarter note, or the transport's own. A count
+    // above 960 a quarter note can only be the transport's, and is remembered. Before that the transport's
+    // unit counts only where the bar begins on the grid by it alone.
     const double beatQuarters = 4.0 / inDenominator;
     const auto ticks = static_cast<double>(inBeat.mDisplayTicks);
     if (ticks > beatQuarters * kDisplayTicksPerQuarter)

@@ -13,8 +13,8 @@ struct SParameterProperties
 
 SParameterProperties ReadParameterProperties(const CVst2Plugin& inPlugin, long inIndex);
 
-/** Whether the plug-in says of any of so many parameters that it can be automated; one that never does was
- * not made to answer. */
+/** @return whether the plug-in says of any of its first `inParameters` parameters that it can be automated.
+ * One that says so of none is taken not to know the question. */
 bool AnswersAutomation(const CVst2Plugin& inPlugin, long inParameters);
 
 bool CanBeAutomated(const CVst2Plugin& inPlugin, long inIndex);

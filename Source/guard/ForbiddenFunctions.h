@@ -20,7 +20,7 @@ struct SForbiddenFunction
     EForbiddenKind mKind = EForbiddenKind::kAllocation;
 };
 
-/** With the function's type as far as registers go: what a pointer points at makes no difference. */
+/** With the function's type; pointers are void pointers, since a replacement only hands them on. */
 template <class Signature>
 struct SForbiddenCall : SForbiddenFunction
 {

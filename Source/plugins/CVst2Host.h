@@ -128,8 +128,8 @@ private:
     float mSampleRate = -1.0F; // Hz
     float mTempo = 0.0F;       // beats per minute
     VstTimeInfo mTimeInfo{};
-    // The main thread writes these three, host callbacks read them: each with the count of mListenerCalls in
-    // one order that all threads agree on, which says why.
+    // The main thread writes these three, host callbacks read them; sequentially consistent where one is
+    // called, as the count of mListenerCalls is. `CListenerCalls` says why.
     std::atomic<IMainHost*> mMainListener = nullptr;
     std::atomic<IEditHost*> mEditListener = nullptr;
     std::atomic<IHostCallAnswers*> mCallAnswers = nullptr;

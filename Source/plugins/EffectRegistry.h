@@ -54,16 +54,16 @@ private:
     /** Among 1,000 effects hardly two share a chain. The table is zero until it is used, so that it costs the
      * pages in use. */
     static constexpr std::size_t kBucketCount = 8192;
-    /** In a slot's order, above every serial that hosts reach: of who is found last, and of who is not there
-     * yet. */
+    /** Bits of a slot's order, above every serial that hosts reach. With the first a plug-in is found after
+     * all others that have its effect; with the second the slot is being filled. */
     static constexpr std::uint64_t kClosing = std::uint64_t{1} << 63;
     static constexpr std::uint64_t kFree = std::uint64_t{1} << 62;
 
     /**
-     * Written by one thread at a time. The order seals the rest: an addition begins and ends by storing
-     * another one, and no two additions end with the same. A reader that loads the same order before and
-     * after the rest has the rest of one addition: were one part a later addition's than another, the load of
-     * it had acquired the order that the later one began with, and the second load could not miss that.
+     * One thread writes at a time. `Add` first stores `mOrder` with `kFree` in it, then the three pointers,
+     * then `mOrder` with a number that no other addition has. A reader loads `mOrder`, the pointers and
+     * `mOrder` again. Where a pointer is of a later addition than the first `mOrder`, loading it (acquire)
+     * shows that addition's first store: the second `mOrder` differs, and the reader tries again.
      */
     struct SSlot
     {

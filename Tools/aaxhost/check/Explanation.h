@@ -17,7 +17,7 @@ const SExplanation* FindExplanation(std::string_view inCheck);
 /** Those of every group. */
 std::vector<SExplanation> AllExplanations();
 
-// One file for each of the checks.
+// One file for each file of checks.
 std::span<const SExplanation> AutomationExplanations();
 std::span<const SExplanation> DescriptionExplanations();
 std::span<const SExplanation> EditorExplanations();

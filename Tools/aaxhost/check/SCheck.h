@@ -70,7 +70,7 @@ std::span<const SCheck> AllChecks();
 /** Null when there is none of that name. */
 const SCheck* FindCheck(std::string_view inName);
 
-// One file a group.
+// One file each; two groups have two.
 std::span<const SCheck> DescriptionChecks();
 std::span<const SCheck> LifeCycleChecks();
 std::span<const SCheck> ParameterChecks();
