@@ -1,7 +1,0 @@
-#include "Tests/unit/gui/ParentView.h"
-
-void* ParentView()
-{
-    static int view = 0; // nobody looks into it
-    return &view;
-}
