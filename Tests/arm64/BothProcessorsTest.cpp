@@ -1,14 +1,12 @@
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/player/AudioFile.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <stdexcept>
-
-namespace fs = std::filesystem;
 
 namespace
 {
@@ -40,21 +38,9 @@ const SBuild kArm64{"arm64", ARM64_BUILD, {ARM64_BUILD "/emulate"}};
 class Processors : public testing::Test
 {
 protected:
-    Processors()
-    {
-        std::string name = (fs::temp_directory_path() / "processors_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        mFolder = name;
-    }
-    ~Processors() override
-    {
-        std::error_code ignored; // a temporary folder that stays harms nobody
-        fs::remove_all(mFolder, ignored);
-    }
-    std::string File(const std::string& inName) const { return mFolder / inName; }
+    std::string File(const std::string& inName) const { return mFolder.File(inName); }
 
-    fs::path mFolder;
+    const CTestFolder mFolder;
 };
 
 /** Which of the two saves what the other loads. */

@@ -1,10 +1,10 @@
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/player/CModule.h"
 #include "Tools/aaxhost/player/InstanceState.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -33,8 +33,7 @@ TEST(Bench, AnInstanceTakesNoMoreThan64KilobytesBesideItsPlugin)
     const SToolRun run = RunTool(
         {AAXHOST, "bench", bundle.Path().string(), "--json", file, "--turns", "3", "--instances", "8"});
     ASSERT_EQ(run.mExit, 0) << run.mErrors;
-    std::ifstream stream(file);
-    const auto results = nlohmann::json::parse(stream, nullptr, false);
+    const auto results = nlohmann::json::parse(Contents(file), nullptr, false);
     ASSERT_TRUE(results.is_object());
     if (results["memoryBytes"].is_null())
         GTEST_SKIP() << "the allocator of this build tells nothing";

@@ -1,6 +1,7 @@
 #pragma once
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>

@@ -1,4 +1,7 @@
 #include "Tests/integration/CheckRun.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/check/CCheckContext.h"
 #include "Tools/aaxhost/check/CheckSummary.h"
 #include "Tools/aaxhost/check/Explanation.h"
@@ -11,7 +14,6 @@
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 
 namespace
 {
@@ -51,12 +53,11 @@ TEST(Check, WhatIsSaidOfAPluginIsNotWhatItsNumbersSay)
 
 TEST(Check, APluginThatCrashesByChanceIsNotTheModulesFault)
 {
-    const std::string lives = (fs::temp_directory_path() / ("lives_" + std::to_string(getpid()))).string();
-    setenv("FAULTY_LIVES", lives.c_str(), 1);
+    const CTestFolder folder;
+    setenv("FAULTY_LIVES", folder.File("lives").c_str(), 1);
     const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / "faulty_CrashMostly.so",
                         {"--only", "rendering.full-scale"});
     unsetenv("FAULTY_LIVES");
-    fs::remove(lives);
     EXPECT_EQ(run.Told("rendering.full-scale", "result"), "failed"); // in both runs through the module
     EXPECT_EQ(run.Told("rendering.full-scale", "fault"), "plug-in"); // in its next run alone
 }
@@ -262,13 +263,13 @@ TEST(Check, CommandLineIsTakenAtItsWord)
 TEST(Check, GoesThroughTheRatesAndBlocksThatItIsAskedFor)
 {
     const fs::path plugins = FAULTY_PLUGINS; // one that fails above 100 kHz, and one in odd blocks
-    const fs::path page = fs::path(testing::TempDir()) / "sizes.html";
+    const CTestFolder folder;
+    const std::string page = folder.File("sizes.html");
     const SCheckRun rates(kPlainModule, plugins / "faulty_Rates.so",
                           {"--only", "rendering.rates", "--rates", "48000,96000", "--report", page});
     EXPECT_EQ(rates.With("passed"), CheckNames{"rendering.rates"}) << rates.mRun.mOutput;
     EXPECT_EQ(rates.mResults["rates"], nlohmann::json({48000.0, 96000.0}));
     EXPECT_NE(Contents(page).find("--rates 48000,96000"), std::string::npos) << "the run cannot be repeated";
-    fs::remove(page);
     const SCheckRun blocks(kPlainModule, plugins / "faulty_Pairs.so",
                            {"--only", "rendering.bounds", "--blocks", "64,512"});
     EXPECT_EQ(blocks.With("passed"), CheckNames{"rendering.bounds"}) << blocks.mRun.mOutput;

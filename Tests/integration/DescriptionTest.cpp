@@ -1,16 +1,16 @@
 #include "Tests/integration/ModuleBundle.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/player/CInstance.h"
 #include "Tools/aaxhost/player/CModule.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <dlfcn.h>
 #include <fstream>
-#include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -27,16 +27,11 @@ TEST(Description, ModuleExportsTheSevenEntryPointsAndNothingElse)
 {
     for (const fs::path& module : {kPlainModule, kOptionsModule})
     {
-        const std::string command = "nm --dynamic --defined-only --format=posix '" + module.string() + "'";
-        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> listing(popen(command.c_str(), "r"), &pclose);
-        ASSERT_NE(listing, nullptr);
+        const SToolRun run = RunShell("nm --dynamic --defined-only --format=posix '" + module.string() + "'");
         std::set<std::string> names;
-        std::array<char, 1024> line{};
-        while (std::fgets(line.data(), line.size(), listing.get()) != nullptr)
-        {
-            const std::string text = line.data();
-            names.insert(text.substr(0, text.find(' ')));
-        }
+        std::istringstream lines(run.mOutput);
+        for (std::string line; std::getline(lines, line);)
+            names.insert(line.substr(0, line.find(' ')));
         EXPECT_EQ(names, (std::set<std::string>{"ACFRegisterPlugin", "ACFRegisterComponent",
                                                 "ACFGetClassFactory", "ACFCanUnloadNow", "ACFStartup",
                                                 "ACFShutdown", "ACFGetSDKVersion"}));
@@ -83,8 +78,7 @@ TEST(Description, APluginThatCannotBeLoadedIsRefusedAndLeavesNothingBehind)
 {
     const auto replaceWith = [](const fs::path& inFile, const std::string& inBytes)
     { std::ofstream(inFile, std::ios::binary) << inBytes; };
-    std::ifstream synth(kSynthPlugin, std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(synth), {}};
+    const std::string whole = Contents(kSynthPlugin);
     std::string otherMachine = whole;
     otherMachine[18] = '\xB7'; // ELF's number for 64-bit ARM
     const std::pair<const char*, std::string> rows[] = {{"missing", ""},

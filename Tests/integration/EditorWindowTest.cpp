@@ -1,5 +1,5 @@
 #include "Tests/integration/OpenedEditor.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
 #include "Tools/aaxhost/window/SPicture.h"
 

@@ -1,5 +1,6 @@
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "Tests/doubles/ScriptedModule.h"
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/host/CHostString.h"
 

@@ -1,4 +1,4 @@
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
 #include "Tests/integration/ModuleBundle.h"
 
-#include <cstdlib>
-#include <stdexcept>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -15,22 +13,12 @@ fs::path InstalledPlugin(const char* inName)
 }
 
 CModuleBundle::CModuleBundle(const fs::path& inModuleFile, const fs::path& inPlugin)
+    : mBundle(mFolder.Path() / (inModuleFile.stem().string() + ".aaxplugin"))
 {
-    std::string name = (fs::temp_directory_path() / "module_XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    mFolder = name;
-    mBundle = mFolder / (inModuleFile.stem().string() + ".aaxplugin");
     const fs::path code = mBundle / "Contents" / AAXADAPTER_EXECUTABLE_FOLDER;
     fs::create_directories(code);
     fs::create_directories(SourceVst().parent_path());
     fs::copy_file(inModuleFile, code / inModuleFile.filename());
     if (!inPlugin.empty())
         fs::copy(inPlugin, SourceVst(), fs::copy_options::recursive);
-}
-
-CModuleBundle::~CModuleBundle()
-{
-    std::error_code ignored; // a temporary folder that stays harms nobody
-    fs::remove_all(mFolder, ignored);
 }

@@ -1,4 +1,6 @@
 #pragma once
+#include "Tests/support/CTestFolder.h"
+
 #include <filesystem>
 
 /** The product that takes every option a product can set, for plug-ins that need them. */
@@ -22,14 +24,11 @@ class CModuleBundle
 public:
     /** @param inPlugin copied to source.vst; empty: the bundle gets none. */
     CModuleBundle(const std::filesystem::path& inModuleFile, const std::filesystem::path& inPlugin);
-    CModuleBundle(const CModuleBundle&) = delete;
-    CModuleBundle& operator=(const CModuleBundle&) = delete;
-    ~CModuleBundle();
 
     const std::filesystem::path& Path() const { return mBundle; }
     std::filesystem::path SourceVst() const { return mBundle / "Contents" / "Resources" / "source.vst"; }
 
 private:
-    std::filesystem::path mFolder;
+    CTestFolder mFolder;
     std::filesystem::path mBundle;
 };

@@ -1,5 +1,6 @@
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tools/aaxhost/report/Spectrum.h"
 #include "Tools/aaxhost/report/measure/Parts.h"
 

@@ -1,11 +1,10 @@
 #include "Tests/integration/CHostRoutine.h"
 #include "Tests/integration/ModuleBundle.h"
+#include "Tests/support/FileContents.h"
 #include "Tools/aaxhost/player/CModule.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace
@@ -92,11 +91,7 @@ TEST(RtGuard, AModuleWithoutItHasNothingOfIt)
 {
     EXPECT_EQ(Render(kPlainModule, kFaulty / "faulty_Heap.so", 10), "");
     const auto contains = [](const fs::path& file, std::string_view text)
-    {
-        std::ifstream stream(file, std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-        return bytes.find(text) != std::string::npos;
-    };
+    { return Contents(file).find(text) != std::string::npos; };
     for (const char* part : {"Real-time guard", "mprotect", "GuardedRender"})
     {
         SCOPED_TRACE(part);

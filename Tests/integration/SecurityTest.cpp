@@ -1,11 +1,10 @@
 #include "Tests/integration/ModuleBundle.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,10 +19,8 @@ namespace fs = std::filesystem;
 class CElfFile
 {
 public:
-    explicit CElfFile(const fs::path& inFile)
+    explicit CElfFile(const fs::path& inFile) : mBytes(Contents(inFile))
     {
-        std::ifstream file(inFile, std::ios::binary);
-        mBytes.assign(std::istreambuf_iterator<char>(file), {});
         const auto header = Record<Elf64_Ehdr>(0);
         for (std::size_t i = 0; i < header.e_phnum; ++i)
             mSegments.push_back(Record<Elf64_Phdr>(header.e_phoff + i * sizeof(Elf64_Phdr)));
@@ -70,7 +67,7 @@ private:
         }
     }
 
-    std::vector<char> mBytes;
+    std::string mBytes;
     std::vector<Elf64_Phdr> mSegments;
     std::vector<Elf64_Dyn> mDynamic;
     std::set<std::string> mImports;

@@ -1,18 +1,17 @@
 #include "Tests/integration/ModuleBundle.h"
-#include "Tests/integration/ToolRun.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <stdexcept>
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace
 {
@@ -23,15 +22,6 @@ using Json = nlohmann::json;
 class Survey : public testing::Test
 {
 protected:
-    Survey()
-    {
-        std::string name = (fs::temp_directory_path() / "survey_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        mFolder = name;
-    }
-    ~Survey() override { fs::remove_all(mFolder); }
-
     void Put(const fs::path& inPlugin, const std::string& inName) const
     {
         fs::create_directories((Plugins() / inName).parent_path());
@@ -61,7 +51,8 @@ protected:
         return rows;
     }
 
-    fs::path mFolder;
+    const CTestFolder mTestFolder;
+    const fs::path& mFolder = mTestFolder.Path();
 };
 
 fs::path Faulty(const std::string& inFault)

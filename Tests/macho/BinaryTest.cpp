@@ -1,4 +1,5 @@
 #include "Tests/macho/TestBundles.h"
+#include "Tests/support/FileContents.h"
 #include "Tools/macho_loader/CByteReader.h"
 #include "Tools/macho_loader/CMachOFile.h"
 #include "Tools/macho_loader/MachOFormat.h"
@@ -8,8 +9,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <span>
 #include <string>
@@ -35,12 +34,6 @@ const NameSet kAllLibraries = {
 const NameSet kEntryPoints = {"_ACFRegisterPlugin", "_ACFRegisterComponent", "_ACFGetClassFactory",
                               "_ACFCanUnloadNow",   "_ACFStartup",           "_ACFShutdown",
                               "_ACFGetSDKVersion"};
-
-std::string TextOf(const fs::path& inFile)
-{
-    std::ifstream file(inFile, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /** @return a number of a signature, which has the highest byte first. */
 std::uint32_t SignatureNumber(std::span<const std::uint8_t> inBytes, std::size_t inOffset)
@@ -140,7 +133,7 @@ TEST(MachOBinary, TestBundlesAndExamplesShowTheirListedFunctionsOnly)
         const std::string bundle = TestBundle(row.mBundle);
         const bool isProduct = std::string_view(row.mBundle).starts_with("../examples/");
         CheckBundle(bundle, isProduct ? kProcessors : kTestProcessors, row.mExports, row.mLibraries);
-        EXPECT_EQ(TextOf(bundle + "/Contents/PkgInfo"), "BNDL????");
+        EXPECT_EQ(Contents(bundle + "/Contents/PkgInfo"), "BNDL????");
     }
 }
 
@@ -182,9 +175,9 @@ TEST(MachOBinary, ModulesShowTheSevenEntryPointsOnly)
     {
         SCOPED_TRACE(entry.path());
         CheckBundle(entry.path(), kProcessors, kEntryPoints, kAllLibraries);
-        EXPECT_EQ(TextOf(entry.path() / "Contents/PkgInfo"), "TDMwPTul");
+        EXPECT_EQ(Contents(entry.path() / "Contents/PkgInfo"), "TDMwPTul");
         EXPECT_TRUE(fs::exists(entry.path() / "Contents/Resources/source.vst/Contents/Info.plist"));
-        const std::string properties = TextOf(entry.path() / "Contents/Info.plist");
+        const std::string properties = Contents(entry.path() / "Contents/Info.plist");
         for (const char* const text :
              {"<string>TDMw</string>", "<string>PTul</string>", "<string>11.0</string>"})
             EXPECT_NE(properties.find(text), std::string::npos) << text;

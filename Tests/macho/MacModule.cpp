@@ -3,9 +3,7 @@
 #include "Tests/macho/TestBundles.h"
 #include "Tools/macho_loader/doubles/CMacSystem.h"
 
-#include <cstdlib>
-#include <stdexcept>
-#include <system_error>
+#include <filesystem>
 #include <type_traits>
 
 namespace fs = std::filesystem;
@@ -44,19 +42,8 @@ COutcome<std::unique_ptr<CModule>> StartMacModule(CMacSystem& ioSystem, const st
 
 CMacModuleCopy::CMacModuleCopy(const std::string& inPlugin)
 {
-    // The module is told this path as its own, so it is the one without links.
-    std::string name = (fs::canonical(fs::temp_directory_path()) / "module_XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    mFolder = name;
     fs::copy(ModuleBundle(AAXADAPTER_MACOS_BUILD, "DelayAdapter"), Path(), fs::copy_options::recursive);
     const fs::path source = fs::path(Path()) / "Contents/Resources/source.vst";
     fs::remove_all(source);
     fs::copy(TestBundle(inPlugin), source, fs::copy_options::recursive);
-}
-
-CMacModuleCopy::~CMacModuleCopy()
-{
-    std::error_code ignored; // a temporary folder that stays harms nobody
-    fs::remove_all(mFolder, ignored);
 }

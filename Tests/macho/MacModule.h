@@ -1,8 +1,8 @@
 #pragma once
+#include "Tests/support/CTestFolder.h"
 #include "Tools/aaxhost/host/CHostLog.h"
 #include "Tools/aaxhost/player/CModule.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -20,12 +20,8 @@ class CMacModuleCopy
 public:
     /** @param inPlugin a bundle that the cross build made for tests, such as "faulty_ReturnNull.vst". */
     explicit CMacModuleCopy(const std::string& inPlugin);
-    CMacModuleCopy(const CMacModuleCopy&) = delete;
-    CMacModuleCopy& operator=(const CMacModuleCopy&) = delete;
-    ~CMacModuleCopy();
-
-    std::string Path() const { return mFolder / "DelayAdapter.aaxplugin"; }
+    std::string Path() const { return mFolder.File("DelayAdapter.aaxplugin"); }
 
 private:
-    std::filesystem::path mFolder;
+    CTestFolder mFolder; // without links: the module is told this path as its own
 };

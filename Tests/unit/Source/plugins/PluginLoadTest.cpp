@@ -4,6 +4,8 @@
 #include "Source/plugins/EffectRegistry.h"
 #include "Source/plugins/PortList.h"
 #include "Tests/doubles/ScriptedModule.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 
@@ -11,13 +13,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <elf.h>
-#include <unistd.h>
 
 namespace
 {
@@ -213,8 +213,7 @@ TEST(PluginLoad, EveryFailureUnloadsUnregistersAndUnlists)
 /** @return how many bytes of a file its loaded image comes from. */
 std::uintmax_t LoadedSize(const fs::path& inFile)
 {
-    std::ifstream file(inFile, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = Contents(inFile);
     Elf64_Ehdr header{};
     std::memcpy(&header, bytes.data(), sizeof(header));
     std::uintmax_t size = 0;
@@ -230,8 +229,8 @@ std::uintmax_t LoadedSize(const fs::path& inFile)
 
 TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
 {
-    const fs::path folder = fs::temp_directory_path() / ("vst2_plugin_load_" + std::to_string(getpid()));
-    fs::remove_all(folder);
+    const CTestFolder files;
+    const fs::path& folder = files.Path();
     const auto bundle = [&](const char* inName, const char* inInside)
     {
         fs::create_directories(folder / inName / inInside);
@@ -273,7 +272,6 @@ TEST(PluginLoad, OnlyARealPluginFileOrBundleLoads)
     EXPECT_EQ(host.LoadPlugin(fs::relative(good).c_str()), nullptr);
     CVst2Plugin orphan;
     EXPECT_FALSE(orphan.Load(good.c_str(), nullptr));
-    fs::remove_all(folder);
 }
 
 struct SPortRow

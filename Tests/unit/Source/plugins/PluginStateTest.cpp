@@ -1,19 +1,17 @@
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Tests/doubles/ScriptedModule.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 namespace
 {
@@ -38,7 +36,6 @@ protected:
         return Load();
     }
     SPluginScript& Script() { return mModule.Script(); }
-    void TearDown() override { std::filesystem::remove(mFile); }
     void WriteFile(const Bytes& inBytes) const
     {
         std::ofstream(mFile, std::ios::binary)
@@ -47,14 +44,14 @@ protected:
     }
     Bytes ReadFile() const
     {
-        std::ifstream file(mFile, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
+        const std::string bytes = Contents(mFile);
+        return {bytes.begin(), bytes.end()};
     }
 
     ScriptedModule mModule;
     CVst2Host mHost;
-    const std::string mFile =
-        (std::filesystem::temp_directory_path() / ("vst2_plugin_state_" + std::to_string(getpid()))).string();
+    const CTestFolder mFolder;
+    const std::string mFile = mFolder.File("state");
 };
 
 TEST_F(PluginState, BankAndProgramChunksAreKeptApart)
@@ -157,7 +154,7 @@ TEST_F(PluginState, FileWithoutAStateChangesNothing)
         plugin.FileToState(mFile.c_str());
     }
     plugin.FileToState("/nonexistent/state.bin");
-    plugin.FileToState(std::filesystem::temp_directory_path().c_str()); // opens, but is no file
+    plugin.FileToState(mFolder.Path().c_str()); // opens, but is no file
     EXPECT_TRUE(Script().TakeLog().empty());
     plugin.StateToFile("/nonexistent/state.bin");
 }

@@ -1,19 +1,17 @@
 #include "Source/plugins/CVst2Host.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Tests/doubles/ScriptedModule.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <unistd.h>
 
 namespace
 {
@@ -72,16 +70,10 @@ protected:
         return Load();
     }
     SPluginScript& Script() { return mModule.Script(); }
-    void TearDown() override { std::filesystem::remove(mFile); }
     void Write(std::string_view inBytes) const
     {
         std::ofstream(mFile, std::ios::binary)
             .write(inBytes.data(), static_cast<std::streamsize>(inBytes.size()));
-    }
-    std::string Read() const
-    {
-        std::ifstream file(mFile, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
     }
     /** The calls that change something in the plug-in. */
     Lines TakeChanges()
@@ -105,8 +97,8 @@ protected:
 
     ScriptedModule mModule;
     CVst2Host mHost;
-    const std::string mFile =
-        (std::filesystem::temp_directory_path() / ("preset_file_" + std::to_string(getpid()))).string();
+    const CTestFolder mFolder;
+    const std::string mFile = mFolder.File("preset");
 };
 
 /** Every shorter form of a file, and the file with one byte more. */
@@ -128,7 +120,7 @@ TEST_F(PresetFile, PresetOfValuesIsWrittenToTheByte)
 {
     CVst2Plugin& plugin = LoadWithValues();
     ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
-    EXPECT_EQ(Read(), TwoValues("Warm", kHalfAndQuarter));
+    EXPECT_EQ(Contents(mFile), TwoValues("Warm", kHalfAndQuarter));
     EXPECT_EQ(plugin.GetPresetSize(), 64);
 }
 
@@ -136,8 +128,8 @@ TEST_F(PresetFile, PresetOfAChunkIsWrittenToTheByte)
 {
     CVst2Plugin& plugin = LoadWithChunks();
     ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
-    EXPECT_EQ(Read(), "CcnK\0\0\0\x2E"s + "FPCh\0\0\0\1"s + kIdentity + "\0\0\0\2"s + Padded("Warm", 28) +
-                          "\0\0\0\2\4\5"s);
+    EXPECT_EQ(Contents(mFile), "CcnK\0\0\0\x2E"s + "FPCh\0\0\0\1"s + kIdentity + "\0\0\0\2"s +
+                                   Padded("Warm", 28) + "\0\0\0\2\4\5"s);
 }
 
 TEST_F(PresetFile, BankOfValuesHoldsEachProgramAndThePluginIsBackOnItsOwn)
@@ -145,9 +137,9 @@ TEST_F(PresetFile, BankOfValuesHoldsEachProgramAndThePluginIsBackOnItsOwn)
     CVst2Plugin& plugin = LoadWithValues();
     ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
     EXPECT_EQ(TakeChanges(), (Lines{"effSetProgram 0", "effSetProgram 1", "effSetProgram 0"}));
-    EXPECT_EQ(Read(), "CcnK\0\0\1\x0C"s + "FxBk\0\0\0\2"s + kIdentity + "\0\0\0\2\0\0\0\0"s +
-                          std::string(124, '\0') + TwoValues("Warm", kHalfAndQuarter) +
-                          TwoValues("A name of more than 27 char", kOneAndNothing));
+    EXPECT_EQ(Contents(mFile), "CcnK\0\0\1\x0C"s + "FxBk\0\0\0\2"s + kIdentity + "\0\0\0\2\0\0\0\0"s +
+                                   std::string(124, '\0') + TwoValues("Warm", kHalfAndQuarter) +
+                                   TwoValues("A name of more than 27 char", kOneAndNothing));
 }
 
 TEST_F(PresetFile, BankOfAChunkIsWrittenToTheByte)
@@ -155,8 +147,8 @@ TEST_F(PresetFile, BankOfAChunkIsWrittenToTheByte)
     CVst2Plugin& plugin = LoadWithChunks();
     plugin.SetProgram(2);
     ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
-    EXPECT_EQ(Read(), "CcnK\0\0\0\x93"s + "FBCh\0\0\0\2"s + kIdentity + "\0\0\0\3\0\0\0\2"s +
-                          std::string(124, '\0') + "\0\0\0\3\1\2\3"s);
+    EXPECT_EQ(Contents(mFile), "CcnK\0\0\0\x93"s + "FBCh\0\0\0\2"s + kIdentity + "\0\0\0\3\0\0\0\2"s +
+                                   std::string(124, '\0') + "\0\0\0\3\1\2\3"s);
 }
 
 TEST_F(PresetFile, PresetOfValuesIsReadInBothByteSizesAndElseRefused)
@@ -199,9 +191,9 @@ TEST_F(PresetFile, FilesOfChunksAreReadBackAndElseRefused)
 {
     CVst2Plugin& plugin = LoadWithChunks();
     ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
-    const std::string preset = Read();
+    const std::string preset = Contents(mFile);
     ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
-    const std::string bank = Read();
+    const std::string bank = Contents(mFile);
     std::uint8_t other = 9;
     plugin.SetState(&other, 1);
     plugin.SetChunk(&other, 1);
@@ -230,7 +222,7 @@ TEST_F(PresetFile, BankOfValuesIsAppliedWholeOrNotAtAll)
 {
     CVst2Plugin& plugin = LoadWithValues();
     ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
-    const std::string bank = Read();
+    const std::string bank = Contents(mFile);
     (void)Script().TakeLog(); // of writing
     ExpectRefused(plugin, &CVst2Plugin::ReadBank, WrongLengths(bank));
     ExpectRefused(plugin, &CVst2Plugin::ReadBank,
@@ -248,7 +240,7 @@ TEST_F(PresetFile, OldBankIsReadAndTheCurrentProgramStays)
 {
     CVst2Plugin& plugin = LoadWithValues();
     ASSERT_TRUE(plugin.WriteBank(mFile.c_str()));
-    const std::string bank = Read();
+    const std::string bank = Contents(mFile);
     struct SRow
     {
         const char* mWhat;
@@ -268,7 +260,7 @@ TEST_F(PresetFile, OldBankIsReadAndTheCurrentProgramStays)
     }
     CVst2Plugin& chunked = LoadWithChunks();
     ASSERT_TRUE(chunked.WriteBank(mFile.c_str()));
-    Write(Changed(Read(), 15, 1));
+    Write(Changed(Contents(mFile), 15, 1));
     EXPECT_TRUE(chunked.ReadBank(mFile.c_str()));
 }
 
@@ -320,7 +312,7 @@ TEST_F(PresetFile, ParametersThatComeWhileTheyAreAskedForAreLeftOut)
         return 0.5F;
     };
     ASSERT_TRUE(plugin.SavePreset(mFile.c_str()));
-    EXPECT_EQ(Read(), TwoValues("Warm", "\x3F\0\0\0\x3F\0\0\0"s));
+    EXPECT_EQ(Contents(mFile), TwoValues("Warm", "\x3F\0\0\0\x3F\0\0\0"s));
     growing->numParams = 600'000'000; // more bytes than a size field holds
     EXPECT_FALSE(plugin.SavePreset(mFile.c_str()));
     EXPECT_FALSE(plugin.WriteBank(mFile.c_str()));

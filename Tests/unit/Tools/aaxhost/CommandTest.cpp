@@ -1,43 +1,25 @@
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 #include "Tests/unit/Tools/aaxhost/FakeModule.h"
 #include "Tools/aaxhost/player/AudioFile.h"
 #include "Tools/aaxhost/player/MidiFile.h"
 #include "Tools/aaxhost/player/MidiFileWriter.h"
 
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <limits>
 #include <numeric>
-#include <sys/wait.h>
 
 namespace
 {
-struct SRun
-{
-    int mExit = -1;
-    std::string mOut;
-    std::string mError;
-};
-
-std::string Contents(const std::string& inPath)
-{
-    std::ifstream file(inPath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class CommandTest : public testing::Test
 {
 protected:
-    SRun Run(const std::string& inArguments) { return Run(inArguments, mFolder.File("out")); }
-    SRun Run(const std::string& inArguments, const std::string& inOutput)
+    static SToolRun Run(const std::string& inArguments)
     {
-        const std::string command =
-            std::string(AAXHOST_FILE) + " " + inArguments + " >" + inOutput + " 2>" + mFolder.File("error");
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(mFolder.File("out")),
-                Contents(mFolder.File("error"))};
+        return RunShell(std::string(AAXHOST_FILE) + " " + inArguments);
     }
     std::string RenderTo(const std::string& inName) const
     {
@@ -59,7 +41,7 @@ protected:
         ASSERT_TRUE(writer && writer->Write(channels, frames) && writer->Close());
     }
 
-    CTestFolder mFolder;
+    const CTestFolder mFolder;
 };
 
 bool IsOneSentence(const std::string& inText)
@@ -80,9 +62,9 @@ TEST_F(CommandTest, WrongUsageExitsWith2BeforeAnythingIsWritten)
                                   "--jump 1:x",       "--timer -1",      "--tempo 90 --tempo-map x"})
     {
         SCOPED_TRACE(arguments);
-        const SRun run = Run(RenderTo("a.wav") + arguments);
+        const SToolRun run = Run(RenderTo("a.wav") + arguments);
         EXPECT_EQ(run.mExit, 2);
-        EXPECT_FALSE(run.mError.empty());
+        EXPECT_FALSE(run.mErrors.empty());
         EXPECT_FALSE(std::filesystem::exists(mFolder.File("a.wav")));
     }
     EXPECT_EQ(Run("").mExit, 2);
@@ -102,9 +84,9 @@ TEST_F(CommandTest, AMistypedWordIsAnsweredWithTheNearestName)
           {render + " --xyz", "There is no option '--xyz'; 'aaxhost render --help' lists what there is.\n"}})
     {
         SCOPED_TRACE(arguments);
-        const SRun run = Run(arguments);
+        const SToolRun run = Run(arguments);
         EXPECT_EQ(run.mExit, 2);
-        EXPECT_EQ(run.mError, sentence);
+        EXPECT_EQ(run.mErrors, sentence);
     }
 }
 
@@ -113,10 +95,11 @@ TEST_F(CommandTest, OutputThatDoesNotArriveIsAFailure)
     for (const char* output : {"/dev/full", "&-"})
         for (const std::string& arguments : {std::string("state save --version"), RenderTo("a.wav")})
         {
-            SCOPED_TRACE(arguments + " >" + output);
-            const SRun run = Run(arguments, output);
+            const std::string redirected = arguments + " >" + output;
+            SCOPED_TRACE(redirected);
+            const SToolRun run = Run(redirected);
             EXPECT_EQ(run.mExit, 1);
-            EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+            EXPECT_TRUE(IsOneSentence(run.mErrors)) << run.mErrors;
         }
     EXPECT_TRUE(ReadAudioFile(mFolder.File("a.wav"))) << "what was printed went into the file";
 }
@@ -133,9 +116,9 @@ TEST_F(CommandTest, UnreadableFilesExitWith1AndOneSentence)
           "describe " + missing, "describe " + mFolder.File("."), "describe " + mFolder.File("wrong.csv")})
     {
         SCOPED_TRACE(arguments);
-        const SRun run = Run(arguments);
+        const SToolRun run = Run(arguments);
         EXPECT_EQ(run.mExit, 1);
-        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
+        EXPECT_TRUE(IsOneSentence(run.mErrors)) << run.mErrors;
         EXPECT_FALSE(std::filesystem::exists(mFolder.File("a.wav")));
     }
 }
@@ -158,10 +141,10 @@ TEST_F(CommandTest, AMisbehavingModuleGetsASentenceInsteadOfACrash)
     {
         SCOPED_TRACE(row.mFault);
         const CFakeFault fault(row.mFault);
-        const SRun run = Run(RenderTo("a.wav") + "--seconds 0.1");
+        const SToolRun run = Run(RenderTo("a.wav") + "--seconds 0.1");
         EXPECT_EQ(run.mExit, 1);
-        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
-        EXPECT_NE(run.mError.find(row.mPart), std::string::npos) << run.mError;
+        EXPECT_TRUE(IsOneSentence(run.mErrors)) << run.mErrors;
+        EXPECT_NE(run.mErrors.find(row.mPart), std::string::npos) << run.mErrors;
     }
     const CFakeFault fault("hugefield");
     EXPECT_EQ(Run(RenderTo("a.wav") + "--seconds 0.1").mExit, 0) << "one refused field ends nothing";
@@ -171,13 +154,14 @@ TEST_F(CommandTest, RenderSaysWhatIsLeftOutOfItsInputAndWhatIsNoNumber)
 {
     const float infinite = std::numeric_limits<float>::infinity();
     WriteSound("bad.wav", 1, {0.0F, 0.5F, -infinite, std::nanf(""), infinite, 0.25F});
-    const SRun bad = Run(RenderTo("a.wav") + "--block 2 --input " + mFolder.File("bad.wav"));
+    const SToolRun bad = Run(RenderTo("a.wav") + "--block 2 --input " + mFolder.File("bad.wav"));
     EXPECT_EQ(bad.mExit, 1);
-    EXPECT_NE(bad.mOut.find("peak 5.0000"), std::string::npos) << bad.mOut; // of the position in channel 3
-    EXPECT_NE(bad.mError.find("1 samples that are no numbers and 2 that are infinite, the first at 0.000063 "
-                              "seconds in channel 2"),
+    EXPECT_NE(bad.mOutput.find("peak 5.0000"), std::string::npos)
+        << bad.mOutput; // of the position in channel 3
+    EXPECT_NE(bad.mErrors.find("1 samples that are no numbers and 2 that are infinite, the first at 0.000063 "
+                               "seconds in channel 2"),
               std::string::npos)
-        << bad.mError;
+        << bad.mErrors;
     const auto audio = ReadAudioFile(mFolder.File("a.wav"));
     ASSERT_TRUE(audio && audio->mChannels.size() == 3);
     EXPECT_EQ(audio->mChannels[1][4], infinite);
@@ -187,10 +171,10 @@ TEST_F(CommandTest, RenderSaysWhatIsLeftOutOfItsInputAndWhatIsNoNumber)
     for (const auto& [name, part] :
          {std::pair{"wide.wav", "has 2 channels and the module takes 1"}, {"empty.wav", "holds no sound"}})
     {
-        const SRun run = Run(RenderTo("b.wav") + "--seconds 0.1 --input " + mFolder.File(name));
+        const SToolRun run = Run(RenderTo("b.wav") + "--seconds 0.1 --input " + mFolder.File(name));
         EXPECT_EQ(run.mExit, 0);
-        EXPECT_TRUE(IsOneSentence(run.mError)) << run.mError;
-        EXPECT_NE(run.mError.find(part), std::string::npos) << run.mError;
+        EXPECT_TRUE(IsOneSentence(run.mErrors)) << run.mErrors;
+        EXPECT_NE(run.mErrors.find(part), std::string::npos) << run.mErrors;
     }
 }
 
@@ -203,8 +187,8 @@ TEST_F(CommandTest, WhatTheModulePlaysIsWrittenAtItsTimesWithTheTempoThatWasHear
     WriteText("tempo.csv", "time,tempo\n0,130.7\n1,60");
     const std::string render = RenderTo("a.wav") + "--seconds 2 --block 4000 --midi " +
                                mFolder.File("in.mid") + " --midi-output " + mFolder.File("out.mid") + " ";
-    const SRun run = Run(render + "--jump 1.1:0.95 --tempo-map " + mFolder.File("tempo.csv"));
-    ASSERT_EQ(run.mExit, 0) << run.mError;
+    const SToolRun run = Run(render + "--jump 1.1:0.95 --tempo-map " + mFolder.File("tempo.csv"));
+    ASSERT_EQ(run.mExit, 0) << run.mErrors;
     EXPECT_NE(Contents(mFolder.File("out.mid")).find("\xF0\x0B\1\2\3\4\5\6\7\x08\x09\x0A\xF7"),
               std::string::npos);
     const auto song = ReadMidiFile(mFolder.File("out.mid"));
@@ -227,16 +211,16 @@ TEST_F(CommandTest, WhatTheModulePlaysIsWrittenAtItsTimesWithTheTempoThatWasHear
     {
         const CFakeFault misplayed(fault);
         std::filesystem::remove(mFolder.File("out.mid"));
-        const SRun bad = Run(render);
+        const SToolRun bad = Run(render);
         EXPECT_EQ(bad.mExit, 1);
-        EXPECT_TRUE(IsOneSentence(bad.mError)) << bad.mError;
-        EXPECT_NE(bad.mError.find(part), std::string::npos) << bad.mError;
+        EXPECT_TRUE(IsOneSentence(bad.mErrors)) << bad.mErrors;
+        EXPECT_NE(bad.mErrors.find(part), std::string::npos) << bad.mErrors;
         EXPECT_TRUE(ReadMidiFile(mFolder.File("out.mid")));
     }
     const CFakeFault without("nooutput");
-    const SRun none = Run(render);
+    const SToolRun none = Run(render);
     EXPECT_EQ(none.mExit, 1);
-    EXPECT_NE(none.mError.find("describes no MIDI output"), std::string::npos) << none.mError;
+    EXPECT_NE(none.mErrors.find("describes no MIDI output"), std::string::npos) << none.mErrors;
 }
 
 TEST_F(CommandTest, ACompensatedFileBeginsLaterByTheLatencyThatWasToldLast)
@@ -253,10 +237,10 @@ TEST_F(CommandTest, ACompensatedFileBeginsLaterByTheLatencyThatWasToldLast)
                                                  {"--compensate --tail ", 3U, changed}})
     {
         SCOPED_TRACE(arguments);
-        const SRun run =
+        const SToolRun run =
             Run(RenderTo("a.wav") + arguments + "--stopped --block 32 --input " + mFolder.File("in.wav"));
-        ASSERT_EQ(run.mExit, 0) << run.mError;
-        EXPECT_EQ(run.mOut.substr(0, run.mOut.find("Wrote")), told);
+        ASSERT_EQ(run.mExit, 0) << run.mErrors;
+        EXPECT_EQ(run.mOutput.substr(0, run.mOutput.find("Wrote")), told);
         const auto audio = ReadAudioFile(mFolder.File("a.wav"));
         ASSERT_TRUE(audio) << audio.Problem().mSentence;
         std::vector<float> expected(sound.begin() + shift, sound.end());
@@ -275,11 +259,11 @@ TEST_F(CommandTest, RenderWritesMainAndAuxiliaryChannels)
     {
         SCOPED_TRACE(answers);
         // The module comes last: options that may be repeated must not swallow it.
-        const SRun run =
+        const SToolRun run =
             Run("render --output " + mFolder.File("a.wav") + " --block 2 --input " + mFolder.File("in.wav") +
                 " --set Level=0.25 --set 'the \"LEVEL\"=0.5' " + answers + FakeModuleFile());
-        ASSERT_EQ(run.mExit, 0) << run.mError;
-        EXPECT_EQ(run.mError, "") << "no progress bar in a pipe";
+        ASSERT_EQ(run.mExit, 0) << run.mErrors;
+        EXPECT_EQ(run.mErrors, "") << "no progress bar in a pipe";
         const auto audio = ReadAudioFile(mFolder.File("a.wav"));
         ASSERT_TRUE(audio) << audio.Problem().mSentence;
         EXPECT_EQ(audio->mRate, 32000);

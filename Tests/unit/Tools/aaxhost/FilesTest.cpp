@@ -1,4 +1,4 @@
-#include "Tests/unit/Tools/aaxhost/FakeModule.h"
+#include "Tests/support/CTestFolder.h"
 #include "Tools/aaxhost/player/AudioFile.h"
 #include "Tools/aaxhost/player/AutomationCurve.h"
 #include "Tools/aaxhost/player/MidiFile.h"

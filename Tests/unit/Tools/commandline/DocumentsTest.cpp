@@ -1,11 +1,12 @@
-#include "Tests/unit/ShellRun.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
+#include "Tests/support/ToolRun.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -19,9 +20,9 @@ namespace fs = std::filesystem;
 const std::string kPrograms[] = {"aaxhost", "vst2probe"};
 
 /** Errors as well. */
-SShellRun RunWithErrors(const std::string& inCommand) { return RunShell("exec 2>&1; " + inCommand); }
+SToolRun RunWithErrors(const std::string& inCommand) { return RunShell("exec 2>&1; " + inCommand); }
 
-bool IsInstalled(const std::string& inTool) { return RunWithErrors("command -v " + inTool).mCode == 0; }
+bool IsInstalled(const std::string& inTool) { return RunWithErrors("command -v " + inTool).mExit == 0; }
 
 /** The words that begin the lines below a heading of the help: "Subcommands:". */
 std::set<std::string> WordsBelow(const std::string& inHelp, const std::string& inHeading)
@@ -40,10 +41,8 @@ std::set<std::string> WordsBelow(const std::string& inHelp, const std::string& i
 /** Without what the page's language adds to the text. */
 std::string PlainPage(const fs::path& inFile)
 {
-    std::ifstream file(inFile);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return std::regex_replace(std::regex_replace(text, std::regex(R"(\\f[BIR])"), ""), std::regex(R"(\\-)"),
-                              "-");
+    return std::regex_replace(std::regex_replace(Contents(inFile), std::regex(R"(\\f[BIR])"), ""),
+                              std::regex(R"(\\-)"), "-");
 }
 
 fs::path PageOf(const std::string& inProgram, const std::string& inName)
@@ -107,7 +106,7 @@ TEST(Documents, ToolsThatReadPagesHaveNothingToSay)
             for (const auto& page : fs::directory_iterator(PageOf(program, program).parent_path()))
             {
                 // A page has no date, so that it is the same whenever it is made.
-                const SShellRun run = RunWithErrors(
+                const SToolRun run = RunWithErrors(
                     std::string("for page in ") + page.path().string() + "; do " + command + " $page " +
                     (tool == "mandoc" ? "| grep -v 'missing date'" : ">/dev/null") + "; done");
                 EXPECT_EQ(run.mOutput, "") << command;
@@ -119,9 +118,9 @@ TEST(Documents, ToolsThatReadPagesHaveNothingToSay)
 
 TEST(Completion, BashProposesWhatMayFollow)
 {
-    const fs::path folder = fs::path(testing::TempDir()) / "completion";
-    fs::create_directories(folder / "A.aaxplugin");
-    std::ofstream(folder / "left.txt") << "\n";
+    const CTestFolder folder;
+    fs::create_directories(folder.Path() / "A.aaxplugin");
+    std::ofstream(folder.Path() / "left.txt") << "\n";
     struct SRow
     {
         const char* mLine;
@@ -159,12 +158,12 @@ TEST(Completion, BashProposesWhatMayFollow)
         const std::string line = row.mLine;
         const std::string pieces = *row.mPieces != '\0' ? row.mPieces : line;
         const std::string program = line.substr(0, line.find(' '));
-        const SShellRun run = RunWithErrors(
-            "cd '" + folder.string() + "' && bash --norc -c '. " DOCUMENTS "/" + program +
+        const SToolRun run = RunWithErrors(
+            "cd '" + folder.Path().string() + "' && bash --norc -c '. " DOCUMENTS "/" + program +
             "/bash-completion/completions/" + program + "; COMP_LINE=\"" + line + "\"; COMP_WORDS=(" +
             pieces + (line.ends_with(' ') ? " \"\"" : "") + "); COMP_CWORD=$((${#COMP_WORDS[*]} - 1)); _" +
             program + "; printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort'");
-        EXPECT_EQ(run.mCode, 0);
+        EXPECT_EQ(run.mExit, 0);
         std::string proposed;
         std::istringstream words(run.mOutput);
         for (std::string word; words >> word;)

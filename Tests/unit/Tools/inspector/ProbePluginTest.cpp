@@ -1,9 +1,10 @@
 #include "Tools/inspector/ProbePlugin.h"
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <iterator>
 #include <utility>
 
 namespace
@@ -57,8 +58,7 @@ TEST(ProbePlugin, AHangEndsWithItsTimeAndNamesTheStep)
 
 TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
 {
-    std::ifstream plugin(std::string(FAULTY_PLUGINS) + "/faulty_None.so", std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(plugin), {}};
+    const std::string whole = Contents(std::string(FAULTY_PLUGINS) + "/faulty_None.so");
     std::string foreign = whole;
     foreign[18] = '\xB7'; // ELF's number of 64-bit ARM
     std::string program = whole;
@@ -72,7 +72,8 @@ TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
         {program, "no library but a program"},
         {whole.substr(0, 40), "cut short: 40 bytes"},
         {whole.substr(0, 5000), "cut short"}}; // half of it may be debug information, which is not missed
-    const std::filesystem::path folder = testing::TempDir() + "vst2probe_broken \"\xC3\xBC'.vst";
+    const CTestFolder files;
+    const std::filesystem::path folder = files.Path() / "broken \"\xC3\xBC'.vst";
     std::filesystem::create_directories(folder);
     EXPECT_NE(ProbePlugin(VST2PROBE_FILE, folder, 30s).mRefusal.find("there is no executable in it"),
               std::string::npos);
@@ -88,7 +89,6 @@ TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
     const SProbeResult result = ProbePlugin(VST2PROBE_FILE, folder, 30s);
     ASSERT_TRUE(result.mFacts) << result.mRefusal;
     EXPECT_EQ(result.mFacts->mExecutables, 2);
-    std::filesystem::remove_all(folder);
 
     EXPECT_EQ(Probe("MissingLibrary").mRefusal, "it needs the library libfaulty_absent.so, which is missing");
 }

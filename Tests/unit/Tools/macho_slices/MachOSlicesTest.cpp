@@ -1,6 +1,6 @@
 #include "Tools/macho_slices/MachOSlices.h"
+#include "Tests/support/CTestFolder.h"
 #include "Tests/unit/Tools/vst2probe/RunProbe.h"
-#include "Tools/support/CTemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -59,8 +59,8 @@ protected:
         return ReadMachOSlices(mFile);
     }
 
-    const CTemporaryFolder mFolder;
-    const std::string mFile = mFolder.Path() + "/file";
+    const CTestFolder mFolder;
+    const std::string mFile = mFolder.File("file");
 };
 
 TEST_F(MachOSlices, ProcessorsAreNamedAndBrokenFilesAreSaidToBe)
@@ -122,14 +122,14 @@ TEST_F(MachOSlices, AUniversalFileIsReadOnlyWhole)
 
 TEST_F(MachOSlices, APluginForMacOsIsRefusedWithItsProcessors)
 {
-    const fs::path folder = fs::path(mFolder.Path()) / "a.vst/Contents";
+    const fs::path folder = mFolder.Path() / "a.vst/Contents";
     fs::create_directories(folder / "MacOS");
     const std::string plugin = folder.parent_path();
     const auto refused = [&](const std::string& inSaid)
     {
-        const SShellRun run = Vst2probe(plugin, 2);
-        EXPECT_EQ(run.mCode, 1);
-        EXPECT_NE(run.mOutput.find(inSaid), std::string::npos) << run.mOutput;
+        const SToolRun run = Vst2probe(plugin);
+        EXPECT_EQ(run.mExit, 1);
+        EXPECT_NE(run.mErrors.find(inSaid), std::string::npos) << run.mErrors;
     };
     refused("there is no executable in it");
     std::ofstream(folder / "MacOS/a", std::ios::binary) << kUniversal;

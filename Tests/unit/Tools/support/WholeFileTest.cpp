@@ -1,10 +1,11 @@
+#include "Tests/support/CTestFolder.h"
+#include "Tests/support/FileContents.h"
 #include "Tools/support/CWholeFile.h"
 
 #include <array>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <set>
 
 #include <fcntl.h>
@@ -32,12 +33,6 @@ protected:
         fs::create_symlink("folder/not yet", mFolder / "early link");
         EXPECT_EQ(mkfifo((mFolder / "pipe").c_str(), 0600), 0);
     }
-    ~WholeFile() override { fs::remove_all(mFolder); }
-    std::string Contents(const fs::path& inName) const
-    {
-        std::ifstream file(mFolder / inName, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     std::set<std::string> Listing() const
     {
         std::set<std::string> names;
@@ -46,7 +41,8 @@ protected:
         return names;
     }
 
-    const fs::path mFolder = testing::TempDir() + "whole_file_" + std::to_string(getpid());
+    const CTestFolder mTestFolder;
+    const fs::path& mFolder = mTestFolder.Path();
 };
 
 TEST_F(WholeFile, OldOneStaysUntilItIsKeptAndLinksAndPermissionsStay)
@@ -55,18 +51,18 @@ TEST_F(WholeFile, OldOneStaysUntilItIsKeptAndLinksAndPermissionsStay)
     {
         SCOPED_TRACE(name);
         const auto before = Listing();
-        const std::string contents = Contents(name);
+        const std::string contents = Contents(mFolder / name);
         {
             auto dropped = CWholeFile::Open(mFolder / name);
             ASSERT_TRUE(dropped) << dropped.Problem().mSentence;
             ASSERT_TRUE(dropped->Write(Bytes(kNew)));
-            EXPECT_EQ(Contents(name), contents);
+            EXPECT_EQ(Contents(mFolder / name), contents);
         }
-        EXPECT_EQ(Contents(name), contents);
+        EXPECT_EQ(Contents(mFolder / name), contents);
         EXPECT_EQ(Listing(), before);
         const auto written = WriteWholeFile(mFolder / name, Bytes(kNew));
         ASSERT_TRUE(written) << written.Problem().mSentence;
-        EXPECT_EQ(Contents(name), kNew);
+        EXPECT_EQ(Contents(mFolder / name), kNew);
         std::ofstream(mFolder / name) << "old";
     }
     EXPECT_EQ(fs::status(mFolder / "old").permissions(), fs::perms{0640});

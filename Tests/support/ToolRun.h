@@ -1,6 +1,5 @@
 #pragma once
 #include <chrono>
-#include <filesystem>
 #include <poll.h>
 #include <string>
 #include <sys/types.h>
@@ -16,8 +15,8 @@ struct SToolRun
 /** Runs a program in a process of its own, its home a fresh folder, and waits for it. */
 SToolRun RunTool(const std::vector<std::string>& inCommand);
 
-/** Of a file; empty where there is none. */
-std::string Contents(const std::filesystem::path& inFile);
+/** Has a shell run a command line in the same way. */
+SToolRun RunShell(const std::string& inCommand);
 
 /**
  * Starts a program that the test is to end.
