@@ -80,7 +80,7 @@ TEST(Description, APluginThatCannotBeLoadedIsRefusedAndLeavesNothingBehind)
     { std::ofstream(inFile, std::ios::binary) << inBytes; };
     const std::string whole = Contents(kSynthPlugin);
     std::string otherMachine = whole;
-    otherMachine[18] = '\xB7'; // ELF's number for 64-bit ARM
+    otherMachine[18] = whole[18] == '\xB7' ? '\x3E' : '\xB7'; // ELF's numbers for x86-64 and 64-bit ARM
     const std::pair<const char*, std::string> rows[] = {{"missing", ""},
                                                         {"text", "no plug-in"},
                                                         {"cut", whole.substr(0, 5000)},
