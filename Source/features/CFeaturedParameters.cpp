@@ -1,12 +1,12 @@
 #include "Source/features/CFeaturedParameters.h"
 
+#include "Interfaces/VST2/HostQuestions.h"
 #include "Libs/AAXLibrary/source/AAX_ExceptionBarrier.h"
 #include "Libs/AAXLibrary/source/AAX_VController.h"
 #include "Source/AaxAdapter_Parameters_Steps.h"
 #include "Source/DescribedShape.h"
 #include "Source/IAttachedEditor.h"
 #include "Source/SourceVstPath.h"
-#include "Source/features/HostQuestions.h"
 #include "Source/features/ParameterProperties.h"
 #include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/ProductFeatures.h"
@@ -214,7 +214,13 @@ std::optional<VstIntPtr> CFeaturedParameters::AnswerCall(const SHostCall& inCall
     }
     if (!kProductFeatures.mHostAnswers)
         return std::nullopt;
-    return AnswerQuestion(inCall, {SampleRate(), kBlockSizeFrames, IsRendering(), mDirectory.data()});
+    return AnswerQuestion(inCall, {.mSampleRate = SampleRate(),
+                                   .mBlockSize = kBlockSizeFrames,
+                                   .mIsRendering = IsRendering(),
+                                   .mDirectory = mDirectory.data(),
+                                   .mTakesMidi = kProductFeatures.mMidiOutput,
+                                   .mResizesEditor = kProductFeatures.mResize,
+                                   .mGivesIdleTime = kProductFeatures.mIdle});
 }
 
 bool CFeaturedParameters::IsRendering() const noexcept

@@ -256,7 +256,7 @@ struct SClaimed
 constexpr SClaimed kClaimed[] = {
     {"FollowsTempo", "features.time", "the module sounds the same"},
     {"LateLatency", "features.latency", "144 samples (3.00 ms); the host was told 0."},
-    {"AsksForRate", "features.host-answers", "output 1 differs from frame 0 on"},
+    {"AsksAboutHost", "features.host-answers", "output 1 differs from frame 0 on"},
     {"WorksIdle", "features.idle", "output 1 differs from frame 512 on"},
     {"Widens", "features.resize", "becomes 320 by 240 pixels"},
     {"SendsMidi", "features.midi-output", "field 24 is no output node"},
@@ -300,7 +300,7 @@ TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
 TEST(Check, SoundInOneChannelIsComparedWithThePluginAlone)
 {
     // It is silent where its host does not answer, which the module does not.
-    const SCheckRun run(kOptionsModule, std::filesystem::path(FAULTY_PLUGINS) / "faulty_AsksForRate.so",
+    const SCheckRun run(kOptionsModule, std::filesystem::path(FAULTY_PLUGINS) / "faulty_AsksAboutHost.so",
                         {"--only", "rendering.one-channel"}, kAllFeatures);
     EXPECT_EQ(run.Told("rendering.one-channel", "fault"), "module") << run.mRun.mOutput;
     EXPECT_NE(run.ReasonOf("rendering.one-channel").find("of the module has a peak of silence"),

@@ -1,3 +1,4 @@
+#include "Interfaces/VST2/HostQuestions.h"
 #include "Tests/integration/FeatureRig.h"
 #include "Tools/aaxhost/host/CHostMidiNode.h"
 #include "Tools/aaxhost/player/InstanceState.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -19,7 +21,7 @@ struct SEventList
 {
     void Add(std::int32_t inFrame, std::array<std::uint8_t, 3> inBytes)
     {
-        VstMidiEvent& event = mShorts.at(mShortCount++);
+        VstMidiEvent& event = mShorts.emplace_back();
         event.type = kVstMidiType;
         event.deltaFrames = inFrame;
         std::copy(inBytes.begin(), inBytes.end(), event.midiData);
@@ -37,14 +39,8 @@ struct SEventList
     std::int32_t mCount = 0;
     VstIntPtr mReserved = 0;
     std::array<void*, 100000> mEvents{};
-    std::vector<VstMidiEvent> mShorts = std::vector<VstMidiEvent>(100000);
-    std::size_t mShortCount = 0;
-    std::vector<VstMidiSysexEvent> mDumps = []
-    {
-        std::vector<VstMidiSysexEvent> dumps;
-        dumps.reserve(8);
-        return dumps;
-    }();
+    std::deque<VstMidiEvent> mShorts; // whose events stay where they are
+    std::deque<VstMidiSysexEvent> mDumps;
 };
 
 std::string Text(const AAX_CMidiPacket& inPacket)
@@ -125,28 +121,29 @@ std::string SeeLatency(SRig& ioRig)
 std::string SeeAnswers(SRig& ioRig)
 {
     std::string seen;
-    const auto ask = [&seen](ScriptedEffect& effect)
+    const auto ask = [&seen](ScriptedEffect& effect, bool isRendering)
     {
-        for (const std::int32_t opcode :
-             {audioMasterGetSampleRate, audioMasterGetBlockSize, audioMasterGetCurrentProcessLevel,
-              audioMasterGetAutomationState, audioMasterGetLanguage})
-            seen += fmt::format("{} ", effect.CallHost(opcode));
-        for (const char* text : {"sendVstMidiEvent", "offline", "no such text"})
+        auto* const folder = reinterpret_cast<char*>(effect.CallHost(audioMasterGetDirectory));
+        const SHostFacts facts{48000.0F, 1024, isRendering, folder};
+        std::size_t answered = 0;
+        for (const std::int32_t opcode : kHostQuestions)
         {
-            std::string question = text;
-            seen += fmt::format("{} ", effect.CallHost(audioMasterCanDo, 0, question.data()));
+            char word[64] = "offline";
+            const VstIntPtr answer = effect.CallHost(opcode, 0, word);
+            const auto expected = AnswerQuestion({EHostCaller::kLoaded, opcode, 0, 0, word, 0.0F}, facts);
+            answered += answer != 0 && answer == expected ? 1 : 0;
         }
-        const auto* const folder = reinterpret_cast<const char*>(effect.CallHost(audioMasterGetDirectory));
-        seen +=
-            folder != nullptr ? std::filesystem::path(folder).parent_path().filename().string() : "nowhere";
-        seen += "; ";
+        seen += answered == std::size(kHostQuestions) ? "all" : answered == 0 ? "none" : "some";
+        seen += folder != nullptr
+                    ? " in " + std::filesystem::path(folder).parent_path().filename().string() + "; "
+                    : "; ";
     };
-    ioRig.InProcess(ask);
+    ioRig.InProcess([&](ScriptedEffect& effect) { ask(effect, true); });
     ioRig.Script().mHooks[effClose] = [&](ScriptedEffect& effect, const SDispatch&)
     { seen += effect.CallHost(audioMasterGetDirectory) != 0 ? "still there; " : "gone; "; };
     ioRig.Open();
     ioRig.Render();
-    ask(ioRig.Effect());
+    ask(ioRig.Effect(), false);
     ioRig.mInstance.reset();
     for (const std::string& line : ioRig.Script().TakeLog())
         if (line.starts_with("effMains") || line.starts_with("effSt"))
@@ -304,10 +301,10 @@ const SFeatureRow kPluginSideRows[] = {
      "2 2.54726 0 90.5 4/4 0-0 0; 0 2.56222 0 90.5 4/4 0-0 0; "},
     {"LATENCY", &SeeLatency, "4096 4096 0 0 64 told 3 times, 96", "0 0 0 0 0 told 0 times, 0"},
     {"HOST_ANSWERS", &SeeAnswers,
-     "gone; 48000 1024 2 1 1 1 -1 0 Resources; 48000 1024 1 1 1 1 -1 0 Resources; still there; "
+     "gone; all in Resources; all in Resources; still there; "
      "effMainsChanged 0, effMainsChanged 1, effMainsChanged 1, effStartProcess, effStopProcess, "
      "effMainsChanged 0, ",
-     "gone; 0 0 0 0 0 0 0 0 nowhere; 0 0 0 0 0 0 0 0 nowhere; gone; "
+     "gone; none; none; gone; "
      "effMainsChanged 0, effMainsChanged 1, effMainsChanged 1, effMainsChanged 0, "},
     {"IDLE", &SeeIdle, "3 calls, then 4", "0 calls, then 0"},
     {"RESIZE", &SeeResize,
@@ -327,4 +324,15 @@ const SFeatureRow kPluginSideRows[] = {
 };
 
 TEST(Features, OfThePluginsSideWorkAloneAndAmongAll) { ExpectRows(kPluginSideRows); }
+
+TEST(Features, TheOtherFeaturesAreWhatAHostSaysThatItCanDo)
+{
+    for (const auto& [product, answer] : {std::pair("HOST_ANSWERS", -1), {"ALL", 1}})
+    {
+        SRig rig(ModuleWith(product));
+        rig.Open();
+        for (std::string word : {"receiveVstMidiEvent", "sizeWindow", "supplyIdle"})
+            EXPECT_EQ(rig.Effect().CallHost(audioMasterCanDo, 0, word.data()), answer) << product << word;
+    }
+}
 } // namespace

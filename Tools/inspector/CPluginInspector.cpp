@@ -1,5 +1,6 @@
 #include "Tools/inspector/CPluginInspector.h"
 
+#include "Interfaces/VST2/HostQuestions.h"
 #include "Platform/PluginImage.h"
 #include "Source/plugins/PortList.h"
 #include "Tools/macho_slices/MacBundle.h"
@@ -86,7 +87,7 @@ void CPluginInspector::ReadIdentity()
     mFacts.mOutputs = std::clamp(effect.numOutputs, 0, CDrivenPlugin::kMaxChannels);
     mFacts.mSendsMidi = mPlugin.CanDo("sendVstMidiEvent") || mPlugin.CanDo("sendVstEvents");
     mFacts.mBypasses = mPlugin.CanDo("bypass");
-    mFacts.mMidiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard({audioMasterWantMidi});
+    mFacts.mMidiBeforeOpen = mPlugin.CanDo("receiveVstMidiEvent") || Heard(audioMasterWantMidi);
 }
 
 void CPluginInspector::ReadPorts()
@@ -111,13 +112,13 @@ void CPluginInspector::ReadPorts()
     };
     mFacts.mPortListCut = !read(EPortDirection::kInput, mFacts.mInputs, mFacts.mInputPorts) ||
                           !read(EPortDirection::kOutput, mFacts.mOutputs, mFacts.mOutputPorts);
-    mFacts.mMidiBeforeOpen = mFacts.mMidiBeforeOpen || Heard({audioMasterWantMidi});
+    mFacts.mMidiBeforeOpen = mFacts.mMidiBeforeOpen || Heard(audioMasterWantMidi);
 }
 
 void CPluginInspector::Start()
 {
     mPlugin.Start(kSampleRate);
-    mFacts.mMidiAfterOpen = mFacts.mMidiBeforeOpen || Heard({audioMasterWantMidi});
+    mFacts.mMidiAfterOpen = mFacts.mMidiBeforeOpen || Heard(audioMasterWantMidi);
     mFacts.mLatencyAtStart = mPlugin.Effect().initialDelay;
 }
 
@@ -154,18 +155,14 @@ void CPluginInspector::RenderBlocks()
     }
     mFacts.mLatencyAfterBlocks = effect.initialDelay;
     mFacts.mAsksTime = mPlugin.HasAskedForTime();
-    mFacts.mAsksIdle = Heard({audioMasterNeedIdle});
+    mFacts.mAsksIdle = Heard(audioMasterNeedIdle);
     mFacts.mAsksAboutHost =
-        Heard({audioMasterGetSampleRate, audioMasterGetBlockSize, audioMasterGetCurrentProcessLevel,
-               audioMasterGetAutomationState, audioMasterGetVendorString, audioMasterGetVendorVersion,
-               audioMasterCanDo, audioMasterGetLanguage, audioMasterGetDirectory});
+        std::ranges::any_of(kHostQuestions, [this](std::int32_t inOpcode) { return Heard(inOpcode); });
 }
 
-bool CPluginInspector::Heard(std::initializer_list<std::int32_t> inOpcodes) const
+bool CPluginInspector::Heard(std::int32_t inOpcode) const
 {
-    return std::ranges::any_of(
-        inOpcodes,
-        [this](std::int32_t inOpcode) { return mHeard[static_cast<std::size_t>(inOpcode)].load(); });
+    return mHeard[static_cast<std::size_t>(inOpcode)].load();
 }
 
 void CPluginInspector::Stage(const char* inText) { mTell({{"stage", inText}}); }

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <string>
 
 #include <nlohmann/json_fwd.hpp>
@@ -36,8 +35,8 @@ public:
 private:
     // Called while the plug-in calls its host.
     void Hear(const SHostCall& inCall);
-    /** Whether there was one of these calls. */
-    bool Heard(std::initializer_list<std::int32_t> inOpcodes) const;
+    /** Whether there was such a call; there is a place for it. */
+    bool Heard(std::int32_t inOpcode) const;
 
     void ReadIdentity();
     void ReadPorts();

@@ -53,11 +53,22 @@ void LateLatency(CPlainEffect& ioEffect)
     };
 }
 
-/** Is silent where its host does not say how fast it runs. */
-void AsksForRate(CPlainEffect& ioEffect)
+/** Is silent where its host tells nothing of itself, and the louder the more: how fast it runs, who made it,
+ * what it never does. Hears it if something is told too early. */
+void AsksAboutHost(CPlainEffect& ioEffect)
 {
-    ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
-    { RenderScaled(ioEffect, inBlock, ioEffect.CallHost(audioMasterGetSampleRate) > 0 ? 1.0F : 0.0F); };
+    const bool isToldEarly = ioEffect.CallHost(audioMasterGetSampleRate) != 0; // inside the entry function
+    ioEffect.mOnBlock = [&ioEffect, isToldEarly](const SBlock& inBlock)
+    {
+        char vendor[kVstMaxVendorStrLen] = "";
+        char offline[] = "offline";
+        float loudness = isToldEarly ? 0.5F : 0.0F;
+        for (const bool isTold : {ioEffect.CallHost(audioMasterGetSampleRate) > 0,
+                                  ioEffect.CallHost(audioMasterGetVendorString, 0, 0, vendor) != 0,
+                                  ioEffect.CallHost(audioMasterCanDo, 0, 0, offline) < 0})
+            loudness += isTold ? 0.25F : 0.0F;
+        RenderScaled(ioEffect, inBlock, loudness);
+    };
 }
 
 /** Moves its gain in idle time. */

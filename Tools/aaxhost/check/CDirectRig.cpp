@@ -199,7 +199,7 @@ std::optional<VstIntPtr> CDirectRig::Answer(const SHostCall& inCall)
         if (!mServices.mSizes)
             return std::nullopt;
         return TakeSize(inCall.mIndex, inCall.mValue);
-    default: return AnswerQuestion({mServices, kCheckRate, mIsRendering, mFolder}, inCall);
+    default: return mServices.Answer(inCall, kCheckRate, mIsRendering, mFolder);
     }
 }
 

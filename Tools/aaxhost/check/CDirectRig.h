@@ -1,6 +1,6 @@
 #pragma once
 #include "Tools/aaxhost/check/CRig.h"
-#include "Tools/aaxhost/direct/HostAbilities.h"
+#include "Tools/aaxhost/direct/SServices.h"
 #include "Tools/aaxhost/host/CHostTransport.h"
 #include "Tools/aaxhost/player/CPostedMidi.h"
 #include "Tools/aaxhost/window/CHostWindow.h"

@@ -436,7 +436,7 @@ std::optional<VstIntPtr> CDirectEffect::Answer(const SHostCall& inCall)
         mSizeWish =
             static_cast<std::uint64_t>(inCall.mIndex) << 32 | static_cast<std::uint64_t>(inCall.mValue);
         return 1;
-    default: return AnswerQuestion({mUnwrapped.mServices, mRate, mIsRendering, mFolder}, inCall);
+    default: return mUnwrapped.mServices.Answer(inCall, mRate, mIsRendering, mFolder);
     }
 }
 

@@ -2,7 +2,7 @@
 #include "Interfaces/AAX/AAX_IACFHost.h"
 #include "Interfaces/AAX/AAX_IEffectParameters.h"
 #include "Interfaces/ACF/ACFPtr.h"
-#include "Tools/aaxhost/direct/HostAbilities.h"
+#include "Tools/aaxhost/direct/SServices.h"
 #include "Tools/aaxhost/host/HostDescription.h"
 #include "Tools/vst2driver/CDrivenPlugin.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "Tools/aaxhost/direct/HostAbilities.h"
+#include "Tools/aaxhost/direct/SServices.h"
 #include "Tools/aaxhost/player/CModule.h"
 
 /**
