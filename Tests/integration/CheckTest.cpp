@@ -1,3 +1,4 @@
+#include "Source/plugins/ProductFeatures.h"
 #include "Tests/integration/CheckRun.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
@@ -12,6 +13,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <string>
 
@@ -308,6 +310,21 @@ TEST(Explanations, FitATerminalAndAreTheDocumentsPage)
     const fs::path page = fs::path(AAXADAPTER_SOURCE_DIR) / "docs" / "checks.md";
     EXPECT_EQ(RunTool({AAXHOST, "check", "--explain", "*", "--markdown"}).mOutput, Contents(page))
         << "Make it anew: aaxhost check --explain '*' --markdown > docs/checks.md";
+}
+
+TEST(Check, EachFeatureHasOneAndItsRowInTheDocuments)
+{
+    const std::string page = Contents(fs::path(AAXADAPTER_SOURCE_DIR) / "docs" / "features.md");
+    CheckNames features;
+    for (const SCheck& check : AllChecks())
+        if (const std::string text = check.mDescription; check.Group() == "features")
+        {
+            const std::string feature = text.substr(0, text.find(':'));
+            features.insert(feature);
+            const std::regex row(fmt::format("\\n\\| `{}` \\|.*\\| `{}` \\|\\n", feature, check.mName));
+            EXPECT_TRUE(std::regex_search(page, row)) << feature;
+        }
+    EXPECT_EQ(features, CheckNames(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
 }
 
 TEST(Check, ABuildServerReadsWhatFailedAndWhatWasLeftOut)

@@ -49,3 +49,6 @@ struct SFeatureRow
 
 /** Each of the features alone, among all, and without it. */
 void ExpectRows(std::span<const SFeatureRow> inRows);
+
+/** Of the features that are about what the plug-in gets. */
+std::span<const SFeatureRow> PluginSideRows();

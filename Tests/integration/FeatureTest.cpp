@@ -336,3 +336,5 @@ TEST(Features, TheOtherFeaturesAreWhatAHostSaysThatItCanDo)
     }
 }
 } // namespace
+
+std::span<const SFeatureRow> PluginSideRows() { return kPluginSideRows; }

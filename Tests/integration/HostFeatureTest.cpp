@@ -1,3 +1,4 @@
+#include "Source/plugins/ProductFeatures.h"
 #include "Tests/integration/FeatureRig.h"
 #include "Tools/aaxhost/host/CHostString.h"
 #include "Tools/aaxhost/host/HostNames.h"
@@ -363,6 +364,16 @@ const SFeatureRow kHostSideRows[] = {
 };
 
 TEST(Features, OfTheHostsSideWorkAloneAndAmongAll) { ExpectRows(kHostSideRows); }
+
+TEST(Features, OfBothSidesAreAllThatThereAre)
+{
+    std::vector<std::string> tested;
+    for (const auto rows : {PluginSideRows(), std::span<const SFeatureRow>(kHostSideRows)})
+        for (const SFeatureRow& row : rows)
+            tested.emplace_back(row.mFeature);
+    EXPECT_EQ(tested,
+              (std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames))));
+}
 
 TEST(Features, APluginThatRoundsIsShownAsItIsByAnyKindOfHost)
 {

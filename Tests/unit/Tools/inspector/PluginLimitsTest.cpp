@@ -1,5 +1,7 @@
 #include "Tools/inspector/PluginLimits.h"
 #include "Interfaces/VST2/AEffect.h"
+#include "Source/plugins/ProductFeatures.h"
+#include "Tools/inspector/FeatureUses.h"
 
 #include <gtest/gtest.h>
 
@@ -63,6 +65,17 @@ std::vector<std::string> NamesOf(const SPluginFacts& inFacts)
     for (const SPluginLimit& limit : LimitsOf(inFacts))
         names.emplace_back(limit.mWhat);
     return names;
+}
+
+TEST(FeatureUses, AreAllOfAPluginThatMakesUseOfEverythingAndElseNone)
+{
+    std::vector<std::string> used;
+    for (const SFeatureUse& use : FeatureUses(EverythingUsed()))
+        if (use.mIsUsed)
+            used.emplace_back(use.mName);
+    EXPECT_EQ(used,
+              std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
+    EXPECT_TRUE(std::ranges::none_of(FeatureUses({}), &SFeatureUse::mIsUsed));
 }
 
 TEST(PluginLimits, AreThoseOfThePageWithItsWords)

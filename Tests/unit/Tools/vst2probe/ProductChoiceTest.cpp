@@ -1,6 +1,5 @@
 #include "Tools/vst2probe/ProductChoice.h"
 #include "Interfaces/VST2/AEffect.h"
-#include "Source/plugins/ProductFeatures.h"
 #include "Tools/vst2probe/CategoryGuess.h"
 #include "Tools/vst2probe/Report.h"
 
@@ -70,30 +69,6 @@ TEST(ProductChoice, OptionsFollowFromWhatWasSeen)
         EXPECT_EQ(choice.Value("PORTS_FROM_COUNTS"), row.mPortsFromCounts);
         EXPECT_EQ(choice.Value("MIDI_INPUT"), row.mMidiInput);
     }
-}
-
-TEST(ProductChoice, EachFeatureIsUsedForAReason)
-{
-    SPluginFacts facts;
-    const auto used = [&]
-    {
-        std::vector<std::string> names;
-        for (const SFeatureUse& use : FeatureUses(facts))
-            if (use.mIsUsed)
-                names.emplace_back(use.mName);
-        return names;
-    };
-    EXPECT_EQ(used(), std::vector<std::string>());
-    facts.mLatencyAfterBlocks = 64;
-    facts.mFlags = effFlagsHasEditor | effFlagsProgramChunks;
-    facts.mPrograms = {"One", "Two"};
-    facts.mOutputs = 4;
-    facts.mOutputPorts.resize(2);
-    facts.mParameters.resize(1);
-    facts.mMidiAfterOpen = facts.mSendsMidi = facts.mDescribesParameters = true;
-    facts.mAsksTime = facts.mAsksAboutHost = facts.mAsksIdle = true;
-    EXPECT_EQ(used(),
-              std::vector<std::string>(std::begin(kProductFeatureNames), std::end(kProductFeatureNames)));
 }
 
 TEST(ProductChoice, TheCallIsFinishedAndQuotesWhatCmakeWouldMisread)
