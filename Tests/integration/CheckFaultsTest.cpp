@@ -272,6 +272,8 @@ constexpr SClaimed kClaimed[] = {
 
 TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
 {
+    CVirtualDisplay display; // one for all runs, each of which would start its own
+    EXPECT_EQ(CVirtualDisplay::IsInstalled() ? display.Start() : "", "");
     std::vector<std::string> arguments;
     for (const SClaimed& row : kClaimed)
         if (!row.mIsOfAny)
