@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/CheckRun.h"
 #include "Tools/aaxhost/check/SCheck.h"
 #include "Tools/aaxhost/window/CVirtualDisplay.h"
@@ -54,8 +55,7 @@ TEST_P(FaultyPlugin, MakesItsOwnChecksFailAndNoOther)
             arguments.insert(arguments.end(), {"--only", name});
     const std::filesystem::path features =
         faulty.mModule == kAllFeaturesModule ? kAllFeatures : std::filesystem::path();
-    const SCheckRun run(faulty.mModule, std::filesystem::path(FAULTY_PLUGINS) / ("faulty_" + plugin + ".so"),
-                        arguments, features);
+    const SCheckRun run(faulty.mModule, Faulty(plugin), arguments, features);
     EXPECT_EQ(run.With("failed"), faulty.mFails) << run.mRun.mOutput << run.mRun.mErrors;
     EXPECT_EQ(run.With("warning"), faulty.mWarns) << run.mRun.mOutput << run.mRun.mErrors;
     EXPECT_EQ(run.mRun.mExit, faulty.mFails.empty() ? 0 : 1);
@@ -235,11 +235,9 @@ TEST(Check, WhatRunsAloneFindsItsFault)
     for (const SAlone& row : kAlone)
     {
         SCOPED_TRACE(row.mCheck);
-        const std::filesystem::path plugins = FAULTY_PLUGINS;
-        const SCheckRun sound(kPlainModule, plugins / "faulty_None.so", {"--only", row.mCheck});
+        const SCheckRun sound(kPlainModule, Faulty("None"), {"--only", row.mCheck});
         EXPECT_EQ(sound.Told(row.mCheck, "result"), "passed");
-        const SCheckRun run(kPlainModule, plugins / fmt::format("faulty_{}.so", row.mPlugin),
-                            {"--only", row.mCheck});
+        const SCheckRun run(kPlainModule, Faulty(row.mPlugin), {"--only", row.mCheck});
         EXPECT_EQ(run.Told(row.mCheck, "result"), row.mResult);
         EXPECT_EQ(run.Told(row.mCheck, "fault"), "plug-in");
         EXPECT_NE(run.ReasonOf(row.mCheck).find(row.mSaying), std::string::npos) << run.ReasonOf(row.mCheck);
@@ -283,8 +281,7 @@ TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
         SCOPED_TRACE(row.mCheck);
         if (row.mPlugin == std::string("Widens") && !CVirtualDisplay::IsInstalled())
             continue;
-        const std::filesystem::path plugin =
-            std::filesystem::path(FAULTY_PLUGINS) / fmt::format("faulty_{}.so", row.mPlugin);
+        const std::string plugin = Faulty(row.mPlugin);
         if (row.mIsOfAny)
             arguments = {"--only", row.mCheck};
         const SCheckRun claimed(kOptionsModule, plugin, arguments, kAllFeatures);
@@ -302,8 +299,8 @@ TEST(Check, AFeatureThatIsOnlyClaimedFailsItsCheckAndNoOther)
 TEST(Check, SoundInOneChannelIsComparedWithThePluginAlone)
 {
     // It is silent where its host does not answer, which the module does not.
-    const SCheckRun run(kOptionsModule, std::filesystem::path(FAULTY_PLUGINS) / "faulty_AsksAboutHost.so",
-                        {"--only", "rendering.one-channel"}, kAllFeatures);
+    const SCheckRun run(kOptionsModule, Faulty("AsksAboutHost"), {"--only", "rendering.one-channel"},
+                        kAllFeatures);
     EXPECT_EQ(run.Told("rendering.one-channel", "fault"), "module") << run.mRun.mOutput;
     EXPECT_NE(run.ReasonOf("rendering.one-channel").find("of the module has a peak of silence"),
               std::string::npos)

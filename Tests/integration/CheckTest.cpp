@@ -1,4 +1,5 @@
 #include "Source/plugins/ProductFeatures.h"
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/CheckRun.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
@@ -44,8 +45,7 @@ TEST(Check, WhatIsSaidOfAPluginIsNotWhatItsNumbersSay)
           SRow{"Unset", "rendering.finite", "failed", "plug-in", "not a number"}})
     {
         SCOPED_TRACE(std::string(row.mPlugin) + (row.mHasFeatures ? " with all features" : ""));
-        const SCheckRun run(row.mHasFeatures ? kAllFeaturesModule : kPlainModule,
-                            fs::path(FAULTY_PLUGINS) / fmt::format("faulty_{}.so", row.mPlugin),
+        const SCheckRun run(row.mHasFeatures ? kAllFeaturesModule : kPlainModule, Faulty(row.mPlugin),
                             {"--only", row.mCheck});
         EXPECT_EQ(run.Told(row.mCheck, "result"), row.mResult);
         EXPECT_EQ(run.Told(row.mCheck, "fault"), row.mFault);
@@ -57,8 +57,7 @@ TEST(Check, APluginThatCrashesByChanceIsNotTheModulesFault)
 {
     const CTestFolder folder;
     setenv("FAULTY_LIVES", folder.File("lives").c_str(), 1);
-    const SCheckRun run(kPlainModule, fs::path(FAULTY_PLUGINS) / "faulty_CrashMostly.so",
-                        {"--only", "rendering.full-scale"});
+    const SCheckRun run(kPlainModule, Faulty("CrashMostly"), {"--only", "rendering.full-scale"});
     unsetenv("FAULTY_LIVES");
     EXPECT_EQ(run.Told("rendering.full-scale", "result"), "failed"); // in both runs through the module
     EXPECT_EQ(run.Told("rendering.full-scale", "fault"), "plug-in"); // in its next run alone
@@ -85,6 +84,8 @@ bool IsOfModule(CCheckContext& ioContext) { return !ioContext.MakeInstance()->Ma
 TEST(CheckRunner, RepeatsWithThePluginAloneAndACrashByTurns)
 {
     static const CModuleBundle bundle(kPlainModule, kDelayPlugin);
+    static const SFinding failed = SFinding::Failed("It does.");
+    static const SFinding warned = SFinding::Warning("It does.");
     static const auto crashAtFirst = [](std::uintmax_t inRuns)
     {
         const fs::path runs = bundle.Path() / fmt::format("crashed_{}", inRuns);
@@ -93,62 +94,43 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndACrashByTurns)
             std::abort();
         return SFinding::Passed();
     };
+    const std::string crash = "It crashed: Aborted, SIGABRT.";
     struct SRow
     {
         SCheck mCheck;
-        EVerdict mVerdict;
+        SFinding mFinding;
         EFault mFault;
-        const char* mReason;
     };
     const SRow rows[] = {
         {{"life-cycle.module", "", 1,
-          [](CCheckContext& context)
-          { return IsOfModule(context) ? SFinding::Failed("It does.") : SFinding::Passed(); }},
-         EVerdict::Failed,
-         EFault::Module,
-         "It does."},
-        {{"life-cycle.worse", "", 1,
-          [](CCheckContext& context)
-          { return IsOfModule(context) ? SFinding::Failed("It does.") : SFinding::Warning("A little."); }},
-         EVerdict::Failed,
-         EFault::Module,
-         "It does."},
-        {{"life-cycle.both", "", 1, [](CCheckContext&) { return SFinding::Warning("It does."); }},
-         EVerdict::Warning,
-         EFault::Plugin,
-         "It does."},
+          [](auto& context) { return IsOfModule(context) ? failed : SFinding(); }},
+         failed,
+         EFault::Module},
+        {{"life-cycle.worse", "", 1, [](auto& context) { return IsOfModule(context) ? failed : warned; }},
+         failed,
+         EFault::Module},
+        {{"life-cycle.both", "", 1, [](auto&) { return warned; }}, warned, EFault::Plugin},
         {{"life-cycle.unknown", "", 1,
-          [](CCheckContext& context)
-          { return IsOfModule(context) ? SFinding::Warning("It does.") : SFinding::Skipped("Nothing."); }},
-         EVerdict::Warning,
-         EFault::Unknown,
-         "It does."},
-        {{"description.both", "", 1, [](CCheckContext&) { return SFinding::Failed("It does."); },
-          EAlone::Nothing},
-         EVerdict::Failed,
-         EFault::Module,
-         "It does."},
-        {{"features.crash", "", 1, [](CCheckContext&) -> SFinding { std::abort(); }, EAlone::Compared},
-         EVerdict::Failed,
-         EFault::Unknown,
-         "It crashed: Aborted, SIGABRT."},
-        {{"life-cycle.always", "", 1, [](CCheckContext&) -> SFinding { std::abort(); }},
-         EVerdict::Failed,
-         EFault::Plugin,
-         "It crashed: Aborted, SIGABRT."},
-        {{"life-cycle.once", "", 1, [](CCheckContext&) { return crashAtFirst(1); }},
-         EVerdict::Unstable,
-         EFault::Unknown,
-         "First: It crashed: Aborted, SIGABRT. Then, in run 2: passed."},
-        {{"life-cycle.by-chance", "", 1, [](CCheckContext&) { return crashAtFirst(2); }},
-         EVerdict::Unstable,
-         EFault::Unknown,
-         "First: It crashed: Aborted, SIGABRT. Then, in run 3: passed."},
-        {{"life-cycle.module-crashes", "", 1,
-          [](CCheckContext& context) { return IsOfModule(context) ? crashAtFirst(9) : SFinding::Passed(); }},
-         EVerdict::Failed,
-         EFault::Module,
-         "It crashed: Aborted, SIGABRT."},
+          [](auto& context) { return IsOfModule(context) ? warned : SFinding::Skipped("Nothing."); }},
+         warned,
+         EFault::Unknown},
+        {{"description.both", "", 1, [](auto&) { return failed; }, EAlone::Nothing}, failed, EFault::Module},
+        {{"features.crash", "", 1, [](auto&) { return crashAtFirst(99); }, EAlone::Compared},
+         SFinding::Failed(crash),
+         EFault::Unknown},
+        {{"life-cycle.always", "", 1, [](auto&) { return crashAtFirst(99); }},
+         SFinding::Failed(crash),
+         EFault::Plugin},
+        {{"life-cycle.once", "", 1, [](auto&) { return crashAtFirst(1); }},
+         {EVerdict::Unstable, "First: " + crash + " Then, in run 2: passed."},
+         EFault::Unknown},
+        {{"life-cycle.by-chance", "", 1, [](auto&) { return crashAtFirst(2); }},
+         {EVerdict::Unstable, "First: " + crash + " Then, in run 3: passed."},
+         EFault::Unknown},
+        {{"life-cycle.crashes", "", 1,
+          [](auto& context) { return IsOfModule(context) ? crashAtFirst(99) : SFinding(); }},
+         SFinding::Failed(crash),
+         EFault::Module},
     };
     SCheckJob job;
     job.mModule = bundle.Path().string();
@@ -158,10 +140,9 @@ TEST(CheckRunner, RepeatsWithThePluginAloneAndACrashByTurns)
     ASSERT_EQ(results.size(), std::size(rows));
     for (std::size_t i = 0; i < results.size(); ++i)
     {
-        SCOPED_TRACE(rows[i].mCheck.mName);
-        EXPECT_EQ(results[i].mFinding.mVerdict, rows[i].mVerdict);
-        EXPECT_EQ(results[i].mFinding.mReason, rows[i].mReason);
-        EXPECT_EQ(results[i].mFault, rows[i].mFault);
+        EXPECT_TRUE(results[i].mFinding == rows[i].mFinding)
+            << rows[i].mCheck.mName << ": " << results[i].mFinding.mReason;
+        EXPECT_EQ(results[i].mFault, rows[i].mFault) << rows[i].mCheck.mName;
     }
     EXPECT_EQ(CountsInWords(results), "10 checks: 8 failed (4 only through the module, 1 the plug-in's own), "
                                       "2 of them unstable, 2 warnings.");
@@ -264,20 +245,19 @@ TEST(Check, CommandLineIsTakenAtItsWord)
 
 TEST(Check, GoesThroughTheRatesAndBlocksThatItIsAskedFor)
 {
-    const fs::path plugins = FAULTY_PLUGINS; // one that fails above 100 kHz, and one in odd blocks
     const CTestFolder folder;
     const std::string page = folder.File("sizes.html");
-    const SCheckRun rates(kPlainModule, plugins / "faulty_Rates.so",
+    const SCheckRun rates(kPlainModule, Faulty("Rates"), // fails above 100 kHz
                           {"--only", "rendering.rates", "--rates", "48000,96000", "--report", page});
     EXPECT_EQ(rates.With("passed"), CheckNames{"rendering.rates"}) << rates.mRun.mOutput;
     EXPECT_EQ(rates.mResults["rates"], nlohmann::json({48000.0, 96000.0}));
     EXPECT_NE(Contents(page).find("--rates 48000,96000"), std::string::npos) << "the run cannot be repeated";
-    const SCheckRun blocks(kPlainModule, plugins / "faulty_Pairs.so",
+    const SCheckRun blocks(kPlainModule, Faulty("Pairs"), // fails in odd blocks
                            {"--only", "rendering.bounds", "--blocks", "64,512"});
     EXPECT_EQ(blocks.With("passed"), CheckNames{"rendering.bounds"}) << blocks.mRun.mOutput;
     EXPECT_EQ(blocks.mResults["blocks"], nlohmann::json({64, 512}));
     setenv("AAXHOST_CHECK_BLOCKS", "64,511", 1);
-    const SCheckRun odd(kPlainModule, plugins / "faulty_Pairs.so", {"--only", "rendering.bounds"});
+    const SCheckRun odd(kPlainModule, Faulty("Pairs"), {"--only", "rendering.bounds"});
     unsetenv("AAXHOST_CHECK_BLOCKS");
     EXPECT_EQ(odd.With("failed"), CheckNames{"rendering.bounds"}) << odd.mRun.mOutput;
 }
@@ -330,7 +310,7 @@ TEST(Check, EachFeatureHasOneAndItsRowInTheDocuments)
 TEST(Check, ABuildServerReadsWhatFailedAndWhatWasLeftOut)
 {
     const CModuleBundle sound(kPlainModule, kDelayPlugin);
-    const CModuleBundle broken(kPlainModule, fs::path(FAULTY_PLUGINS) / "faulty_Load.so");
+    const CModuleBundle broken(kPlainModule, Faulty("Load"));
     const fs::path page = sound.Path().parent_path() / "junit.xml";
     const SToolRun run = RunTool({AAXHOST, "check", sound.Path(), broken.Path(), "--only", "state.answers",
                                   "--only", "state.same-*", "--skip", "state.same-sound", "--junit", page});

@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/support/FileContents.h"
 #include "Tests/support/ToolRun.h"
@@ -19,11 +20,6 @@
 namespace
 {
 namespace fs = std::filesystem;
-
-fs::path Faulty(const std::string& inFault)
-{
-    return fs::path(FAULTY_PLUGINS) / ("faulty_" + inFault + ".so");
-}
 
 constexpr const char* kCommands[] = {"state", "check", "page", "bench", "render", "save-state", "preset"};
 

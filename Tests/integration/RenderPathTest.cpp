@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tools/aaxhost/check/CRig.h"
 #include "Tools/aaxhost/check/CallWatch.h"
@@ -52,7 +53,7 @@ TEST(RenderPath, NothingIsAllocatedFreedLockedOrAskedOfTheSystem)
 {
     const std::string obstacle = CallWatchObstacle();
     // The module knows the synthesizer's ports and MIDI; the delay shows the way without MIDI.
-    const fs::path talkative = fs::path(FAULTY_PLUGINS) / "faulty_Talkative.so";
+    const fs::path talkative = Faulty("Talkative");
     for (const auto& [plugin, module] :
          {std::pair(kSynthPlugin, kPlainModule), std::pair(kDelayPlugin, kPlainModule),
           std::pair(kSynthPlugin, kAllFeaturesModule), std::pair(talkative, kAllFeaturesModule)})
@@ -95,7 +96,7 @@ TEST(CallWatch, TellsTheModulesCallsFromThePluginsAndTheHosts)
     EXPECT_GT(growing.mModule.Of(kRelease), 0);
     EXPECT_EQ(growing.mPlugin, SWatchedCalls{}) << growing;
 
-    const SCallWatch blocking = watch(fs::path(FAULTY_PLUGINS) / "faulty_Blocking.so", 0);
+    const SCallWatch blocking = watch(Faulty("Blocking"), 0);
     EXPECT_EQ(blocking.mPlugin.Of(kLock), 1);
     EXPECT_EQ(blocking.mPlugin.mSystemCallCount, 1U);
     EXPECT_EQ(blocking.mModule, SWatchedCalls{}) << blocking;

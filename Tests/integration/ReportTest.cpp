@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/support/FileContents.h"
 #include "Tests/support/ToolRun.h"
@@ -16,16 +17,11 @@ namespace
 {
 namespace fs = std::filesystem;
 
-fs::path FaultyPlugin(const std::string& inName)
-{
-    return fs::path(FAULTY_PLUGINS) / ("faulty_" + inName + ".so");
-}
-
 TEST(ReportFacts, CheckSaysTheSameOfAPluginAsTheInspector)
 {
     // The last two load only with an answer inside their entry, or not at all.
-    for (const fs::path& plugin : {kDelayPlugin, kSynthPlugin, FaultyPlugin("TwoPrograms"),
-                                   FaultyPlugin("Demanding"), FaultyPlugin("CrashInOpen")})
+    for (const fs::path& plugin : {kDelayPlugin, kSynthPlugin, fs::path(Faulty("TwoPrograms")),
+                                   fs::path(Faulty("Demanding")), fs::path(Faulty("CrashInOpen"))})
     {
         SCOPED_TRACE(plugin);
         const CModuleBundle bundle(kOptionsModule, plugin);
@@ -58,7 +54,7 @@ TEST(ReportFacts, OfAModuleThatDoesNotOpenSayThat)
 }
 
 // A stereo gain of 0.8 at the start, with a balance of 0.5: the first output is the input times 0.4.
-const fs::path kGainPlugin = FaultyPlugin("None");
+const fs::path kGainPlugin = Faulty("None");
 
 constexpr double kAsLongAsItTakes = 1e6; // seconds: a busy machine measures the same
 
@@ -113,7 +109,7 @@ TEST(ReportMeasures, LatencyAtEveryRateAndBlockSize)
         int mReported;
         int mMeasured;
     };
-    for (const SRow& row : {SRow{kDelayPlugin, 64, 64}, SRow{FaultyPlugin("Latency"), 64, 0},
+    for (const SRow& row : {SRow{kDelayPlugin, 64, 64}, SRow{Faulty("Latency"), 64, 0},
                             SRow{kGainPlugin, 0, 0}, SRow{kSynthPlugin, 0, -1}})
     {
         SCOPED_TRACE(row.mPlugin);

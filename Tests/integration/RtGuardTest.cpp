@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/CHostRoutine.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/support/FileContents.h"
@@ -48,8 +49,6 @@ std::string LineOf(const std::string& inReport, const std::string& inOwner)
                : inReport.substr(begin + start.size(), inReport.find('\n', begin) + 1 - begin - start.size());
 }
 
-const fs::path kFaulty = FAULTY_PLUGINS;
-
 TEST(RtGuard, SaysWhoseCallsItSaw)
 {
     const std::string quiet = Render(TEST_GUARDED_MODULE, kSynthPlugin, 100);
@@ -57,15 +56,15 @@ TEST(RtGuard, SaysWhoseCallsItSaw)
     EXPECT_EQ(LineOf(quiet, "plug-in"), kNothing);
 
     // Ten blocks, one of which is so large that it goes in four parts.
-    for (const char* plugin : {"faulty_Heap.so", "faulty_HeapBoundEarly.so"})
+    for (const char* plugin : {"Heap", "HeapBoundEarly"})
     {
-        const std::string heap = Render(TEST_GUARDED_MODULE, kFaulty / plugin, 10);
+        const std::string heap = Render(TEST_GUARDED_MODULE, Faulty(plugin), 10);
         EXPECT_EQ(LineOf(heap, "module"), kNothing);
         EXPECT_NE(LineOf(heap, "plug-in").find("(operator new 13, "), std::string::npos) << heap;
         EXPECT_NE(heap.find("releases 26 ("), std::string::npos) << heap;
     }
 
-    const std::string blocking = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Blocking.so", 10);
+    const std::string blocking = Render(TEST_GUARDED_MODULE, Faulty("Blocking"), 10);
     EXPECT_EQ(LineOf(blocking, "module"), kNothing);
     EXPECT_NE(blocking.find("locks 13 (pthread_mutex_lock 13)"), std::string::npos) << blocking;
     EXPECT_NE(blocking.find("blocking calls 13 ("), std::string::npos) << blocking;
@@ -83,13 +82,13 @@ TEST(RtGuard, TheModulesOwnCallsAreTheModules)
 TEST(RtGuard, ThePluginOutlivesTheModuleThatWatchedIt)
 {
     // Its executable stays loaded between the two, and must not call what has been unloaded.
-    const std::string twice = Render(TEST_GUARDED_MODULE, kFaulty / "faulty_Heap.so", 10, 3);
+    const std::string twice = Render(TEST_GUARDED_MODULE, Faulty("Heap"), 10, 3);
     EXPECT_NE(LineOf(twice, "plug-in").find("operator new "), std::string::npos) << twice;
 }
 
 TEST(RtGuard, AModuleWithoutItHasNothingOfIt)
 {
-    EXPECT_EQ(Render(kPlainModule, kFaulty / "faulty_Heap.so", 10), "");
+    EXPECT_EQ(Render(kPlainModule, Faulty("Heap"), 10), "");
     const auto contains = [](const fs::path& file, std::string_view text)
     { return Contents(file).find(text) != std::string::npos; };
     for (const char* part : {"Real-time guard", "mprotect", "GuardedRender"})

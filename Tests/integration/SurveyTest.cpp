@@ -1,3 +1,4 @@
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/integration/ModuleBundle.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
@@ -54,11 +55,6 @@ protected:
     const CTestFolder mTestFolder;
     const fs::path& mFolder = mTestFolder.Path();
 };
-
-fs::path Faulty(const std::string& inFault)
-{
-    return fs::path(FAULTY_PLUGINS) / ("faulty_" + inFault + ".so");
-}
 
 using Rows = std::map<std::string, std::string>;
 

@@ -266,9 +266,7 @@ void Tape(CPlainEffect& ioEffect)
         ioEffect,
         [&ioEffect, last = -1.0](const SBlock& inBlock) mutable
         {
-            const auto* const time =
-                reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
-            const double position = time->samplePos;
+            const double position = ioEffect.Time()->samplePos;
             const bool hasStopped = inBlock.mFrames > 0 && position == last;
             last = inBlock.mFrames > 0 ? position : -1.0;
             return hasStopped ? kNotANumber : 1.0F;
@@ -282,9 +280,8 @@ void Place(CPlainEffect& ioEffect)
         ioEffect,
         [&ioEffect](const SBlock&)
         {
-            const auto* const time =
-                reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
-            if (time->samplePos < 0.0 || time->samplePos > std::numeric_limits<std::int32_t>::max())
+            const double place = ioEffect.Time()->samplePos;
+            if (place < 0.0 || place > std::numeric_limits<std::int32_t>::max())
                 std::abort();
             return 1.0F;
         });
@@ -297,10 +294,9 @@ void Sequencer(CPlainEffect& ioEffect)
         ioEffect,
         [&ioEffect](const SBlock&)
         {
-            const auto* const time =
-                reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
-            const bool isLooping = (time->flags & kVstTransportCycleActive) != 0;
-            if (time->timeSigNumerator > 16 || (isLooping && time->cycleEndPos - time->cycleStartPos < 4.0))
+            const VstTimeInfo& time = *ioEffect.Time();
+            const bool isLooping = (time.flags & kVstTransportCycleActive) != 0;
+            if (time.timeSigNumerator > 16 || (isLooping && time.cycleEndPos - time.cycleStartPos < 4.0))
                 std::abort();
             return 1.0F;
         });

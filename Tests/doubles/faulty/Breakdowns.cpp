@@ -105,7 +105,7 @@ void Tempo(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
-        const auto* const time = reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+        const VstTimeInfo* const time = ioEffect.Time();
         if (time != nullptr && time->tempo > 500.0)
             std::abort();
         ioEffect.Render(inBlock);

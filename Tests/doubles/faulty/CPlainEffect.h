@@ -62,6 +62,8 @@ public:
 
     VstIntPtr CallHost(std::int32_t inOpcode, std::int32_t inIndex = 0, VstIntPtr inValue = 0,
                        void* inPointer = nullptr);
+    /** The host's time; null where it has none. */
+    const VstTimeInfo* Time() { return reinterpret_cast<const VstTimeInfo*>(CallHost(audioMasterGetTime)); }
     /** Sends the host a message. Any thread. */
     void SendMidi(const std::array<std::uint8_t, 3>& inMessage, std::int32_t inFrame = 0);
     /** Begins an edit of a parameter, reports it, and ends it: what a person's hand at a knob does. */

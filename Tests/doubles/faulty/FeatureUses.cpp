@@ -33,7 +33,7 @@ void FollowsTempo(CPlainEffect& ioEffect)
 {
     ioEffect.mOnBlock = [&ioEffect](const SBlock& inBlock)
     {
-        const auto& time = *reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+        const VstTimeInfo& time = *ioEffect.Time();
         const double sum = time.tempo + time.ppqPos - time.barStartPos + time.cycleStartPos +
                            time.cycleEndPos + time.samplePos * 1e-6 + time.nanoSeconds * 1e-9 +
                            time.timeSigNumerator + time.timeSigDenominator + time.flags;

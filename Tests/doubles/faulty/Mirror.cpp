@@ -32,7 +32,7 @@ void HearEvents(const VstEvents& inEvents, SHeard& outHeard)
 
 void HearTime(CPlainEffect& ioEffect, SHeard& outHeard)
 {
-    const auto* const time = reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+    const VstTimeInfo* const time = ioEffect.Time();
     for (const double value :
          {double(time->flags), time->samplePos, time->ppqPos, time->tempo, time->barStartPos,
           time->cycleStartPos, time->cycleEndPos, time->nanoSeconds * 1e-9, double(time->timeSigNumerator),

@@ -82,7 +82,7 @@ VstIntPtr Answer(CPlainEffect& ioEffect, std::unique_ptr<CCaller>& ioCaller, con
 
 void Render(CPlainEffect& ioEffect, const SBlock& inBlock)
 {
-    const auto* const time = reinterpret_cast<const VstTimeInfo*>(ioEffect.CallHost(audioMasterGetTime));
+    const VstTimeInfo* const time = ioEffect.Time();
     const float gain = time != nullptr && time->tempo > 0.0 ? 1.0F : 0.0F;
     for (std::size_t channel = 0; channel < 2; ++channel)
         std::transform(inBlock.mInputs[channel], inBlock.mInputs[channel] + inBlock.mFrames,

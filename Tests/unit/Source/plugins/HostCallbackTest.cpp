@@ -1,17 +1,13 @@
 #include "Platform/PointerState.h"
-#include "Source/plugins/CVst2Host.h"
-#include "Source/plugins/CVst2Plugin.h"
 #include "Source/plugins/IEditHost.h"
 #include "Source/plugins/IMainHost.h"
-#include "Tests/doubles/ScriptedModule.h"
+#include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
 // In place of the window system: what is held down, and how often somebody asked.
 static SPointerState gHeld;
@@ -24,8 +20,6 @@ SPointerState GetPointerState() noexcept
 
 namespace
 {
-using Lines = std::vector<std::string>;
-
 class CListener : public IMainHost, public IEditHost
 {
 public:
@@ -60,17 +54,15 @@ private:
     }
 };
 
-class HostCallback : public testing::Test
+class HostCallback : public LoadedPlugin
 {
 protected:
     void SetUp() override
     {
         unsetenv("DISPLAY"); // no server: only the bit that is always set
         Script().mParameters = {0.25F, 0.5F};
-        mPlugin = mHost.LoadPlugin(mModule.Path());
-        ASSERT_NE(mPlugin, nullptr);
+        mPlugin = &Load();
     }
-    SPluginScript& Script() { return mModule.Script(); }
     ScriptedEffect& Effect() { return *Script().mInstances.front(); }
     void Listen()
     {
@@ -78,8 +70,6 @@ protected:
         mHost.SetEditListener(&mListener);
     }
 
-    ScriptedModule mModule;
-    CVst2Host mHost;
     CVst2Plugin* mPlugin = nullptr;
     CListener mListener;
 };

@@ -1,33 +1,13 @@
-#include "Source/plugins/CVst2Host.h"
-#include "Source/plugins/CVst2Plugin.h"
-#include "Tests/doubles/ScriptedModule.h"
+#include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace
 {
-using Lines = std::vector<std::string>;
-
-class PluginCalls : public testing::Test
-{
-protected:
-    CVst2Plugin& Load()
-    {
-        CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
-        EXPECT_NE(plugin, nullptr);
-        (void)Script().TakeLog(); // what loading sent
-        return *plugin;
-    }
-    SPluginScript& Script() { return mModule.Script(); }
-
-    ScriptedModule mModule;
-    CVst2Host mHost;
-};
+using PluginCalls = LoadedPlugin;
 
 TEST_F(PluginCalls, ParameterIsSentOnlyWhenItDiffers)
 {

@@ -1,29 +1,20 @@
-#include "Source/plugins/CVst2Host.h"
-#include "Source/plugins/CVst2Plugin.h"
-#include "Tests/doubles/ScriptedModule.h"
+#include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
 namespace
 {
-class PluginMidi : public testing::Test
+class PluginMidi : public LoadedPlugin
 {
 protected:
     void SetUp() override
     {
         mModule.Script().mResults[effCanDo] = 1;
-        mPlugin = mHost.LoadPlugin(mModule.Path());
-        ASSERT_NE(mPlugin, nullptr);
-        (void)Script().TakeLog(); // what loading sent
+        mPlugin = &Load();
     }
-    SPluginScript& Script() { return mModule.Script(); }
-
-    ScriptedModule mModule;
-    CVst2Host mHost;
     CVst2Plugin* mPlugin = nullptr;
 };
 

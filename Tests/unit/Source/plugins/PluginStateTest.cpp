@@ -1,8 +1,6 @@
-#include "Source/plugins/CVst2Host.h"
-#include "Source/plugins/CVst2Plugin.h"
-#include "Tests/doubles/ScriptedModule.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
+#include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
 #include <gtest/gtest.h>
 
@@ -10,24 +8,14 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <string>
-#include <vector>
 
 namespace
 {
 using Bytes = std::vector<std::uint8_t>;
-using Lines = std::vector<std::string>;
 
-class PluginState : public testing::Test
+class PluginState : public LoadedPlugin
 {
 protected:
-    CVst2Plugin& Load()
-    {
-        CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
-        EXPECT_NE(plugin, nullptr);
-        (void)Script().TakeLog(); // what loading sent
-        return *plugin;
-    }
     CVst2Plugin& LoadWithChunks()
     {
         Script().mShape.flags = effFlagsProgramChunks;
@@ -35,7 +23,6 @@ protected:
         Script().mProgramChunk = {4, 5};
         return Load();
     }
-    SPluginScript& Script() { return mModule.Script(); }
     void WriteFile(const Bytes& inBytes) const
     {
         std::ofstream(mFile, std::ios::binary)
@@ -48,8 +35,6 @@ protected:
         return {bytes.begin(), bytes.end()};
     }
 
-    ScriptedModule mModule;
-    CVst2Host mHost;
     const CTestFolder mFolder;
     const std::string mFile = mFolder.File("state");
 };

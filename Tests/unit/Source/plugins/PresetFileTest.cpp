@@ -1,22 +1,17 @@
-#include "Source/plugins/CVst2Host.h"
-#include "Source/plugins/CVst2Plugin.h"
-#include "Tests/doubles/ScriptedModule.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
+#include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <fstream>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace
 {
 using namespace std::string_literals;
-using Lines = std::vector<std::string>;
 
 const std::string kIdentity = "Abcd\0\0\0\7"s; // unique ID and version of every plug-in here
 
@@ -36,17 +31,14 @@ std::string TwoValues(const std::string& inName, const std::string& inValues, ch
 const std::string kHalfAndQuarter = "\x3F\0\0\0\x3E\x80\0\0"s; // 0.5, 0.25
 const std::string kOneAndNothing = "\x3F\x80\0\0\0\0\0\0"s;    // 1, 0
 
-class PresetFile : public testing::Test
+class PresetFile : public LoadedPlugin
 {
 protected:
     CVst2Plugin& Load()
     {
         Script().mShape.uniqueID = 0x41626364;
         Script().mShape.version = 7;
-        CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
-        EXPECT_NE(plugin, nullptr);
-        (void)Script().TakeLog(); // what loading sent
-        return *plugin;
+        return LoadedPlugin::Load();
     }
     CVst2Plugin& LoadWithValues()
     {
@@ -69,7 +61,6 @@ protected:
         Script().mTexts[{effGetProgramNameIndexed, 0}] = "Warm";
         return Load();
     }
-    SPluginScript& Script() { return mModule.Script(); }
     void Write(std::string_view inBytes) const
     {
         std::ofstream(mFile, std::ios::binary)
@@ -95,8 +86,6 @@ protected:
         }
     }
 
-    ScriptedModule mModule;
-    CVst2Host mHost;
     const CTestFolder mFolder;
     const std::string mFile = mFolder.File("preset");
 };

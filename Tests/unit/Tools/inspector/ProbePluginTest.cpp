@@ -1,4 +1,5 @@
 #include "Tools/inspector/ProbePlugin.h"
+#include "Tests/doubles/faulty/FaultyPlugin.h"
 #include "Tests/support/CTestFolder.h"
 #include "Tests/support/FileContents.h"
 
@@ -13,7 +14,7 @@ using namespace std::chrono_literals;
 
 SProbeResult Probe(const std::string& inFault, std::chrono::milliseconds inLimit = 30s)
 {
-    return ProbePlugin(VST2PROBE_FILE, std::string(FAULTY_PLUGINS) + "/faulty_" + inFault + ".so", inLimit);
+    return ProbePlugin(VST2PROBE_FILE, Faulty(inFault), inLimit);
 }
 
 TEST(ProbePlugin, EveryBreakdownIsAnAnswerThatNamesTheStep)
@@ -58,7 +59,7 @@ TEST(ProbePlugin, AHangEndsWithItsTimeAndNamesTheStep)
 
 TEST(ProbePlugin, AFileThatCannotBeLoadedIsToldApart)
 {
-    const std::string whole = Contents(std::string(FAULTY_PLUGINS) + "/faulty_None.so");
+    const std::string whole = Contents(Faulty("None"));
     std::string foreign = whole;
     foreign[18] = '\xB7'; // ELF's number of 64-bit ARM
     std::string program = whole;
