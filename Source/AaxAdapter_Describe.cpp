@@ -18,8 +18,8 @@
 namespace
 {
 constexpr std::size_t kStemNameSize = 128;
-constexpr std::uint32_t kInputMIDIChannels = 0x000F; // a bit a channel, the first lowest: the first four
-constexpr std::uint32_t kGlobalMIDIEvents = 3;       // a bit a kind of event: the first two kinds
+constexpr std::uint32_t kInputMIDIChannels = 0x000F; // the node's mask of channels
+constexpr std::uint32_t kGlobalMIDIEvents = 3;       // the node's mask of events
 
 // The host reads these names after the description call; written by the host's loader thread, in each
 // description.

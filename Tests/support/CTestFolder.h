@@ -2,7 +2,8 @@
 #include <filesystem>
 #include <string>
 
-/** A folder of its own for the files of one test, gone with this object. */
+/** A folder of its own for the files of one test, gone with this object. Unlike CTemporaryFolder it starts no
+ * process that would remove it after a kill. */
 class CTestFolder
 {
 public:

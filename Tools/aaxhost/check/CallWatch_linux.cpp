@@ -100,10 +100,9 @@ EOwner OwnerOf(std::uintptr_t inAddress) noexcept
 }
 
 /**
- * Whether the call that returns there goes to another library. A plug-in's last act in a block may be a jump
- * to free or the like, and the module's last act the jump into the plug-in: neither leaves a frame, and it
- * looks as if a function of the module had done it. What the module does by itself it calls by way of its
- * table of foreign functions.
+ * Whether the call that returns there goes to another library. A plug-in may end a block by a jump to `free`,
+ * and the module by a jump into the plug-in. Neither leaves a frame, so the stack looks as if the module had
+ * called `free`. What the module calls by itself goes through its table of foreign functions.
  */
 bool IsForeignCall(std::uintptr_t inReturn) noexcept
 {

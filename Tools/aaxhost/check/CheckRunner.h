@@ -56,8 +56,9 @@ SFinding RunCheckHere(const SCheck& inCheck, const SCheckJob& inJob);
 /**
  * Runs each check in a process of its own, so that one that crashes or takes too long has failed and ends
  * nothing else. One that does not pass is run once more, and is unstable where it ends otherwise; then it is
- * repeated with the plug-in alone, but for those that are about what the module itself says. Where the module
- * does not even open, or gives no instance, the rest is skipped.
+ * repeated with the plug-in alone, but for those that are about what the module itself says; one that crashes
+ * or hangs through the module only is tried by turns. Where the module does not even open, or gives no
+ * instance, the rest is skipped.
  *
  * @param inDone hears each result in the order of the checks, as soon as it and those ahead of it are there.
  */

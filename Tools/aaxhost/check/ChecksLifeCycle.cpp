@@ -57,9 +57,8 @@ SFinding Memory(CCheckContext& ioContext)
         }
         ioContext.Log().Clear(); // or it would be counted as the module's: a line for each parameter
     };
-    // What is made once and kept, the allocator's stock too, is there after the first part. That it keeps
-    // more now and then, or that threads give back later on a busy machine, is no leak; a leak shows in every
-    // part.
+    // The first part is not measured: it makes what is made once, and the allocator's stock. Growth in some
+    // of the others is no leak, since threads may free late; a leak grows in each of them.
     const int partCount = std::max(2, ioContext.Scaled(1, 50));
     constexpr int parts = 10;
     makeAndDelete(partCount);

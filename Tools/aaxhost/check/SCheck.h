@@ -41,9 +41,9 @@ struct SCheckEnd
 enum class EAlone
 {
     Decides,
-    Accuses, // where it fails, too; where it passes it says nothing, since states are damaged at other places
+    Accuses,  // where it fails, too, it is the plug-in's; else nothing is known: the damage hits other bytes
     Compared, // it is not asked: the check itself compares the module with the plug-in alone
-    Nothing   // the check looks at no instance, and so at nothing that the plug-in alone does as well
+    Nothing   // the check makes no instance, so there is nothing to repeat with the plug-in alone
 };
 
 /** One named check, in the order in which the tables read well. */

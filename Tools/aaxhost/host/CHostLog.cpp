@@ -28,7 +28,7 @@ void CHostLog::InsideCall(std::string_view inName, std::function<void()> inDo)
 
 AAX_Result CHostLog::RecordRender(std::string_view inName) noexcept
 {
-    if (!mTakesPartInRender.load(std::memory_order_acquire))
+    if (!mRenderTakesLock.load(std::memory_order_acquire))
         return kAAX_Success;
     const std::lock_guard lock(mMutex);
     const AAX_Result result = TakeFault(inName);
@@ -41,14 +41,14 @@ void CHostLog::RecordRenderCalls(bool inRecord)
 {
     const std::lock_guard lock(mMutex);
     mRecordRender = inRecord;
-    mTakesPartInRender.store(mRecordRender || !mFaults.empty(), std::memory_order_release);
+    mRenderTakesLock.store(mRecordRender || !mFaults.empty(), std::memory_order_release);
 }
 
 void CHostLog::FailCall(std::string_view inName, int inNth, AAX_Result inResult)
 {
     const std::lock_guard lock(mMutex);
     mFaults.push_back({std::string(inName), inNth, inResult});
-    mTakesPartInRender.store(true, std::memory_order_release);
+    mRenderTakesLock.store(true, std::memory_order_release);
 }
 
 void CHostLog::SwitchOff(const acfUID& inId)

@@ -74,8 +74,7 @@ private:
     std::function<void()> mInsideCall;
     std::vector<acfUID> mSwitchedOff;
     bool mRecordRender = false;
-    // Whether a render call has to take the lock at all: any thread writes under the lock, the render thread
-    // reads.
-    std::atomic<bool> mTakesPartInRender = false;
+    // Any thread writes it under the lock, the render thread reads it.
+    std::atomic<bool> mRenderTakesLock = false;
     int mLiveObjects = 0;
 };

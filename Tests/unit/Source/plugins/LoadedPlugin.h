@@ -4,6 +4,8 @@
 #include "Tests/doubles/ScriptedModule.h"
 
 #include <gtest/gtest.h>
+
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,7 +18,8 @@ protected:
     CVst2Plugin& Load()
     {
         CVst2Plugin* const plugin = mHost.LoadPlugin(mModule.Path());
-        EXPECT_NE(plugin, nullptr);
+        if (plugin == nullptr)
+            throw std::runtime_error("the scripted plug-in does not load");
         (void)Script().TakeLog(); // what loading sent
         return *plugin;
     }
