@@ -9,7 +9,6 @@
 #include <cstring>
 #include <fstream>
 #include <set>
-#include <string>
 #include <tuple>
 #include <vector>
 

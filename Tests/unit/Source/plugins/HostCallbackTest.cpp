@@ -3,10 +3,7 @@
 #include "Source/plugins/IMainHost.h"
 #include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <stdexcept>
 #include <thread>
 
 // In place of the window system: what is held down, and how often somebody asked.

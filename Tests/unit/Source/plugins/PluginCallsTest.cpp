@@ -1,9 +1,6 @@
 #include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
-#include <stdexcept>
 
 namespace
 {

@@ -1,7 +1,5 @@
 #include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 

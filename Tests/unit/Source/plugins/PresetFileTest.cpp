@@ -2,8 +2,6 @@
 #include "Tests/support/FileContents.h"
 #include "Tests/unit/Source/plugins/LoadedPlugin.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <fstream>
